@@ -1,0 +1,28 @@
+#include "bvconn/platform/error.h"
+
+namespace bvconn {
+
+Error::Error(std::int32_t error_number, std::string_view error_source,
+             std::string_view error_description, std::string_view help_file,
+             std::int32_t help_context)
+    : number(error_number),
+      source(error_source),
+      description(error_description),
+      helpFile(help_file),
+      helpContext(help_context) {}
+
+Error::~Error() = default;
+
+const char* Error::what() const noexcept { return description.c_str(); }
+
+std::string hex_number(std::int32_t number) {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string text = "0x";
+  const auto bits = static_cast<std::uint32_t>(number);
+  for (int shift = 28; shift >= 0; shift -= 4) {
+    text.push_back(kDigits[(bits >> shift) & 0xFU]);
+  }
+  return text;
+}
+
+}  // namespace bvconn

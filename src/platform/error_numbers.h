@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+
+/// The numbers that `Error::number` can hold. Those of the server's own faults are in the tables
+/// of the connectors that map them.
+namespace bvconn::error_numbers {
+
+constexpr std::int32_t from_bits(std::uint32_t bits) { return static_cast<std::int32_t>(bits); }
+
+/// The base that server fault codes are added to.
+inline constexpr std::int32_t kObjectErrorBase = from_bits(0x80040000);
+
+// The platform's own, raised with the source "BVConn".
+inline constexpr std::int32_t kOverflow = 6;
+inline constexpr std::int32_t kSubscriptOutOfRange = 9;
+inline constexpr std::int32_t kTypeMismatch = 13;
+inline constexpr std::int32_t kObjectNotSet = 91;
+
+// SOAP: envelopes, nodes, XML.
+inline constexpr std::int32_t kSoapFault = from_bits(0x80044201);
+inline constexpr std::int32_t kNotWellFormed = from_bits(0x80044202);
+inline constexpr std::int32_t kNotASoapEnvelope = from_bits(0x80044203);
+inline constexpr std::int32_t kNoSuchNode = from_bits(0x80044204);
+inline constexpr std::int32_t kUnwritableText = from_bits(0x80044205);
+inline constexpr std::int32_t kSoapLimit = from_bits(0x80044206);
+
+// HTTP.
+inline constexpr std::int32_t kCannotConnect = from_bits(0x80044301);
+inline constexpr std::int32_t kTimeout = from_bits(0x80044302);
+inline constexpr std::int32_t kTls = from_bits(0x80044303);
+inline constexpr std::int32_t kProxy = from_bits(0x80044304);
+inline constexpr std::int32_t kHttpStatus = from_bits(0x80044305);
+inline constexpr std::int32_t kBadReply = from_bits(0x80044306);
+inline constexpr std::int32_t kConnectionLost = from_bits(0x80044307);
+inline constexpr std::int32_t kBadUrlOrHeader = from_bits(0x80044308);
+inline constexpr std::int32_t kUnknownOption = from_bits(0x80044309);
+
+// The heart beat, the check of an acknowledgement's answer, the faults of the RFQ connector.
+inline constexpr std::int32_t kHeartBeatNotOk = from_bits(0x80040064);
+inline constexpr std::int32_t kUnexpectedAnswer = from_bits(0x80042AF9);
+inline constexpr std::int32_t kRfqFault = from_bits(0x80042B5D);
+
+// Files: settings and the log.
+inline constexpr std::int32_t kSettingsNotToml = from_bits(0x80041001);
+inline constexpr std::int32_t kSettingsUnusable = from_bits(0x80041002);
+inline constexpr std::int32_t kLogFile = from_bits(0x80041003);
+inline constexpr std::int32_t kSettingsLock = from_bits(0x80041004);
+
+}  // namespace bvconn::error_numbers

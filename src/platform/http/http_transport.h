@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "bvconn/platform/export.h"
+
+namespace bvconn {
+
+/// One HTTP conversation with the server: what a request sets on it stays set until the next one
+/// overwrites it. A transport is used on one thread only.
+///
+/// Errors are `Error`s with the source "HTTPTransport" and the numbers 0x80044301 to 0x80044309.
+class BVCONN_EXPORT HTTPTransport {
+ public:
+  virtual ~HTTPTransport();
+
+  /// Sets an option. Keys: `tracing.file` (raw traffic is appended to this file), `tls.ca_file`,
+  /// `tls.client_cert`, `tls.client_key`, `http.max_reply_bytes` (counted after decompression;
+  /// default 1 GiB), `http.connect_timeout_ms`. An unknown key is error 0x80044309.
+  virtual void Option(std::string_view key, std::string_view value) = 0;
+  /// Sends through an HTTP proxy from now on.
+  virtual void setProxy(std::string_view host, std::string_view port) = 0;
+  /// Connects straight to the server from now on; proxies of the environment never count.
+  virtual void NoProxy() = 0;
+  /// The SOAPAction header of the next sends, written in quotes. Until it is set for the first time
+  /// the header is left out.
+  virtual void SOAPAction(std::string_view value) = 0;
+  /// Milliseconds for a whole exchange, connecting included; negative for no limit.
+  virtual void Timeout(std::int32_t milliseconds) = 0;
+  /// Posts `text` to `url` and runs the exchange. Fails when no reply could be had: bad URL,
+  /// cannot resolve or connect, proxy, TLS, time-out, connection lost before the status line.
+  virtual void Send(std::string_view url, std::string_view text) = 0;
+  /// The body of the reply to the last `Send`, as bytes. Fails with whatever is wrong with that
+  /// reply: status, size, cut short, malformed. `encoding` is "UTF-8"; the bytes are not changed.
+  virtual std::string Receive(std::string_view encoding) = 0;
+};
+
+/// The transport over the system's sockets.
+BVCONN_EXPORT std::shared_ptr<HTTPTransport> make_http_transport();
+
+}  // namespace bvconn
