@@ -13,7 +13,9 @@ Error::Error(std::int32_t error_number, std::string_view error_source,
 
 Error::~Error() = default;
 
-const char* Error::what() const noexcept { return description.c_str(); }
+const char* Error::what() const noexcept {
+  return description.c_str();
+}
 
 std::string hex_number(std::int32_t number) {
   constexpr char kDigits[] = "0123456789ABCDEF";

@@ -6,7 +6,9 @@
 /// of the connectors that map them.
 namespace bvconn::error_numbers {
 
-constexpr std::int32_t from_bits(std::uint32_t bits) { return static_cast<std::int32_t>(bits); }
+constexpr std::int32_t from_bits(std::uint32_t bits) {
+  return static_cast<std::int32_t>(bits);
+}
 
 /// The base that server fault codes are added to.
 inline constexpr std::int32_t kObjectErrorBase = from_bits(0x80040000);

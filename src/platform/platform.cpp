@@ -23,13 +23,19 @@ Platform system_platform() {
   };
 }
 
-const Platform& current() { return installed(); }
+const Platform& current() {
+  return installed();
+}
 
-void install(Platform platform) { installed() = std::move(platform); }
+void install(Platform platform) {
+  installed() = std::move(platform);
+}
 
 ScopedPlatform::ScopedPlatform(Platform platform)
     : previous_(std::exchange(installed(), std::move(platform))) {}
 
-ScopedPlatform::~ScopedPlatform() { installed() = std::move(previous_); }
+ScopedPlatform::~ScopedPlatform() {
+  installed() = std::move(previous_);
+}
 
 }  // namespace bvconn::platform

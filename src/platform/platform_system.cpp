@@ -52,7 +52,9 @@ class StderrMessageBox final : public MessageBox {
 
 }  // namespace
 
-std::shared_ptr<Clock> make_system_clock() { return std::make_shared<SystemClock>(); }
+std::shared_ptr<Clock> make_system_clock() {
+  return std::make_shared<SystemClock>();
+}
 
 std::shared_ptr<MessageBox> make_stderr_message_box() {
   return std::make_shared<StderrMessageBox>();

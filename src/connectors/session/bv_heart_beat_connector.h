@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+#include "bvconn/platform/export.h"
+
+namespace bvconn {
+
+/// Tells the server that the session lives, and the application when the server has been out of
+/// reach for too long. The application calls `sendHeartBeat` from a timer of its own.
+///
+/// Threads: one object per thread; the time of the last contact belongs to the thread's session.
+class BVCONN_EXPORT BVHeartBeatConnector {
+ public:
+  /// Sends a beat, with a time-out of five seconds. Never throws: a failure is written to the log,
+  /// and past 15 minutes without any reply it raises `HeartBeatError`, at each failed beat anew.
+  /// @param isBrimvale  Kept in the session at each call; it matters for traffic tracing alone.
+  /// Route: data access layer where the session allows it, else SOAP `beat`.
+  void sendHeartBeat(std::string_view aServerURL, std::string_view aSessionID,
+                     bool isBrimvale = false);
+
+  /// Counts the current time as a contact with the server.
+  void UpdateHeartBeatTime();
+
+  /// The event: the server has been out of reach for more than 15 minutes. What a handler throws
+  /// leaves `sendHeartBeat`.
+  std::function<void()> HeartBeatError;
+
+ private:
+  void beat_failed();
+};
+
+}  // namespace bvconn

@@ -1,0 +1,35 @@
+#include "bvconn/core/session_state.h"
+
+namespace bvconn {
+
+SessionLogger& SessionState::Logger() {
+  if (!logger_) logger_ = platform::current().logger();
+  return *logger_;
+}
+
+BVServices& SessionState::Services() {
+  if (!services_) services_.emplace();
+  return *services_;
+}
+
+BVMethods& SessionState::Methods() {
+  if (!methods_) methods_.emplace();
+  return *methods_;
+}
+
+const std::shared_ptr<HTTPTransport>& SessionState::Transport() {
+  if (!transport_) transport_ = platform::current().transport();
+  return transport_;
+}
+
+Clock& SessionState::clock() {
+  if (!clock_) clock_ = platform::current().clock();
+  return *clock_;
+}
+
+SessionState& session() {
+  thread_local SessionState state;
+  return state;
+}
+
+}  // namespace bvconn

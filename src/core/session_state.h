@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "bvconn/catalogues/bv_methods.h"
+#include "bvconn/catalogues/bv_services.h"
+#include "bvconn/platform/platform.h"
+
+namespace bvconn {
+
+/// Everything that outlives one call: one record for each thread, zeroed when the thread starts.
+/// No call is needed to set it up, no two threads ever share one, and what it made is released when
+/// its thread ends, without a log line or a call to a server.
+///
+/// The four accessors create their object at first use. The fields are as the application or
+/// `InitTorvexDAL` left them.
+struct SessionState {
+  SessionLogger& Logger();
+  BVServices& Services();
+  BVMethods& Methods();
+  /// The thread's one transport. What a request sets on it stays set until the next overwrites it.
+  const std::shared_ptr<HTTPTransport>& Transport();
+  Clock& clock();
+
+  /// Empty until `TracePort` has asked the settings once; "" is a value like any other.
+  std::optional<std::string> TracePortCache;
+  /// 0 until `DefaultTimeout` has asked the settings once. Milliseconds.
+  std::int32_t DefaultTimeoutCache = 0;
+
+  // The service objects of the data access layer, in the order in which `InitTorvexDAL` makes them.
+  std::shared_ptr<ServiceObject> AuthenticationService;
+  std::shared_ptr<ServiceObject> SummaryService;
+  std::shared_ptr<ServiceObject> HeartBeatService;
+  std::shared_ptr<ServiceObject> SearchService;
+  std::shared_ptr<ServiceObject> ProjectService;
+  std::shared_ptr<ServiceObject> QuoteService;
+  std::shared_ptr<ServiceObject> OrderService;
+  std::shared_ptr<ServiceObject> MaintenanceService;
+  std::shared_ptr<ServiceObject> InventoryInquiryService;
+  std::shared_ptr<ServiceObject> RMAService;
+  std::shared_ptr<ServiceObject> InvoiceService;
+  std::shared_ptr<ServiceObject> PriceAndAvailabilityService;
+  std::shared_ptr<ServiceObject> PrintingService;
+  std::shared_ptr<ServiceObject> SubmittalService;
+  std::shared_ptr<ServiceObject> SalesInstrumentService;
+
+  std::string UserName;
+  std::string Password;
+  std::string DALUrl;
+  std::string AppVer;
+  std::string SalesOrg;
+  bool UsingTorvexDAL = false;
+  /// Whether the document at hand may be saved through the data access layer.
+  bool UseDALSave = false;
+  /// Entries "service.method|", with no separator in front of the first.
+  std::string DisabledDALServices;
+  bool AllowDisabledDALMethods = false;
+  /// Set by each heart beat; matters for traffic tracing alone.
+  bool isBrimvale = false;
+  /// The time of the last reply of any kind. Written through `Global::LastHeartBeat`.
+  Date LastHeartBeat;
+
+ private:
+  std::shared_ptr<SessionLogger> logger_;
+  std::optional<BVServices> services_;
+  std::optional<BVMethods> methods_;
+  std::shared_ptr<HTTPTransport> transport_;
+  std::shared_ptr<Clock> clock_;
+};
+
+/// The calling thread's record.
+BVCONN_EXPORT SessionState& session();
+
+}  // namespace bvconn

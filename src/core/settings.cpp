@@ -1,0 +1,87 @@
+#include "bvconn/core/settings.h"
+
+#include <memory>
+#include <string_view>
+
+#include "bvconn/core/logging.h"
+#include "bvconn/core/session_state.h"
+#include "bvconn/platform/conversions/conversions.h"
+
+namespace bvconn::Global {
+namespace {
+
+constexpr std::string_view kKey = R"(Software\Brimvale\Torvex\AppData)";
+// The same key with another spelling; names in the settings know no case.
+constexpr std::string_view kTraceSoapTrafficPath =
+    R"(HKCU\Software\Brimvale\Torvex\appData\TraceSoapTraffic)";
+constexpr std::int32_t kBuiltInTimeout_ms = 300000;
+
+constexpr LogBlock kTracePortLog{.cls = "Global", .method = "TracePort", .level = 2};
+constexpr LogBlock kDefaultTimeoutLog{.cls = "Global", .method = "DefaultTimeout", .level = 2};
+
+constexpr std::string_view kTraceReader = "TraceSoapTraffic() - Property Get";
+// No class of this library bears the names of these lines; they are what readers of the log look
+// for.
+constexpr LogBlock kTraceWriterLog{
+    .cls = "clsSessionInfo", .method = "TraceSoapTraffic", .level = 4};
+
+std::unique_ptr<RegistryAccess> settings() {
+  return platform::current().settings();
+}
+
+}  // namespace
+
+std::string TracePort() {
+  return run_logged(kTracePortLog, [] {
+    auto& cache = session().TracePortCache;
+    if (!cache) cache = settings()->ReadString(SettingsRoot::kLocalMachine, kKey, "tracePort");
+    return *cache;
+  });
+}
+
+std::int32_t DefaultTimeout() {
+  return run_logged(kDefaultTimeoutLog, [] {
+    auto& cache = session().DefaultTimeoutCache;
+    if (cache == 0) {
+      cache = conversions::double_to_int32(
+          settings()->ReadNumber(SettingsRoot::kLocalMachine, kKey, "defaultTimeOut"));
+    }
+    if (cache == 0) cache = kBuiltInTimeout_ms;
+    return cache;
+  });
+}
+
+bool TraceSoapTraffic() {
+  try {
+    auto& logger = session().Logger();
+    logger.LogInfo("Global", kTraceReader, "Entering Method...", 0);
+    const auto registry = settings();
+    if (!registry->Exists(kTraceSoapTrafficPath)) {
+      logger.LogWarning("clsSessionInfo", "LoadPreferences()()",
+                        "TraceSoapTraffic not found in registry, default value set.", 0);
+      registry->Write(kTraceSoapTrafficPath, std::int64_t{0}, "");
+    }
+    const bool value = conversions::text_to_boolean(
+        registry->ReadString(SettingsRoot::kCurrentUser, kKey, "TraceSoapTraffic"));
+    // The closing line has the words of the opening one.
+    logger.LogInfo("Global", kTraceReader, "Entering Method...", 0);
+    return value;
+  } catch (const Error& error) {
+    log_error("Global", kTraceReader, error);
+    return false;
+  }
+}
+
+void TraceSoapTraffic(bool value) {
+  try {
+    log_enter(kTraceWriterLog);
+    session().Logger().LogInfo("BVPreferences", "SavePreferences()",
+                               "One or more values have been changed... saving to registry.", 0);
+    settings()->Write(kTraceSoapTrafficPath, conversions::boolean_text(value), "REG_SZ");
+    log_exit(kTraceWriterLog);
+  } catch (const Error& error) {
+    log_error(kTraceWriterLog, error);
+  }
+}
+
+}  // namespace bvconn::Global

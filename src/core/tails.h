@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "bvconn/core/logging.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/soap/soap_envelope.h"
+
+namespace bvconn {
+
+/// What becomes of an error that is raised inside an operation. In every tail a further error while
+/// it runs leaves the operation at once, with that new error and with no more of the tail done.
+enum class Tail : std::uint8_t {
+  kPlain,        ///< log; raise number, source, description
+  kFaultCode,    ///< log; raise the error that the fault's code is mapped to, else as kPlain
+  kBare,         ///< no log; raise all five values
+  kFaultString,  ///< no log; a fault's description becomes the server's text; raise three values
+  kRfq,          ///< no log; a fault gets the server's text and a number of its own; raise all five
+  kOverview,     ///< log the error with its description emptied; raise without a description
+  kPlainUnlogged,  ///< no log; raise number, source, description
+  kSwallow,        ///< log; the operation returns an empty result
+  kNone,           ///< the error goes to the caller as it is
+};
+
+/// One server fault code that an operation turns into an error of its own.
+struct FaultRow {
+  std::int32_t code;    ///< the fault code, without the object-error base
+  std::int32_t number;  ///< the error that is raised for it
+};
+
+/// What a tail can look at.
+struct TailContext {
+  const LogBlock& log;
+  const SoapEnvelope& envelope;  ///< as the operation left it; the tail's errors name what it lacks
+  std::span<const FaultRow> faults;
+};
+
+/// Runs a tail on the live error. Returns only for `kSwallow`. This is the one place that applies
+/// tails.
+void apply_tail(Tail tail, const TailContext& context, Error& error);
+
+}  // namespace bvconn

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "bvconn/platform/http/http_transport.h"
+#include "bvconn/platform/soap/soap_envelope.h"
+#include "bvconn/platform/soap/variant.h"
+#include "bvconn/platform/soap/xml_document.h"
+
+namespace bvconn {
+
+/// When an exchange is traced, and to which file.
+enum class TracingRule : std::uint8_t {
+  /// Mask bit 0x40 for `isBrimvale`, or the setting `TraceSoapTraffic`; the logger's tracing file.
+  kTracingFile,
+  /// The same test, but the traffic goes to the log file.
+  kLogFile,
+  /// Mask bit 0x40 for `isBrimvale` alone, to the log file; the setting is not asked.
+  kLogFileByMaskAlone,
+};
+
+namespace Global {
+
+/// The whole round trip. The reply replaces the envelope's contents; the result stays Empty.
+/// A time-out of 0 is `DefaultTimeout`, any other goes to the transport as it stands.
+///
+/// On an error the description becomes the value of the last parameter named "faultstring", if
+/// there is one; so on a fault (0x80044201) the caller sees the server's words.
+Variant sendXML(const SoapEnvelope& envelope, std::string_view soapAction, std::string_view url,
+                std::int32_t timeout);
+
+/// The thread's transport, made ready for one request; for `getResponseEnvelope`.
+std::shared_ptr<HTTPTransport> getHTTPTransport(std::string_view soapAction);
+
+/// Sends an envelope on a transport that is ready and reads the reply into it. Returns `envelope`.
+SoapEnvelope getResponseEnvelope(const SoapEnvelope& envelope,
+                                 const std::shared_ptr<HTTPTransport>& transport,
+                                 std::string_view url);
+
+/// Sends ready text and loads the reply into a document, without an envelope: a reply that is not
+/// well-formed leaves the document empty, and for a document of nothing the reply is left unread. A
+/// blank `soapAction` leaves the one of the request before. The result stays Empty.
+Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
+                          std::string_view xmlText, std::string_view url);
+
+}  // namespace Global
+
+/// The thread's transport with tracing, proxy and default time-out set, and its SOAPAction left as
+/// the last request had it: for operations that run their exchange themselves.
+std::shared_ptr<HTTPTransport> inline_transport(TracingRule rule);
+
+}  // namespace bvconn

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "bvconn/platform/export.h"
+#include "bvconn/platform/http/http_transport.h"
+#include "bvconn/platform/torvexlib/service_object.h"
+
+namespace bvconn {
+
+/// The application's handle on the calling thread's session. It holds no state: two instances on
+/// one thread see the same values, and no connector needs it to be touched first.
+///
+/// For the data access layer: set `SalesOrg`, `UserName`, `Password` and `AppVer`, call
+/// `InitTorvexDAL`, then `UseTorvexDAL`. Without them every call goes by SOAP.
+class BVCONN_EXPORT BVConnectorObject {
+ public:
+  /// The very object that the library sends with on this thread.
+  std::shared_ptr<HTTPTransport> HTTPTransportObject() const;
+  /// Whether operations with a data access layer route take it.
+  void UsingTorvexDAL(bool value);
+  bool UsingTorvexDAL() const;
+  /// Takes the data access layer route also for the methods that the server has disabled there.
+  void AllowDisabledDALMethods(bool value);
+  bool AllowDisabledDALMethods() const;
+  /// Whether the document at hand may be saved through the data access layer.
+  void UseDALSave(bool value);
+  bool UseDALSave() const;
+  /// Writes "evalMethod - evalMessage" to the log file. Always True; throws when the file cannot be
+  /// written.
+  bool SendDALMessageToLog(std::string_view evalMethod, std::string_view evalMessage) const;
+  /// Whether a method (wire name) of a service (URN) is disabled on the data access layer.
+  bool IsDALDisabled(std::string_view evalMethod, std::string_view evalService) const;
+  /// The disabled methods: entries "service.method|", with nothing in front of the first.
+  void GetDisabledDALServices(std::string_view value);
+  std::string GetDisabledDALServices() const;
+  void DALUrl(std::string_view value);
+  std::string DALUrl() const;
+  // What the next `InitTorvexDAL` logs in with; they can be written only.
+  void UserName(std::string_view value);
+  void Password(std::string_view value);
+  void AppVer(std::string_view value);
+  void SalesOrg(std::string_view value);
+
+  // The service objects as they stand; empty before `InitTorvexDAL`.
+  std::shared_ptr<ServiceObject> AuthenticationService() const;
+  std::shared_ptr<ServiceObject> SummaryService() const;
+  std::shared_ptr<ServiceObject> HeartBeatService() const;
+  /// Not the search object: the heart beat object, seen through the search interface. Fails with
+  /// type mismatch (13) unless that object offers it.
+  std::shared_ptr<ServiceObject> SearchService() const;
+  std::shared_ptr<ServiceObject> ProjectService() const;
+  std::shared_ptr<ServiceObject> QuoteService() const;
+  std::shared_ptr<ServiceObject> OrderService() const;
+  std::shared_ptr<ServiceObject> MaintenanceService() const;
+  std::shared_ptr<ServiceObject> InventoryInquiryService() const;
+  std::shared_ptr<ServiceObject> RMAService() const;
+  std::shared_ptr<ServiceObject> InvoiceService() const;
+  std::shared_ptr<ServiceObject> PriceAndAvailabilityService() const;
+  std::shared_ptr<ServiceObject> PrintingService() const;
+  std::shared_ptr<ServiceObject> SubmittalService() const;
+  std::shared_ptr<ServiceObject> SalesInstrumentService() const;
+
+  /// Makes the 15 service objects anew, logs in and reads the disabled methods. Does not turn the
+  /// route on. Any error ends it at once and silently; what was written before stays.
+  void InitTorvexDAL(std::string_view dal_server_url);
+  /// Turns the route on, for saves too. An error is shown in a message box.
+  void UseTorvexDAL();
+};
+
+}  // namespace bvconn

@@ -1,0 +1,18 @@
+#include "bvconn/dal/service_objects.h"
+
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+
+namespace bvconn::dal {
+
+std::string ServiceCaller::invoke(std::string_view operation, std::span<const Variant> arguments,
+                                  bool by_name) const {
+  if (!object_) {
+    throw Error(error_numbers::kObjectNotSet, "BVConn",
+                "the data access layer is not set up (call InitTorvexDAL): no service object for " +
+                    std::string(operation));
+  }
+  return object_->invoke(operation, arguments, by_name);
+}
+
+}  // namespace bvconn::dal
