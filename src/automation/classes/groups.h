@@ -5,8 +5,16 @@
 /// The declared classes, one function each; classes.cpp joins them into the interface.
 namespace bvconn::automation {
 
+// session.cpp
+const ClassInfo& connector_object_class();
+const ClassInfo& generic_connector_class();
+const ClassInfo& heart_beat_connector_class();
+
 // catalogues.cpp
 const ClassInfo& services_class();
 const ClassInfo& methods_class();
+
+// invoice.cpp
+const ClassInfo& invoice_connector_class();
 
 }  // namespace bvconn::automation
