@@ -1,0 +1,159 @@
+#include "sandbox/contract/contract.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace bvconn::sandbox {
+namespace {
+
+using Complaint = std::optional<std::string>;
+
+std::string quoted(std::string_view text) {
+  return "'" + std::string(text) + "'";
+}
+
+std::string listed(const std::vector<std::string>& texts, std::string_view joint) {
+  std::string list;
+  for (const std::string& each : texts) {
+    if (!list.empty()) list.append(joint);
+    list.append(each);
+  }
+  return list;
+}
+
+std::vector<std::string> all_quoted(const std::vector<std::string>& texts) {
+  std::vector<std::string> result;
+  for (const std::string& each : texts) result.push_back(quoted(each));
+  return result;
+}
+
+bool holds(const std::vector<std::string>& texts, std::string_view wanted) {
+  return std::find(texts.begin(), texts.end(), wanted) != texts.end();
+}
+
+std::string type_text(std::string_view type) {
+  return type.empty() ? "no type" : "type " + quoted(type);
+}
+
+std::string types_text(const std::vector<std::string>& types) {
+  std::vector<std::string> texts;
+  for (const std::string& each : types) texts.push_back(type_text(each));
+  return listed(texts, " or ");
+}
+
+Complaint parameter_complaint(const RequestFacts::Parameter& found,
+                              const ParameterContract& expected) {
+  if (found.name != expected.name) {
+    return "is named " + quoted(found.name) + ", expected " + quoted(expected.name);
+  }
+  if (expected.types.empty()) return std::nullopt;
+  if (found.nil) {
+    if (expected.may_be_nil) return std::nullopt;
+    return "(" + quoted(found.name) + ") is nil, expected " + types_text(expected.types);
+  }
+  if (holds(expected.types, found.type)) return std::nullopt;
+  return "(" + quoted(found.name) + ") has " + type_text(found.type) + ", expected " +
+         types_text(expected.types);
+}
+
+std::string count_text(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " parameter" : " parameters");
+}
+
+std::string names_text(const RequestShape& shape) {
+  if (shape.parameters.empty()) return {};
+  std::vector<std::string> names;
+  for (const ParameterContract& each : shape.parameters) names.push_back(quoted(each.name));
+  return " (" + listed(names, ", ") + ")";
+}
+
+/// How a request departs from one shape: the first difference, and how far the request had fitted
+/// until then, so that of several shapes the one that was probably meant can be told.
+struct Departure {
+  std::size_t fitted = 0;
+  std::string text;
+};
+
+std::optional<Departure> departure(const RequestFacts& request, const RequestShape& shape) {
+  const std::size_t found = request.parameters.size();
+  const std::size_t expected = shape.parameters.size();
+  for (std::size_t i = 0; i < std::min(found, expected); ++i) {
+    auto wrong = parameter_complaint(request.parameters[i], shape.parameters[i]);
+    // A wrong name among a wrong number means that something is missing or too much: the number
+    // says more then.
+    if (!wrong) continue;
+    if (found != expected) {
+      return Departure{i, "has " + count_text(found) + ", expected " + std::to_string(expected) +
+                              names_text(shape)};
+    }
+    return Departure{i + 1, "parameter " + std::to_string(i + 1) + " " + *wrong};
+  }
+  if (found == expected) return std::nullopt;
+  return Departure{std::min(found, expected), "has " + count_text(found) + ", expected " +
+                                                  std::to_string(expected) + names_text(shape)};
+}
+
+Complaint parameters_complaint(const RequestFacts& request, const MethodContract& method) {
+  std::optional<Departure> nearest;
+  for (const RequestShape& shape : method.shapes) {
+    auto differs = departure(request, shape);
+    if (!differs) return std::nullopt;
+    if (!nearest || differs->fitted > nearest->fitted) nearest = std::move(differs);
+  }
+  if (!nearest) return std::nullopt;
+  return std::move(nearest->text);
+}
+
+Complaint action_complaint(const RequestFacts& request, const MethodContract& method) {
+  if (method.soap_actions.empty()) return std::nullopt;
+  if (request.soap_action && holds(method.soap_actions, *request.soap_action)) return std::nullopt;
+  return (request.soap_action ? "SOAPAction is " + quoted(*request.soap_action)
+                              : std::string("the SOAPAction header is missing")) +
+         ", expected " + listed(all_quoted(method.soap_actions), " or ");
+}
+
+Complaint header_complaint(const RequestFacts& request, const MethodContract& method) {
+  if (request.headers == method.headers) return std::nullopt;
+  const auto text = [](const std::vector<std::string>& names) {
+    return names.empty() ? std::string("none") : listed(all_quoted(names), ", ");
+  };
+  return "the SOAP headers are " + text(request.headers) + ", expected " + text(method.headers);
+}
+
+}  // namespace
+
+Contract::Contract(std::vector<MethodContract> methods) : methods_(std::move(methods)) {}
+
+Complaint Contract::complaint(const RequestFacts& request) const {
+  const MethodContract* method = find(request.service, request.method);
+  if (!method) return unknown_method(request);
+  auto wrong = action_complaint(request, *method);
+  if (!wrong) wrong = header_complaint(request, *method);
+  if (!wrong) wrong = parameters_complaint(request, *method);
+  if (!wrong) return std::nullopt;
+  return request.method + " in " + request.service + ": " + *wrong;
+}
+
+const MethodContract* Contract::find(std::string_view service, std::string_view name) const {
+  const auto found = std::find_if(
+      methods_.begin(), methods_.end(),
+      [&](const MethodContract& each) { return each.service == service && each.name == name; });
+  return found == methods_.end() ? nullptr : &*found;
+}
+
+std::string Contract::unknown_method(const RequestFacts& request) const {
+  std::vector<std::string> services;
+  std::vector<std::string> siblings;
+  for (const MethodContract& each : methods_) {
+    if (!holds(services, each.service)) services.push_back(each.service);
+    if (each.service == request.service) siblings.push_back(quoted(each.name));
+  }
+  if (siblings.empty()) {
+    return "there is no service " + quoted(request.service) + " (asked for method " +
+           quoted(request.method) + "), expected one of " + listed(all_quoted(services), ", ");
+  }
+  return request.service + " has no method " + quoted(request.method) + ", expected one of " +
+         listed(siblings, ", ");
+}
+
+}  // namespace bvconn::sandbox

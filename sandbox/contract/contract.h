@@ -1,0 +1,65 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What a request has to look like. A contract is fed with data; where the data come from is not
+/// its business.
+namespace bvconn::sandbox {
+
+struct ParameterContract {
+  std::string name;
+  /// The local names of the types that it may have, "" for none at all. An empty list allows any
+  /// type and any content: a place that carries a document or a value of the caller's choice.
+  std::vector<std::string> types;
+  bool may_be_nil = false;
+};
+
+/// One way in which a method may be called. Parameters stand in their order.
+struct RequestShape {
+  std::vector<ParameterContract> parameters;
+};
+
+struct MethodContract {
+  std::string service;
+  std::string name;
+  std::vector<std::string> headers;
+  /// The values that SOAPAction may have; an empty list leaves the header alone.
+  std::vector<std::string> soap_actions;
+  /// A request fits when it fits one of them.
+  std::vector<RequestShape> shapes;
+};
+
+/// The facts of a request that a contract looks at.
+struct RequestFacts {
+  struct Parameter {
+    std::string name;
+    std::string type;  ///< local name of its xsi:type, "" where it has none
+    bool nil = false;
+  };
+
+  std::string service;
+  std::string method;
+  std::optional<std::string> soap_action;  ///< without quotes; nothing where there is no header
+  std::vector<std::string> headers;
+  std::vector<Parameter> parameters;
+};
+
+class Contract {
+ public:
+  explicit Contract(std::vector<MethodContract> methods);
+
+  /// What is wrong with a request and what was expected, or nothing for one that fits: "getInvoice
+  /// in urn:InvoiceService: parameter 1 is named 'UID', expected 'param'".
+  std::optional<std::string> complaint(const RequestFacts& request) const;
+
+ private:
+  const MethodContract* find(std::string_view service, std::string_view name) const;
+  std::string unknown_method(const RequestFacts& request) const;
+
+  std::vector<MethodContract> methods_;
+};
+
+}  // namespace bvconn::sandbox

@@ -1,0 +1,35 @@
+#include <exception>
+
+#include "sandbox/endpoints/endpoints.h"
+
+namespace bvconn::sandbox {
+namespace {
+
+Reply route(Sandbox& sandbox, const Operations& operations, const Request& request) {
+  const std::string_view path = request.path();
+  if (path == "/soap") return answer_soap(sandbox, operations, request);
+  if (path == "/dal" || path.starts_with("/dal/")) return answer_dal(sandbox, operations, request);
+  if (path.starts_with("/admin/")) return answer_admin(sandbox, request);
+  return text_reply(404,
+                    "There is nothing here. POST to /soap, /dal/{Object}/{Operation} or "
+                    "/admin/disabled.\n");
+}
+
+}  // namespace
+
+Reply answer(Sandbox& sandbox, const Operations& operations, const Request& request) {
+  try {
+    return route(sandbox, operations, request);
+  } catch (const std::exception& error) {
+    return text_reply(500, std::string("The sandbox failed: ") + error.what() + "\n");
+  }
+}
+
+Reply method_not_allowed(const Request& request, std::string_view allowed) {
+  Reply reply = text_reply(
+      405, request.method + " is not allowed here, expected " + std::string(allowed) + ".\n");
+  reply.headers.push_back({.name = "Allow", .value = std::string(allowed)});
+  return reply;
+}
+
+}  // namespace bvconn::sandbox

@@ -1,0 +1,62 @@
+#include "sandbox/endpoints/soap_text.h"
+
+#include "bvconn/platform/soap/soap_envelope.h"
+
+namespace bvconn::sandbox {
+namespace {
+
+void append_escaped(std::string& xml, std::string_view text) {
+  for (const char c : text) {
+    switch (c) {
+      case '&':
+        xml.append("&amp;");
+        break;
+      case '<':
+        xml.append("&lt;");
+        break;
+      case '>':
+        xml.append("&gt;");
+        break;
+      case '\r':
+        xml.append("&#13;");
+        break;
+      default:
+        xml.push_back(c);
+    }
+  }
+}
+
+void append_element(std::string& xml, std::string_view name, std::string_view text) {
+  xml.append("<").append(name).append(">");
+  append_escaped(xml, text);
+  xml.append("</").append(name).append(">");
+}
+
+}  // namespace
+
+std::string reply_text(std::string_view service, std::string_view method,
+                       const std::function<void(SoapNodes results)>& add) {
+  const auto envelope = SoapEnvelope::make();
+  envelope.SetMethod(std::string(method) + "Response", service);
+  add(envelope.Parameters());
+  return envelope.Serialize();
+}
+
+// Written by hand: an envelope object makes requests and their answers, and a fault is neither.
+std::string fault_text(const Fault& fault) {
+  std::string xml =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      "<SOAP-ENV:Envelope xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\">"
+      "<SOAP-ENV:Body><SOAP-ENV:Fault>";
+  append_element(xml, "faultcode", fault.code);
+  append_element(xml, "faultstring", fault.text);
+  if (!fault.detail.empty()) {
+    xml.append("<detail>");
+    for (const auto& [name, text] : fault.detail) append_element(xml, name, text);
+    xml.append("</detail>");
+  }
+  xml.append("</SOAP-ENV:Fault></SOAP-ENV:Body></SOAP-ENV:Envelope>");
+  return xml;
+}
+
+}  // namespace bvconn::sandbox

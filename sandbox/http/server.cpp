@@ -1,0 +1,117 @@
+#include "sandbox/http/server.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/posix/stream_descriptor.hpp>
+#include <boost/asio/signal_set.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <csignal>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "sandbox/http/session.h"
+
+namespace bvconn::sandbox {
+namespace asio = boost::asio;
+using asio::ip::tcp;
+
+namespace {
+/// The pause after a failed accept: the usual reason is that files have run out, and that lasts.
+constexpr std::chrono::milliseconds kAcceptPause{50};
+
+tcp::acceptor listen(asio::io_context& context, std::uint16_t port) {
+  try {
+    return {context, tcp::endpoint(asio::ip::address_v4::loopback(), port)};
+  } catch (const boost::system::system_error& error) {
+    throw std::system_error(error.code().value(), std::system_category(),
+                            "cannot listen on 127.0.0.1:" + std::to_string(port));
+  }
+}
+
+}  // namespace
+
+struct Server::State {
+  State(std::uint16_t port, Limits the_limits, Handler the_handler)
+      : limits(the_limits),
+        handler(std::move(the_handler)),
+        acceptor(listen(context, port)),
+        pause(context),
+        signals(context),
+        input(context) {}
+
+  void accept() {
+    acceptor.async_accept([this](boost::system::error_code error, tcp::socket socket) {
+      if (error == asio::error::operation_aborted) return;
+      if (error) return accept_later();
+      boost::system::error_code ignored;
+      socket.set_option(tcp::no_delay(true), ignored);
+      std::make_shared<Session>(std::move(socket), limits, handler)->start();
+      accept();
+    });
+  }
+
+  void accept_later() {
+    pause.expires_after(kAcceptPause);
+    pause.async_wait([this](boost::system::error_code error) {
+      if (!error) accept();
+    });
+  }
+
+  void watch_input() {
+    input.async_read_some(asio::buffer(unused_input),
+                          [this](boost::system::error_code error, std::size_t /*bytes*/) {
+                            if (error) return context.stop();
+                            watch_input();
+                          });
+  }
+
+  // Sessions end with the context and refer to limits and handler, so these come first.
+  Limits limits;
+  Handler handler;
+  asio::io_context context{1};
+  tcp::acceptor acceptor;
+  asio::steady_timer pause;
+  asio::signal_set signals;
+  asio::posix::stream_descriptor input;
+  std::array<char, 4096> unused_input{};
+};
+
+Server::Server(std::uint16_t port, Limits limits, Handler handler)
+    : state_(std::make_unique<State>(port, limits, std::move(handler))) {}
+
+Server::~Server() = default;
+
+std::uint16_t Server::port() const {
+  return state_->acceptor.local_endpoint().port();
+}
+
+void Server::stop_on_signals() {
+  state_->signals.add(SIGTERM);
+  state_->signals.add(SIGINT);
+  state_->signals.async_wait([this](boost::system::error_code error, int /*signal*/) {
+    if (!error) state_->context.stop();
+  });
+}
+
+void Server::stop_when_input_ends() {
+  // A copy, so that closing it leaves standard input itself open.
+  state_->input.assign(::dup(STDIN_FILENO));
+  state_->watch_input();
+}
+
+void Server::run() {
+  state_->accept();
+  state_->context.run();
+}
+
+void Server::stop() {
+  state_->context.stop();
+}
+
+}  // namespace bvconn::sandbox

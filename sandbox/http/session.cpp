@@ -1,0 +1,165 @@
+#include "sandbox/http/session.h"
+
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/http/error.hpp>
+#include <boost/beast/http/field.hpp>
+#include <boost/beast/http/read.hpp>
+#include <boost/beast/http/rfc7230.hpp>
+#include <utility>
+
+#include "bvconn/platform/conversions/conversions.h"
+
+namespace bvconn::sandbox {
+namespace asio = boost::asio;
+namespace http = boost::beast::http;
+
+namespace {
+
+constexpr std::size_t kReadBytes = 16U * 1024;
+/// How much of a refused request is still taken in, so that its sender comes to read the answer.
+constexpr std::size_t kDrainedBytesMax = 64U * 1024 * 1024;
+constexpr std::chrono::milliseconds kDrainTime{2'000};
+
+Request plain_request(const http::request<http::string_body>& request) {
+  Request plain;
+  plain.method = std::string(request.method_string());
+  plain.target = std::string(request.target());
+  for (const auto& field : request) {
+    plain.headers.push_back(
+        {.name = std::string(field.name_string()), .value = std::string(field.value())});
+  }
+  plain.body = request.body();
+  return plain;
+}
+
+Reply refusal(const boost::system::error_code& error, const Limits& limits) {
+  if (error == http::error::body_limit) {
+    return text_reply(413,
+                      "The body is larger than " + std::to_string(limits.body_bytes) + " bytes.\n");
+  }
+  if (error == http::error::header_limit || error == http::error::buffer_overflow) {
+    return text_reply(431, "The request's headers are larger than " +
+                               std::to_string(limits.header_bytes) + " bytes.\n");
+  }
+  return text_reply(400, "This is not HTTP: " + error.message() + ".\n");
+}
+
+}  // namespace
+
+Session::Session(asio::ip::tcp::socket socket, const Limits& limits, const Server::Handler& handler)
+    : socket_(std::move(socket)),
+      timer_(socket_.get_executor()),
+      limits_(limits),
+      handler_(handler) {}
+
+void Session::limit_to(std::chrono::milliseconds time) {
+  timed_out_ = false;
+  timer_.expires_after(time);
+  timer_.async_wait([weak = weak_from_this()](ErrorCode error) {
+    const auto self = weak.lock();
+    // The handler may have been on its way already when the limit was moved.
+    if (error || !self || self->timer_.expiry() > asio::steady_timer::clock_type::now()) return;
+    self->timed_out_ = true;
+    ErrorCode ignored;
+    self->socket_.cancel(ignored);
+  });
+}
+
+void Session::await_request() {
+  if (buffer_.size() > 0) return read_header();
+  limit_to(limits_.idle);
+  socket_.async_read_some(buffer_.prepare(kReadBytes),
+                          [self = shared_from_this()](ErrorCode error, std::size_t bytes) {
+                            if (error) return self->close_gently();
+                            self->buffer_.commit(bytes);
+                            self->read_header();
+                          });
+}
+
+void Session::read_header() {
+  limit_to(limits_.request);
+  parser_.emplace();
+  parser_->header_limit(limits_.header_bytes);
+  parser_->body_limit(limits_.body_bytes);
+  http::async_read_header(socket_, buffer_, *parser_,
+                          [self = shared_from_this()](ErrorCode error, std::size_t /*bytes*/) {
+                            self->on_header(error);
+                          });
+}
+
+void Session::on_header(ErrorCode error) {
+  if (error) return refuse(error);
+  const auto expectation = parser_->get()[http::field::expect];
+  if (!conversions::equal_ignoring_case({expectation.data(), expectation.size()}, "100-continue")) {
+    return read_body();
+  }
+  outgoing_ = "HTTP/1.1 100 Continue\r\n\r\n";
+  asio::async_write(socket_, asio::buffer(outgoing_),
+                    [self = shared_from_this()](ErrorCode failed, std::size_t /*bytes*/) {
+                      if (failed) return self->close_gently();
+                      self->read_body();
+                    });
+}
+
+void Session::read_body() {
+  http::async_read(socket_, buffer_, *parser_,
+                   [self = shared_from_this()](ErrorCode error, std::size_t /*bytes*/) {
+                     self->on_request(error);
+                   });
+}
+
+void Session::on_request(ErrorCode error) {
+  if (error) return refuse(error);
+  answer();
+}
+
+void Session::refuse(ErrorCode error) {
+  if (timed_out_) {
+    return deliver(text_reply(408, "The request did not arrive in time.\n"), false, true);
+  }
+  const bool gone = error == http::error::end_of_stream ||
+                    error.category() == asio::error::get_system_category() ||
+                    error.category() == asio::error::get_misc_category();
+  if (gone) return close_gently();
+  deliver(refusal(error, limits_), false, true);
+}
+
+void Session::answer() {
+  const bool keep_alive = parser_->keep_alive();
+  const bool with_body = parser_->get().method() != http::verb::head;
+  deliver(handler_(plain_request(parser_->get())), keep_alive, with_body);
+}
+
+void Session::deliver(const Reply& reply, bool keep_alive, bool with_body) {
+  outgoing_ = to_bytes(reply, keep_alive, with_body);
+  limit_to(limits_.reply);
+  asio::async_write(socket_, asio::buffer(outgoing_),
+                    [self = shared_from_this(), keep_alive](ErrorCode error, std::size_t /*n*/) {
+                      if (error || !keep_alive) return self->close_gently();
+                      self->await_request();
+                    });
+}
+
+void Session::close_gently() {
+  ErrorCode ignored;
+  socket_.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
+  if (ignored) return;
+  // Closing on unread bytes would reset the connection, and the client might lose the answer.
+  limit_to(kDrainTime);
+  drain();
+}
+
+void Session::drain() {
+  socket_.async_read_some(
+      asio::buffer(drained_), [self = shared_from_this()](ErrorCode error, std::size_t bytes) {
+        self->drained_bytes_ += bytes;
+        if (error || self->timed_out_ || self->drained_bytes_ > kDrainedBytesMax) {
+          self->timer_.cancel();
+          return;
+        }
+        self->drain();
+      });
+}
+
+}  // namespace bvconn::sandbox

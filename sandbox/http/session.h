@@ -1,0 +1,58 @@
+#pragma once
+
+#include <array>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/string_body.hpp>
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "sandbox/http/message.h"
+#include "sandbox/http/server.h"
+
+namespace bvconn::sandbox {
+
+/// One connection, from its first byte to its end. It keeps itself alive through the handlers of
+/// whatever it waits for.
+class Session : public std::enable_shared_from_this<Session> {
+ public:
+  Session(boost::asio::ip::tcp::socket socket, const Limits& limits,
+          const Server::Handler& handler);
+  void start() { await_request(); }
+
+ private:
+  using ErrorCode = boost::system::error_code;
+  using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
+
+  void await_request();
+  void read_header();
+  void on_header(ErrorCode error);
+  void read_body();
+  void on_request(ErrorCode error);
+  void refuse(ErrorCode error);
+  void answer();
+  void deliver(const Reply& reply, bool keep_alive, bool with_body);
+  void close_gently();
+  void drain();
+
+  /// Whatever is under way on the socket is cancelled when the time is over.
+  void limit_to(std::chrono::milliseconds time);
+
+  boost::asio::ip::tcp::socket socket_;
+  boost::asio::steady_timer timer_;
+  const Limits& limits_;
+  const Server::Handler& handler_;
+  boost::beast::flat_buffer buffer_;
+  std::optional<Parser> parser_;
+  std::string outgoing_;
+  std::array<char, 16 * 1024> drained_{};
+  std::size_t drained_bytes_ = 0;
+  bool timed_out_ = false;
+};
+
+}  // namespace bvconn::sandbox

@@ -1,0 +1,13 @@
+#include "sandbox/operations/operations.h"
+
+namespace bvconn::sandbox {
+
+Operations all_operations() {
+  Operations operations;
+  add_authentication(operations);
+  add_heart_beat(operations);
+  add_invoices(operations);
+  return operations;
+}
+
+}  // namespace bvconn::sandbox

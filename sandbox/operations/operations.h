@@ -1,0 +1,81 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "bvconn/platform/soap/soap_node.h"
+#include "sandbox/sandbox.h"
+
+/// What the server can do: the operations by their names on the two routes. Each family of them has
+/// a source of its own that adds its rows.
+namespace bvconn::sandbox {
+
+/// Thrown by an operation: the answer is a SOAP fault with this code.
+struct Fault {
+  std::string code;  ///< a number of the server's own, or a qualified name such as SOAP-ENV:Client
+  std::string text;
+  /// Elements of the fault's detail, name and text.
+  std::vector<std::pair<std::string, std::string>> detail{};
+};
+
+/// Thrown by an operation of the data access layer: the answer is an error in JSON.
+struct DalError {
+  int status;
+  std::int32_t number;
+  std::string source;
+  std::string description;
+};
+
+/// The numbers of the sandbox's own DAL errors.
+namespace dal_numbers {
+inline constexpr std::int32_t kBadRequest = static_cast<std::int32_t>(0x80044E20);
+inline constexpr std::int32_t kLoginRefused = static_cast<std::int32_t>(0x80044E21);
+inline constexpr std::int32_t kNotLoggedIn = static_cast<std::int32_t>(0x80044E22);
+inline constexpr std::int32_t kNoSuchOperation = static_cast<std::int32_t>(0x80044E23);
+inline constexpr std::int32_t kInternal = static_cast<std::int32_t>(0x80044E24);
+}  // namespace dal_numbers
+
+/// A call that has passed the contract. Results are appended to `results`, the children of the
+/// reply's method element.
+struct SoapCall {
+  Sandbox& sandbox;
+  std::string_view user_id;
+  SoapNodes parameters;
+  SoapNodes results;
+};
+
+struct DalCall {
+  Sandbox& sandbox;
+  const nlohmann::json& arguments;  ///< an array
+};
+
+struct DalAnswer {
+  std::string text;
+  /// Sent back as Session-Token where there is one.
+  std::string token{};
+};
+
+struct DalOperation {
+  std::function<DalAnswer(DalCall&)> run;
+  bool needs_login = true;
+};
+
+struct Operations {
+  using Name = std::pair<std::string, std::string>;  ///< service and method, object and operation
+
+  std::map<Name, std::function<void(SoapCall&)>> soap;
+  std::map<Name, DalOperation> dal;
+};
+
+void add_authentication(Operations& operations);
+void add_heart_beat(Operations& operations);
+void add_invoices(Operations& operations);
+
+Operations all_operations();
+
+}  // namespace bvconn::sandbox

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "sandbox/http/server.h"
+
+namespace bvconn::sandbox {
+
+struct Options {
+  std::uint16_t port = 0;
+  std::string database = ":memory:";
+  std::optional<std::uint64_t> seed;
+  std::string disabled_services;
+  bool until_eof = false;
+  bool verbose = false;
+  Limits limits;
+};
+
+/// Reads the command line. Where it asks for help, or cannot be understood, this says so to the
+/// user and gives the exit status instead.
+std::optional<int> read_options(int argc, char** argv, Options& options);
+
+}  // namespace bvconn::sandbox

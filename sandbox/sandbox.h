@@ -1,0 +1,32 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "sandbox/contract/contract.h"
+#include "sandbox/store/store.h"
+
+namespace bvconn::sandbox {
+
+/// The logins of the data access layer that are in force. They end with the process.
+class Logins {
+ public:
+  /// A new token for this user.
+  std::string open(std::string_view user);
+  bool knows(std::string_view token) const;
+
+ private:
+  std::map<std::string, std::string, std::less<>> users_by_token_;
+};
+
+/// What all endpoints and operations share.
+struct Sandbox {
+  Store store;
+  Contract contract;
+  /// The answer to GetDisabledServices.
+  std::string disabled_services;
+  Logins logins;
+};
+
+}  // namespace bvconn::sandbox

@@ -1,0 +1,53 @@
+#include "sandbox/store/store.h"
+
+#include "sandbox/store/schema.h"
+#include "sandbox/store/seed.h"
+
+namespace bvconn::sandbox {
+namespace {
+
+constexpr std::uint64_t kDefaultSeed = 1;
+
+std::optional<std::string> seed_of(Database& database) {
+  Statement select(database, "SELECT value FROM properties WHERE name = 'seed'");
+  if (!select.step()) return std::nullopt;
+  return select.text(0);
+}
+
+}  // namespace
+
+Store::Store(const std::string& file, std::optional<std::uint64_t> seed) : database_(file) {
+  refuse_foreign(database_);
+  database_.use_wal();
+  // One transaction from the look to the last row: of two servers that start on one new file,
+  // the second finds it filled.
+  Transaction transaction(database_);
+  make_schema(database_);
+  const auto present = seed_of(database_);
+  if (!present) {
+    const std::uint64_t chosen = seed.value_or(kDefaultSeed);
+    fill(database_, chosen);
+    Statement(database_, "INSERT INTO properties VALUES ('seed', ?)")
+        .bind(std::to_string(chosen))
+        .run();
+  } else if (seed && *present != std::to_string(*seed)) {
+    throw DatabaseError(file + " was filled from seed " + *present + ", not from " +
+                        std::to_string(*seed) + "; remove the file to fill it anew");
+  }
+  transaction.commit();
+}
+
+std::optional<Invoice> Store::invoice(std::string_view uid) {
+  return find_invoice(database_, uid);
+}
+
+bool Store::admits(std::string_view user, std::string_view password) {
+  if (user.empty() || password.empty()) return false;
+  Statement select(database_,
+                   "SELECT NOT EXISTS (SELECT 1 FROM users) OR"
+                   " EXISTS (SELECT 1 FROM users WHERE name = ? AND password = ?)");
+  select.bind(user).bind(password);
+  return select.step() && select.integer(0) != 0;
+}
+
+}  // namespace bvconn::sandbox

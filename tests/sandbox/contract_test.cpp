@@ -1,0 +1,165 @@
+#include "sandbox/contract/contract.h"
+
+#include <gtest/gtest.h>
+
+namespace bvconn::sandbox {
+namespace {
+
+MethodContract get_invoice() {
+  return {.service = "urn:InvoiceService",
+          .name = "getInvoice",
+          .headers = {"userID"},
+          .soap_actions = {"urn:InvoiceService"},
+          .shapes = {{.parameters = {{.name = "param", .types = {"string"}}}}}};
+}
+
+RequestFacts fitting_request() {
+  return {.service = "urn:InvoiceService",
+          .method = "getInvoice",
+          .soap_action = "urn:InvoiceService",
+          .headers = {"userID"},
+          .parameters = {{.name = "param", .type = "string"}}};
+}
+
+std::string complaint_of(const MethodContract& method, const RequestFacts& request) {
+  return Contract({method}).complaint(request).value_or("fits");
+}
+
+TEST(Contract, AFittingRequestIsNotComplainedAbout) {
+  EXPECT_EQ(complaint_of(get_invoice(), fitting_request()), "fits");
+}
+
+TEST(Contract, AWrongParameterNameIsToldWithTheExpectedOne) {
+  auto request = fitting_request();
+  request.parameters[0].name = "UID";
+  EXPECT_EQ(complaint_of(get_invoice(), request),
+            "getInvoice in urn:InvoiceService: parameter 1 is named 'UID', expected 'param'");
+}
+
+TEST(Contract, AWrongTypeIsToldWithTheExpectedOne) {
+  auto request = fitting_request();
+  request.parameters[0].type = "int";
+  EXPECT_EQ(complaint_of(get_invoice(), request),
+            "getInvoice in urn:InvoiceService: parameter 1 ('param') has type 'int', expected type "
+            "'string'");
+}
+
+TEST(Contract, AMissingTypeIsNotTheExpectedOne) {
+  auto request = fitting_request();
+  request.parameters[0].type = "";
+  EXPECT_EQ(complaint_of(get_invoice(), request),
+            "getInvoice in urn:InvoiceService: parameter 1 ('param') has no type, expected type "
+            "'string'");
+}
+
+TEST(Contract, TooManyParametersAreCounted) {
+  auto request = fitting_request();
+  request.parameters.push_back({.name = "param_bool", .type = "boolean"});
+  EXPECT_EQ(complaint_of(get_invoice(), request),
+            "getInvoice in urn:InvoiceService: has 2 parameters, expected 1 ('param')");
+}
+
+TEST(Contract, NoParametersAreCountedToo) {
+  auto request = fitting_request();
+  request.parameters.clear();
+  EXPECT_EQ(complaint_of(get_invoice(), request),
+            "getInvoice in urn:InvoiceService: has 0 parameters, expected 1 ('param')");
+}
+
+TEST(Contract, OrderCounts) {
+  auto method = get_invoice();
+  method.shapes = {
+      {.parameters = {{.name = "from", .types = {"string"}}, {.name = "to", .types = {"string"}}}}};
+  auto request = fitting_request();
+  request.parameters = {{.name = "to", .type = "string"}, {.name = "from", .type = "string"}};
+  EXPECT_EQ(complaint_of(method, request),
+            "getInvoice in urn:InvoiceService: parameter 1 is named 'to', expected 'from'");
+}
+
+TEST(Contract, NilIsAllowedOnlyWhereTheContractSaysSo) {
+  auto method = get_invoice();
+  auto request = fitting_request();
+  request.parameters[0] = {.name = "param", .type = "", .nil = true};
+  EXPECT_EQ(complaint_of(method, request),
+            "getInvoice in urn:InvoiceService: parameter 1 ('param') is nil, expected type "
+            "'string'");
+  method.shapes[0].parameters[0].may_be_nil = true;
+  EXPECT_EQ(complaint_of(method, request), "fits");
+}
+
+TEST(Contract, APlaceWithoutTypesTakesAnything) {
+  auto method = get_invoice();
+  method.shapes[0].parameters[0].types.clear();
+  auto request = fitting_request();
+  for (const char* type : {"", "int", "Project"}) {
+    request.parameters[0].type = type;
+    EXPECT_EQ(complaint_of(method, request), "fits") << type;
+  }
+}
+
+TEST(Contract, AnyOfSeveralShapesWillDo) {
+  auto method = get_invoice();
+  method.shapes.push_back({.parameters = {{.name = "UID", .types = {"string"}},
+                                          {.name = "isOrder", .types = {"boolean"}}}});
+  auto request = fitting_request();
+  EXPECT_EQ(complaint_of(method, request), "fits");
+  request.parameters = {{.name = "UID", .type = "string"}, {.name = "isOrder", .type = "boolean"}};
+  EXPECT_EQ(complaint_of(method, request), "fits");
+}
+
+TEST(Contract, OfSeveralShapesTheNearestIsTold) {
+  auto method = get_invoice();
+  method.shapes.push_back({.parameters = {{.name = "UID", .types = {"string"}},
+                                          {.name = "isOrder", .types = {"boolean"}}}});
+  auto request = fitting_request();
+  request.parameters = {{.name = "UID", .type = "string"}, {.name = "isQuote", .type = "boolean"}};
+  EXPECT_EQ(complaint_of(method, request),
+            "getInvoice in urn:InvoiceService: parameter 2 is named 'isQuote', expected 'isOrder'");
+}
+
+TEST(Contract, AWrongSoapActionIsToldWithTheExpectedOne) {
+  auto request = fitting_request();
+  request.soap_action = "urn:OrderService";
+  EXPECT_EQ(complaint_of(get_invoice(), request),
+            "getInvoice in urn:InvoiceService: SOAPAction is 'urn:OrderService', expected "
+            "'urn:InvoiceService'");
+  request.soap_action.reset();
+  EXPECT_EQ(complaint_of(get_invoice(), request),
+            "getInvoice in urn:InvoiceService: the SOAPAction header is missing, expected "
+            "'urn:InvoiceService'");
+}
+
+TEST(Contract, WithoutActionsTheHeaderIsLeftAlone) {
+  auto method = get_invoice();
+  method.soap_actions.clear();
+  auto request = fitting_request();
+  request.soap_action = "urn:OrderService";
+  EXPECT_EQ(complaint_of(method, request), "fits");
+  request.soap_action.reset();
+  EXPECT_EQ(complaint_of(method, request), "fits");
+}
+
+TEST(Contract, AMissingHeaderIsTold) {
+  auto request = fitting_request();
+  request.headers.clear();
+  EXPECT_EQ(complaint_of(get_invoice(), request),
+            "getInvoice in urn:InvoiceService: the SOAP headers are none, expected 'userID'");
+}
+
+TEST(Contract, AnUnknownMethodIsToldWithThoseOfItsService) {
+  auto request = fitting_request();
+  request.method = "fetchInvoice";
+  EXPECT_EQ(complaint_of(get_invoice(), request),
+            "urn:InvoiceService has no method 'fetchInvoice', expected one of 'getInvoice'");
+}
+
+TEST(Contract, AnUnknownServiceIsToldWithThoseThatExist) {
+  auto request = fitting_request();
+  request.service = "urn:Invoice";
+  EXPECT_EQ(complaint_of(get_invoice(), request),
+            "there is no service 'urn:Invoice' (asked for method 'getInvoice'), expected one of "
+            "'urn:InvoiceService'");
+}
+
+}  // namespace
+}  // namespace bvconn::sandbox
