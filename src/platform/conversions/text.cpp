@@ -28,9 +28,6 @@ void append_escaped_ascii(std::string& out, unsigned char byte) {
     case '\t':
       out.append("\\t");
       break;
-    case '\\':
-      out.append("\\\\");
-      break;
     default:
       append_hex_escape(out, byte);
   }
@@ -45,7 +42,7 @@ bool breaks_lines(std::string_view character) {
 }
 
 bool plain(unsigned char byte) {
-  return byte >= 0x20 && byte < 0x7F && byte != '\\';
+  return byte >= 0x20 && byte < 0x7F;
 }
 
 }  // namespace

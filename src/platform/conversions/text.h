@@ -13,8 +13,8 @@ std::size_t utf8_length(std::string_view text);
 
 bool is_utf8(std::string_view text);
 
-/// Control characters as `\n`, `\t`, `\r`, `\x1B`, a backslash as `\\`, bytes that are no UTF-8 as
-/// `\xFF`: so the result is one line, and the text can be told from it.
+/// Control characters as `\n`, `\t`, `\r`, `\x1B`, bytes that are no UTF-8 as `\xFF`: the result is
+/// one line of text. A backslash stays as it is, since paths and keys are read by people.
 void append_escaped(std::string& out, std::string_view text);
 
 /// Text for an error's description: in quotes, escaped, and cut when it is long.

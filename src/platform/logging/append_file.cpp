@@ -1,39 +1,50 @@
 #include "bvconn/platform/logging/append_file.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/files.h"
 
 namespace bvconn {
 namespace {
 
-[[noreturn]] void fail(const std::string& path, const char* doing, int code) {
-  throw Error(error_numbers::kLogFile, "SessionLogger",
-              std::string("cannot ") + doing + " the log file \"" + path +
-                  "\": " + std::generic_category().message(code));
+int open_for_appending(const std::string& path) {
+  return ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0600);
+}
+
+struct Outcome {
+  const char* step = "";
+  int code = 0;
+};
+
+Outcome append(const std::string& path, std::string_view bytes) {
+  detail::Descriptor file(open_for_appending(path));
+  // The folders are looked at only when something is missing: a line costs three calls as a rule.
+  if (!file && errno == ENOENT && detail::make_folders_of(path)) {
+    file = detail::Descriptor(open_for_appending(path));
+  }
+  if (!file) {
+    return {"open", errno};
+  }
+  return {"write", detail::write_all(file.get(), bytes)};
 }
 
 }  // namespace
 
 void append_to_file(const std::string& path, std::string_view bytes) {
-  const int file = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
-  if (file < 0) fail(path, "open", errno);
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(file, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) {
-      const int code = errno;
-      ::close(file);
-      fail(path, "write", code);
-    }
-    bytes.remove_prefix(static_cast<std::size_t>(written));
+  const Outcome outcome = append(path, bytes);
+  if (outcome.code != 0) {
+    throw Error(error_numbers::kLogFile, "SessionLogger",
+                std::string("Cannot ") + outcome.step + " the log file \"" + path +
+                    "\": " + detail::system_message(outcome.code));
   }
-  ::close(file);
+}
+
+bool try_append_to_file(const std::string& path, std::string_view bytes) {
+  return append(path, bytes).code == 0;
 }
 
 }  // namespace bvconn

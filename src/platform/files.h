@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// What the rooms that keep files share; not a part of the interface.
+namespace bvconn::detail {
+
+/// An open file, closed with this object.
+class Descriptor {
+ public:
+  explicit Descriptor(int file = -1) noexcept : file_(file) {}
+  Descriptor(Descriptor&& other) noexcept;
+  Descriptor& operator=(Descriptor&& other) noexcept;
+  ~Descriptor();
+
+  explicit operator bool() const noexcept { return file_ >= 0; }
+  int get() const noexcept { return file_; }
+  /// Closes the file now; the error number of that, or 0.
+  int close() noexcept;
+
+ private:
+  int file_;
+};
+
+/// The value of an environment variable; "" when it is not set.
+std::string environment(const char* name);
+
+/// A file of this user: below the folder that `variable` names, or else below `fallback` in the
+/// home folder. "" when the user has no home.
+std::string user_file(const char* variable, std::string_view fallback, std::string_view name);
+
+/// Makes the missing folders of a file's path, for their owner alone (0700). False when one is
+/// missing afterwards.
+bool make_folders_of(const std::string& path);
+
+/// Writes all bytes, in one call as far as the system takes them so. The error number, or 0.
+int write_all(int file, std::string_view bytes) noexcept;
+
+/// The system's text for an error number.
+std::string system_message(int code);
+
+}  // namespace bvconn::detail

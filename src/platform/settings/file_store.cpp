@@ -1,0 +1,164 @@
+#include "bvconn/platform/settings/file_store.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <thread>
+
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+
+namespace bvconn::detail {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMaxLinks = 40;
+constexpr std::chrono::milliseconds kLockPoll{5};
+constexpr std::string_view kSource = "RegistryAccess";
+
+Descriptor open_file(const std::string& path, int flags) {
+  return Descriptor(::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0600));
+}
+
+std::string folder_of(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
+/// Gives the new file the permissions of the one that it will replace. Another owner can be kept by
+/// the administrator alone; anybody else's write makes the file their own.
+void take_over_owner(int file, const std::string& path) {
+  struct stat old {};
+  if (::stat(path.c_str(), &old) != 0) {
+    return;
+  }
+  if (::fchown(file, old.st_uid, old.st_gid) != 0 && errno != EPERM) {
+    fail_unusable("write", path, system_message(errno));
+  }
+  if (::fchmod(file, old.st_mode & 0777U) != 0) {
+    fail_unusable("write", path, system_message(errno));
+  }
+}
+
+void write_durably(const std::string& temporary, const std::string& path, std::string_view bytes) {
+  Descriptor file = open_file(temporary, O_WRONLY | O_CREAT | O_EXCL);
+  if (!file) {
+    fail_unusable("write", path, system_message(errno));
+  }
+  take_over_owner(file.get(), path);
+  int code = write_all(file.get(), bytes);
+  if (code == 0 && ::fsync(file.get()) != 0) {
+    code = errno;
+  }
+  if (const int closed = file.close(); code == 0) {
+    code = closed;
+  }
+  if (code != 0) {
+    fail_unusable("write", path, system_message(code));
+  }
+}
+
+/// The rename itself lasts only when the folder is on the disk too. Not every file system can do
+/// that, and the file is replaced by now: so this fails nothing.
+void flush_folder(const std::string& path) {
+  const Descriptor folder = open_file(folder_of(path), O_RDONLY | O_DIRECTORY);
+  if (folder) {
+    ::fsync(folder.get());
+  }
+}
+
+}  // namespace
+
+void fail_unusable(std::string_view doing, const std::string& path, std::string_view reason) {
+  throw Error(error_numbers::kSettingsUnusable, kSource,
+              std::string("Cannot ")
+                  .append(doing)
+                  .append(" the settings file \"")
+                  .append(path)
+                  .append("\": ")
+                  .append(reason));
+}
+
+std::optional<std::string> read_settings_file(const std::string& path) {
+  const Descriptor file = open_file(path, O_RDONLY);
+  if (!file) {
+    // A path that leads through a file cannot hold one either.
+    if (errno == ENOENT || errno == ENOTDIR) {
+      return std::nullopt;
+    }
+    fail_unusable("read", path, system_message(errno));
+  }
+  std::string bytes;
+  std::array<char, 16384> block;
+  while (true) {
+    const ssize_t got = ::read(file.get(), block.data(), block.size());
+    if (got == 0) {
+      return bytes;
+    }
+    if (got > 0) {
+      bytes.append(block.data(), static_cast<std::size_t>(got));
+    } else if (errno != EINTR) {
+      fail_unusable("read", path, system_message(errno));
+    }
+  }
+}
+
+std::string resolve_links(const std::string& path) {
+  fs::path target = path;
+  std::error_code code;
+  for (int i = 0; i < kMaxLinks; ++i) {
+    if (!fs::is_symlink(fs::symlink_status(target, code))) {
+      return target.string();
+    }
+    const fs::path link = fs::read_symlink(target, code);
+    if (code) {
+      fail_unusable("write", path, code.message());
+    }
+    target = target.parent_path() / link;
+  }
+  fail_unusable("write", path, system_message(ELOOP));
+}
+
+FileLock::FileLock(const std::string& path, std::chrono::milliseconds wait)
+    : file_(open_file(path, O_RDWR | O_CREAT)) {
+  if (!file_) {
+    fail_unusable("lock", path, system_message(errno));
+  }
+  const auto deadline = std::chrono::steady_clock::now() + wait;
+  while (::flock(file_.get(), LOCK_EX | LOCK_NB) != 0) {
+    if (errno != EWOULDBLOCK && errno != EINTR) {
+      fail_unusable("lock", path, system_message(errno));
+    }
+    if (std::chrono::steady_clock::now() >= deadline) {
+      throw Error(error_numbers::kSettingsLock, kSource,
+                  "Another program has held the lock \"" + path + "\" for " +
+                      std::to_string(wait.count()) + " ms");
+    }
+    std::this_thread::sleep_for(kLockPoll);
+  }
+}
+
+void replace_file(const std::string& path, std::string_view bytes) {
+  // The lock makes this writer the only one, so a file of this name is what a crash left behind.
+  const std::string temporary = path + ".new";
+  ::unlink(temporary.c_str());
+  try {
+    write_durably(temporary, path, bytes);
+    if (::rename(temporary.c_str(), path.c_str()) != 0) {
+      fail_unusable("replace", path, system_message(errno));
+    }
+  } catch (const Error&) {
+    ::unlink(temporary.c_str());
+    throw;
+  }
+  flush_folder(path);
+}
+
+}  // namespace bvconn::detail

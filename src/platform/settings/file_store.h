@@ -1,0 +1,38 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "bvconn/platform/files.h"
+
+/// Settings files as bytes: read, locked, replaced. Errors have the source "RegistryAccess" and the
+/// number 0x80041002, and name the file and the reason.
+namespace bvconn::detail {
+
+[[noreturn]] void fail_unusable(std::string_view doing, const std::string& path,
+                                std::string_view reason);
+
+/// What a file holds; nothing when it is absent.
+std::optional<std::string> read_settings_file(const std::string& path);
+
+/// The file that a path leads to in the end: symbolic links are followed, so that writing changes
+/// the file that they point at and leaves them in place.
+std::string resolve_links(const std::string& path);
+
+/// Excludes other writers, in this process and in others, for its lifetime. Fails with 0x80041004
+/// when another one holds the lock for longer than `wait`.
+class FileLock {
+ public:
+  FileLock(const std::string& path, std::chrono::milliseconds wait);
+
+ private:
+  Descriptor file_;
+};
+
+/// Replaces a file as a whole: readers see the old bytes or the new ones, also after a crash. A new
+/// file is its owner's alone (0600); one that was there keeps owner and permissions.
+void replace_file(const std::string& path, std::string_view bytes);
+
+}  // namespace bvconn::detail

@@ -1,0 +1,277 @@
+#include <cmath>
+#include <locale>
+#include <sstream>
+#include <vector>
+
+#include <toml++/toml.h>
+
+#include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/conversions/text.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/settings/file_store.h"
+#include "bvconn/platform/settings/registry_access.h"
+
+namespace bvconn {
+
+RegistryAccess::~RegistryAccess() = default;
+
+namespace {
+
+using conversions::equal_ignoring_case;
+
+/// Writers hold the lock for as long as it takes to write a small file.
+constexpr std::chrono::milliseconds kLockWait{5000};
+constexpr std::string_view kSource = "RegistryAccess";
+
+/// A full path, taken apart. The views point into the path.
+struct ValuePath {
+  SettingsRoot root;
+  std::string_view key;
+  std::string_view name;
+};
+
+ValuePath split_path(std::string_view path) {
+  const std::size_t first = path.find('\\');
+  const std::size_t last = path.rfind('\\');
+  const std::string_view root = path.substr(0, first);
+  const auto is_root = [root](std::string_view brief, std::string_view full) {
+    return equal_ignoring_case(root, brief) || equal_ignoring_case(root, full);
+  };
+  const bool user = is_root("HKCU", "HKEY_CURRENT_USER");
+  if (first == std::string_view::npos || !(user || is_root("HKLM", "HKEY_LOCAL_MACHINE"))) {
+    throw Error(error_numbers::kSettingsUnusable, kSource,
+                "The path " + detail::shown(path) + " begins with no known root");
+  }
+  return {.root = user ? SettingsRoot::kCurrentUser : SettingsRoot::kLocalMachine,
+          .key = last > first ? path.substr(first + 1, last - first - 1) : std::string_view(),
+          .name = path.substr(last + 1)};
+}
+
+/// What is left of `key` behind `part`, its first component or components; nothing when the key
+/// does not begin with them.
+std::optional<std::string_view> behind(std::string_view key, std::string_view part) {
+  if (part.size() > key.size() || !equal_ignoring_case(key.substr(0, part.size()), part)) {
+    return std::nullopt;
+  }
+  std::string_view rest = key.substr(part.size());
+  if (rest.empty()) {
+    return rest;
+  }
+  if (!rest.starts_with('\\')) {
+    return std::nullopt;
+  }
+  rest.remove_prefix(1);
+  return rest;
+}
+
+/// All tables that stand for a key: a key path may be one name or be spread over nested tables, and
+/// several spellings of it may stand in one file.
+void collect_tables(toml::table& table, std::string_view key, std::vector<toml::table*>& found) {
+  if (key.empty()) {
+    found.push_back(&table);
+    return;
+  }
+  for (auto&& [name, node] : table) {
+    toml::table* inner = node.as_table();
+    const std::optional<std::string_view> rest = inner ? behind(key, name.str()) : std::nullopt;
+    if (rest) {
+      collect_tables(*inner, *rest, found);
+    }
+  }
+}
+
+/// A value's place: its table, and its name as the file spells it.
+struct Place {
+  toml::table* table = nullptr;
+  std::string_view name;
+};
+
+std::optional<Place> find_value(const std::vector<toml::table*>& tables, std::string_view name) {
+  for (toml::table* table : tables) {
+    for (auto&& [spelling, node] : *table) {
+      if (!node.is_table() && equal_ignoring_case(spelling.str(), name)) {
+        return Place{table, spelling.str()};
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+toml::table parse(const std::string& text, const std::string& path) {
+  try {
+    return toml::parse(text, std::string_view(path));
+  } catch (const toml::parse_error& error) {
+    const toml::source_position at = error.source().begin;
+    throw Error(error_numbers::kSettingsNotToml, kSource,
+                "The settings file \"" + path + "\" is not TOML at line " +
+                    std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " +
+                    std::string(error.description()));
+  }
+}
+
+std::string serialize(const toml::table& table) {
+  std::ostringstream out;
+  out.imbue(std::locale::classic());
+  out << table << '\n';
+  return out.str();
+}
+
+class SettingsFiles final : public RegistryAccess {
+ public:
+  SettingsFiles()
+      : machine_path_(detail::environment("BVCONN_MACHINE_SETTINGS")),
+        user_path_(detail::environment("BVCONN_USER_SETTINGS")) {
+    if (machine_path_.empty()) {
+      machine_path_ = "/etc/bvconn/settings.toml";
+    }
+    if (user_path_.empty()) {
+      user_path_ = detail::user_file("XDG_CONFIG_HOME", ".config", "bvconn/settings.toml");
+    }
+  }
+
+  bool Exists(std::string_view path) override {
+    const ValuePath value = split_path(path);
+    toml::table file = load(path_of(value.root));
+    return node_at(file, value) != nullptr;
+  }
+
+  void Write(std::string_view path, const SettingValue& value, std::string_view type) override;
+
+  double ReadNumber(SettingsRoot root, std::string_view key, std::string_view name) override {
+    const std::string& path = path_of(root);
+    toml::table file = load(path);
+    const toml::node* node = node_at(file, {.root = root, .key = key, .name = name});
+    if (node == nullptr) {
+      return 0;
+    }
+    if (const auto* integer = node->as_integer()) {
+      return static_cast<double>(integer->get());
+    }
+    if (const auto* number = node->as_floating_point()) {
+      return number->get();
+    }
+    if (const auto* text = node->as_string()) {
+      return conversions::text_to_double(text->get());
+    }
+    fail_mismatch(path, name, "number");
+  }
+
+  std::string ReadString(SettingsRoot root, std::string_view key, std::string_view name) override {
+    const std::string& path = path_of(root);
+    toml::table file = load(path);
+    const toml::node* node = node_at(file, {.root = root, .key = key, .name = name});
+    if (node == nullptr) {
+      return "";
+    }
+    switch (node->type()) {
+      case toml::node_type::string:
+        return node->as_string()->get();
+      case toml::node_type::integer:
+        return conversions::integer_text(node->as_integer()->get());
+      case toml::node_type::floating_point:
+        return conversions::double_text(node->as_floating_point()->get());
+      case toml::node_type::boolean:
+        return conversions::boolean_text(node->as_boolean()->get());
+      default:
+        fail_mismatch(path, name, "text");
+    }
+  }
+
+ private:
+  const std::string& path_of(SettingsRoot root) const {
+    return root == SettingsRoot::kCurrentUser ? user_path_ : machine_path_;
+  }
+
+  /// The file is read anew each time: a switch that support staff turn on counts at once.
+  static toml::table load(const std::string& path) {
+    const std::optional<std::string> text = detail::read_settings_file(path);
+    return text ? parse(*text, path) : toml::table();
+  }
+
+  static const toml::node* node_at(toml::table& file, const ValuePath& value) {
+    std::vector<toml::table*> tables;
+    collect_tables(file, value.key, tables);
+    const std::optional<Place> place = find_value(tables, value.name);
+    return place ? place->table->get(place->name) : nullptr;
+  }
+
+  [[noreturn]] static void fail_mismatch(const std::string& path, std::string_view name,
+                                         std::string_view wanted) {
+    throw Error(
+        error_numbers::kTypeMismatch, "BVConn",
+        "The value " + detail::shown(name) + " in \"" + path + "\" is no " + std::string(wanted));
+  }
+
+  std::string machine_path_;
+  std::string user_path_;
+};
+
+/// The table to write a value to, and the name that the value has there already or is to have. No
+/// table when something that is none stands in its place.
+Place place_for(toml::table& file, const ValuePath& value) {
+  std::vector<toml::table*> tables;
+  collect_tables(file, value.key, tables);
+  if (const std::optional<Place> standing = find_value(tables, value.name)) {
+    return *standing;
+  }
+  toml::table* table = tables.empty()
+                           ? file.insert(value.key, toml::table()).first->second.as_table()
+                           : tables.front();
+  const bool taken = table != nullptr && table->contains(value.name);
+  return {.table = taken ? nullptr : table, .name = value.name};
+}
+
+void put(toml::table& file, const std::string& path, const ValuePath& value,
+         const SettingValue& content) {
+  const Place place = place_for(file, value);
+  if (place.table == nullptr) {
+    detail::fail_unusable("write", path,
+                          "a table stands where the value " + detail::shown(value.name) +
+                              " is to go, or a value where its table is to go");
+  }
+  const std::string name(place.name);
+  std::visit([&](const auto& simple) { place.table->insert_or_assign(name, simple); }, content);
+}
+
+/// A text that is no UTF-8 would make the file unreadable for everybody.
+void check_writable(const std::string& path, const ValuePath& value, const SettingValue& content) {
+  const auto* text = std::get_if<std::string>(&content);
+  if (!detail::is_utf8(value.key) || !detail::is_utf8(value.name) ||
+      (text != nullptr && !detail::is_utf8(*text))) {
+    detail::fail_unusable("write", path,
+                          "the value " + detail::shown(value.name) + " is not UTF-8 text");
+  }
+  if (path.empty()) {
+    detail::fail_unusable("write", path, "the user has no home folder to keep settings in");
+  }
+}
+
+void SettingsFiles::Write(std::string_view path, const SettingValue& value, std::string_view type) {
+  const ValuePath place = split_path(path);
+  SettingValue content = value;
+  if (const auto* number = std::get_if<std::int64_t>(&value);
+      number != nullptr && equal_ignoring_case(type, "REG_SZ")) {
+    content = conversions::integer_text(*number);
+  }
+  check_writable(path_of(place.root), place, content);
+  const std::string file_path = detail::resolve_links(path_of(place.root));
+  detail::make_folders_of(file_path);
+  const detail::FileLock lock(file_path + ".lock", kLockWait);
+  toml::table file = load(file_path);
+  put(file, file_path, place, content);
+  const std::string text = serialize(file);
+  // Better no change than a file that has lost something.
+  if (parse(text, file_path) != file) {
+    detail::fail_unusable("write", file_path, "it holds values that do not survive a rewrite");
+  }
+  detail::replace_file(file_path, text);
+}
+
+}  // namespace
+
+std::unique_ptr<RegistryAccess> make_settings_files() {
+  return std::make_unique<SettingsFiles>();
+}
+
+}  // namespace bvconn

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/settings/registry_access.h"
+#include "files/temp_folder.h"
+
+namespace bvconn::files_test {
+
+/// Settings over two files of the test's own.
+class SettingsFixture : public testing::Test {
+ protected:
+  std::string machine() const { return folder_.file("machine/settings.toml"); }
+  std::string user() const { return folder_.file("user/settings.toml"); }
+
+  void put_machine(std::string_view toml) const { put(machine(), toml); }
+  void put_user(std::string_view toml) const { put(user(), toml); }
+
+  static std::unique_ptr<RegistryAccess> settings() { return make_settings_files(); }
+
+  static Error error_of(const std::function<void()>& action) {
+    try {
+      action();
+    } catch (const Error& error) {
+      return error;
+    }
+    ADD_FAILURE() << "nothing was thrown";
+    return Error(0, "", "");
+  }
+
+  TempFolder folder_;
+
+ private:
+  static void put(const std::string& path, std::string_view toml) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    put_bytes(path, toml);
+  }
+
+  ScopedEnvironment machine_{"BVCONN_MACHINE_SETTINGS", machine()};
+  ScopedEnvironment user_{"BVCONN_USER_SETTINGS", user()};
+};
+
+inline constexpr std::string_view kAppData = R"(Software\Brimvale\Torvex\AppData)";
+inline constexpr std::string_view kTraceSwitch =
+    R"(HKCU\Software\Brimvale\Torvex\appData\TraceSoapTraffic)";
+inline constexpr auto kMachine = SettingsRoot::kLocalMachine;
+inline constexpr auto kUser = SettingsRoot::kCurrentUser;
+
+}  // namespace bvconn::files_test
