@@ -69,6 +69,86 @@ class Reader {
     std::string_view qualified_name;
     std::size_t scope_mark;
   };
+  /// A place up to which lines are counted. Between two checkpoints, and after the last one, the
+  /// buffer is as it was given; so the place of an error can be told although parts are
+  /// overwritten.
+  struct Checkpoint {
+    const char* at;
+    std::size_t line;
+    std::size_t column;
+  };
+  /// Character data while its pieces are put together; [begin, out) is what is kept so far.
+  struct Run {
+    char* begin;
+    char* out;
+  };
+
+  void begin_document();
+  char* xml_declaration(char* at);
+  bool declares(char*& at, std::string_view word, std::string_view& value);
+  Token outside_root();
+  Token content();
+  Token mixed_content(Run run, char* at);
+  Token text_until(Run run, char* at);
+  Token start_tag(char* at);
+  Token end_tag(char* at);
+  Token comment(char* at);
+  Token instruction(char* at);
+
+  char* qualified_name(char* at, std::string_view& prefix, std::string_view& local);
+  char* ncname(char* at);
+  char* attributes_of_tag(char* at);
+  char* attribute(char* at);
+  char* value(char* at, std::string_view& value);
+  char* normalised_value(char* begin, char* at, char quote, std::string_view& value);
+  char* reference(char* at, char*& out);
+  char* character_reference(char* at, char*& out);
+  char* cdata_section(char* at, Run& run);
+  char* comment_end(char* at);
+  char* instruction_end(char* at);
+  void keep(Run& run, char* piece, char* piece_end);
+  char* normalise_line_ends(char* begin, char* end);
+
+  void declare_namespace(const Attribute& declaration);
+  void resolve_names();
+  void check_duplicates();
+  void check_many_duplicates();
+  void open_element(char* begin);
+  void leave_element();
+
+  void count_to(const char* at);
+  void keep_checkpoint();
+  Position position(const char* at);
+  [[noreturn]] void fail(const char* at, const std::string& what);
+  [[noreturn]] void fail_unreadable();
+  [[noreturn]] void fail_unexpected(const char* at, const std::string& wanted);
+  [[noreturn]] void fail_limit(const char* at, const std::string& what);
+  [[noreturn]] void fail_markup(const char* at);
+  [[noreturn]] void fail_end_tag(char* at);
+  [[noreturn]] void fail_duplicate(const Attribute& a, const Attribute& b);
+
+  char* begin_;
+  char* at_;
+  /// The end of the buffer, or the first byte that no document can hold; a NUL stands here.
+  char* end_;
+  char* buffer_end_;
+  char unreadable_ = '\0';
+  bool is_cut_ = false;
+  bool began_ = false;
+  bool has_root_ = false;
+  bool is_empty_element_ = false;
+  Token last_ = Token::end_of_document;
+  Limits limits_;
+  Wanted wanted_;
+
+  Name name_;
+  std::vector<Attribute> attributes_;
+  std::string_view text_;
+  std::string_view target_;
+  Scope scope_;
+  std::vector<OpenElement> open_;
+  std::vector<Checkpoint> checkpoints_;
+  bool has_prefixed_attributes_ = false;
 };
 
 /// Reads a document from its first to its last byte and tells `sink` what it holds:

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -10,6 +11,10 @@ namespace bvconn::detail::xml {
 
 inline constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
 inline constexpr std::string_view kXmlnsUri = "http://www.w3.org/2000/xmlns/";
+
+/// Compares two namespaces that one `Scope` gave out. Takes no longer for long ones, which are the
+/// same exactly when they are the same slice.
+int compare_uris(std::string_view a, std::string_view b) noexcept;
 
 /// The namespace prefixes in force at one place of a document.
 ///
@@ -57,6 +62,8 @@ class Scope {
   std::vector<Declaration> declarations_;
   /// Prefixes of the slots from `kSearchedInTurn` on.
   std::map<std::string_view, std::size_t> others_;
+  /// The long namespaces of the document so far.
+  std::set<std::string_view> long_uris_;
   mutable std::size_t last_found_ = 0;
 };
 
