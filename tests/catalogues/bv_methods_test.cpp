@@ -1,0 +1,160 @@
+#include "bvconn/catalogues/bv_methods.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogues/bv_methods_expected.h"
+
+namespace bvconn {
+namespace {
+
+using test::kMethodRows;
+using test::kOddWireNames;
+using test::kRowsForTheApplication;
+
+constexpr std::string_view kSlots[] = {
+#define BVCONN_METHOD(property, wire_name) #property,
+#include "bvconn/catalogues/bv_methods_rows.inc"
+#undef BVCONN_METHOD
+};
+
+std::string with_small_first_letter(std::string_view name) {
+  std::string result(name);
+  if (result.front() >= 'A' && result.front() <= 'Z') {
+    result.front() = static_cast<char>(result.front() - 'A' + 'a');
+  }
+  return result;
+}
+
+std::string expected_wire_name(std::string_view property) {
+  const auto odd = std::find_if(kOddWireNames.begin(), kOddWireNames.end(),
+                                [&](const auto& row) { return row.property == property; });
+  return odd != kOddWireNames.end() ? std::string(odd->wire_name)
+                                    : with_small_first_letter(property);
+}
+
+std::vector<std::string_view> properties_named(std::string_view wire_name) {
+  const BVMethods methods;
+  std::vector<std::string_view> properties;
+  for (const auto& row : kMethodRows) {
+    if ((methods.*row.wire_name)() == wire_name) properties.push_back(row.property);
+  }
+  return properties;
+}
+
+using Names = std::vector<std::string_view>;
+
+TEST(BVMethods, HasTheExpectedWireNameInEveryRow) {
+  const BVMethods methods;
+  for (const auto& row : kMethodRows) {
+    EXPECT_EQ((methods.*row.wire_name)(), expected_wire_name(row.property)) << row.property;
+  }
+}
+
+TEST(BVMethods, Has227SlotsInTheAgreedOrder) {
+  Names expected;
+  for (const auto& row : kMethodRows) expected.push_back(row.property);
+  EXPECT_EQ(Names(std::begin(kSlots), std::end(kSlots)), expected);
+  EXPECT_EQ(std::size(kSlots), 227U);
+}
+
+TEST(BVMethods, NamesNoPropertyTwice) {
+  std::set<std::string_view> names;
+  for (const auto& row : kMethodRows)
+    EXPECT_TRUE(names.insert(row.property).second) << row.property;
+}
+
+TEST(BVMethods, ListsOnlyTrueExceptionsToTheRuleOfTheSmallFirstLetter) {
+  for (const auto& odd : kOddWireNames) {
+    EXPECT_NE(odd.wire_name, with_small_first_letter(odd.property)) << odd.property;
+    EXPECT_NE(std::find(std::begin(kSlots), std::end(kSlots), odd.property), std::end(kSlots))
+        << odd.property;
+  }
+}
+
+TEST(BVMethods, KeepsThe41RowsThatOnlyTheApplicationReads) {
+  const std::set<std::string_view> slots(std::begin(kSlots), std::end(kSlots));
+  const std::set<std::string_view> unread(kRowsForTheApplication.begin(),
+                                          kRowsForTheApplication.end());
+  EXPECT_EQ(unread.size(), 41U);
+  for (const auto property : unread) EXPECT_TRUE(slots.contains(property)) << property;
+}
+
+TEST(BVMethods, SavesByOneWireNameInFourRows) {
+  EXPECT_EQ(properties_named("save"), (Names{"Save", "SaveOrder", "SaveProject", "SaveQuote"}));
+}
+
+TEST(BVMethods, ConvertsToAQuoteByOneWireNameInTwoRows) {
+  EXPECT_EQ(properties_named("convertToQuote"), (Names{"ConvertToQuote", "ProjectToQuote"}));
+}
+
+TEST(BVMethods, KeepsTheCapitalGOfGetConfigXmlInBothItsRows) {
+  EXPECT_EQ(properties_named("GetConfigXML"), (Names{"GetConfigXML", "GetTorvexXML"}));
+  EXPECT_EQ(properties_named("getConfigXML"), Names{});
+}
+
+TEST(BVMethods, GivesEveryOtherWireNameToOneRowOnly) {
+  const BVMethods methods;
+  for (const auto& row : kMethodRows) {
+    const std::string wire_name = (methods.*row.wire_name)();
+    if (wire_name == "save" || wire_name == "convertToQuote" || wire_name == "GetConfigXML")
+      continue;
+    EXPECT_EQ(properties_named(wire_name), Names{row.property});
+  }
+}
+
+TEST(BVMethods, LeavesANameThatBeginsSmallAsItIs) {
+  const BVMethods methods;
+  EXPECT_EQ(methods.getOrdersForQuote(), "getOrdersForQuote");
+  EXPECT_EQ(methods.searchForPHAverage(), "searchForPHAverage");
+  EXPECT_EQ(methods.updateRFQ(), "updateRFQ");
+}
+
+TEST(BVMethods, SpeaksTheServersWordsWhereTheyDifferFromTheClients) {
+  const BVMethods methods;
+  EXPECT_EQ(methods.GetAllBrimvaleDistributors(), "searchForBrimvaleDistributors");
+  EXPECT_EQ(methods.GetCommissionStatement(), "getCommissionData");
+  EXPECT_EQ(methods.GetSAPCommissionStatement(), "getSAPCommissionData");
+  EXPECT_EQ(methods.SearchForReturnReasons(), "searchForOrderReasons");
+  EXPECT_EQ(methods.GetAllRMAReturnReasons(), "getRMAReturnCodes");
+  EXPECT_EQ(methods.GetCatalogNumbersFromInvoice(), "getInvoiceInformation");
+}
+
+TEST(BVMethods, SpellsAcknowledgementAsTheServerDoes) {
+  const BVMethods methods;
+  EXPECT_EQ(methods.NewAcknowledgment(), "newAcknowledgement");
+  EXPECT_EQ(methods.GetAcknowledgmentOverview(), "getAllAcknowledgementOverview");
+  EXPECT_EQ(methods.GetAcknowledgments(), "getAcknowledgments");
+  EXPECT_EQ(methods.GetAcknowledgement(), "getAcknowledgement");
+}
+
+TEST(BVMethods, KeepsTheMisspellingOfAxillary) {
+  EXPECT_EQ(BVMethods().SearchForCustomerAxillaryInfo(), "searchForCustomerAxillaryInfo");
+}
+
+TEST(BVMethods, HasItsLongestNameForTheTypeAheadFile) {
+  const BVMethods methods;
+  const std::string longest = methods.CheckTypeAheadFile();
+  EXPECT_EQ(longest, "checkTypeAheadFileIfItDoesNotExistThenKickOffPrimeTypeAhead");
+  for (const auto& row : kMethodRows) {
+    if (row.property != "CheckTypeAheadFile") {
+      EXPECT_LT((methods.*row.wire_name)().size(), longest.size()) << row.property;
+    }
+  }
+}
+
+TEST(BVMethods, ShortensThePrintoutsButNotTheirDefaults) {
+  const BVMethods methods;
+  EXPECT_EQ(methods.GetOrderPrintout(), "getOrderPrint");
+  EXPECT_EQ(methods.SaveOrderPrintout(), "saveOrderPrint");
+  EXPECT_EQ(methods.GetOrderPrintoutDefaults(), "getOrderPrintoutDefaults");
+  EXPECT_EQ(methods.SaveOrderPrintoutDefault(), "saveOrderPrintoutDefault");
+}
+
+}  // namespace
+}  // namespace bvconn
