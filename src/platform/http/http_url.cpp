@@ -1,0 +1,112 @@
+#include "bvconn/platform/http/http_url.h"
+
+#include <curl/curl.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+
+#include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/conversions/text.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+
+namespace bvconn::detail {
+namespace {
+
+constexpr std::size_t kShownUrlMax = 500;
+
+bool is_blank_or_control(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte <= 0x20 || byte == 0x7F;
+}
+
+// Where the host part begins, user name and password included.
+std::size_t authority_begin(std::string_view url) {
+  const std::size_t slashes = url.find("//");
+  return slashes == std::string_view::npos ? 0 : slashes + 2;
+}
+
+std::string without(std::string_view url, std::size_t begin, std::size_t end) {
+  std::string kept(url.substr(0, begin));
+  kept.append(url.substr(end));
+  return excerpt(kept, kShownUrlMax);
+}
+
+// In a URL that cannot be taken apart a password may stand anywhere before an @, so that everything
+// up to the last one goes.
+std::string shown_bad_url(std::string_view url) {
+  const std::size_t at = url.rfind('@');
+  const std::size_t begin = authority_begin(url);
+  if (at == std::string_view::npos) {
+    return excerpt(url, kShownUrlMax);
+  }
+  return at < begin ? without(url, 0, at + 1) : without(url, begin, at + 1);
+}
+
+[[noreturn]] void refuse(std::string_view url, std::string_view reason) {
+  throw Error(error_numbers::kBadUrlOrHeader, "HTTPTransport",
+              "The URL \"" + shown_bad_url(url) + "\" cannot be used: " + std::string(reason));
+}
+
+bool has_http_scheme(std::string_view url) {
+  const std::string_view scheme = url.substr(0, url.find(':'));
+  const bool known = conversions::equal_ignoring_case(scheme, "http") ||
+                     conversions::equal_ignoring_case(scheme, "https");
+  return known && url.substr(scheme.size()).starts_with("://");
+}
+
+}  // namespace
+
+void check_url(std::string_view url) {
+  if (std::any_of(url.begin(), url.end(), is_blank_or_control)) {
+    refuse(url, "it holds white space or a control character");
+  }
+  if (!has_http_scheme(url)) {
+    refuse(url, "it does not begin with http:// or https://");
+  }
+  // libcurl takes a third slash for a slip of the pen and the path's first word for the host.
+  if (url.substr(authority_begin(url)).starts_with('/')) {
+    refuse(url, "it names no host");
+  }
+  const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> parts(curl_url(), &curl_url_cleanup);
+  const CURLUcode code =
+      curl_url_set(parts.get(), CURLUPART_URL, std::string(url).c_str(), CURLU_PATH_AS_IS);
+  if (code != CURLUE_OK) {
+    refuse(url, curl_url_strerror(code));
+  }
+}
+
+std::string shown_url(std::string_view url) {
+  const std::size_t begin = authority_begin(url);
+  const std::size_t end = std::min(url.find_first_of("/?#", begin), url.size());
+  const std::size_t at = url.substr(0, end).rfind('@');
+  if (at == std::string_view::npos || at < begin) {
+    return excerpt(url, kShownUrlMax);
+  }
+  return without(url, begin, at + 1);
+}
+
+std::string excerpt(std::string_view text, std::size_t length_max) {
+  std::string line;
+  bool blank = false;
+  for (std::size_t at = 0; at < text.size();) {
+    if (std::string_view(" \t\r\n").find(text[at]) != std::string_view::npos) {
+      blank = !line.empty();
+      ++at;
+      continue;
+    }
+    const std::size_t length = std::max<std::size_t>(utf8_length(text.substr(at)), 1);
+    std::string piece(blank ? " " : "");
+    append_escaped(piece, text.substr(at, length));
+    if (line.size() + piece.size() > length_max) {
+      return line + "...";
+    }
+    line += piece;
+    blank = false;
+    at += length;
+  }
+  return line;
+}
+
+}  // namespace bvconn::detail

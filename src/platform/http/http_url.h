@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// URLs as the transport takes them, and as it shows them to people.
+namespace bvconn::detail {
+
+/// Fails with 0x80044308 unless `url` is an absolute http or https URL that can be sent as it
+/// stands: no white space, no control characters, a host, a port in range.
+void check_url(std::string_view url);
+
+/// The URL without user name and password, as one line of printable text.
+std::string shown_url(std::string_view url);
+
+/// At most `length_max` bytes of the text on one line, for a description: white space becomes a
+/// single blank, and whatever cannot be printed is escaped.
+std::string excerpt(std::string_view text, std::size_t length_max);
+
+}  // namespace bvconn::detail
