@@ -1,0 +1,326 @@
+#include "batch.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <utility>
+
+#include "bvconn/platform/error.h"
+#include "json_text.h"
+
+namespace bvconn::tool {
+namespace {
+
+using automation::ClassInfo;
+using automation::Member;
+using automation::MemberKind;
+using automation::Value;
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+/// The end of the JSON value that begins at `at`: the comma or bracket behind it.
+std::size_t end_of_value(std::string_view json, std::size_t at) {
+  int depth = 0;
+  bool quoted = false;
+  for (; at < json.size(); ++at) {
+    const char c = json[at];
+    if (quoted) {
+      if (c == '\\') {
+        ++at;
+      } else if (c == '"') {
+        quoted = false;
+      }
+    } else if (c == '"') {
+      quoted = true;
+    } else if (c == '{' || c == '[') {
+      ++depth;
+    } else if (c == '}' || c == ']') {
+      if (depth == 0) break;
+      --depth;
+    } else if ((c == ',' || c == ':') && depth == 0) {
+      break;
+    }
+  }
+  return at;
+}
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+/// The one verb of a request; fails for none, for two, and for keys that do not belong to it.
+std::string verb_of(const Json& request) {
+  struct Verb {
+    std::string_view name, companion;
+  };
+  constexpr std::array<Verb, 5> kVerbs{
+      {{"call", "args"}, {"new", "as"}, {"get", ""}, {"set", "value"}, {"release", ""}}};
+  const Verb* found = nullptr;
+  for (const Verb& verb : kVerbs) {
+    if (!request.contains(verb.name)) continue;
+    if (found != nullptr) throw UsageError("a line holds one request");
+    found = &verb;
+  }
+  if (found == nullptr) throw UsageError("call, new, get, set or release is required");
+  for (const auto& [key, value] : request.items()) {
+    if (key != "id" && key != found->name &&
+        (found->companion.empty() || key != found->companion)) {
+      throw UsageError(std::string(found->name) + " does not take " + key);
+    }
+  }
+  return std::string(found->name);
+}
+
+const std::string& text_member(const Json& request, const char* key) {
+  const auto found = request.find(key);
+  if (found == request.end()) throw UsageError(std::string(key) + " is required");
+  if (!found->is_string()) throw UsageError(std::string(key) + ": a string is expected");
+  return found->get_ref<const std::string&>();
+}
+
+CallArguments read_arguments(const Member& member, const Json& request) {
+  CallArguments arguments;
+  if (const auto args = request.find("args"); args != request.end()) {
+    if (!args->is_object()) throw UsageError("args: an object is expected");
+    for (const auto& [name, json] : args->items()) {
+      place_argument(member, name, arguments, [&, &value = json](automation::ValueType type) {
+        return value_from_json(value, type, arguments);
+      });
+    }
+  }
+  require_arguments(member, arguments);
+  return arguments;
+}
+
+std::string result_text(const Value& value) {
+  return "\"result\":" + json_value(value);
+}
+
+std::string error_text(const std::string& error_json) {
+  return "\"error\":" + error_json;
+}
+
+/// Runs something of the request's path, whose usage errors then name the path.
+template <class Body>
+auto on_path(std::string_view path, const Body& body) {
+  try {
+    return body();
+  } catch (const UsageError& error) {
+    throw UsageError(std::string(path) + ": " + error.what());
+  }
+}
+
+}  // namespace
+
+std::string raw_member(std::string_view object, std::string_view key) {
+  std::size_t at = object.find('{');
+  while (at < object.size() && object[at] != '}') {
+    const std::size_t colon = end_of_value(object, at + 1);
+    if (colon >= object.size() || object[colon] != ':') break;
+    const std::size_t end = end_of_value(object, colon + 1);
+    if (Json::parse(object.substr(at + 1, colon - at - 1)).get<std::string>() == key) {
+      return std::string(trimmed(object.substr(colon + 1, end - colon - 1)));
+    }
+    at = end;
+  }
+  return "null";
+}
+
+std::string internal_error_json(const char* what) {
+  return json_error(Error(-1, "bvconn", std::string("Internal failure: ") + what));
+}
+
+std::string CallAnswer::with_result(const Value& result) const {
+  return finish(result_text(result));
+}
+
+std::string CallAnswer::with_error(const std::string& error_json) const {
+  return finish(error_text(error_json));
+}
+
+std::string CallAnswer::finish(std::string text) const {
+  std::string nodes;
+  for (std::size_t index = 0; index < member_.arguments.size(); ++index) {
+    const automation::Argument& argument = member_.arguments[index];
+    const Value& value = arguments_.values[index];
+    if (std::holds_alternative<std::monostate>(value)) continue;
+    if (argument.type == automation::ValueType::kXMLDocument &&
+        std::get<XMLDocument*>(value) != nullptr) {
+      text.append(",\"document\":").append(json_value(value));
+    } else if (argument.type == automation::ValueType::kSoapNode) {
+      nodes.append(nodes.empty() ? "" : ",").append(json_string(argument.name));
+      nodes.append(":").append(json_value(value));
+    }
+  }
+  if (!nodes.empty()) text.append(",\"args\":{").append(nodes).append("}");
+  return text;
+}
+
+Batch::~Batch() {
+  // In the order in which they were made, one by one: what they log then has an order too.
+  for (Instance& instance : instances_) instance.object.reset();
+}
+
+void Batch::run(std::string_view line) {
+  if (trimmed(line).empty()) return;
+  id_ = "null";
+  std::string text;
+  try {
+    const Json request = parse_json(line);
+    if (!request.is_object()) throw UsageError("a JSON object is expected");
+    id_ = raw_member(line, "id");
+    text = answer(request);
+  } catch (const UsageError& error) {
+    text = "\"usage\":" + json_string(error.what());
+    if (status_ == kDone) status_ = kNotUnderstood;
+  } catch (const Error& error) {
+    text = error_text(json_error(error));
+  } catch (const std::exception& error) {
+    text = error_text(failure(error.what()));
+  } catch (...) {
+    text = error_text(failure("unknown exception"));
+  }
+  output_("{\"id\":" + id_ + "," + text + "}");
+}
+
+std::string Batch::answer(const Json& request) {
+  const std::string verb = verb_of(request);
+  if (verb == "call") return call(request);
+  if (verb == "new") return make(request);
+  if (verb == "get") return get(request);
+  if (verb == "set") return set(request);
+  return release(request);
+}
+
+std::string Batch::call(const Json& request) {
+  Target target = resolve(request, "call");
+  const Member& member = *target.member;
+  const CallArguments arguments = on_path(text_member(request, "call"), [&] {
+    if (member.kind == MemberKind::kEvent) throw UsageError("an event cannot be called");
+    if (!member.callable()) throw UsageError("a property is not called; use get or set");
+    return read_arguments(member, request);
+  });
+  const CallAnswer answer(member, arguments);
+  try {
+    if (!target.object) target.object = make_object(*target.info);
+    return answer.with_result(member.invoke(target.object.get(), arguments.values));
+  } catch (const Error& error) {
+    return answer.with_error(json_error(error));
+  } catch (const std::exception& error) {
+    return answer.with_error(failure(error.what()));
+  }
+}
+
+std::string Batch::make(const Json& request) {
+  const std::string& class_name = text_member(request, "new");
+  const std::string& name = text_member(request, "as");
+  const ClassInfo* info = automation::find_class(class_name);
+  if (info == nullptr) throw UsageError(class_name + ": there is no such class");
+  if (name.empty()) throw UsageError("as: a name is expected");
+  if (automation::find_class(name) != nullptr) throw UsageError(name + ": the name of a class");
+  if (find(name) != instances_.end()) {
+    throw UsageError(name + ": there is an object with this name already");
+  }
+  instances_.push_back({name, info, make_object(*info)});
+  return result_text({});
+}
+
+std::string Batch::get(const Json& request) {
+  const Target target = resolve(request, "get");
+  const std::string& path = text_member(request, "get");
+  const auto object = on_path(path, [&] {
+    const Member& member = *target.member;
+    if (member.kind == MemberKind::kProperty && !member.callable() && !member.readable) {
+      throw UsageError("the property cannot be read");
+    }
+    return property_object(target);
+  });
+  return result_text(target.member->get(object.get()));
+}
+
+std::string Batch::set(const Json& request) {
+  const Target target = resolve(request, "set");
+  const std::string& path = text_member(request, "set");
+  CallArguments arguments;
+  Value value;
+  const auto object = on_path(path, [&] {
+    const auto given = request.find("value");
+    if (target.member->kind == MemberKind::kProperty && !target.member->writable) {
+      throw UsageError("the property cannot be written");
+    }
+    auto instance = property_object(target);
+    if (given == request.end()) throw UsageError("value is required");
+    value = value_from_json(*given, target.member->result, arguments);
+    return instance;
+  });
+  target.member->set(object.get(), value);
+  return result_text({});
+}
+
+std::string Batch::release(const Json& request) {
+  const std::string& name = text_member(request, "release");
+  const auto found = find(name);
+  if (found == instances_.end()) throw UsageError(name + ": there is no such object");
+  instances_.erase(found);
+  return result_text({});
+}
+
+Batch::Target Batch::resolve(const Json& request, const char* verb) {
+  const std::string& path = text_member(request, verb);
+  const std::size_t dot = path.rfind('.');
+  if (dot == std::string::npos) throw UsageError(path + ": OBJECT.MEMBER is expected");
+  const std::string_view owner = std::string_view(path).substr(0, dot);
+  Target target;
+  if (const auto found = find(owner); found != instances_.end()) {
+    target.info = found->info;
+    target.object = found->object;
+  } else {
+    target.info = automation::find_class(owner);
+  }
+  if (target.info == nullptr) {
+    throw UsageError(path + ": there is no object or class " + std::string(owner));
+  }
+  target.member = target.info->find(std::string_view(path).substr(dot + 1));
+  if (target.member == nullptr) {
+    throw UsageError(path + ": " + target.info->name + " has no such member");
+  }
+  return target;
+}
+
+/// The object whose property is asked for, after checks that reading and writing share.
+std::shared_ptr<void> Batch::property_object(const Target& target) {
+  const Member& member = *target.member;
+  if (member.kind == MemberKind::kEvent) throw UsageError("an event has no value");
+  if (member.kind == MemberKind::kOperation) throw UsageError("an operation is called; use call");
+  if (member.callable()) throw UsageError("the property takes arguments; use call");
+  if (target.object) return target.object;
+  if (!target.info->predeclared) {
+    throw UsageError("the property of an object; make one of the class with new");
+  }
+  return make_object(*target.info);
+}
+
+std::shared_ptr<void> Batch::make_object(const ClassInfo& info) {
+  auto object = info.make();
+  for (const Member& member : info.members) {
+    if (member.kind != MemberKind::kEvent) continue;
+    member.connect(object.get(), [this, event = json_string(info.name + "." + member.name)] {
+      output_("{\"event\":" + event + ",\"id\":" + id_ + "}");
+    });
+  }
+  return object;
+}
+
+std::string Batch::failure(const char* what) {
+  status_ = kFailed;
+  return internal_error_json(what);
+}
+
+std::vector<Batch::Instance>::iterator Batch::find(std::string_view name) {
+  return std::find_if(instances_.begin(), instances_.end(),
+                      [&](const Instance& instance) { return instance.name == name; });
+}
+
+}  // namespace bvconn::tool

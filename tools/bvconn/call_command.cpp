@@ -1,0 +1,165 @@
+#include "call_command.h"
+
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <utility>
+
+#include "arguments.h"
+#include "batch.h"
+#include "bvconn/automation/interface.h"
+#include "bvconn/platform/error.h"
+#include "json_text.h"
+#include "node_tree.h"
+
+namespace bvconn::tool {
+namespace {
+
+using automation::ClassInfo;
+using automation::Member;
+using automation::MemberKind;
+using automation::Value;
+using automation::ValueType;
+
+struct Target {
+  const ClassInfo* info = nullptr;
+  const Member* member = nullptr;
+};
+
+Target resolve(std::string_view path) {
+  const std::size_t dot = path.rfind('.');
+  if (dot == std::string_view::npos) throw UsageError("CLASS.OPERATION is expected");
+  Target target{.info = automation::find_class(path.substr(0, dot))};
+  if (target.info == nullptr) {
+    throw UsageError("there is no class " + std::string(path.substr(0, dot)));
+  }
+  target.member = target.info->find(path.substr(dot + 1));
+  if (target.member == nullptr) throw UsageError(target.info->name + " has no such member");
+  if (!target.member->callable()) {
+    throw UsageError("not an operation; a batch reads and writes properties");
+  }
+  return target;
+}
+
+std::string read_file(const std::string& name) {
+  std::ifstream file;
+  if (name != "-") file.open(name, std::ios::binary);
+  std::istream& input = name == "-" ? std::cin : file;
+  std::string text{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
+  if (!input || (name != "-" && !file.is_open())) throw UsageError("cannot read " + name);
+  return text;
+}
+
+/// The text behind the equals sign: a file's contents, or itself.
+std::string value_text(std::string_view given) {
+  if (given.starts_with("@@")) return std::string(given.substr(1));
+  if (given.starts_with('@')) return read_file(std::string(given.substr(1)));
+  return std::string(given);
+}
+
+CallArguments read_arguments(const Member& member, const std::vector<std::string>& texts) {
+  CallArguments arguments;
+  arguments.values.resize(member.arguments.size());
+  for (const std::string& text : texts) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos) throw UsageError(text + ": NAME=VALUE is expected");
+    std::string_view name = std::string_view(text).substr(0, equals);
+    const bool is_json = name.ends_with(':');
+    if (is_json) name.remove_suffix(1);
+    const automation::Argument* argument = member.find_argument(name);
+    if (argument != nullptr &&
+        !std::holds_alternative<std::monostate>(
+            arguments.values[static_cast<std::size_t>(argument - member.arguments.data())])) {
+      throw UsageError("argument " + std::string(name) + " is given twice");
+    }
+    place_argument(member, name, arguments, [&](ValueType type) {
+      const std::string value = value_text(std::string_view(text).substr(equals + 1));
+      return is_json ? value_from_json(parse_json(value), type, arguments)
+                     : value_from_text(value, type, arguments);
+    });
+  }
+  require_arguments(member, arguments);
+  return arguments;
+}
+
+/// A result as people read it.
+void print_result(const Value& value, std::ostream& out) {
+  const auto* variant = std::get_if<Variant>(&value);
+  if (std::holds_alternative<std::monostate>(value)) return;
+  if (variant != nullptr && variant->is(Variant::Type::kNode)) {
+    if (variant->node()) out << node_tree(variant->node());
+  } else if (variant != nullptr && variant->is(Variant::Type::kString)) {
+    out << variant->string() << '\n';
+  } else {
+    out << json_value(value) << '\n';
+  }
+}
+
+void print_documents(const Member& member, const CallArguments& arguments, std::ostream& out) {
+  for (std::size_t index = 0; index < member.arguments.size(); ++index) {
+    const auto* document = std::get_if<XMLDocument*>(&arguments.values[index]);
+    if (document != nullptr && *document != nullptr) out << (*document)->xml() << '\n';
+  }
+}
+
+/// The answer as a batch gives it to a request without an id.
+void print_answer(const std::string& answer, std::ostream& out) {
+  out << "{\"id\":null," << answer << "}\n";
+}
+
+int call(const CallOptions& options, const Target& target, const CallArguments& arguments,
+         std::ostream& out, std::ostream& err) {
+  const CallAnswer answer(*target.member, arguments);
+  std::string error_json;
+  try {
+    const auto object = target.info->make();
+    for (const Member& member : target.info->members) {
+      if (member.kind != MemberKind::kEvent) continue;
+      member.connect(object.get(), [&, name = target.info->name + "." + member.name] {
+        if (options.json) {
+          out << "{\"event\":" << json_string(name) << ",\"id\":null}\n";
+        } else {
+          err << "bvconn: event " << name << '\n';
+        }
+      });
+    }
+    const Value result = target.member->invoke(object.get(), arguments.values);
+    if (options.json) {
+      print_answer(answer.with_result(result), out);
+    } else {
+      print_result(result, out);
+      print_documents(*target.member, arguments, out);
+    }
+    return kDone;
+  } catch (const Error& error) {
+    error_json = json_error(error);
+    err << "bvconn: " << options.path << " failed: error " << hex_number(error.number) << " ("
+        << error.number << ") from " << error.source << ": " << error.description << '\n';
+  } catch (const std::exception& error) {
+    error_json = internal_error_json(error.what());
+    err << "bvconn: " << options.path << ": internal failure: " << error.what() << '\n';
+  }
+  if (options.json) print_answer(answer.with_error(error_json), out);
+  return kFailed;
+}
+
+}  // namespace
+
+int run_call(const CallOptions& options, std::ostream& out, std::ostream& err) {
+  try {
+    const Target target = resolve(options.path);
+    const CallArguments arguments = read_arguments(*target.member, options.arguments);
+    const int status = call(options, target, arguments, out, err);
+    out.flush();
+    return out ? status : kFailed;
+  } catch (const UsageError& error) {
+    err << "bvconn: " << options.path << ": " << error.what() << '\n';
+    if (options.json) {
+      print_answer("\"usage\":" + json_string(options.path + ": " + error.what()), out);
+    }
+    return kNotUnderstood;
+  }
+}
+
+}  // namespace bvconn::tool
