@@ -43,7 +43,8 @@ class BVCONN_EXPORT SoapEnvelope {
   /// Replaces the contents by those of a reply. `encoding` overrides the one that the data itself
   /// declares; "" leaves the choice to byte-order mark, XML declaration, UTF-8. A fault fails with
   /// 0x80044201 and leaves its elements in `Parameters`; any other failure (0x80044202 not
-  /// well-formed, 0x80044203 no SOAP 1.1 envelope, 0x80044206 limits) leaves the envelope as it was.
+  /// well-formed, 0x80044203 no SOAP 1.1 envelope, 0x80044206 limits) leaves the envelope as it
+  /// was.
   void Parse(std::string data, std::string_view encoding) const;
 
  private:

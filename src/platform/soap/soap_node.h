@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "bvconn/platform/export.h"
 
@@ -66,7 +67,8 @@ class BVCONN_EXPORT SoapNode {
   void Name(std::string_view name);
   std::string Namespace() const;
   void Namespace(std::string_view name_space);
-  /// The `xsi:type` that the node was read or made with, without its prefix; "" where there is none.
+  /// The `xsi:type` that the node was read or made with, without its prefix; "" where there is
+  /// none.
   std::string Type() const;
 
   /// The simple value by the node's type, a string where it has none; Empty for a node that is nil.

@@ -1,0 +1,167 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bvconn/platform/soap/soap_node.h"
+#include "bvconn/platform/soap/variant.h"
+
+/// How nodes lie in memory.
+///
+/// The nodes of a reply lie in the blocks of one `Tree`, beside the reply's buffer, of which their
+/// names and texts are slices. They have no count of their own: every handle to any of them counts
+/// on the tree, and the tree goes as a whole. A *made* node is counted by itself and keeps what it
+/// holds in `Own`; a node of a reply gets an `Own` when it is first changed.
+///
+/// A link from a node to a node is counted like a handle, except inside one tree, where it would
+/// keep the tree alive for ever. For the same reason a made node that is put below a node of a tree
+/// becomes part of that tree (`adopt`).
+namespace bvconn::detail {
+
+struct Tree;
+
+/// A part of the tree's buffer.
+struct Slice {
+  std::uint32_t offset = 0;
+  std::uint32_t size = 0;
+};
+/// The slice that stands for the namespace of the prefix `xml`, which no document declares.
+inline constexpr Slice kXmlUriSlice{UINT32_MAX, 1};
+
+/// Where a node's content is.
+enum class Content : std::uint8_t {
+  kNothing,      ///< made without a value: an empty element
+  kNil,          ///< no value, and the element says so
+  kText,         ///< `text`, a slice of the buffer
+  kChildren,     ///< `children` and `count`, in the tree's blocks
+  kLink,         ///< that of another node, `link`: wrapped, or the target of an `href`
+  kOwnValue,     ///< `own->value`, neither array nor node
+  kOwnChildren,  ///< `own->children`
+};
+
+enum NodeFlag : std::uint16_t {
+  kMade = 1,           ///< allocated by itself, a `MadeNode`
+  kArray = 2,          ///< the children are the items of an array
+  kUnallocated = 4,    ///< an array that was never allocated
+  kReference = 8,      ///< a link that came as `href`, so the name of the target does not matter
+  kTypeDerived = 16,   ///< the type follows from the value
+  kTypeImplied = 32,   ///< the type is what the array around says of its items
+  kTypeExplicit = 64,  ///< the type was given to `Create`
+  kQualified = 128,    ///< the text is a qualified name's local part, `type_space` its namespace
+};
+
+/// What a node holds outside a reply's buffer. Names count from here as soon as there is one.
+struct Own {
+  std::string name;
+  std::string name_space;
+  std::string type;
+  std::string type_space;
+  Variant value;
+  std::vector<NodeData*> children;
+  NodeData* next = nullptr;  ///< in the list of a tree's owned nodes, or of nodes to be deleted
+};
+
+struct NodeData {
+  Tree* tree = nullptr;  ///< null for a made node that counts by itself
+  Own* own = nullptr;
+  Slice name;
+  Slice name_space;
+  Slice type;
+  Slice type_space;
+  union {
+    Slice text{};
+    NodeData** children;
+    NodeData* link;
+  };
+  std::uint32_t count = 0;
+  std::uint16_t flags = 0;
+  Content content = Content::kNothing;
+  std::uint8_t mark = 0;  ///< for walks that must know where they have been
+
+  bool has(NodeFlag flag) const noexcept { return (flags & flag) != 0; }
+  void set(NodeFlag flag) noexcept { flags = static_cast<std::uint16_t>(flags | flag); }
+  void clear(NodeFlag flag) noexcept { flags = static_cast<std::uint16_t>(flags & ~flag); }
+};
+static_assert(sizeof(void*) != 8 || sizeof(NodeData) == 64);
+
+struct MadeNode : NodeData {
+  Own storage;
+  std::size_t references = 0;
+};
+
+/// Memory that is handed out piece by piece and freed at once.
+class Blocks {
+ public:
+  Blocks() = default;
+  Blocks(const Blocks&) = delete;
+  Blocks& operator=(const Blocks&) = delete;
+  ~Blocks();
+
+  /// Memory for pointers and structures of them.
+  void* take(std::size_t bytes);
+
+ private:
+  struct Block {
+    Block* next;
+  };
+  void grow(std::size_t bytes);
+
+  Block* blocks_ = nullptr;
+  std::byte* free_ = nullptr;
+  std::size_t left_ = 0;
+  std::size_t next_size_ = 4096;
+};
+
+/// A reply: its buffer and its nodes.
+struct Tree {
+  std::size_t references = 0;
+  std::string buffer;
+  Blocks blocks;
+  NodeData* owned = nullptr;  ///< nodes that have an `Own`, by `own->next`
+  Tree* next = nullptr;       ///< in the list of trees to be deleted
+};
+
+std::string_view name_of(const NodeData& node) noexcept;
+std::string_view namespace_of(const NodeData& node) noexcept;
+std::string_view text_of(const NodeData& node) noexcept;
+/// The node's own type and its namespace; "" where it has none.
+std::string_view own_type_of(const NodeData& node) noexcept;
+std::string_view own_type_space_of(const NodeData& node) noexcept;
+/// The namespace of the qualified name that is a read node's text.
+std::string_view qualified_space_of(const NodeData& node) noexcept;
+
+/// The node that holds this one's content: itself, or the end of its links.
+const NodeData& content_of(const NodeData& node) noexcept;
+NodeData& content_of(NodeData& node) noexcept;
+/// The first node along the links that has a type (its own, or with `implied` an implied one).
+const NodeData& typed_node_of(const NodeData& node, bool implied) noexcept;
+std::span<NodeData* const> children_of(const NodeData& node) noexcept;
+
+NodeRef make_node(std::string_view name, std::string_view name_space = {});
+/// The node's own storage, made when there is none yet.
+Own& own_of(NodeData& node);
+void set_type(NodeData& node, std::string_view type, std::string_view type_space, NodeFlag origin);
+void clear_type(NodeData& node) noexcept;
+
+/// Replaces the content by a value, and derives the type.
+void set_value(NodeData& node, const Variant& value);
+void append(NodeData& node, NodeData& child);
+Variant value_of(const NodeRef& node);
+
+}  // namespace bvconn::detail
+
+namespace bvconn {
+
+/// The way from handles to nodes and back, for this room alone.
+struct SoapAccess {
+  static SoapNode node(detail::NodeRef data) { return SoapNode(std::move(data)); }
+  static SoapNodes nodes(detail::NodeRef owner) { return SoapNodes(std::move(owner)); }
+  static const detail::NodeRef& data(const SoapNode& node) { return node.data_; }
+  static const detail::NodeRef& owner(const SoapNodes& nodes) { return nodes.owner_; }
+};
+
+}  // namespace bvconn

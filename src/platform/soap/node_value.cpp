@@ -1,0 +1,93 @@
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "bvconn/platform/conversions/text.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/soap/node_data.h"
+#include "bvconn/platform/soap/soap_uris.h"
+#include "bvconn/platform/soap/typed_text.h"
+
+namespace bvconn::detail {
+
+namespace {
+
+/// Arrays in arrays that a value may hold: a variant copies and frees itself by recursion.
+constexpr std::size_t kDeepestArray = 256;
+/// Items that the arrays in one value may have together: through shared nodes a small reply can
+/// describe a value beyond all bounds.
+constexpr std::size_t kMostItems = 10'000'000;
+
+[[noreturn]] void does_not_fit(const NodeData& node, std::string_view text, std::string_view type) {
+  throw Error(error_numbers::kTypeMismatch, "BVConn",
+              "Type mismatch: the text " + shown(text) + " of the node " + shown(name_of(node)) +
+                  " is not of its type " + std::string(type));
+}
+
+Variant text_value(const NodeData& node, const NodeData& holder) {
+  if (holder.has(kQualified) || node.has(kQualified)) {
+    return QualifiedName{.name_space = std::string(qualified_space_of(holder)),
+                         .local = std::string(split_name(trim_xml_space(text_of(holder))).local)};
+  }
+  // The type stands where the text does; a reference to it may have one too.
+  const bool typed = !own_type_of(holder).empty();
+  const NodeData& typed_node = typed ? holder : typed_node_of(node, true);
+  const auto type = own_type_of(typed_node);
+  auto value = typed_value(text_of(holder), type, own_type_space_of(typed_node));
+  if (!value) does_not_fit(node, text_of(holder), type);
+  return *std::move(value);
+}
+
+class ValueReader {
+ public:
+  Variant read(NodeData& node) {
+    if (node.content == Content::kLink && !node.has(kReference)) {
+      return SoapAccess::node(NodeRef(node.link));
+    }
+    const NodeData& holder = content_of(node);
+    if (holder.has(kArray)) return read_array(holder);
+    switch (holder.content) {
+      case Content::kText:
+        return text_value(node, holder);
+      case Content::kOwnValue:
+        return holder.own->value;
+      case Content::kChildren:
+      case Content::kOwnChildren:
+        return SoapAccess::node(NodeRef(&node));
+      case Content::kNothing:
+      case Content::kNil:
+      case Content::kLink:
+        break;
+    }
+    return {};
+  }
+
+ private:
+  Variant read_array(const NodeData& holder) {
+    if (holder.has(kUnallocated) && children_of(holder).empty()) return VariantArray();
+    const auto children = children_of(holder);
+    items_ += children.size();
+    if (++depth_ > kDeepestArray || items_ > kMostItems) {
+      throw Error(error_numbers::kSoapLimit, "SoapNodes",
+                  "The node " + shown(name_of(holder)) +
+                      " holds too many arrays in each other, or too many items, for one value");
+    }
+    std::vector<Variant> values;
+    values.reserve(children.size());
+    for (NodeData* child : children) values.push_back(read(*child));
+    --depth_;
+    return VariantArray(std::move(values));
+  }
+
+  std::size_t depth_ = 0;
+  std::size_t items_ = 0;
+};
+
+}  // namespace
+
+Variant value_of(const NodeRef& node) {
+  return ValueReader().read(*node);
+}
+
+}  // namespace bvconn::detail

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "bvconn/platform/soap/node_data.h"
+#include "bvconn/platform/soap/soap_node.h"
+
+namespace bvconn::detail {
+
+/// A document as a tree of nodes. Plain XML: `id` and `href` mean nothing. Throws `xml::ReadError`.
+SoapNode read_document(std::string utf8);
+
+/// What an envelope holds.
+struct Reply {
+  SoapNodes headers;
+  SoapNodes parameters;
+  std::string method;
+  std::string name_space;
+  std::string encoding_style;
+  bool is_fault = false;
+};
+
+/// Reads an envelope of SOAP 1.1. Fails with 0x80044202, 0x80044203 and 0x80044206.
+Reply read_reply(std::string bytes, std::string_view encoding);
+
+}  // namespace bvconn::detail
