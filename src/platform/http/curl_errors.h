@@ -9,8 +9,8 @@
 namespace bvconn::detail {
 
 /// libcurl wants to be set up once in a process, before any other use; it is never taken down,
-/// since the host may use it too.
-CURLcode start_libcurl();
+/// since the host may use it too. `source` is that of the error when it cannot be.
+void start_libcurl(std::string_view source);
 
 /// Which error number a result of libcurl stands for. `detail` is its own description: two troubles
 /// that are to be told apart share a result code.
