@@ -102,28 +102,35 @@ std::optional<Encoding> encoding_shown(std::string_view bytes) {
   return std::nullopt;
 }
 
-// The value of `encoding=` in the XML declaration, as a slice of it; empty when there is none. A
-// declaration that is malformed is left to the reader, which tells what is wrong with it.
-std::string_view encoding_declared(std::string_view bytes) {
-  if (!bytes.starts_with("<?xml")) return {};
-  std::string_view declaration = bytes.substr(0, bytes.find("?>"));
-  const std::size_t word = declaration.find("encoding");
-  if (word == std::string_view::npos ||
-      kSpace.find(declaration[word - 1]) == std::string_view::npos) {
-    return {};
-  }
-  const auto skip_space = [&declaration] {
-    const std::size_t next = declaration.find_first_not_of(kSpace);
-    declaration.remove_prefix(std::min(next, declaration.size()));
+// Takes `word = "value"`, with white space in front, off the beginning of a text.
+std::optional<std::string_view> take_declared(std::string_view& text, std::string_view word) {
+  std::string_view rest = text;
+  const auto skip_space = [&rest] {
+    const std::size_t size = std::min(rest.find_first_not_of(kSpace), rest.size());
+    rest.remove_prefix(size);
+    return size > 0;
   };
-  declaration.remove_prefix(word + std::string_view("encoding").size());
+  if (!skip_space() || !rest.starts_with(word)) return std::nullopt;
+  rest.remove_prefix(word.size());
   skip_space();
-  if (!declaration.starts_with('=')) return {};
-  declaration.remove_prefix(1);
+  if (!rest.starts_with('=')) return std::nullopt;
+  rest.remove_prefix(1);
   skip_space();
-  if (!declaration.starts_with('"') && !declaration.starts_with('\'')) return {};
-  const std::size_t end = declaration.find(declaration.front(), 1);
-  return end == std::string_view::npos ? std::string_view() : declaration.substr(1, end - 1);
+  if (!rest.starts_with('"') && !rest.starts_with('\'')) return std::nullopt;
+  const std::size_t end = rest.find_first_of(std::string{'<', rest.front()}, 1);
+  if (end == std::string_view::npos || rest[end] == '<') return std::nullopt;
+  text = rest.substr(end + 1);
+  return rest.substr(1, end - 1);
+}
+
+// The encoding that the XML declaration names, as a slice of it; empty when it names none. Only a
+// declaration that is sound up to there counts: the reader tells what is wrong with another one.
+std::string_view encoding_declared(std::string_view bytes) {
+  constexpr std::string_view kBegin = "<?xml";
+  if (!bytes.starts_with(kBegin)) return {};
+  bytes.remove_prefix(kBegin.size());
+  if (!take_declared(bytes, "version")) return {};
+  return take_declared(bytes, "encoding").value_or(std::string_view());
 }
 
 Encoding encoding_of(std::string_view bytes) {

@@ -59,7 +59,7 @@ void Reader::begin_document() {
   if (at_ == end_ && !is_cut_) fail(at_, "the document is empty");
   if (!starts_with(at_, kDeclarationBegin)) return;
   char* after = at_ + kDeclarationBegin.size();
-  if (is(*after, kIsSpace) || *after == '?') at_ = xml_declaration(after);
+  if (is(*after, kIsSpace) || *after == '?' || after == end_) at_ = xml_declaration(after);
 }
 
 // Reads on behind "<?xml". The words of the declaration must come in their order.
