@@ -23,7 +23,6 @@ namespace {
 // transport lets go of a connection before the server does.
 constexpr long kIdleConnectionMaxSeconds = 3;
 constexpr long kReceiveBufferSize = 128L << 10;
-constexpr long kNoConnectTimeout = std::numeric_limits<std::int32_t>::max();
 
 Error failure(std::int32_t number, std::string_view description) {
   return {number, "HTTPTransport", description};
