@@ -29,7 +29,7 @@ void log_enter(const LogBlock& log) {
 }
 
 void log_exit(const LogBlock& log) {
-  if (log.form == LogForm::kNone) return;
+  if (log.form == LogForm::kNone || !log.exits) return;
   const std::string name = line_name(log, log.exit);
   if (log.form == LogForm::kTextLines) {
     session().Logger().LogInfo(log.cls, name, "Exiting Method...", 0);

@@ -23,6 +23,8 @@ struct LogBlock {
   std::int32_t level = 1;
   /// Enter and exit lines bear the method's name with "()". Text lines always do.
   bool brackets = false;
+  /// One operation leaves without its exit line.
+  bool exits = true;
   // Names of their own for single lines, written as they stand; empty for the method's.
   std::string_view enter = {};
   std::string_view exit = {};

@@ -4,13 +4,23 @@
 
 namespace bvconn {
 
-Call::Call(const Operation& operation, SoapEnvelope given)
-    : operation_(operation), envelope_(std::move(given)) {}
+Call::Call(const Operation& operation, CallContext context)
+    : operation_(operation),
+      envelope_(std::move(context.envelope)),
+      catalogues_(context.catalogues) {}
+
+std::string Call::look_up(MethodRow row) const {
+  return ((catalogues_ != nullptr ? catalogues_->Methods : session().Methods()).*row)();
+}
+
+std::string Call::look_up(ServiceRow row) const {
+  return ((catalogues_ != nullptr ? catalogues_->Services : session().Services()).*row)();
+}
 
 const std::string& Call::method() {
   if (!method_known_) {
-    method_ = operation_.method != nullptr ? (session().Methods().*operation_.method)()
-                                           : std::string(operation_.wire);
+    method_ =
+        operation_.method != nullptr ? look_up(operation_.method) : std::string(operation_.wire);
     method_known_ = true;
   }
   return method_;
@@ -18,7 +28,7 @@ const std::string& Call::method() {
 
 const std::string& Call::service() {
   if (!service_known_) {
-    if (operation_.service != nullptr) service_ = (session().Services().*operation_.service)();
+    if (operation_.service != nullptr) service_ = look_up(operation_.service);
     service_known_ = true;
   }
   return service_;
@@ -31,10 +41,9 @@ void Call::service(std::string urn) {
 
 bool Call::takes_dal(bool and_also) {
   // The list is asked first, whatever the switch says.
-  const bool disabled =
-      operation_.route_method != nullptr
-          ? Global::isDALMethodDisabled((session().Methods().*operation_.route_method)(), service())
-          : Global::isDALMethodDisabled(method(), service());
+  const std::string row =
+      operation_.route_method != nullptr ? look_up(operation_.route_method) : method();
+  const bool disabled = Global::isDALMethodDisabled(row, service());
   return !disabled && session().UsingTorvexDAL && and_also;
 }
 
@@ -60,8 +69,7 @@ const SoapEnvelope& Call::envelope() {
 }
 
 std::string Call::soap_action() {
-  if (operation_.soap_action != nullptr) return (session().Services().*operation_.soap_action)();
-  return service();
+  return operation_.soap_action != nullptr ? look_up(operation_.soap_action) : service();
 }
 
 Call& Call::send(std::string_view aServerURL, std::int32_t timeout) {
@@ -78,6 +86,12 @@ Call& Call::exchange(std::string_view aServerURL) {
   const auto transport = Global::getHTTPTransport(soap_action());
   Global::getResponseEnvelope(envelope(), transport, aServerURL);
   return *this;
+}
+
+std::string Call::literal_request(std::string_view aSessionID, std::string_view xml) {
+  std::string text = Global::getEnvelopeStart(aSessionID, method(), service());
+  text.append(xml);
+  return text + to_text(Global::getEnvelopeEnd(method()));
 }
 
 Call& Call::exchange_text(HTTPTransport& transport, std::string_view aServerURL,

@@ -7,8 +7,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "bvconn/catalogues/bv_methods.h"
-#include "bvconn/catalogues/bv_services.h"
+#include "bvconn/core/catalogues.h"
 #include "bvconn/core/logging.h"
 #include "bvconn/core/tails.h"
 #include "bvconn/core/transport.h"
@@ -38,11 +37,19 @@ struct Operation {
   std::span<const FaultRow> faults = {};
 };
 
-/// One call of an operation: what its body works with. Its envelope is the call's own, or one given
-/// to it, and its tail reads the envelope as the body left it.
+/// What a call works with that is not its own.
+struct CallContext {
+  /// The envelope to work on; an empty reference for one of the call's own.
+  SoapEnvelope envelope = {};
+  /// The catalogues of the connector object; null for the session's.
+  const Catalogues* catalogues = nullptr;
+};
+
+/// One call of an operation: what its body works with. Its tail reads the envelope as the body left
+/// it.
 class Call {
  public:
-  explicit Call(const Operation& operation, SoapEnvelope given = {});
+  explicit Call(const Operation& operation, CallContext context = {});
 
   /// The wire name and the URN; looked up at first use.
   const std::string& method();
@@ -74,6 +81,8 @@ class Call {
   Call& send_as(std::string_view soap_action, std::string_view aServerURL);
   /// Sends with `getHTTPTransport` and `getResponseEnvelope`: default time-out, no timing line.
   Call& exchange(std::string_view aServerURL);
+  /// A request in text form, around XML of the caller's that goes in as it stands.
+  std::string literal_request(std::string_view aSessionID, std::string_view xml);
   /// Sends ready text on `transport` and reads the reply into the envelope.
   Call& exchange_text(HTTPTransport& transport, std::string_view aServerURL, std::string_view text);
   /// Reads the text that a service object gave into the envelope.
@@ -95,9 +104,12 @@ class Call {
 
  private:
   std::string soap_action();
+  std::string look_up(MethodRow row) const;
+  std::string look_up(ServiceRow row) const;
 
   const Operation& operation_;
   SoapEnvelope envelope_;
+  const Catalogues* catalogues_;
   std::string method_;
   std::string service_;
   bool method_known_ = false;
@@ -106,13 +118,12 @@ class Call {
 };
 
 /// The shape of nearly every operation: enter line, body, exit line, and the operation's tail when
-/// an error is raised anywhere on the way. `given` is the envelope that the call works on; without
-/// one it makes its own.
+/// an error is raised anywhere on the way.
 template <class Body>
-auto ConnectorMethodFrame(const Operation& operation, SoapEnvelope given, Body&& body)
+auto ConnectorMethodFrame(const Operation& operation, CallContext context, Body&& body)
     -> std::invoke_result_t<Body, Call&> {
   using Result = std::invoke_result_t<Body, Call&>;
-  Call call(operation, std::move(given));
+  Call call(operation, std::move(context));
   try {
     call.enter();
     if constexpr (std::is_void_v<Result>) {
@@ -133,7 +144,15 @@ auto ConnectorMethodFrame(const Operation& operation, SoapEnvelope given, Body&&
 template <class Body>
 auto ConnectorMethodFrame(const Operation& operation, Body&& body)
     -> std::invoke_result_t<Body, Call&> {
-  return ConnectorMethodFrame(operation, SoapEnvelope(), std::forward<Body>(body));
+  return ConnectorMethodFrame(operation, CallContext(), std::forward<Body>(body));
+}
+
+/// For the classes that hold catalogues of their own.
+template <class Body>
+auto ConnectorMethodFrame(const Operation& operation, const Catalogues& catalogues, Body&& body)
+    -> std::invoke_result_t<Body, Call&> {
+  return ConnectorMethodFrame(operation, CallContext{.catalogues = &catalogues},
+                              std::forward<Body>(body));
 }
 
 }  // namespace bvconn

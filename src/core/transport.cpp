@@ -4,6 +4,7 @@
 #include "bvconn/core/logging.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/core/settings.h"
+#include "bvconn/core/timing.h"
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
 
@@ -53,15 +54,11 @@ void exchange(HTTPTransport& transport, const SoapEnvelope& envelope, std::strin
   envelope.Parse(transport.Receive("UTF-8"), "");
 }
 
-float timer() {
-  return static_cast<float>(session().clock().timer());
-}
-
 void log_duration(const SoapEnvelope& envelope, float start) {
   const std::string method = envelope.MethodName();
   session().Logger().LogAtLevel(
       16, "Global", "sendXML",
-      "Time to execute " + method + ": " + conversions::float_text(timer() - start), 0);
+      "Time to execute " + method + ": " + conversions::float_text(timer_seconds() - start), 0);
 }
 
 }  // namespace
@@ -73,7 +70,7 @@ Variant sendXML(const SoapEnvelope& envelope, std::string_view soapAction, std::
   try {
     log_enter(kSendXmlLog);
     const auto transport = ready_transport(soapAction, timeout);
-    const float start = timer();
+    const float start = timer_seconds();
     exchange(*transport, envelope, url);
     LastHeartBeat(session().clock().now());
     log_duration(envelope, start);

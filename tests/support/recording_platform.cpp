@@ -15,7 +15,7 @@ std::string lower_case(std::string_view text) {
   return lower;
 }
 
-std::string quoted(std::string_view text) {
+std::string in_quotes(std::string_view text) {
   return std::string("\"").append(text).append("\"");
 }
 
@@ -38,19 +38,20 @@ class RecordingLogger final : public SessionLogger {
   void LogError(std::string_view cls, std::string_view method, const Error& error,
                 std::int32_t line) override {
     write("LogError " + join(cls, method) + " " + number_text(error.number) + " " +
-          quoted(error.source) + " " + quoted(error.description) + " " + std::to_string(line));
+          in_quotes(error.source) + " " + in_quotes(error.description) + " " +
+          std::to_string(line));
   }
   void LogWarning(std::string_view cls, std::string_view method, std::string_view text,
                   std::int32_t code) override {
-    write("LogWarning " + join(cls, method) + " " + quoted(text) + " " + std::to_string(code));
+    write("LogWarning " + join(cls, method) + " " + in_quotes(text) + " " + std::to_string(code));
   }
   void LogInfo(std::string_view cls, std::string_view method, std::string_view text,
                std::int32_t code) override {
-    write("LogInfo " + join(cls, method) + " " + quoted(text) + " " + std::to_string(code));
+    write("LogInfo " + join(cls, method) + " " + in_quotes(text) + " " + std::to_string(code));
   }
   void LogAtLevel(std::int32_t level, std::string_view cls, std::string_view method,
                   std::string_view text, std::int32_t code) override {
-    write("LogAtLevel " + std::to_string(level) + " " + join(cls, method) + " " + quoted(text) +
+    write("LogAtLevel " + std::to_string(level) + " " + join(cls, method) + " " + in_quotes(text) +
           " " + std::to_string(code));
   }
   void EnterMethod(std::string_view cls, std::string_view method, std::int32_t level) override {
@@ -87,8 +88,8 @@ class RecordingSettings final : public RegistryAccess {
   void Write(std::string_view path, const SettingValue& value, std::string_view type) override {
     const auto* number = std::get_if<std::int64_t>(&value);
     note(std::string("Write ").append(path) + " " +
-         (number != nullptr ? std::to_string(*number) : quoted(std::get<std::string>(value))) +
-         " " + quoted(type));
+         (number != nullptr ? std::to_string(*number) : in_quotes(std::get<std::string>(value))) +
+         " " + in_quotes(type));
     world_.settings[lower_case(path)] = value;
   }
   double ReadNumber(SettingsRoot root, std::string_view key, std::string_view name) override {
@@ -199,18 +200,18 @@ class RecordingTransport final : public HTTPTransport {
   explicit RecordingTransport(RecordingPlatform& world) : world_(world) {}
 
   void Option(std::string_view key, std::string_view value) override {
-    note(std::string("Option ").append(key) + " " + quoted(value));
+    note(std::string("Option ").append(key) + " " + in_quotes(value));
   }
   void setProxy(std::string_view host, std::string_view port) override {
-    note("setProxy " + quoted(host) + " " + quoted(port));
+    note("setProxy " + in_quotes(host) + " " + in_quotes(port));
   }
   void NoProxy() override { note("NoProxy"); }
-  void SOAPAction(std::string_view value) override { note("SOAPAction " + quoted(value)); }
+  void SOAPAction(std::string_view value) override { note("SOAPAction " + in_quotes(value)); }
   void Timeout(std::int32_t milliseconds) override {
     note("Timeout " + std::to_string(milliseconds));
   }
   void Send(std::string_view url, std::string_view text) override {
-    note("Send " + quoted(url));
+    note("Send " + in_quotes(url));
     world_.sent.push_back({std::string(url), std::string(text)});
     if (world_.exchanges_.empty()) {
       ADD_FAILURE() << "nobody asked for this request: " << text;
@@ -221,7 +222,7 @@ class RecordingTransport final : public HTTPTransport {
     if (world_.under_way_->send_error) throw Error(*world_.under_way_->send_error);
   }
   std::string Receive(std::string_view encoding) override {
-    note("Receive " + quoted(encoding));
+    note("Receive " + in_quotes(encoding));
     if (!world_.under_way_) {
       ADD_FAILURE() << "Receive without a Send";
       return "";
@@ -243,8 +244,7 @@ platform::Platform recording(RecordingPlatform& world) {
       .transport = [&world] { return std::make_shared<RecordingTransport>(world); },
       .logger = [&world] { return std::make_shared<RecordingLogger>(world); },
       .settings = [&world] { return std::make_unique<RecordingSettings>(world); },
-      .service_object =
-          [&world](std::string_view name) -> std::shared_ptr<ServiceObject> {
+      .service_object = [&world](std::string_view name) -> std::shared_ptr<ServiceObject> {
         const auto error = world.dal_unmakeable.find(std::string(name));
         if (error != world.dal_unmakeable.end()) throw Error(error->second);
         world.record.all.push_back(std::string("make ").append(name));
@@ -333,7 +333,7 @@ std::string shown(const Variant& value) {
     case Variant::Type::kMissing:
       return "missing";
     case Variant::Type::kString:
-      return quoted(value.string());
+      return in_quotes(value.string());
     case Variant::Type::kBoolean:
       return value.boolean() ? "true" : "false";
     case Variant::Type::kInt32:

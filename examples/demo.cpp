@@ -1,0 +1,291 @@
+// The main job of the library, step by step, against a sandbox server that this program starts on a
+// free loopback port and ends again. `./dev demo` builds and runs it.
+
+#include <bvconn/connectors/invoice/bv_invoice_connector.h>
+#include <bvconn/connectors/session/bv_heart_beat_connector.h>
+#include <bvconn/dal/bv_connector_object.h>
+#include <bvconn/platform/error.h>
+#include <bvconn/platform/platform.h>
+#include <bvconn/platform/soap/variant.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace bvconn;
+
+// ----- A window on what the library does: every send and every service object call is shown. -----
+
+class ShownTransport final : public HTTPTransport {
+ public:
+  void Option(std::string_view key, std::string_view value) override { real_->Option(key, value); }
+  void setProxy(std::string_view host, std::string_view port) override {
+    real_->setProxy(host, port);
+  }
+  void NoProxy() override { real_->NoProxy(); }
+  void SOAPAction(std::string_view value) override {
+    action_ = value;
+    real_->SOAPAction(value);
+  }
+  void Timeout(std::int32_t milliseconds) override { real_->Timeout(milliseconds); }
+  void Send(std::string_view url, std::string_view text) override {
+    std::cout << "    [SOAP] POST " << url << "  SOAPAction: \"" << action_ << "\"\n";
+    real_->Send(url, text);
+  }
+  std::string Receive(std::string_view encoding) override { return real_->Receive(encoding); }
+
+ private:
+  std::shared_ptr<HTTPTransport> real_ = make_http_transport();
+  std::string action_;
+};
+
+class ShownServiceObject final : public ServiceObject {
+ public:
+  explicit ShownServiceObject(std::string_view name) : real_(make_http_service_object(name)) {}
+  std::string_view name() const override { return real_->name(); }
+  std::string invoke(std::string_view operation, std::span<const Variant> arguments,
+                     bool by_name) override {
+    std::cout << "    [DAL]  " << name() << "." << operation << "\n";
+    return real_->invoke(operation, arguments, by_name);
+  }
+  bool offers(std::string_view interface_name) const override {
+    return real_->offers(interface_name);
+  }
+
+ private:
+  std::shared_ptr<ServiceObject> real_;
+};
+
+// Of the log, the heart beat's own word and the errors; the rest goes where it always goes.
+class ShownLogger final : public SessionLogger {
+ public:
+  std::string LogFilePath() override { return real_->LogFilePath(); }
+  void LogError(std::string_view cls, std::string_view method, const Error& error,
+                std::int32_t line) override {
+    std::cout << "    [log]  error in " << cls << "." << method << ": " << error.description
+              << "\n";
+    real_->LogError(cls, method, error, line);
+  }
+  void LogWarning(std::string_view cls, std::string_view method, std::string_view text,
+                  std::int32_t code) override {
+    real_->LogWarning(cls, method, text, code);
+  }
+  void LogInfo(std::string_view cls, std::string_view method, std::string_view text,
+               std::int32_t code) override {
+    if (text == "Heartbeat Returned OK.") {
+      std::cout << "    [log]  " << text << "\n";
+      beat_answered = true;
+    }
+    real_->LogInfo(cls, method, text, code);
+  }
+  void LogAtLevel(std::int32_t level, std::string_view cls, std::string_view method,
+                  std::string_view text, std::int32_t code) override {
+    real_->LogAtLevel(level, cls, method, text, code);
+  }
+  void EnterMethod(std::string_view cls, std::string_view method, std::int32_t level) override {
+    real_->EnterMethod(cls, method, level);
+  }
+  void ExitMethod(std::string_view cls, std::string_view method, std::int32_t level) override {
+    real_->ExitMethod(cls, method, level);
+  }
+  std::int32_t LogMask() override { return real_->LogMask(); }
+  std::string TracingFilePath() override { return real_->TracingFilePath(); }
+
+  static inline bool beat_answered = false;
+
+ private:
+  std::shared_ptr<SessionLogger> real_ = make_file_logger();
+};
+
+void show_what_the_library_does() {
+  platform::Platform shown = platform::system_platform();
+  shown.logger = [] { return std::make_shared<ShownLogger>(); };
+  shown.transport = [] { return std::make_shared<ShownTransport>(); };
+  shown.service_object = [](std::string_view name) {
+    return std::make_shared<ShownServiceObject>(name);
+  };
+  platform::install(shown);
+}
+
+// ----- The sandbox server: a child process that says its port in one line. -----
+
+class Sandbox {
+ public:
+  // Starts the server; the heart beat is disabled on its data access layer.
+  explicit Sandbox(const char* program) {
+    int out[2];
+    if (::pipe(out) != 0) fail("cannot make a pipe");
+    process_ = ::fork();
+    if (process_ < 0) fail("cannot start a process");
+    if (process_ == 0) {
+      ::dup2(out[1], STDOUT_FILENO);
+      ::close(out[0]);
+      ::close(out[1]);
+      ::execl(program, program, "--port", "0", "--db", database_.c_str(), "--seed", "1",
+              "--disabled", "urn:HeartBeatService.beat|", static_cast<char*>(nullptr));
+      std::_Exit(127);
+    }
+    ::close(out[1]);
+    read_ready_line(out[0]);
+  }
+  ~Sandbox() {
+    stop();
+    ::unlink(database_.c_str());
+    ::unlink((database_ + "-wal").c_str());
+    ::unlink((database_ + "-shm").c_str());
+  }
+  Sandbox(const Sandbox&) = delete;
+  Sandbox& operator=(const Sandbox&) = delete;
+
+  void stop() {
+    if (process_ <= 0) return;
+    ::kill(process_, SIGTERM);
+    ::waitpid(process_, nullptr, 0);
+    process_ = 0;
+  }
+  std::string url(const char* path) const {
+    return "http://127.0.0.1:" + std::to_string(port_) + path;
+  }
+
+ private:
+  [[noreturn]] static void fail(const char* why) {
+    std::cerr << "demo: " << why << "\n";
+    std::exit(1);
+  }
+
+  void read_ready_line(int from) {
+    std::FILE* stream = ::fdopen(from, "r");
+    char line[512];
+    if (stream == nullptr || std::fgets(line, sizeof line, stream) == nullptr) {
+      fail("the sandbox server did not start");
+    }
+    const std::string text = line;
+    const std::size_t at = text.find("\"port\":");
+    if (at == std::string::npos) fail("the sandbox server gave no port");
+    port_ = std::atoi(text.c_str() + at + 7);
+    stream_.reset(stream);
+  }
+
+  struct Closer {
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+  };
+
+  std::string database_ = "/tmp/bvconn-demo-" + std::to_string(::getpid()) + ".db";
+  pid_t process_ = 0;
+  int port_ = 0;
+  std::unique_ptr<std::FILE, Closer> stream_;
+};
+
+// ----- Printing -----
+
+void heading(const char* text) {
+  std::cout << "\n" << text << "\n";
+}
+
+std::string shown(const SoapNode& node) {
+  const Variant value = node.Value();
+  return value.is(Variant::Type::kNode) ? "" : to_text(value);
+}
+
+void print_tree(const SoapNode& node, int depth = 0) {
+  std::cout << std::string(static_cast<std::size_t>(4 + 2 * depth), ' ') << node.Name();
+  const std::string value = shown(node);
+  std::cout << (value.empty() ? "\n" : ": " + value + "\n");
+  for (const SoapNode child : node.Nodes()) print_tree(child, depth + 1);
+}
+
+void print_error(const Error& error) {
+  std::cout << "    number       " << hex_number(error.number) << "\n"
+            << "    source       " << error.source << "\n"
+            << "    description  " << (error.description.empty() ? "(none)" : error.description)
+            << "\n";
+}
+
+// Runs a call that is meant to fail and shows its error; anything else ends the demo.
+template <class Call>
+void expect_error(Call call, std::uint32_t number) {
+  try {
+    call();
+  } catch (const Error& error) {
+    print_error(error);
+    if (error.number == static_cast<std::int32_t>(number)) return;
+  }
+  std::cerr << "demo: this should have failed with another number\n";
+  std::exit(1);
+}
+
+// A heart beat never throws: whether it was answered stands in the log.
+void beat(BVHeartBeatConnector& connector, const std::string& url) {
+  ShownLogger::beat_answered = false;
+  connector.sendHeartBeat(url, "demo-session");
+  if (ShownLogger::beat_answered) return;
+  std::cerr << "demo: the heart beat was not answered\n";
+  std::exit(1);
+}
+
+int run(const char* sandbox_program) {
+  show_what_the_library_does();
+  Sandbox sandbox(sandbox_program);
+  const std::string soap = sandbox.url("/soap");
+  std::cout << "A sandbox server listens on " << soap << "\n";
+
+  heading("1. A heart beat keeps the session alive.");
+  BVHeartBeatConnector heart;
+  beat(heart, soap);
+
+  heading("2. GetInvoice fetches an invoice by SOAP. What comes back is a tree of nodes:");
+  BVInvoiceConnector invoices;
+  print_tree(invoices.GetInvoice(soap, "demo-session", "INV-1001"));
+
+  heading(
+      "3. Log in to the data access layer and turn it on. The heart beat takes that route now.");
+  BVConnectorObject object;
+  object.SalesOrg("1000");
+  object.UserName("demo");
+  object.Password("secret");
+  object.AppVer("1.0");
+  object.InitTorvexDAL(sandbox.url("/dal"));
+  object.UseTorvexDAL();
+  object.AllowDisabledDALMethods(true);
+  beat(heart, soap);
+
+  heading("4. The server has disabled that method there. Heeding its list, the beat goes by SOAP:");
+  std::cout << "    disabled: " << object.GetDisabledDALServices() << "\n";
+  object.AllowDisabledDALMethods(false);
+  beat(heart, soap);
+
+  heading(
+      "5. An invoice that does not exist: the server's fault code 10041 becomes an error number.");
+  expect_error([&] { invoices.GetInvoice(soap, "demo-session", "NO-SUCH-INVOICE"); }, 0x80042739);
+
+  heading("6. The server goes away. The next call says so at once:");
+  sandbox.stop();
+  expect_error([&] { invoices.GetInvoice(soap, "demo-session", "INV-1001"); }, 0x80044301);
+
+  std::cout << "\nThat is the library's main job. The same calls by name: bvconn --help\n";
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "usage: demo PATH-OF-BVSANDBOX\n";
+    return 2;
+  }
+  std::cout << std::unitbuf;
+  try {
+    return run(argv[1]);
+  } catch (const std::exception& error) {
+    std::cerr << "demo: " << error.what() << "\n";
+    return 1;
+  }
+}

@@ -1,0 +1,152 @@
+#include "bvconn/core/logging.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "bvconn/dal/bv_connector_object.h"
+#include "bvconn/platform/error_numbers.h"
+#include "support/recording_platform.h"
+
+namespace bvconn {
+namespace {
+
+using test::RecordingPlatform;
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "bvconn-XXXXXX").string();
+    path_ = ::mkdtemp(pattern.data());
+  }
+  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+  std::filesystem::path path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+std::string contents(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(DALMessageToLog, AppendsNameDashMessageAndCrLf) {
+  RecordingPlatform world;
+  TemporaryFolder folder;
+  world.log_file = (folder.path() / "bvconn.log").string();
+  std::ofstream(world.log_file) << "before\n";
+  EXPECT_TRUE(Global::DALMessageToLog("SaveProject", "<a>\nline</a>"));
+  EXPECT_TRUE(BVConnectorObject().SendDALMessageToLog("generateQuotes", "<b/>"));
+  EXPECT_EQ(contents(world.log_file),
+            "before\nSaveProject - <a>\nline</a>\r\ngenerateQuotes - <b/>\r\n");
+}
+
+TEST(DALMessageToLog, MakesAMissingFileAndItsFoldersForTheOwnerAlone) {
+  RecordingPlatform world;
+  TemporaryFolder folder;
+  world.log_file = (folder.path() / "deep" / "er" / "bvconn.log").string();
+  Global::DALMessageToLog("SaveProject", "x");
+  struct stat status {};
+  ASSERT_EQ(::stat(world.log_file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600U);
+  ASSERT_EQ(::stat((folder.path() / "deep").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0700U);
+}
+
+TEST(DALMessageToLog, AFileThatCannotBeOpenedIsAnErrorThatNamesIt) {
+  RecordingPlatform world;
+  TemporaryFolder folder;
+  std::ofstream(folder.path() / "file") << "no folder";
+  world.log_file = (folder.path() / "file" / "bvconn.log").string();
+  try {
+    BVConnectorObject().SendDALMessageToLog("SaveProject", "x");
+    FAIL() << "no error was raised";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number, error_numbers::kLogFile);
+    EXPECT_NE(error.description.find(world.log_file), std::string::npos) << error.description;
+  }
+}
+
+TEST(DALMessageToLog, WritesNoLineThroughTheLogger) {
+  RecordingPlatform world;
+  TemporaryFolder folder;
+  world.log_file = (folder.path() / "bvconn.log").string();
+  Global::DALMessageToLog("SaveProject", "x");
+  EXPECT_TRUE(world.record.log.empty());
+  EXPECT_EQ(world.record.all, std::vector<std::string>{"SessionLogger LogFilePath"});
+}
+
+constexpr LogBlock kBlock{.cls = "C", .method = "m"};
+
+TEST(PlainTail, LogsTheErrorAndRaisesItWithoutItsHelp) {
+  RecordingPlatform world;
+  try {
+    run_logged(kBlock, []() -> int { throw Error(5, "src", "what", "help.chm", 77); });
+    FAIL() << "no error was raised";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number, 5);
+    EXPECT_EQ(error.source, "src");
+    EXPECT_EQ(error.description, "what");
+    EXPECT_EQ(error.helpFile, "");
+    EXPECT_EQ(error.helpContext, 0);
+  }
+  EXPECT_EQ(world.record.log,
+            (std::vector<std::string>{"EnterMethod C.m 1", "LogError C.m 5 \"src\" \"what\" 0"}));
+}
+
+TEST(PlainTail, AnErrorOfTheLoggerInTheTailLeavesAtOnceInItsPlace) {
+  RecordingPlatform world;
+  world.log_failure = {"LogError C.m 5 \"src\" \"what\" 0",
+                       Error(70, "SessionLogger", "disk full")};
+  try {
+    run_logged(kBlock, []() -> int { throw Error(5, "src", "what"); });
+    FAIL() << "no error was raised";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number, 70);
+    EXPECT_EQ(error.description, "disk full");
+  }
+}
+
+TEST(PlainTail, AnErrorOfTheLoggerInTheEnterLineGoesThroughTheTail) {
+  RecordingPlatform world;
+  world.log_failure = {"EnterMethod C.m 1", Error(70, "SessionLogger", "disk full")};
+  EXPECT_THROW(run_logged(kBlock, [] { return 1; }), Error);
+  EXPECT_EQ(world.record.log,
+            (std::vector<std::string>{"EnterMethod C.m 1",
+                                      "LogError C.m 70 \"SessionLogger\" \"disk full\" 0"}));
+}
+
+TEST(LogBlock, TextLinesBearBracketsAndLevelsDoNot) {
+  RecordingPlatform world;
+  constexpr LogBlock kText{.cls = "C", .method = "m", .form = LogForm::kTextLines};
+  constexpr LogBlock kBrackets{.cls = "C", .method = "m", .level = 0, .brackets = true};
+  constexpr LogBlock kOwn{.cls = "C", .method = "m", .enter = "e()", .exit = "x", .error = "r"};
+  constexpr LogBlock kNone{.cls = "C", .method = "m", .form = LogForm::kNone};
+  for (const LogBlock& block : {kText, kBrackets, kOwn, kNone}) {
+    log_enter(block);
+    log_exit(block);
+    log_error(block, Error(9, "s", "d"));
+  }
+  EXPECT_EQ(world.record.log, (std::vector<std::string>{
+                                  "LogInfo C.m() \"Entering Method...\" 0",
+                                  "LogInfo C.m() \"Exiting Method...\" 0",
+                                  "LogError C.m 9 \"s\" \"d\" 0",
+                                  "EnterMethod C.m() 0",
+                                  "ExitMethod C.m() 0",
+                                  "LogError C.m 9 \"s\" \"d\" 0",
+                                  "EnterMethod C.e() 1",
+                                  "ExitMethod C.x 1",
+                                  "LogError C.r 9 \"s\" \"d\" 0",
+                                  "LogError C.m 9 \"s\" \"d\" 0",
+                              }));
+}
+
+}  // namespace
+}  // namespace bvconn
