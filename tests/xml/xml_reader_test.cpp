@@ -59,6 +59,10 @@ TEST(XmlReader, PartsCharacterDataAtCommentsThatAreWanted) {
   EXPECT_EQ(outline<FullOutline>("<!--1--><?t?><a/><?u  d?><!--2-->"), "#[1] ?t[] a () ?u[d] #[2]");
 }
 
+TEST(XmlReader, AllowsHyphensInCommentsUnlessTwoStandTogether) {
+  EXPECT_EQ(outline<FullOutline>("<a><!--->--><!-- - -x- --></a>"), "a (#[->] #[ - -x- ])");
+}
+
 TEST(XmlReader, GivesNoEmptyText) {
   EXPECT_EQ(outline("<a><![CDATA[]]></a>"), "a ()");
   EXPECT_EQ(outline("<a><!----></a>"), "a ()");
