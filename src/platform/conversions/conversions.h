@@ -27,6 +27,11 @@ BVCONN_EXPORT std::int32_t text_to_int32(std::string_view text);
 BVCONN_EXPORT std::optional<double> number_of(std::string_view text);
 /// A date: month first ("1/31/2007", also with "-" and two-digit years), ISO 8601, or with a
 /// month's English name; a time of day may follow or stand alone. Nothing when it reads as none.
+///
+/// A first number that can be no month is taken as the day ("31/1/2007"). Two-digit years from 30
+/// on lie in the 1900s, the others in the 2000s. An ISO zone is passed over: the fields stand as
+/// they are written. A time alone lies on day 0. Years go from 100 to 9999. A day without a year, a
+/// month without a day and a bare number are no dates.
 BVCONN_EXPORT std::optional<Date> date_of(std::string_view text);
 BVCONN_EXPORT Date text_to_date(std::string_view text);
 
@@ -51,7 +56,8 @@ BVCONN_EXPORT std::string iso_date_text(Date value);
 
 /// The value formatter, for the patterns that the operations use: "000" (text that reads as a
 /// number becomes a whole number of at least three digits), "0.00" (two decimals), "mm/dd/yyyy" and
-/// "m/d/yyyy" (text that reads as a date). Text that reads as neither passes unchanged; so does "".
+/// "m/d/yyyy" (text that reads as a date, or as a number, which is a serial day). Text that reads
+/// as neither passes unchanged; so does "". Halves are rounded away from zero; there is no "-0".
 BVCONN_EXPORT std::string format_text(std::string_view text, std::string_view pattern);
 BVCONN_EXPORT std::string format_number(double value, std::string_view pattern);
 BVCONN_EXPORT std::string format_date(Date value, std::string_view pattern);
