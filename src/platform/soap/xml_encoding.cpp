@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "bvconn/platform/soap/xml_characters.h"
+#include "bvconn/platform/soap/xml_scan.h"
 
 namespace bvconn::detail::xml {
 namespace {
@@ -186,8 +186,8 @@ std::string from_single_bytes(std::string bytes, Encoding encoding) {
     const char32_t c = byte < 0x80 ? byte : character_of(byte, encoding);
     if (byte >= 0x80 && c == 0) {
       throw ReadError(Problem::not_well_formed, position_in(bytes, i),
-                      "the byte " + std::to_string(byte) + " stands for nothing in the encoding " +
-                          std::string(name_of(encoding)));
+                      "the byte 0x" + hexadecimal(byte, 2) +
+                          " stands for nothing in the encoding " + std::string(name_of(encoding)));
     }
     out = encode(c, out);
   }

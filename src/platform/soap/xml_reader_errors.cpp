@@ -10,6 +10,12 @@ namespace {
 // The longest piece of a document that a message quotes.
 constexpr std::size_t kQuotedBytes = 60;
 
+std::string qualified(std::string_view prefix, std::string_view local) {
+  return prefix.empty() ? quoted(local) : quoted(std::string(prefix) + ":" + std::string(local));
+}
+
+}  // namespace
+
 std::string hexadecimal(char32_t number, int least_digits) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string digits;
@@ -19,12 +25,6 @@ std::string hexadecimal(char32_t number, int least_digits) {
   }
   return digits;
 }
-
-std::string qualified(std::string_view prefix, std::string_view local) {
-  return prefix.empty() ? quoted(local) : quoted(std::string(prefix) + ":" + std::string(local));
-}
-
-}  // namespace
 
 std::string quoted(std::string_view text) {
   if (text.size() <= kQuotedBytes) return std::string(text);

@@ -45,6 +45,8 @@ inline std::string_view slice(const char* begin, const char* end) {
 
 /// A piece of the document as a message quotes it: cut when it is long.
 std::string quoted(std::string_view text);
+/// A number in capital hexadecimal digits, with zeros in front up to `least_digits`.
+std::string hexadecimal(char32_t number, int least_digits);
 /// A character as a message shows it.
 std::string described(const char* at);
 
