@@ -53,6 +53,13 @@ bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
+// With OpenSSL, libcurl takes the bare end of a connection for the end of its TLS stream, but shows
+// the messages of TLS; the other TLS libraries fail by themselves.
+bool takes_bare_end_for_tls_end() {
+  const std::string_view library = curl_version_info(CURLVERSION_NOW)->ssl_version;
+  return library.starts_with("OpenSSL") || library.starts_with("LibreSSL");
+}
+
 bool is_proxy_host(std::string_view host) {
   return !host.empty() && std::all_of(host.begin(), host.end(), [](char c) {
     return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
@@ -75,6 +82,7 @@ struct CurlTransport::Exchange {
       : handle(curl),
         url(std::move(shown)),
         reply(url, reply_size_max),
+        secure(conversions::equal_ignoring_case(std::string_view(url).substr(0, 6), "https:")),
         traffic(tracing_file, url) {}
 
   // No exception may pass through libcurl.
@@ -101,10 +109,14 @@ struct CurlTransport::Exchange {
   }
 
   static int on_traffic(CURL*, curl_infotype type, char* data, std::size_t size, void* self) {
+    using std::string_view_literals::operator""sv;
+    constexpr auto kCloseNotify = "\x01\x00"sv;  // A warning (1) with the number 0.
     auto& exchange = *static_cast<Exchange*>(self);
     const std::string_view bytes(data, size);
     exchange.guarded(size, [&] {
-      if (type == CURLINFO_HEADER_OUT || type == CURLINFO_DATA_OUT) {
+      if (type == CURLINFO_SSL_DATA_IN) {
+        exchange.tls_ended |= bytes == kCloseNotify;
+      } else if (type == CURLINFO_HEADER_OUT || type == CURLINFO_DATA_OUT) {
         exchange.traffic.add(TrafficFile::Direction::kOut, bytes);
       } else if (type == CURLINFO_HEADER_IN || type == CURLINFO_DATA_IN) {
         exchange.traffic.add(TrafficFile::Direction::kIn, bytes);
@@ -132,9 +144,11 @@ struct CurlTransport::Exchange {
   CURL* handle;
   std::string url;
   HttpReply reply;
+  bool secure;
   TrafficFile traffic;
   std::array<char, CURL_ERROR_SIZE> error_text{};
   int requests = 0;
+  bool tls_ended = false;
   bool out_of_memory = false;
 };
 
@@ -149,11 +163,11 @@ void CurlTransport::Option(std::string_view key, std::string_view value) {
   if (key == "tracing.file") {
     tracing_file_ = file_name(key, value);
   } else if (key == "tls.ca_file") {
-    ca_file_ = file_name(key, value);
+    set_tls_file(ca_file_, file_name(key, value));
   } else if (key == "tls.client_cert") {
-    client_cert_ = file_name(key, value);
+    set_tls_file(client_cert_, file_name(key, value));
   } else if (key == "tls.client_key") {
-    client_key_ = file_name(key, value);
+    set_tls_file(client_key_, file_name(key, value));
   } else if (key == "http.max_reply_bytes") {
     constexpr auto kMax = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
     reply_size_max_ = positive_number<std::uint64_t>(key, value, kMax);
@@ -162,6 +176,14 @@ void CurlTransport::Option(std::string_view key, std::string_view value) {
     connect_timeout_ms_ = positive_number<std::int32_t>(key, value, kMax);
   } else {
     throw failure(error_numbers::kUnknownOption, "There is no option " + shown(key));
+  }
+}
+
+// A kept connection was trusted under the old setting, and libcurl does not compare all of them.
+void CurlTransport::set_tls_file(std::string& setting, std::string file) {
+  if (setting != file) {
+    setting = std::move(file);
+    handle_.reset();
   }
 }
 
@@ -331,11 +353,14 @@ void CurlTransport::prepare_callbacks(Exchange& exchange) {
   set(CURLOPT_WRITEDATA, &exchange);
   set(CURLOPT_PREREQFUNCTION, &Exchange::on_request);
   set(CURLOPT_PREREQDATA, &exchange);
-  if (!tracing_file_.empty()) {
-    set(CURLOPT_VERBOSE, 1L);
-    set(CURLOPT_DEBUGFUNCTION, &Exchange::on_traffic);
-    set(CURLOPT_DEBUGDATA, &exchange);
-  }
+  set(CURLOPT_DEBUGFUNCTION, &Exchange::on_traffic);
+  set(CURLOPT_DEBUGDATA, &exchange);
+  set(CURLOPT_VERBOSE, exchange.secure || !tracing_file_.empty() ? 1L : 0L);
+}
+
+bool CurlTransport::was_cut_by_tls(const Exchange& exchange, CURLcode code) const {
+  return code == CURLE_OK && exchange.secure && exchange.reply.ends_with_connection() &&
+         !exchange.tls_ended && takes_bare_end_for_tls_end();
 }
 
 void CurlTransport::conclude(Exchange& exchange, CURLcode code) {
@@ -350,6 +375,11 @@ void CurlTransport::conclude(Exchange& exchange, CURLcode code) {
     if (trouble->number == error_numbers::kTimeout || !about_reply) {
       throw *std::move(trouble);
     }
+  }
+  if (was_cut_by_tls(exchange, code)) {
+    trouble = failure(error_numbers::kConnectionLost,
+                      std::string(trouble_text(error_numbers::kConnectionLost)) + exchange.url +
+                          ": it ended without the closing message of TLS");
   }
   if (std::optional<Error> error = reply.finish(std::move(trouble))) {
     no_body_ = *std::move(error);

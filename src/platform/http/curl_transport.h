@@ -43,6 +43,7 @@ class CurlTransport final : public HTTPTransport {
   using HeaderList = std::unique_ptr<curl_slist, ListDeleter>;
   struct Exchange;
 
+  void set_tls_file(std::string& setting, std::string file);
   void take_clean_handle();
   HeaderList request_headers() const;
   std::string proxy_url(std::string_view shown_url) const;
@@ -51,6 +52,7 @@ class CurlTransport final : public HTTPTransport {
   void prepare_limits();
   void prepare_tls();
   void prepare_callbacks(Exchange& exchange);
+  bool was_cut_by_tls(const Exchange& exchange, CURLcode code) const;
   void conclude(Exchange& exchange, CURLcode code);
   Error judge(const Exchange& exchange, CURLcode code) const;
   template <typename Value>

@@ -91,6 +91,8 @@ bool HttpReply::take_field(std::string_view name, std::string_view value) {
     content_encoding_ = value;
   } else if (equal_ignoring_case(name, "Location")) {
     location_ = value;
+  } else if (equal_ignoring_case(name, "Transfer-Encoding")) {
+    is_chunked_ = equal_ignoring_case(value, "chunked");
   } else if (equal_ignoring_case(name, "Content-Length")) {
     if (!content_length_.empty() && content_length_ != value) {
       return give_up(error_numbers::kBadReply, "it states two different lengths");
@@ -107,6 +109,7 @@ bool HttpReply::end_headers() {
     content_type_.clear();
     content_encoding_.clear();
     content_length_.clear();
+    is_chunked_ = false;
     location_.clear();
     return true;
   }
@@ -147,6 +150,11 @@ bool HttpReply::take_body(std::string_view bytes) {
                        " bytes, which is the limit");
   }
   return true;
+}
+
+bool HttpReply::ends_with_connection() const {
+  const bool bodiless = status_ == 204 || status_ == 304;
+  return headers_complete_ && !bodiless && content_length_.empty() && !is_chunked_;
 }
 
 std::optional<Error> HttpReply::finish(std::optional<Error> trouble) {

@@ -30,6 +30,8 @@ class HttpReply {
 
   /// Whether the status line of a final reply came; those of interim replies do not count.
   bool has_status() const { return status_ >= 200; }
+  /// Whether the end of the connection alone tells where this reply's body ends.
+  bool ends_with_connection() const;
   /// Whether taking the reply in was given up; `finish` knows why.
   bool given_up() const { return given_up_; }
 
@@ -58,6 +60,7 @@ class HttpReply {
   std::string content_type_;
   std::string content_encoding_;
   std::string content_length_;
+  bool is_chunked_ = false;
   std::string location_;
   std::string body_;
   std::unique_ptr<GzipReader> gzip_;

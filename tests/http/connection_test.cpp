@@ -1,0 +1,163 @@
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "http/transport_fixture.h"
+
+namespace bvconn::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+using Connection = TransportTest;
+
+// A port on which nobody listens, as long as this object lives.
+class SilentPort {
+ public:
+  SilentPort() : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof(address);
+    EXPECT_EQ(::bind(socket_, reinterpret_cast<sockaddr*>(&address), size), 0);
+    ::getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size);
+    port_ = ntohs(address.sin_port);
+  }
+  ~SilentPort() { ::close(socket_); }
+  SilentPort(const SilentPort&) = delete;
+  SilentPort& operator=(const SilentPort&) = delete;
+
+  std::string port() const { return std::to_string(port_); }
+
+ private:
+  int socket_;
+  std::uint16_t port_ = 0;
+};
+
+TEST_F(Connection, RefusedFailsInSend) {
+  const SilentPort silent;
+  const std::string host = "127.0.0.1:" + silent.port();
+  const Error error = error_of([&] { transport->Send("http://u:word@" + host + "/p", "<a/>"); });
+  EXPECT_EQ(hex_number(error.number), "0x80044301") << error.description;
+  EXPECT_EQ(error.source, "HTTPTransport");
+  EXPECT_THAT(error.description, HasSubstr("http://" + host + "/p"));
+  EXPECT_THAT(error.description, Not(HasSubstr("word")));
+  expect_next_call_works();
+}
+
+TEST_F(Connection, ToANameThatDoesNotResolveFailsInSend) {
+  const Error error = error_of([&] { transport->Send("http://no-such-host.invalid/", "<a/>"); });
+  EXPECT_EQ(hex_number(error.number), "0x80044301") << error.description;
+  EXPECT_THAT(error.description, HasSubstr("no-such-host.invalid"));
+  expect_next_call_works();
+}
+
+TEST_F(Connection, ClosedBeforeTheStatusLineFailsInSend) {
+  server.answer(answers::close_before_status());
+  expect_send_fails(error_numbers::kConnectionLost);
+  EXPECT_EQ(server.requests().size(), 2U);
+}
+
+TEST_F(Connection, ResetBeforeTheStatusLineFailsInSend) {
+  server.answer(Answer{{.kind = Step::Kind::kReset}});
+  expect_send_fails(error_numbers::kConnectionLost);
+  EXPECT_EQ(server.requests().size(), 2U);
+}
+
+TEST_F(Connection, ClosedInsideTheStatusLineFailsInSend) {
+  server.answer(answers::then_close(answers::raw("HTTP/1.1 20")));
+  expect_send_fails(error_numbers::kConnectionLost);
+}
+
+TEST_F(Connection, ClosedAfterAnInterimReplyFailsInSend) {
+  server.answer(answers::then_close(answers::raw("HTTP/1.1 100 Continue\r\n\r\n")));
+  expect_send_fails(error_numbers::kConnectionLost);
+}
+
+// Kept connections.
+
+TEST_F(Connection, ThatTheServerClosedBetweenTwoCallsIsReplaced) {
+  server.answer(answers::then_close(answers::reply("<one/>")));
+  EXPECT_EQ(call(), "<one/>");
+  ASSERT_TRUE(server.wait_for_closed(1));
+  expect_next_call_works();
+  EXPECT_EQ(server.connections(), 2);
+  EXPECT_EQ(server.requests().size(), 2U);
+}
+
+TEST_F(Connection, ThatTheServerClosesAtAnyMomentAfterItsReplyIsReplaced) {
+  for (int round = 0; round < 100; ++round) {
+    server.answer(answers::then_close(answers::reply("<round/>")));
+    EXPECT_EQ(call(), "<round/>");
+  }
+}
+
+TEST_F(Connection, KeptAndResetWithTheRequestUnreadIsReplaced) {
+  server.answer(answers::then_reset_next(answers::reply("<one/>")));
+  EXPECT_EQ(call("<a/>"), "<one/>");
+  EXPECT_EQ(call("<b/>"), "<ok/>");
+  EXPECT_EQ(server.connections(), 2);
+  EXPECT_EQ(server.requests().size(), 2U);
+  EXPECT_EQ(server.last_request().body, "<b/>");
+}
+
+TEST_F(Connection, KeptAndClosedAfterTheRequestWasReadIsNotTriedAgain) {
+  server.answer({answers::reply("<one/>"), answers::close_before_status()});
+  EXPECT_EQ(call("<a/>"), "<one/>");
+  const Error error = error_of([&] { call("<save/>"); });
+  EXPECT_EQ(hex_number(error.number), "0x80044307") << error.description;
+  EXPECT_EQ(server.requests().size(), 2U);
+  EXPECT_EQ(server.last_request().body, "<save/>");
+  expect_next_call_works();
+}
+
+// Time-outs.
+
+TEST_F(Connection, WithoutAnAnswerRunsIntoTheTimeout) {
+  server.answer(answers::never());
+  transport->Timeout(200);
+  const double seconds = seconds_of([&] {
+    const Error error = error_of([&] { transport->Send(secret_url(), "<a/>"); });
+    expect_described(error, error_numbers::kTimeout);
+  });
+  EXPECT_GT(seconds, 0.15);
+  EXPECT_LT(seconds, 5.0);
+  transport->Timeout(10000);
+  expect_next_call_works();
+}
+
+TEST_F(Connection, ThatBringsTheReplyTooSlowlyRunsIntoTheTimeoutInSend) {
+  server.answer(answers::dribble(std::string(1000, 'x'), std::chrono::milliseconds(10)));
+  transport->Timeout(300);
+  const double seconds = seconds_of([&] {
+    const Error error = error_of([&] { transport->Send(secret_url(), "<a/>"); });
+    expect_described(error, error_numbers::kTimeout);
+  });
+  EXPECT_LT(seconds, 5.0);
+  EXPECT_EQ(error_of([&] { transport->Receive("UTF-8"); }).number, error_numbers::kBadReply);
+  transport->Timeout(10000);
+  expect_next_call_works();
+}
+
+TEST_F(Connection, HasNoTimeoutForANegativeOneOrZero) {
+  const Answer late = Answer{{.kind = Step::Kind::kWait, .pause = std::chrono::milliseconds(300)}} +
+                      answers::reply("<late/>");
+  server.answer({late, late, late});
+  transport->Timeout(100);
+  EXPECT_EQ(error_of([&] { call(); }).number, error_numbers::kTimeout);
+  transport->Timeout(-1);
+  EXPECT_EQ(call(), "<late/>");
+  transport->Timeout(0);
+  EXPECT_EQ(call(), "<late/>");
+}
+
+TEST_F(Connection, KeepsItsTimeoutUntilTheNextOne) {
+  server.answer({answers::never(), answers::never()});
+  transport->Timeout(100);
+  EXPECT_EQ(error_of([&] { call(); }).number, error_numbers::kTimeout);
+  EXPECT_EQ(error_of([&] { call(); }).number, error_numbers::kTimeout);
+}
+
+}  // namespace
+}  // namespace bvconn::test
