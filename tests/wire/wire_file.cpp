@@ -1,0 +1,120 @@
+#include "wire_file.h"
+
+#include <functional>
+#include <map>
+
+namespace bvconn::test {
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+class Reader {
+ public:
+  WireFile read(std::string_view text) {
+    while (!text.empty()) {
+      const std::size_t end = text.find('\n');
+      ++line_;
+      take(text.substr(0, end));
+      text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    if (file_.cases.empty()) problem("there is no case");
+    return std::move(file_);
+  }
+
+ private:
+  void problem(const std::string& what) {
+    file_.problems.push_back("line " + std::to_string(line_) + ": " + what);
+  }
+
+  void take(std::string_view line) {
+    if (trimmed(line).empty() || line.front() == '#') return;
+    if (line.front() == ' ') {
+      value(trimmed(line));
+      return;
+    }
+    const std::size_t colon = line.find(':');
+    if (colon == std::string_view::npos) return problem("a key and a colon are expected");
+    key_ = line.substr(0, colon);
+    begin();
+    if (const auto rest = trimmed(line.substr(colon + 1)); !rest.empty()) value(rest);
+  }
+
+  // What a key starts even before it has a value.
+  void begin() {
+    if (key_ == "claim") {
+      file_.cases.emplace_back();
+    } else if (file_.cases.empty()) {
+      problem("a claim comes first");
+      file_.cases.emplace_back();
+    } else if (key_ == "call") {
+      file_.cases.back().steps.emplace_back().line = line_;
+    } else if (auto* text = text_field()) {
+      *text = "";
+    }
+  }
+
+  std::optional<std::string>* text_field() {
+    if (file_.cases.back().steps.empty()) return nullptr;
+    WireStep& step = file_.cases.back().steps.back();
+    const std::map<std::string_view, std::optional<std::string>*> fields{
+        {"send", &step.url},       {"action", &step.soap_action}, {"timeout", &step.timeout},
+        {"userID", &step.user_id}, {"request", &step.request},    {"text", &step.text},
+        {"reply", &step.reply},    {"fault", &step.fault},        {"raw", &step.raw},
+        {"broken", &step.broken},  {"answer", &step.answer},
+    };
+    const auto found = fields.find(key_);
+    return found == fields.end() ? nullptr : found->second;
+  }
+
+  std::vector<std::string>* list_field() {
+    if (key_ == "given") return &file_.cases.back().given;
+    if (file_.cases.back().steps.empty()) return nullptr;
+    WireStep& step = file_.cases.back().steps.back();
+    if (key_ == "dal") return &step.dal;
+    if (key_ == "log") return &step.log;
+    if (key_ == "after") return &step.after;
+    return nullptr;
+  }
+
+  void value(std::string_view value) {
+    if (file_.cases.empty()) return problem("a claim comes first");
+    if (key_ == "claim") {
+      file_.cases.back().claim.append(value);
+    } else if (key_ == "call") {
+      call(value);
+    } else if (auto* text = text_field()) {
+      text->value().append(value);
+    } else if (auto* list = list_field()) {
+      list->emplace_back(value);
+    } else {
+      problem("there is no key \"" + key_ + "\" here");
+    }
+  }
+
+  void call(std::string_view value) {
+    WireStep& step = file_.cases.back().steps.back();
+    if (step.member.empty()) {
+      const std::size_t blank = value.find(' ');
+      step.member = value.substr(0, blank);
+      if (blank == std::string_view::npos) return;
+      value.remove_prefix(blank + 1);
+    }
+    step.arguments.append(value);
+  }
+
+  WireFile file_;
+  std::string key_;
+  int line_ = 0;
+};
+
+}  // namespace
+
+WireFile read_wire_file(std::string_view text) {
+  return Reader().read(text);
+}
+
+}  // namespace bvconn::test

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The files that tell, for one operation on one route, what goes over the wire and into the log.
+/// README.md describes them.
+namespace bvconn::test {
+
+/// One call and all that it should do.
+struct WireStep {
+  int line = 0;  ///< of the file, for messages
+  std::string member;
+  std::string arguments;  ///< JSON
+  std::optional<std::string> url;
+  std::optional<std::string> soap_action;
+  std::optional<std::string> timeout;
+  std::optional<std::string> user_id;
+  std::optional<std::string> request;
+  std::optional<std::string> text;
+  std::vector<std::string> dal;
+  std::optional<std::string> reply;
+  std::optional<std::string> fault;
+  std::optional<std::string> raw;
+  std::optional<std::string> broken;
+  std::optional<std::string> answer;
+  std::vector<std::string> log;
+  std::vector<std::string> after;
+};
+
+struct WireCase {
+  std::string claim;
+  std::vector<std::string> given;
+  std::vector<WireStep> steps;
+};
+
+struct WireFile {
+  std::vector<WireCase> cases;
+  std::vector<std::string> problems;  ///< what is wrong with the file itself
+};
+
+WireFile read_wire_file(std::string_view text);
+
+}  // namespace bvconn::test

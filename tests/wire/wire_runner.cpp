@@ -1,0 +1,331 @@
+// Runs the cases of wire files: `wire_runner FILE…`. Each is one ctest entry.
+
+#include <gtest/gtest.h>
+
+#include <charconv>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+
+#include "batch.h"
+#include "bvconn/core/session_state.h"
+#include "support/recording_platform.h"
+#include "wire_file.h"
+
+namespace bvconn::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr std::string_view kEnvelopeStart =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
+    "<SOAP-ENV:Envelope xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\""
+    " xmlns:SOAP-ENC=\"http://schemas.xmlsoap.org/soap/encoding/\""
+    " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
+    " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\">";
+constexpr std::string_view kEncodingStyle =
+    " SOAP-ENV:encodingStyle=\"http://schemas.xmlsoap.org/soap/encoding/\"";
+
+const Lines kTraceLines{
+    "LogInfo Global.TraceSoapTraffic() - Property Get \"Entering Method...\" 0",
+    "LogInfo Global.TraceSoapTraffic() - Property Get \"Entering Method...\" 0"};
+const Lines kTracePortLines{"EnterMethod Global.TracePort 2", "ExitMethod Global.TracePort 2"};
+const Lines kTimeoutLines{"EnterMethod Global.DefaultTimeout 2",
+                          "ExitMethod Global.DefaultTimeout 2"};
+const std::string kBeatLine =
+    "LogAtLevel 4 Global.LastHeartBeat \"Heart Beat Time Updated: 1/5/2007 1:04:09 PM\" 0";
+
+void replace_all(std::string& text, std::string_view what, std::string_view with) {
+  for (std::size_t at = text.find(what); at != std::string::npos;
+       at = text.find(what, at + with.size())) {
+    text.replace(at, what.size(), with);
+  }
+}
+
+bool starts(const std::string& text, std::string_view with, std::string& rest) {
+  if (!text.starts_with(with)) return false;
+  rest = text.substr(with.size());
+  return true;
+}
+
+std::string request_text(const WireStep& step) {
+  if (step.text) return *step.text;
+  std::string text(kEnvelopeStart);
+  const std::string user = step.user_id.value_or("none");
+  if (user != "none") {
+    text.append("<SOAP-ENV:Header><userID xsi:type=\"xsd:string\">").append(user);
+    text.append("</userID></SOAP-ENV:Header>");
+  }
+  text.append("<SOAP-ENV:Body>").append(step.request.value_or(""));
+  replace_all(text, "{soap}", kEncodingStyle);
+  return text.append("</SOAP-ENV:Body></SOAP-ENV:Envelope>");
+}
+
+// The name of the reply's element, from the log's `@sendXML NAME`.
+std::string reply_name(const WireStep& step) {
+  std::string name;
+  for (const std::string& line : step.log) {
+    if (starts(line, "@sendXML ", name)) return name + "Response";
+  }
+  return "answerResponse";
+}
+
+std::optional<Error> broken_error(const WireStep& step) {
+  if (!step.broken) return std::nullopt;
+  std::istringstream words(*step.broken);
+  std::string number;
+  std::string source;
+  std::string description;
+  words >> number >> source;
+  std::getline(words >> std::ws, description);
+  return Error(static_cast<std::int32_t>(std::stoul(number, nullptr, 0)), source, description,
+               "help.chm", 12);
+}
+
+std::string reply_text(const WireStep& step) {
+  if (step.raw) return *step.raw;
+  if (step.fault) {
+    const std::size_t blank = step.fault->find(' ');
+    return fault_text(step.fault->substr(0, blank), step.fault->substr(blank + 1));
+  }
+  return envelope_text(reply_name(step), step.reply.value_or(""));
+}
+
+class CaseRunner {
+ public:
+  explicit CaseRunner(const WireCase& wire_case) : case_(wire_case) {}
+
+  void run() {
+    world_.timer = {100.0};
+    for (const std::string& line : case_.given) set_up(line);
+    for (const WireStep& step : case_.steps) {
+      SCOPED_TRACE("line " + std::to_string(step.line) + ": call " + step.member);
+      run(step);
+    }
+    EXPECT_FALSE(case_.steps.empty()) << "the case calls nothing";
+  }
+
+ private:
+  void set_up(const std::string& line) {
+    std::string rest;
+    auto& state = session();
+    if (line == "UsingTorvexDAL") {
+      world_.use_dal();
+    } else if (line == "UseDALSave") {
+      state.UseDALSave = true;
+    } else if (line == "isBrimvale") {
+      state.isBrimvale = true;
+    } else if (starts(line, "disabled ", rest)) {
+      state.DisabledDALServices = rest;
+    } else if (starts(line, "mask ", rest)) {
+      world_.log_mask = std::stoi(rest, nullptr, 0);
+    } else if (starts(line, "timer ", rest)) {
+      world_.timer.clear();
+      std::istringstream seconds(rest);
+      for (double second = 0; seconds >> second;) world_.timer.push_back(second);
+    } else if (starts(line, "setting ", rest)) {
+      const std::size_t equals = rest.find(" = ");
+      std::string path = rest.substr(0, equals);
+      for (char& c : path) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+      world_.settings[path] = rest.substr(equals + 3);
+    } else {
+      ADD_FAILURE() << "given: nothing is known of \"" << line << "\"";
+    }
+  }
+
+  void run(const WireStep& step) {
+    world_.record.clear();
+    world_.sent.clear();
+    session().LastHeartBeat = Date{};
+    script(step);
+    std::string answer;
+    {
+      tool::Batch batch([&](std::string_view line) { answer = line; });
+      batch.run("{\"id\":1,\"call\":\"" + step.member +
+                "\",\"args\":" + (step.arguments.empty() ? "{}" : step.arguments) + "}");
+    }
+    ASSERT_TRUE(step.answer) << "the step states no answer";
+    EXPECT_EQ(answer, "{\"id\":1," + step.answer->substr(1));
+    expect_traffic(step);
+    EXPECT_EQ(world_.record.log, expanded_log(step));
+    for (const std::string& line : step.after) expect_state(line);
+  }
+
+  void script(const WireStep& step) {
+    if (step.url) {
+      if (const auto error = broken_error(step)) {
+        world_.fail_send(*error);
+      } else {
+        world_.reply(reply_text(step));
+      }
+    }
+    world_.dal_answers.clear();
+    world_.dal_errors.clear();
+    for (const std::string& line : step.dal) {
+      const std::string operation = line.substr(0, line.find('('));
+      world_.dal_answers[operation] = reply_text(step);
+      if (const auto error = broken_error(step)) world_.dal_errors.emplace(operation, *error);
+    }
+  }
+
+  void expect_traffic(const WireStep& step) {
+    Lines dal = step.dal;
+    for (std::string& line : dal) replace_all(line, "{request}", "\"" + request_text(step) + "\"");
+    EXPECT_EQ(world_.record.dal, dal);
+    ASSERT_EQ(world_.sent.size(), step.url ? 1U : 0U);
+    if (!step.url) return;
+    EXPECT_EQ(world_.sent[0].url, *step.url);
+    EXPECT_EQ(world_.sent[0].text, request_text(step));
+    std::string action = "none";
+    std::string timeout = "none";
+    for (const std::string& line : world_.record.transport) {
+      starts(line, "SOAPAction ", action);
+      starts(line, "Timeout ", timeout);
+    }
+    const std::string wanted = step.soap_action.value_or("(not stated)");
+    EXPECT_EQ(action, wanted == "none" ? wanted : "\"" + wanted + "\"");
+    EXPECT_EQ(timeout, step.timeout.value_or("300000"));
+  }
+
+  Lines expanded_log(const WireStep& step) {
+    Lines lines;
+    for (const std::string& line : step.log) expand(line, step, lines);
+    return lines;
+  }
+
+  static void append(Lines& lines, const Lines& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
+  }
+
+  // The last line of a function of `Global` that failed: the error as it was raised.
+  static std::string error_line(const std::string& function, const WireStep& step) {
+    std::string error = "0x80044201 \"SoapEnvelope\" \"The reply is a SOAP fault\"";
+    if (const auto broken = broken_error(step)) {
+      error = hex_number(broken->number) + " \"" + broken->source + "\" \"" + broken->description +
+              "\"";
+    }
+    return "LogError Global." + function + " " + error + " 0";
+  }
+
+  static void function(Lines& lines, const std::string& name, const Lines& inside) {
+    lines.push_back("EnterMethod Global." + name + " 1");
+    append(lines, inside);
+    lines.push_back("ExitMethod Global." + name + " 1");
+  }
+
+  void expand(const std::string& line, const WireStep& step, Lines& lines) {
+    const bool failed = step.fault || step.broken;
+    std::string name;
+    if (line == "@getEnvelope" || line == "@getEnvelopeStart" || line == "@getEnvelopeEnd") {
+      function(lines, line.substr(1), {});
+    } else if (starts(line, "@sendXML ", name)) {
+      send_xml(lines, name, step);
+    } else if (line == "@exchange") {
+      expand("@getHTTPTransport", step, lines);
+      function(lines, "getResponseEnvelope", {kBeatLine});
+      if (failed) {
+        lines.resize(lines.size() - 2);
+        lines.push_back(error_line("getResponseEnvelope", step));
+      }
+    } else if (line == "@getHTTPTransport" || line == "@sendXMLAndLoadDoc") {
+      Lines inside = kTraceLines;
+      append(inside, kTracePortLines);
+      append(inside, timeout_lines());
+      if (line == "@sendXMLAndLoadDoc") inside.push_back(kBeatLine);
+      function(lines, line.substr(1), inside);
+      if (line == "@sendXMLAndLoadDoc" && step.broken) {
+        lines.resize(lines.size() - 2);
+        lines.push_back(error_line("sendXMLAndLoadDoc", step));
+      }
+    } else if (line == "@inline") {
+      append(lines, kTraceLines);
+      append(lines, kTracePortLines);
+      append(lines, timeout_lines());
+    } else {
+      EXPECT_NE(line.front(), '@') << "nothing is known of " << line;
+      lines.push_back(line);
+    }
+  }
+
+  void send_xml(Lines& lines, const std::string& name, const WireStep& step) {
+    lines.emplace_back("EnterMethod Global.sendXML 1");
+    append(lines, kTraceLines);
+    append(lines, kTracePortLines);
+    if (step.timeout.value_or("300000") == "300000") append(lines, timeout_lines());
+    if (step.fault || step.broken) {
+      lines.push_back(error_line("sendXML", step));
+      return;
+    }
+    lines.push_back(kBeatLine);
+    lines.push_back("LogAtLevel 16 Global.sendXML \"Time to execute " + name + "Response: 0\" 0");
+    lines.emplace_back("ExitMethod Global.sendXML 1");
+  }
+
+  static const Lines& timeout_lines() { return kTimeoutLines; }
+
+  void expect_state(const std::string& line) {
+    const auto& state = session();
+    if (line == "UseDALSave" || line == "not UseDALSave") {
+      EXPECT_EQ(state.UseDALSave, line == "UseDALSave") << "after: " << line;
+    } else if (line == "LastHeartBeat" || line == "not LastHeartBeat") {
+      EXPECT_EQ(state.LastHeartBeat == world_.now, line == "LastHeartBeat") << "after: " << line;
+    } else {
+      ADD_FAILURE() << "after: nothing is known of \"" << line << "\"";
+    }
+  }
+
+  const WireCase& case_;
+  RecordingPlatform world_;
+};
+
+class WireTest : public ::testing::Test {
+ public:
+  explicit WireTest(WireCase wire_case) : case_(std::move(wire_case)) {}
+  void TestBody() override { CaseRunner(case_).run(); }
+
+ private:
+  WireCase case_;
+};
+
+// The claim as a test's name may be: letters, digits and underscores.
+std::string test_name(const std::string& claim) {
+  std::string name;
+  for (const char c : claim) {
+    const bool kept = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    name.push_back(kept ? c : '_');
+  }
+  return name;
+}
+
+bool register_file(const std::string& path) {
+  std::ifstream stream(path, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(stream), {}};
+  if (!stream && text.empty()) {
+    std::cerr << path << ": cannot be read\n";
+    return false;
+  }
+  const WireFile file = read_wire_file(text);
+  for (const std::string& problem : file.problems) std::cerr << path << ": " << problem << "\n";
+  const std::string suite = std::filesystem::path(path).stem().string();
+  for (const WireCase& wire_case : file.cases) {
+    ::testing::RegisterTest(suite.c_str(), test_name(wire_case.claim).c_str(), nullptr, nullptr,
+                            path.c_str(), 1,
+                            [wire_case]() -> ::testing::Test* { return new WireTest(wire_case); });
+  }
+  return file.problems.empty();
+}
+
+}  // namespace
+}  // namespace bvconn::test
+
+int main(int argc, char** argv) {
+  ::testing::InitGoogleTest(&argc, argv);
+  bool understood = argc > 1;
+  for (int i = 1; i < argc; ++i) understood = bvconn::test::register_file(argv[i]) && understood;
+  if (!understood) {
+    std::cerr << "usage: wire_runner FILE…\n";
+    return 2;
+  }
+  return RUN_ALL_TESTS();
+}
