@@ -2,7 +2,9 @@
 
 #include <dlfcn.h>
 
+#include <filesystem>
 #include <string>
+#include <vector>
 
 #include "bvconn/automation/component/class_table.h"
 #include "bvconn/automation/component/handles.h"
@@ -18,7 +20,7 @@ constexpr std::string_view kTextType = "REG_SZ";
 std::string library_path() {
   Dl_info info{};
   if (dladdr(module_mark(), &info) == 0 || info.dli_fname == nullptr) return {};
-  return info.dli_fname;
+  return std::filesystem::absolute(info.dli_fname).string();
 }
 
 struct Entry {

@@ -1,0 +1,67 @@
+#include "bvconn/automation/component/class_table.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+
+#include "bvconn/automation/component/class_factory.h"
+#include "bvconn/automation/interface.h"
+
+namespace bvconn::component {
+namespace {
+
+TEST(ClassTable, HoldsEveryClassOfTheInterfaceAndTwoHelpers) {
+  std::set<std::string_view> of_table;
+  std::set<std::string_view> helpers;
+  for (const ComponentClass& row : component_classes()) {
+    (row.helper ? helpers : of_table).insert(row.name);
+  }
+  for (const automation::ClassInfo* info : automation::classes()) {
+    EXPECT_TRUE(of_table.contains(info->name)) << info->name;
+  }
+  EXPECT_EQ(of_table.size(), 22u);
+  EXPECT_EQ(helpers, (std::set<std::string_view>{"SoapNode", "XMLDocument"}));
+}
+
+TEST(ClassTable, AClassIsAvailableWhenTheInterfaceKnowsIt) {
+  for (const ComponentClass& row : component_classes()) {
+    const bool known = row.helper || automation::find_class(row.name) != nullptr;
+    EXPECT_EQ(static_cast<bool>(maker_of(row.id)), known) << row.name;
+  }
+}
+
+TEST(ClassTable, NoIdentifierStandsTwice) {
+  std::set<std::string> ids;
+  for (const ComponentClass& row : component_classes()) ids.insert(guid_text(row.id));
+  ids.insert(guid_text(kHeartBeatEvents));
+  EXPECT_EQ(ids.size(), component_classes().size() + 1);
+}
+
+// Installed applications hold them, so that these texts must never change.
+TEST(ClassTable, IdentifiersAreWhatApplicationsHold) {
+  EXPECT_EQ(guid_text(find_component_class("BVConn.BVConnectorObject")->id),
+            "{9688093D-FAE0-475A-81F6-288D6628AF5C}");
+  EXPECT_EQ(guid_text(find_component_class("BVConn.BVInvoiceConnector")->id),
+            "{B1D1DDEA-A3A5-4FD6-AE06-630F3CBF7E97}");
+  EXPECT_EQ(guid_text(find_component_class("BVConn.SoapNode")->id),
+            "{3F0C61F3-D917-4DF8-9AFE-3905DCF93878}");
+}
+
+TEST(ClassTable, ProgramIdentifiersAreFoundInAnyCase) {
+  const ComponentClass* row = find_component_class("bvconn.bvINVOICEconnector");
+  ASSERT_NE(row, nullptr);
+  EXPECT_EQ(row->name, "BVInvoiceConnector");
+  EXPECT_EQ(prog_id_of(*row), "BVConn.BVInvoiceConnector");
+  EXPECT_EQ(find_component_class("BVInvoiceConnector"), nullptr);
+  EXPECT_EQ(find_component_class("BVConn.BVNothing"), nullptr);
+}
+
+TEST(ClassTable, AnIdentifierThatIsNotInItHasNoMaker) {
+  EXPECT_FALSE(maker_of(kNullGuid));
+  EXPECT_FALSE(maker_of(kHeartBeatEvents));
+}
+
+}  // namespace
+}  // namespace bvconn::component
