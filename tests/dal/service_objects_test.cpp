@@ -1,0 +1,194 @@
+#include "bvconn/dal/service_objects.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bvconn/platform/error.h"
+#include "dal/service_object_cases.h"
+#include "support/recording_platform.h"
+
+namespace bvconn::dal {
+namespace {
+
+using test::all_cases;
+
+// "Object.Operation" of a line.
+std::string key_of(const std::string& line) {
+  return line.substr(0, line.find('('));
+}
+
+TEST(ServiceObjects, PassEveryArgumentInItsPlaceAndGiveTheTextBack) {
+  bvconn::test::RecordingPlatform world;
+  world.use_dal();
+  std::vector<std::string> lines;
+  for (const auto& operation : all_cases()) {
+    const std::string answer = "text of " + key_of(operation.line);
+    world.dal_answers[key_of(operation.line)] = answer;
+    EXPECT_EQ(operation.call(Services()), answer);
+    lines.push_back(operation.line);
+  }
+  EXPECT_EQ(world.record.dal, lines);
+}
+
+TEST(ServiceObjects, HaveAsManyOperationsEachAsTheConnectorsCall) {
+  std::map<std::string, int> counts;
+  for (const auto& operation : all_cases()) {
+    ++counts[operation.line.substr(0, operation.line.find('.'))];
+  }
+  const std::map<std::string, int> expected{{"AuthenticationService", 3},
+                                            {"SummaryService", 4},
+                                            {"HeartBeatService", 1},
+                                            {"SearchService", 36},
+                                            {"ProjectService", 15},
+                                            {"QuoteService", 6},
+                                            {"OrderService", 7},
+                                            {"MaintenanceService", 21},
+                                            {"InventoryInquiryService", 2},
+                                            {"RMAService", 7},
+                                            {"PrintingService", 8},
+                                            {"SubmittalService", 4},
+                                            {"SalesInstrumentService", 3}};
+  EXPECT_EQ(counts, expected);
+}
+
+// The operations that the header declares, in its order, as "Object.Operation": what its classes
+// hand to their caller, so that an operation without a case above shows.
+std::vector<std::string> declared_operations() {
+  std::ifstream file(BVCONN_SOURCE_DIR "/src/dal/service_objects.h");
+  std::vector<std::string> operations;
+  std::string object;
+  const std::regex class_line(R"(^class (\w+Service) \{)");
+  const std::regex call(R"re(call_(?:\.by_name)?\("(\w+)")re");
+  std::smatch found;
+  for (std::string line; std::getline(file, line);) {
+    if (std::regex_search(line, found, class_line)) object = found[1];
+    if (std::regex_search(line, found, call)) {
+      operations.push_back(object + "." + found[1].str());
+    }
+  }
+  return operations;
+}
+
+TEST(ServiceObjects, AreAllCalledHereInTheOrderOfEachObject) {
+  std::vector<std::string> called;
+  for (const auto& operation : all_cases()) called.push_back(key_of(operation.line));
+  EXPECT_EQ(declared_operations(), called);
+  EXPECT_EQ(called.size(), 117U);
+}
+
+TEST(ServiceObjects, GoByNameInTheFourSearchesThatAreLookedUpAtRunTime) {
+  std::set<std::string> by_name;
+  for (const auto& operation : all_cases()) {
+    if (operation.line.ends_with(" by name")) by_name.insert(key_of(operation.line));
+  }
+  EXPECT_EQ(by_name,
+            (std::set<std::string>{
+                "SearchService.OrdersSearchEmailExport", "SearchService.ProjectsSearchEmailExport",
+                "SearchService.QuotesSearchEmailExport", "ProjectService.SearchForProjects"}));
+}
+
+TEST(ServiceObjects, FailWithObjectNotSetWhereNoneWasMade) {
+  bvconn::test::RecordingPlatform world;
+  for (const auto& operation : all_cases()) {
+    try {
+      operation.call(Services());
+      ADD_FAILURE() << operation.line << " did not fail";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.number, 91) << operation.line;
+      EXPECT_EQ(error.source, "BVConn") << operation.line;
+    }
+  }
+  EXPECT_EQ(world.record.dal, std::vector<std::string>());
+}
+
+TEST(ServiceObjects, LetAnOperationsOwnErrorThrough) {
+  bvconn::test::RecordingPlatform world;
+  world.use_dal();
+  world.dal_errors.insert(
+      {"PrintingService.GetPrintInfos", Error(-77, "Printing", "out of paper")});
+  try {
+    Services().PrintingService().GetPrintInfos();
+    ADD_FAILURE() << "the error was swallowed";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number, -77);
+    EXPECT_EQ(error.source, "Printing");
+    EXPECT_EQ(error.description, "out of paper");
+  }
+}
+
+// The booleans of a line, in order, as a text of 0 and 1.
+std::string booleans_of(const std::string& line) {
+  std::string bits;
+  for (std::size_t at = line.find('('); at != std::string::npos; at = line.find(", ", at + 1)) {
+    const std::string_view rest = std::string_view(line).substr(at);
+    if (rest.find("true") == (at == line.find('(') ? 1U : 2U)) bits += '1';
+    if (rest.find("false") == (at == line.find('(') ? 1U : 2U)) bits += '0';
+  }
+  return bits;
+}
+
+std::string only(std::size_t place, std::size_t size) {
+  std::string bits(size, '0');
+  bits[place] = '1';
+  return bits;
+}
+
+// Booleans have two values, so one call cannot tell twenty of them apart: each is true once alone.
+TEST(ServiceObjects, KeepThe20SwitchesOfTheApprovalQueueApart) {
+  bvconn::test::RecordingPlatform world;
+  world.use_dal();
+  world.dal_answers["SearchService.SearchApprovalQueue"] = "";
+  for (std::size_t place = 0; place < 20; ++place) {
+    std::array<bool, 20> b{};
+    b[place] = true;
+    Services().SearchService().SearchApprovalQueue(
+        "A", "B", "P", "M", "S", b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7], b[8], b[9], b[10],
+        b[11], b[12], b[13], b[14], b[15], b[16], b[17], b[18], "I", b[19]);
+    EXPECT_EQ(booleans_of(world.record.dal.back()), only(place, 20));
+  }
+}
+
+TEST(ServiceObjects, KeepTheSwitchesOfTheOtherSearchesApart) {
+  bvconn::test::RecordingPlatform world;
+  world.use_dal();
+  for (const auto* name : {"SearchForCustomers", "SearchForNatlAccts"}) {
+    world.dal_answers[std::string("SearchService.") + name] = "";
+  }
+  for (std::size_t place = 0; place < 3; ++place) {
+    std::array<bool, 3> b{};
+    b[place] = true;
+    Services().SearchService().SearchForCustomers("1", "2", "3", "4", "5", "6", "7", "8", "9", "10",
+                                                  b[0], b[1], b[2]);
+    EXPECT_EQ(booleans_of(world.record.dal.back()), only(place, 3));
+    Services().SearchService().SearchForNatlAccts("1", "2", "3", "4", b[0], b[1], b[2]);
+    EXPECT_EQ(booleans_of(world.record.dal.back()), only(place, 3));
+  }
+}
+
+TEST(ServiceObjects, PassTheVariantOfTheOrderExportByItsOwnType) {
+  bvconn::test::RecordingPlatform world;
+  world.use_dal();
+  world.dal_answers["SearchService.OrdersSearchEmailExport"] = "";
+  const auto last_argument = [&](const Variant& value) {
+    Services().SearchService().OrdersSearchEmailExport("", "", "", "", "", "", "", "", "", "", "",
+                                                       "", "", "", "", "", "", "", "", "", false,
+                                                       false, "", "", value);
+    const std::string& line = world.record.dal.back();
+    return line.substr(line.rfind(", ") + 2);
+  };
+  EXPECT_EQ(last_argument(Variant("PO 1")), "\"PO 1\") by name");
+  EXPECT_EQ(last_argument(Variant(true)), "true) by name");
+  EXPECT_EQ(last_argument(Variant()), "empty) by name");
+  EXPECT_EQ(last_argument(Variant(std::int16_t{7})), "int16 7) by name");
+}
+
+}  // namespace
+}  // namespace bvconn::dal
