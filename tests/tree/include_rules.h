@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tree/source_tree.h"
+
+/// The rules about who includes whom. Each gives its complaints, "path:line: what is wrong; what to
+/// do instead", and none when the file keeps it.
+namespace bvconn::test {
+
+using Complaints = std::vector<std::string>;
+
+struct Include {
+  std::size_t line = 0;  ///< from 1
+  std::string target;    ///< without quotes or brackets
+  bool quoted = false;
+
+  friend bool operator==(const Include&, const Include&) = default;
+};
+
+std::vector<Include> includes_of(std::string_view text);
+
+/// `connectors -> core, catalogues, dal -> platform`; `automation -> connectors`; tools and sandbox
+/// see `automation/` and `platform/` only.
+Complaints check_direction(const SourceFile& file);
+
+/// Own headers are written with their whole path, "bvconn/<room>/<file>", in quotes; the examples
+/// write them as an application does, in angle brackets. Tools, sandbox and tests may also name
+/// files of their own folder, or from the root of theirs.
+Complaints check_spelling(const SourceFile& file, const SourceTree& tree);
+
+/// Third-party code stays below platform/, tools/ and sandbox/, and each of them has its own;
+/// core, catalogues, dal and connectors see the standard library alone.
+Complaints check_third_party(const SourceFile& file);
+
+/// What an application can reach from the public headers shows no third-party header.
+Complaints check_public_headers(const SourceTree& tree);
+
+/// No file below src/ includes itself by way of others. One complaint for each circle found.
+Complaints check_circles(const SourceTree& tree);
+
+}  // namespace bvconn::test

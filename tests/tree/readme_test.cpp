@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tree/source_tree.h"
+
+namespace bvconn::test {
+namespace {
+
+const std::filesystem::path kRoot = BVCONN_SOURCE_DIR;
+
+// The code blocks of a text in Markdown that are marked with a language.
+std::vector<std::string> code_blocks(const std::string& text, const std::string& language) {
+  const std::string fence = "\n```" + language + "\n";
+  std::vector<std::string> blocks;
+  for (std::size_t at = text.find(fence); at != std::string::npos; at = text.find(fence, at)) {
+    at += fence.size();
+    const auto end = text.find("\n```\n", at);
+    if (end == std::string::npos) break;
+    blocks.push_back(text.substr(at, end + 1 - at));
+    at = end;
+  }
+  return blocks;
+}
+
+std::vector<std::string> all_matches(const std::string& text, const std::regex& pattern) {
+  std::vector<std::string> found;
+  for (std::sregex_iterator at(text.begin(), text.end(), pattern), end; at != end; ++at) {
+    found.push_back((*at)[1]);
+  }
+  return found;
+}
+
+std::string readme() {
+  return read_text(kRoot / "README.md");
+}
+
+TEST(CodeBlocks, AreFoundByTheirLanguage) {
+  const std::string text =
+      "a\n```cpp\nint x;\n```\nb\n```sh\nls\n```\n```cpp\nint y;\n\nint z;\n```\n";
+  EXPECT_EQ(code_blocks(text, "cpp"), (std::vector<std::string>{"int x;\n", "int y;\n\nint z;\n"}));
+  EXPECT_EQ(code_blocks(text, "sh"), (std::vector<std::string>{"ls\n"}));
+  EXPECT_EQ(code_blocks(text, "py"), std::vector<std::string>());
+}
+
+TEST(Readme, ShowsTheFirstProgramAsItIsBuilt) {
+  const auto programs = code_blocks(readme(), "cpp");
+  ASSERT_FALSE(programs.empty());
+  EXPECT_EQ(programs.front(), read_text(kRoot / "examples/first_program.cpp"))
+      << "copy examples/first_program.cpp into the README";
+}
+
+TEST(Readme, LinksOnlyToFilesThatExist) {
+  for (const char* page : {"README.md", "CONTRIBUTING.md", "CHANGELOG.md"}) {
+    const auto links =
+        all_matches(read_text(kRoot / page), std::regex(R"(\]\(([^)#:]+)(#[^)]*)?\))"));
+    for (const auto& link : links) {
+      EXPECT_TRUE(std::filesystem::exists(kRoot / link)) << page << " links to " << link;
+    }
+  }
+  EXPECT_GE(all_matches(readme(), std::regex(R"(\]\(([^)#:]+)\))")).size(), 3U);
+}
+
+TEST(Readme, NamesEveryRoomOfTheLibrary) {
+  const std::string text = readme();
+  for (const auto& entry : std::filesystem::directory_iterator(kRoot / "src")) {
+    if (!entry.is_directory()) continue;
+    const std::string room = entry.path().filename().string() + "/";
+    EXPECT_NE(text.find(room), std::string::npos) << "the map in the README leaves out " << room;
+  }
+}
+
+// "./dev NAME" wherever a page tells the reader to type it.
+TEST(Readme, TellsOfTasksThatTheScriptHas) {
+  const std::string script = read_text(kRoot / "dev");
+  std::set<std::string> tasks;
+  for (const char* page : {"README.md", "CONTRIBUTING.md"}) {
+    for (const auto& task :
+         all_matches(read_text(kRoot / page), std::regex(R"(\./dev ([a-z]+))"))) {
+      tasks.insert(task);
+    }
+  }
+  EXPECT_TRUE(tasks.contains("demo"));
+  EXPECT_TRUE(tasks.contains("test"));
+  for (const auto& task : tasks) {
+    EXPECT_NE(script.find("task_" + task + "()"), std::string::npos) << "./dev " << task;
+  }
+}
+
+TEST(Changelog, BeginsWithTheVersionThatIsBuilt) {
+  const auto versions = all_matches(read_text(kRoot / "CMakeLists.txt"),
+                                    std::regex(R"(project\(BVConn VERSION ([0-9.]+))"));
+  ASSERT_EQ(versions.size(), 1U);
+  const auto entries =
+      all_matches(read_text(kRoot / "CHANGELOG.md"), std::regex(R"(\n## ([0-9.]+)[ \n])"));
+  ASSERT_FALSE(entries.empty());
+  EXPECT_EQ(entries.front(), versions.front());
+}
+
+TEST(Changelog, HasFixedHeadings) {
+  const std::set<std::string> allowed{"Added", "Changed",  "Deprecated",  "Removed",
+                                      "Fixed", "Security", "Known limits"};
+  for (const auto& heading :
+       all_matches(read_text(kRoot / "CHANGELOG.md"), std::regex(R"(\n### ([^\n]+))"))) {
+    EXPECT_TRUE(allowed.contains(heading)) << heading;
+  }
+}
+
+TEST(Decisions, AreDatedAndSayTheirStatusContextDecisionAndConsequences) {
+  const std::regex name(R"(20\d\d-\d\d-\d\d-[a-z0-9-]+\.md)");
+  int pages = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(kRoot / "docs/decisions")) {
+    const std::string file = entry.path().filename().string();
+    EXPECT_TRUE(std::regex_match(file, name)) << file;
+    const std::string text = read_text(entry.path());
+    EXPECT_TRUE(text.starts_with("# ")) << file;
+    for (const char* part :
+         {"\nStatus: ", "\n## Context\n", "\n## Decision\n", "\n## Consequences\n"}) {
+      EXPECT_NE(text.find(part), std::string::npos) << file << " lacks" << part;
+    }
+    ++pages;
+  }
+  EXPECT_GE(pages, 4);
+}
+
+}  // namespace
+}  // namespace bvconn::test
