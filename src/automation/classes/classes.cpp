@@ -4,12 +4,20 @@ namespace bvconn::automation {
 
 const std::vector<const ClassInfo*>& classes() {
   static const std::vector<const ClassInfo*> all{
-      &connector_object_class(),     //
-      &generic_connector_class(),    //
-      &services_class(),             //
-      &methods_class(),              //
-      &invoice_connector_class(),    //
-      &heart_beat_connector_class()  //
+      &connector_object_class(),             //
+      &generic_connector_class(),            //
+      &services_class(),                     //
+      &methods_class(),                      //
+      &project_connector_class(),            //
+      &quote_connector_class(),              //
+      &order_connector_class(),              //
+      &request_for_quote_connector_class(),  //
+      &sales_instrument_connector_class(),   //
+      &acknowledgement_connector_class(),    //
+      &submittal_connector_class(),          //
+      &rma_connector_class(),                //
+      &invoice_connector_class(),            //
+      &heart_beat_connector_class(),         //
   };
   return all;
 }

@@ -14,6 +14,16 @@ const ClassInfo& heart_beat_connector_class();
 const ClassInfo& services_class();
 const ClassInfo& methods_class();
 
+// documents.cpp
+const ClassInfo& project_connector_class();
+const ClassInfo& quote_connector_class();
+const ClassInfo& order_connector_class();
+const ClassInfo& request_for_quote_connector_class();
+const ClassInfo& sales_instrument_connector_class();
+const ClassInfo& acknowledgement_connector_class();
+const ClassInfo& submittal_connector_class();
+const ClassInfo& rma_connector_class();
+
 // invoice.cpp
 const ClassInfo& invoice_connector_class();
 
