@@ -43,7 +43,7 @@ std::string types_text(const std::vector<std::string>& types) {
 
 Complaint parameter_complaint(const RequestFacts::Parameter& found,
                               const ParameterContract& expected) {
-  if (found.name != expected.name) {
+  if (!expected.name.empty() && found.name != expected.name) {
     return "is named " + quoted(found.name) + ", expected " + quoted(expected.name);
   }
   if (expected.types.empty()) return std::nullopt;
@@ -63,7 +63,9 @@ std::string count_text(std::size_t count) {
 std::string names_text(const RequestShape& shape) {
   if (shape.parameters.empty()) return {};
   std::vector<std::string> names;
-  for (const ParameterContract& each : shape.parameters) names.push_back(quoted(each.name));
+  for (const ParameterContract& each : shape.parameters) {
+    names.push_back(each.name.empty() ? "a document" : quoted(each.name));
+  }
   return " (" + listed(names, ", ") + ")";
 }
 
@@ -77,20 +79,20 @@ struct Departure {
 std::optional<Departure> departure(const RequestFacts& request, const RequestShape& shape) {
   const std::size_t found = request.parameters.size();
   const std::size_t expected = shape.parameters.size();
+  const bool count_fits = shape.open_ended ? found >= expected : found == expected;
+  const std::string count = "has " + count_text(found) + ", expected " +
+                            (shape.open_ended ? "at least " : "") + std::to_string(expected) +
+                            names_text(shape);
   for (std::size_t i = 0; i < std::min(found, expected); ++i) {
-    auto wrong = parameter_complaint(request.parameters[i], shape.parameters[i]);
+    const auto wrong = parameter_complaint(request.parameters[i], shape.parameters[i]);
+    if (!wrong) continue;
     // A wrong name among a wrong number means that something is missing or too much: the number
     // says more then.
-    if (!wrong) continue;
-    if (found != expected) {
-      return Departure{i, "has " + count_text(found) + ", expected " + std::to_string(expected) +
-                              names_text(shape)};
-    }
+    if (!count_fits) return Departure{i, count};
     return Departure{i + 1, "parameter " + std::to_string(i + 1) + " " + *wrong};
   }
-  if (found == expected) return std::nullopt;
-  return Departure{std::min(found, expected), "has " + count_text(found) + ", expected " +
-                                                  std::to_string(expected) + names_text(shape)};
+  if (count_fits) return std::nullopt;
+  return Departure{std::min(found, expected), count};
 }
 
 Complaint parameters_complaint(const RequestFacts& request, const MethodContract& method) {
@@ -105,7 +107,7 @@ Complaint parameters_complaint(const RequestFacts& request, const MethodContract
 }
 
 Complaint action_complaint(const RequestFacts& request, const MethodContract& method) {
-  if (method.soap_actions.empty()) return std::nullopt;
+  if (method.any_soap_action) return std::nullopt;
   if (request.soap_action && holds(method.soap_actions, *request.soap_action)) return std::nullopt;
   return (request.soap_action ? "SOAPAction is " + quoted(*request.soap_action)
                               : std::string("the SOAPAction header is missing")) +

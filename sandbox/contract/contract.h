@@ -10,6 +10,7 @@
 namespace bvconn::sandbox {
 
 struct ParameterContract {
+  /// Empty where the caller's document gives the name.
   std::string name;
   /// The local names of the types that it may have, "" for none at all. An empty list allows any
   /// type and any content: a place that carries a document or a value of the caller's choice.
@@ -20,14 +21,18 @@ struct ParameterContract {
 /// One way in which a method may be called. Parameters stand in their order.
 struct RequestShape {
   std::vector<ParameterContract> parameters;
+  /// Further parameters may follow, whatever they are.
+  bool open_ended = false;
 };
 
 struct MethodContract {
   std::string service;
   std::string name;
   std::vector<std::string> headers;
-  /// The values that SOAPAction may have; an empty list leaves the header alone.
+  /// The values that SOAPAction may have.
   std::vector<std::string> soap_actions;
+  /// Some operation leaves the header as the last request had it, so that nothing can be expected.
+  bool any_soap_action = false;
   /// A request fits when it fits one of them.
   std::vector<RequestShape> shapes;
 };

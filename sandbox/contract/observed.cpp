@@ -1,21 +1,66 @@
 #include "sandbox/contract/observed.h"
 
+#include <algorithm>
+#include <string>
+#include <utility>
+
 namespace bvconn::sandbox {
+namespace {
+
+using automation::ObservedRequest;
+
+MethodContract& method_of(std::vector<MethodContract>& methods, const ObservedRequest& request) {
+  const auto found = std::find_if(methods.begin(), methods.end(), [&](const MethodContract& each) {
+    return each.service == request.service && each.name == request.method;
+  });
+  if (found != methods.end()) return *found;
+  methods.push_back({.service = request.service,
+                     .name = request.method,
+                     .headers = request.headers,
+                     .soap_actions = {},
+                     .any_soap_action = false,
+                     .shapes = {}});
+  return methods.back();
+}
+
+RequestShape shape_of(const ObservedRequest& request) {
+  RequestShape shape{.parameters = {}, .open_ended = request.open_ended};
+  for (const auto& parameter : request.parameters) {
+    shape.parameters.push_back(
+        {.name = parameter.name,
+         .types = parameter.any_content ? std::vector<std::string>() : parameter.types,
+         .may_be_nil = parameter.may_be_nil});
+  }
+  return shape;
+}
+
+void add_action(MethodContract& method, const ObservedRequest& request) {
+  if (!request.soap_action) {
+    method.any_soap_action = true;
+  } else if (std::find(method.soap_actions.begin(), method.soap_actions.end(),
+                       *request.soap_action) == method.soap_actions.end()) {
+    method.soap_actions.push_back(*request.soap_action);
+  }
+}
+
+}  // namespace
+
+std::vector<MethodContract> contract_of(
+    const std::vector<automation::ObservedOperation>& observations) {
+  std::vector<MethodContract> methods;
+  for (const auto& operation : observations) {
+    for (const ObservedRequest& request : operation.requests) {
+      if (request.method.empty()) continue;
+      MethodContract& method = method_of(methods, request);
+      add_action(method, request);
+      method.shapes.push_back(shape_of(request));
+    }
+  }
+  return methods;
+}
 
 Contract observed_contract() {
-  const ParameterContract text{.name = "param", .types = {"string"}};
-  return Contract({
-      {.service = "urn:HeartBeatService",
-       .name = "beat",
-       .headers = {"userID"},
-       .soap_actions = {"urn:HeartBeatService"},
-       .shapes = {RequestShape{}}},
-      {.service = "urn:InvoiceService",
-       .name = "getInvoice",
-       .headers = {"userID"},
-       .soap_actions = {"urn:InvoiceService"},
-       .shapes = {RequestShape{.parameters = {text}}}},
-  });
+  return Contract(contract_of(automation::observe_all()));
 }
 
 }  // namespace bvconn::sandbox

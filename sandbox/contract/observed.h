@@ -1,10 +1,19 @@
 #pragma once
 
+#include <vector>
+
+#include "bvconn/automation/observe.h"
 #include "sandbox/contract/contract.h"
 
 namespace bvconn::sandbox {
 
-/// The contract of all operations, as the library itself is seen to keep it.
+/// The contract that these observations amount to: for each service and method the union of all
+/// forms that any operation sends. Methods that the caller names have no place in it.
+std::vector<MethodContract> contract_of(
+    const std::vector<automation::ObservedOperation>& observations);
+
+/// The contract of the library's own operations. Runs them all; no other thread may be inside the
+/// library meanwhile.
 Contract observed_contract();
 
 }  // namespace bvconn::sandbox

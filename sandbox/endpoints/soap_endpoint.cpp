@@ -27,6 +27,13 @@ SoapNode body_element(const SoapNode& root) {
   return root.Nodes().ItemByName("Body", kEnvelopeNamespace).Nodes().Item(0);
 }
 
+/// What a client's envelope says of a reply is here true of a request.
+std::string in_words_of_a_server(std::string_view description) {
+  constexpr std::string_view kReply = "The reply ";
+  if (!description.starts_with(kReply)) return std::string(description);
+  return "it " + std::string(description.substr(kReply.size()));
+}
+
 [[noreturn]] void refuse_document(const Error& error, const XMLDocument& document) {
   if (error.number == error_numbers::kSoapFault) refuse("The request is itself a SOAP fault");
   if (error.number == error_numbers::kNotASoapEnvelope && !document.empty()) {
@@ -37,7 +44,7 @@ SoapNode body_element(const SoapNode& root) {
                           "', expected '" + std::string(kEnvelopeNamespace) + "'"};
     }
   }
-  refuse("The request cannot be read: " + error.description);
+  refuse("The request cannot be read: " + in_words_of_a_server(error.description));
 }
 
 struct ParsedRequest {

@@ -204,9 +204,11 @@ class Observer {
 
   void take(const PostedRequest& posted, const MarkedCall& marked, Series& series) {
     const std::size_t place = place_of(observed_.requests, posted.form);
+    ObservedRequest& request = observed_.requests[place];
+    if (request.timeout_ms != posted.form.timeout_ms) request.timeout_ms.reset();
     const auto& first_texts = series.request_texts.try_emplace(place, posted.texts).first->second;
     for (std::size_t i = 0; i < posted.texts.size(); ++i) {
-      ObservedParameter& known = observed_.requests[place].parameters[i];
+      ObservedParameter& known = request.parameters[i];
       const ObservedParameter& seen = posted.form.parameters[i];
       known.may_be_nil = known.may_be_nil || seen.may_be_nil;
       for (const std::string& type : seen.types) add_once(known.types, type);

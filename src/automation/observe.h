@@ -44,8 +44,8 @@ struct ObservedRequest {
   std::vector<ObservedParameter> parameters;
   /// Further parameters follow, as many and with the names that the caller's document has.
   bool open_ended = false;
-  /// What the transport was told, without settings on the machine.
-  std::int32_t timeout_ms = 0;
+  /// What the transport was told, without settings on the machine; nothing where the caller says.
+  std::optional<std::int32_t> timeout_ms;
 };
 
 /// One form of a call on a service object of the data access layer.

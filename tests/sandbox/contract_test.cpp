@@ -10,6 +10,7 @@ MethodContract get_invoice() {
           .name = "getInvoice",
           .headers = {"userID"},
           .soap_actions = {"urn:InvoiceService"},
+          .any_soap_action = false,
           .shapes = {{.parameters = {{.name = "param", .types = {"string"}}}}}};
 }
 
@@ -117,6 +118,28 @@ TEST(Contract, OfSeveralShapesTheNearestIsTold) {
             "getInvoice in urn:InvoiceService: parameter 2 is named 'isQuote', expected 'isOrder'");
 }
 
+TEST(Contract, ADocumentMayHaveAnyName) {
+  auto method = get_invoice();
+  method.shapes[0].parameters[0] = {.name = "", .types = {}};
+  auto request = fitting_request();
+  request.parameters[0] = {.name = "Project", .type = ""};
+  EXPECT_EQ(complaint_of(method, request), "fits");
+  request.parameters.clear();
+  EXPECT_EQ(complaint_of(method, request),
+            "getInvoice in urn:InvoiceService: has 0 parameters, expected 1 (a document)");
+}
+
+TEST(Contract, AnOpenEndTakesFurtherParameters) {
+  auto method = get_invoice();
+  method.shapes[0].open_ended = true;
+  auto request = fitting_request();
+  request.parameters.push_back({.name = "FirstName", .type = "string"});
+  EXPECT_EQ(complaint_of(method, request), "fits");
+  request.parameters.clear();
+  EXPECT_EQ(complaint_of(method, request),
+            "getInvoice in urn:InvoiceService: has 0 parameters, expected at least 1 ('param')");
+}
+
 TEST(Contract, AWrongSoapActionIsToldWithTheExpectedOne) {
   auto request = fitting_request();
   request.soap_action = "urn:OrderService";
@@ -129,9 +152,9 @@ TEST(Contract, AWrongSoapActionIsToldWithTheExpectedOne) {
             "'urn:InvoiceService'");
 }
 
-TEST(Contract, WithoutActionsTheHeaderIsLeftAlone) {
+TEST(Contract, WhereAnySoapActionWillDoItIsNotLookedAt) {
   auto method = get_invoice();
-  method.soap_actions.clear();
+  method.any_soap_action = true;
   auto request = fitting_request();
   request.soap_action = "urn:OrderService";
   EXPECT_EQ(complaint_of(method, request), "fits");
