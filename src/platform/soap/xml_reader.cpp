@@ -55,7 +55,7 @@ Token Reader::next() {
 void Reader::begin_document() {
   began_ = true;
   if (starts_with(at_, kByteOrderMark)) at_ += kByteOrderMark.size();
-  checkpoints_.push_back({.at = at_, .line = 1, .column = 1});
+  document_ = at_;
   if (at_ == end_ && !is_cut_) fail(at_, "the document is empty");
   if (!starts_with(at_, kDeclarationBegin)) return;
   char* after = at_ + kDeclarationBegin.size();
@@ -147,7 +147,7 @@ Token Reader::mixed_content(Run run, char* at) {
       at = reference(at, run.out);
     } else if (*at == '\r') {
       at += at[1] == '\n' ? 2 : 1;
-      count_to(at);
+      will_overwrite(run.out, at);
       *run.out++ = '\n';
     } else if (*at == ']') {
       fail(at, "']]>' may not stand in text");
@@ -181,7 +181,7 @@ void Reader::keep(Run& run, char* piece, char* piece_end) {
   if (run.out == run.begin) {
     run.begin = piece;
   } else if (run.out != piece) {
-    count_to(piece_end);
+    will_overwrite(run.out, piece_end);
     std::memmove(run.out, piece, size);
     piece = run.out;
   }
@@ -202,7 +202,7 @@ char* Reader::cdata_section(char* at, Run& run) {
              static_cast<char*>(std::memchr(piece, '\r', static_cast<std::size_t>(end - piece)))) {
     keep(run, piece, stop);
     piece = stop + (stop[1] == '\n' ? 2 : 1);
-    count_to(piece);
+    will_overwrite(run.out, piece);
     *run.out++ = '\n';
   }
   keep(run, piece, end);
@@ -271,7 +271,7 @@ char* Reader::instruction_end(char* at) {
 char* Reader::normalise_line_ends(char* begin, char* end) {
   char* out = static_cast<char*>(std::memchr(begin, '\r', static_cast<std::size_t>(end - begin)));
   if (out == nullptr) return end;
-  count_to(end);
+  will_overwrite(out, end);
   for (char* at = out; at != end; ++at) {
     if (*at != '\r') {
       *out++ = *at;
@@ -293,7 +293,7 @@ char* Reader::reference(char* at, char*& out) {
   if (at[1] == '#') return character_reference(at, out);
   for (const Entity& entity : kEntities) {
     if (starts_with(at, entity.name)) {
-      count_to(at + entity.name.size());
+      will_overwrite(out, at + entity.name.size());
       *out++ = entity.stands_for;
       return at + entity.name.size();
     }
@@ -325,7 +325,7 @@ char* Reader::character_reference(char* at, char*& out) {
     fail(at, "the reference " + quoted(slice(at, next)) +
                  " is not to a character that a document may hold");
   }
-  count_to(next);
+  will_overwrite(out, next);
   out = encode(c, out);
   return next;
 }

@@ -69,13 +69,14 @@ class Reader {
     std::string_view qualified_name;
     std::size_t scope_mark;
   };
-  /// A place up to which lines are counted. Between two checkpoints, and after the last one, the
-  /// buffer is as it was given; so the place of an error can be told although parts are
-  /// overwritten.
-  struct Checkpoint {
-    const char* at;
-    std::size_t line;
-    std::size_t column;
+  /// A stretch of the buffer that was overwritten, and what it held before: how many line ends, and
+  /// how many characters after the last of them. All else is as it was given; so the place of an
+  /// error can be told afterwards, and lines need not be counted on the way.
+  struct Overwritten {
+    const char* begin;
+    const char* end;
+    std::size_t line_ends;
+    std::size_t columns;
   };
   /// Character data while its pieces are put together; [begin, out) is what is kept so far.
   struct Run {
@@ -116,18 +117,18 @@ class Reader {
   void open_element(char* begin);
   void leave_element();
 
-  void count_to(const char* at);
-  void keep_checkpoint();
-  Position position(const char* at);
-  [[noreturn]] void fail(const char* at, const std::string& what);
-  [[noreturn]] void fail_unreadable();
-  [[noreturn]] void fail_unexpected(const char* at, const std::string& wanted);
-  [[noreturn]] void fail_limit(const char* at, const std::string& what);
-  [[noreturn]] void fail_markup(const char* at);
+  void will_overwrite(const char* from, const char* to);
+  Position position(const char* at) const;
+  [[noreturn]] void fail(const char* at, const std::string& what) const;
+  [[noreturn]] void fail_unreadable() const;
+  [[noreturn]] void fail_unexpected(const char* at, const std::string& wanted) const;
+  [[noreturn]] void fail_limit(const char* at, const std::string& what) const;
+  [[noreturn]] void fail_markup(const char* at) const;
   [[noreturn]] void fail_end_tag(char* at);
-  [[noreturn]] void fail_duplicate(const Attribute& a, const Attribute& b);
+  [[noreturn]] void fail_duplicate(const Attribute& a, const Attribute& b) const;
 
   char* begin_;
+  const char* document_ = nullptr;  ///< where lines count from: behind a byte-order mark
   char* at_;
   /// The end of the buffer, or the first byte that no document can hold; a NUL stands here.
   char* end_;
@@ -147,7 +148,7 @@ class Reader {
   std::string_view target_;
   Scope scope_;
   std::vector<OpenElement> open_;
-  std::vector<Checkpoint> checkpoints_;
+  std::vector<Overwritten> overwritten_;
   bool has_prefixed_attributes_ = false;
 };
 

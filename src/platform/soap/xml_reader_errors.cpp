@@ -14,6 +14,24 @@ std::string qualified(std::string_view prefix, std::string_view local) {
   return prefix.empty() ? quoted(local) : quoted(std::string(prefix) + ":" + std::string(local));
 }
 
+struct Counted {
+  std::size_t line_ends;
+  std::size_t columns;  // characters after the last line end, or after `from`
+};
+
+Counted count(const char* from, const char* to) {
+  Counted counted{.line_ends = 0, .columns = 0};
+  for (const char* at = from; at < to; ++at) {
+    if (*at == '\n' || (*at == '\r' && at[1] != '\n')) {
+      ++counted.line_ends;
+      counted.columns = 0;
+    } else if ((static_cast<unsigned char>(*at) & 0xC0u) != 0x80) {
+      ++counted.columns;
+    }
+  }
+  return counted;
+}
+
 }  // namespace
 
 std::string hexadecimal(char32_t number, int least_digits) {
@@ -40,38 +58,46 @@ std::string described(const char* at) {
   return "the character U+" + hexadecimal(decode_valid(at).character, 4);
 }
 
-void Reader::keep_checkpoint() {
-  checkpoints_.push_back(checkpoints_.back());
-}
-
-// Called with the place up to which the buffer is about to be overwritten.
-void Reader::count_to(const char* at) {
-  Checkpoint& counted = checkpoints_.back();
-  for (; counted.at < at; ++counted.at) {
-    if (*counted.at == '\n' || (*counted.at == '\r' && counted.at[1] != '\n')) {
-      ++counted.line;
-      counted.column = 1;
-    } else if ((static_cast<unsigned char>(*counted.at) & 0xC0u) != 0x80) {
-      ++counted.column;
-    }
+// Called before anything in [from, to) is overwritten, `to` being the end of what was read. Within
+// one run of text or one value `from` lags behind the end of the last stretch, which then grows.
+void Reader::will_overwrite(const char* from, const char* to) {
+  if (overwritten_.empty() || overwritten_.back().end < from) {
+    overwritten_.push_back({.begin = from, .end = from, .line_ends = 0, .columns = 0});
   }
+  Overwritten& stretch = overwritten_.back();
+  if (stretch.end >= to) return;
+  const Counted held = count(stretch.end, to);
+  stretch.end = to;
+  stretch.line_ends += held.line_ends;
+  stretch.columns = held.columns + (held.line_ends == 0 ? stretch.columns : 0);
 }
 
-Position Reader::position(const char* at) {
-  while (checkpoints_.size() > 1 && checkpoints_.back().at > at) checkpoints_.pop_back();
-  count_to(at);
-  const Checkpoint& found = checkpoints_.back();
-  return {
-      .line = found.line, .column = found.column, .offset = static_cast<std::size_t>(at - begin_)};
+Position Reader::position(const char* at) const {
+  Counted before{.line_ends = 0, .columns = 0};
+  const auto add = [&before](const Counted& more) {
+    before.line_ends += more.line_ends;
+    before.columns = more.columns + (more.line_ends == 0 ? before.columns : 0);
+  };
+  const char* from = document_;
+  for (const Overwritten& stretch : overwritten_) {
+    if (stretch.end > at) break;
+    add(count(from, stretch.begin));
+    add({.line_ends = stretch.line_ends, .columns = stretch.columns});
+    from = stretch.end;
+  }
+  add(count(from, at));
+  return {.line = 1 + before.line_ends,
+          .column = 1 + before.columns,
+          .offset = static_cast<std::size_t>(at - begin_)};
 }
 
-void Reader::fail(const char* at, const std::string& what) {
+void Reader::fail(const char* at, const std::string& what) const {
   if (at == end_ && is_cut_) fail_unreadable();
   throw ReadError(Problem::not_well_formed, position(at), what);
 }
 
 // Tells which character it is that no document may hold, or that the bytes are no character.
-void Reader::fail_unreadable() {
+void Reader::fail_unreadable() const {
   *end_ = unreadable_;
   const Decoded found = decode(slice(end_, buffer_end_));
   if (found.length == 0) {
@@ -83,17 +109,17 @@ void Reader::fail_unreadable() {
                   "a document may not hold the character U+" + hexadecimal(found.character, 4));
 }
 
-void Reader::fail_unexpected(const char* at, const std::string& wanted) {
+void Reader::fail_unexpected(const char* at, const std::string& wanted) const {
   const std::string found = at == end_ ? "the document ends" : "found " + described(at);
   fail(at, found + " instead of " + wanted);
 }
 
-void Reader::fail_limit(const char* at, const std::string& what) {
+void Reader::fail_limit(const char* at, const std::string& what) const {
   throw ReadError(Problem::limit, position(at), what);
 }
 
 // For markup that begins with "<!" and is neither comment nor, in an element, a CDATA section.
-void Reader::fail_markup(const char* at) {
+void Reader::fail_markup(const char* at) const {
   if (starts_with(at, "<!DOCTYPE")) fail(at, "a document type declaration is not accepted");
   if (starts_with(at, "<![CDATA[")) fail(at, "a CDATA section may stand in an element only");
   const auto rest = static_cast<std::size_t>(end_ - at);
@@ -114,7 +140,7 @@ void Reader::fail_end_tag(char* at) {
                quoted(open_.back().qualified_name) + ">");
 }
 
-void Reader::fail_duplicate(const Attribute& a, const Attribute& b) {
+void Reader::fail_duplicate(const Attribute& a, const Attribute& b) const {
   const std::string first = qualified(a.prefix, a.local);
   const std::string second = qualified(b.prefix, b.local);
   const char* const at = b.prefix.empty() ? b.local.data() : b.prefix.data();

@@ -28,8 +28,6 @@ Token Reader::end_tag(char* at) {
 }
 
 Token Reader::start_tag(char* at) {
-  // The place of any error in this tag can be told from the last checkpoint on.
-  if (checkpoints_.size() > 1) checkpoints_ = {checkpoints_.back()};
   attributes_.clear();
   has_prefixed_attributes_ = false;
   char* after = qualified_name(at + 1, name_.prefix, name_.local);
@@ -120,7 +118,6 @@ char* Reader::value(char* at, std::string_view& value) {
 
 // A value in which something is to be replaced, first at `at`.
 char* Reader::normalised_value(char* begin, char* at, char quote, std::string_view& value) {
-  keep_checkpoint();
   char* out = at;
   while (*at != quote) {
     if (*at == '&') {
@@ -131,16 +128,16 @@ char* Reader::normalised_value(char* begin, char* at, char quote, std::string_vi
       fail(at, "the document ends inside the value of an attribute");
     } else if (is(*at, kIsSpace)) {
       at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
-      count_to(at);
+      will_overwrite(out, at);
       *out++ = ' ';
     } else {
       ++at;  // the other quotation mark
-      count_to(at);
+      will_overwrite(out, at);
       *out++ = at[-1];
     }
     char* const piece = at;
     while (!is(*at, kStopsValue)) ++at;
-    count_to(at);
+    will_overwrite(out, at);
     std::memmove(out, piece, static_cast<std::size_t>(at - piece));
     out += at - piece;
   }
