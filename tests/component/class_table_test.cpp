@@ -8,6 +8,7 @@
 
 #include "bvconn/automation/component/class_factory.h"
 #include "bvconn/automation/interface.h"
+#include "bvconn/platform/conversions/conversions.h"
 
 namespace bvconn::component {
 namespace {
@@ -29,6 +30,22 @@ TEST(ClassTable, AClassIsAvailableWhenTheInterfaceKnowsIt) {
   for (const ComponentClass& row : component_classes()) {
     const bool known = row.helper || automation::find_class(row.name) != nullptr;
     EXPECT_EQ(static_cast<bool>(maker_of(row.id)), known) << row.name;
+  }
+}
+
+// Calls by name do not look at case, so two such members would hide each other.
+TEST(ClassTable, NoClassHasTwoMembersThatDifferInCaseAlone) {
+  for (const automation::ClassInfo* info : automation::classes()) {
+    std::set<std::string> names;
+    for (const automation::Member& member : info->members) {
+      EXPECT_TRUE(names.insert(conversions::upper_case(member.name)).second)
+          << info->name << "." << member.name;
+      std::set<std::string> arguments;
+      for (const automation::Argument& argument : member.arguments) {
+        EXPECT_TRUE(arguments.insert(conversions::upper_case(argument.name)).second)
+            << info->name << "." << member.name << " " << argument.name;
+      }
+    }
   }
 }
 

@@ -23,14 +23,10 @@ constexpr std::uint16_t kWrites = call_flag::kPropertyPut | call_flag::kProperty
 class ArgumentReader {
  public:
   ArgumentReader(const NamedMember& member, const InvokeRequest& request, bool writes)
-      : request_(request), shapes_(member.arguments) {
-    if (writes) {
-      Argument& value = shapes_.emplace_back();
-      value.type = member.put_type;
-      put_place_ = shapes_.size() - 1;
-    }
-    places_.resize(shapes_.size());
-  }
+      : member_(member),
+        request_(request),
+        writes_(writes),
+        places_(member.arguments.size() + (writes ? 1 : 0)) {}
 
   Hresult read(std::vector<Value>& values) {
     const DispatchParams& given = *request_.parameters;
@@ -38,9 +34,11 @@ class ArgumentReader {
         (given.named_count != 0 && given.named_ids == nullptr)) {
       return kInvalidArgument;
     }
-    const auto required = static_cast<std::size_t>(
-        std::ranges::count(shapes_, false, [](const Argument& shape) { return shape.optional; }));
-    if (given.count < required || given.count > shapes_.size()) return kBadParameterCount;
+    const auto optional =
+        static_cast<std::size_t>(std::ranges::count(member_.arguments, true, &Argument::optional));
+    if (given.count < places_.size() - optional || given.count > places_.size()) {
+      return kBadParameterCount;
+    }
     Hresult result = place_named();
     if (succeeded(result)) result = place_positional();
     if (succeeded(result)) result = convert(values);
@@ -58,16 +56,16 @@ class ArgumentReader {
     for (std::uint32_t i = 0; i < given.named_count; ++i) {
       const DispatchId id = given.named_ids[i];
       std::optional<std::size_t> place;
-      if (id == kPropertyPutValue) {
-        place = put_place_;
-      } else if (id >= 0 && static_cast<std::size_t>(id) < arguments_end()) {
+      if (id == kPropertyPutValue && writes_) {
+        place = value_place();
+      } else if (id >= 0 && static_cast<std::size_t>(id) < member_.arguments.size()) {
         place = static_cast<std::size_t>(id);
       }
       if (!place || places_[*place]) return fail(kParameterNotFound, i);
       places_[*place] = i;
     }
     // A value to set that does not say so could be meant as an argument.
-    if (put_place_ && !places_[*put_place_]) return kParameterNotOptional;
+    if (writes_ && !places_[value_place()]) return kParameterNotOptional;
     return kOk;
   }
 
@@ -75,7 +73,7 @@ class ArgumentReader {
   Hresult place_positional() {
     const DispatchParams& given = *request_.parameters;
     const std::uint32_t positional = given.count - given.named_count;
-    if (positional > arguments_end()) return kBadParameterCount;
+    if (positional > member_.arguments.size()) return kBadParameterCount;
     for (std::uint32_t place = 0; place < positional; ++place) {
       const std::uint32_t index = given.count - 1 - place;
       if (places_[place]) return fail(kParameterNotFound, *places_[place]);
@@ -85,26 +83,33 @@ class ArgumentReader {
   }
 
   Hresult convert(std::vector<Value>& values) const {
-    values.resize(shapes_.size());
-    for (std::size_t place = 0; place < shapes_.size(); ++place) {
+    values.resize(places_.size());
+    for (std::size_t place = 0; place < places_.size(); ++place) {
       const auto index = places_[place];
       const bool left_out = !index || is_missing(request_.parameters->arguments[*index]);
       if (left_out) {
-        if (shapes_[place].optional) continue;
+        if (is_optional(place)) continue;
         return index ? fail(kParameterNotOptional, *index) : kParameterNotOptional;
       }
-      const Hresult result = value_from_record(request_.parameters->arguments[*index],
-                                               shapes_[place].type, values[place]);
+      const Hresult result =
+          value_from_record(request_.parameters->arguments[*index], type_of(place), values[place]);
       if (!succeeded(result)) return fail(result, *index);
     }
     return kOk;
   }
 
-  std::size_t arguments_end() const { return put_place_.value_or(shapes_.size()); }
+  // The value that a property is set to stands behind the arguments.
+  std::size_t value_place() const { return member_.arguments.size(); }
+  bool is_optional(std::size_t place) const {
+    return place != value_place() && member_.arguments[place].optional;
+  }
+  automation::ValueType type_of(std::size_t place) const {
+    return place == value_place() ? member_.put_type : member_.arguments[place].type;
+  }
 
+  const NamedMember& member_;
   const InvokeRequest& request_;
-  std::vector<Argument> shapes_;
-  std::optional<std::size_t> put_place_;
+  const bool writes_;
   // For each place the index of its argument in the host's array.
   std::vector<std::optional<std::uint32_t>> places_;
 };
