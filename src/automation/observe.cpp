@@ -70,6 +70,7 @@ void read_parameter(PostedRequest& posted, const SoapNode& node) {
     return;
   }
   ObservedParameter parameter{.name = detail::is_mark(node.Name()) ? "" : node.Name(),
+                              .name_space = node.Namespace(),
                               .types = {},
                               .may_be_nil = node.nil(),
                               .any_content = detail::is_mark(node.Name()),
@@ -109,7 +110,7 @@ bool same_form(const ObservedRequest& a, const ObservedRequest& b) {
          a.headers == b.headers && a.open_ended == b.open_ended &&
          std::equal(a.parameters.begin(), a.parameters.end(), b.parameters.begin(),
                     b.parameters.end(), [](const ObservedParameter& x, const ObservedParameter& y) {
-                      return x.name == y.name;
+                      return x.name == y.name && x.name_space == y.name_space;
                     });
 }
 

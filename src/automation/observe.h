@@ -25,6 +25,7 @@ struct Origin {
 struct ObservedParameter {
   /// Empty where the caller's own node or text gives the name.
   std::string name;
+  std::string name_space;
   /// Local names of the types that it was seen with, "" for none at all.
   std::vector<std::string> types;
   bool may_be_nil = false;
