@@ -15,9 +15,9 @@ namespace {
 
 /// Arrays in arrays that a value may hold: a variant copies and frees itself by recursion.
 constexpr std::size_t kDeepestArray = 256;
-/// Items that the arrays in one value may have together: through shared nodes a small reply can
-/// describe a value beyond all bounds.
-constexpr std::size_t kMostItems = 10'000'000;
+/// Items that the inner arrays of one value may have together: through shared nodes a small reply
+/// can describe a value beyond all bounds.
+constexpr std::size_t kMostInnerItems = 1'000'000;
 
 [[noreturn]] void does_not_fit(const NodeData& node, std::string_view text, std::string_view type) {
   throw Error(error_numbers::kTypeMismatch, "BVConn",
@@ -67,8 +67,8 @@ class ValueReader {
   Variant read_array(const NodeData& holder) {
     if (holder.has(kUnallocated) && children_of(holder).empty()) return VariantArray();
     const auto children = children_of(holder);
-    items_ += children.size();
-    if (++depth_ > kDeepestArray || items_ > kMostItems) {
+    if (++depth_ > 1) inner_items_ += children.size();
+    if (depth_ > kDeepestArray || inner_items_ > kMostInnerItems) {
       throw Error(error_numbers::kSoapLimit, "SoapNodes",
                   "The node " + shown(name_of(holder)) +
                       " holds too many arrays in each other, or too many items, for one value");
@@ -81,7 +81,7 @@ class ValueReader {
   }
 
   std::size_t depth_ = 0;
-  std::size_t items_ = 0;
+  std::size_t inner_items_ = 0;
 };
 
 }  // namespace

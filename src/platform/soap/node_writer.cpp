@@ -20,7 +20,7 @@ constexpr std::size_t kDeepest = 10'000;
 constexpr std::size_t kLongest = std::size_t{1} << 30;
 /// Elements that are written because of references. A reply that shares its nodes can be small and
 /// yet, written out, be longer than any memory.
-constexpr std::size_t kMostReferenced = 10'000'000;
+constexpr std::size_t kMostReferenced = 2'000'000;
 
 struct Known {
   std::string_view prefix;
@@ -97,7 +97,7 @@ void NodeWriter::close() {
 NodeWriter::Frame NodeWriter::new_frame(const NodeData& node, const NodeData& holder) {
   Frame frame;
   frame.children = children_of(holder);
-  frame.name = element_ = name_of(node);
+  frame.name = name_of(node);
   frame.outer_uri = n_uri_;
   frame.is_array = holder.has(kArray);
   if (frame.is_array) frame.items = item_type_of(holder);
@@ -123,7 +123,7 @@ void NodeWriter::check_limits(bool referenced) {
 void NodeWriter::start_tag(const NodeData& node, Frame& frame) {
   const auto uri = namespace_of(node);
   bool declared = false;
-  check_name(frame.name);
+  begin_element(frame.name);
   frame.prefix = prefix_for(uri, "n", declared);
   out_ += '<';
   prefixed(frame.prefix, frame.name);
@@ -225,7 +225,7 @@ void NodeWriter::qualified_text(std::string_view uri, std::string_view local) {
 
 void NodeWriter::text(std::string_view text) {
   const std::size_t stopped = xml::append_text(out_, text);
-  if (stopped != std::string_view::npos) unwritable("the text", text, stopped);
+  if (stopped != std::string_view::npos) unwritable("text", text, stopped);
 }
 
 void NodeWriter::attribute(std::string_view name, std::string_view value) {
@@ -235,7 +235,7 @@ void NodeWriter::attribute(std::string_view name, std::string_view value) {
   out_ += "=\"";
   const std::size_t stopped = xml::append_attribute(out_, value);
   if (stopped != std::string_view::npos) {
-    unwritable("the attribute " + std::string(name), value, stopped);
+    unwritable("attribute " + std::string(name), value, stopped);
   }
   out_ += '"';
 }
@@ -269,7 +269,8 @@ void NodeWriter::declare(std::string_view prefix, std::string_view uri) {
   attribute("xmlns:" + std::string(prefix), uri);
 }
 
-void NodeWriter::check_name(std::string_view name) const {
+void NodeWriter::begin_element(std::string_view name) {
+  element_ = name;
   if (xml::is_local_name(name)) return;
   throw Error(error_numbers::kUnwritableText, source_,
               shown(name) + " cannot be the name of an XML element");
@@ -283,12 +284,13 @@ void NodeWriter::check_namespace(std::string_view uri) const {
 
 void NodeWriter::unwritable(std::string_view what, std::string_view text,
                             std::size_t offset) const {
-  std::string description = "XML cannot carry ";
-  description += xml::unwritable_character(text, offset);
-  description += ", which is in ";
+  std::string description = "The ";
   description += what;
   description += " of the element ";
   description += shown(element_);
+  description += " holds ";
+  description += xml::unwritable_character(text, offset);
+  description += ", which XML cannot carry";
   throw Error(error_numbers::kUnwritableText, source_, description);
 }
 

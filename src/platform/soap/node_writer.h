@@ -34,8 +34,9 @@ class NodeWriter {
 
   // For the elements of the envelope itself.
   void attribute(std::string_view name, std::string_view value);
-  /// Fails with 0x80044205 for what is no local name.
-  void check_name(std::string_view name) const;
+  /// Names the element that is about to be written. Fails with 0x80044205 for what is no local
+  /// name.
+  void begin_element(std::string_view name);
   /// Fails with 0x80044205 for a namespace that no prefix can stand for.
   void check_namespace(std::string_view uri) const;
 

@@ -91,7 +91,7 @@ std::string SoapEnvelope::Serialize() const {
     out += "<SOAP-ENV:Body/></SOAP-ENV:Envelope>";
     return out;
   }
-  writer.check_name(envelope.method);
+  writer.begin_element(envelope.method);
   writer.check_namespace(envelope.name_space);
   std::string method(method_prefix(envelope.name_space));
   method += envelope.method;
