@@ -35,6 +35,10 @@ std::string type_text(std::string_view type) {
   return type.empty() ? "no type" : "type " + quoted(type);
 }
 
+std::string namespace_text(std::string_view name_space) {
+  return name_space.empty() ? "no namespace" : "the namespace " + quoted(name_space);
+}
+
 std::string types_text(const std::vector<std::string>& types) {
   std::vector<std::string> texts;
   for (const std::string& each : types) texts.push_back(type_text(each));
@@ -47,6 +51,10 @@ Complaint parameter_complaint(const RequestFacts::Parameter& found,
     return "is named " + quoted(found.name) + ", expected " + quoted(expected.name);
   }
   if (expected.types.empty()) return std::nullopt;
+  if (found.name_space != expected.name_space) {
+    return "(" + quoted(found.name) + ") is in " + namespace_text(found.name_space) +
+           ", expected " + namespace_text(expected.name_space);
+  }
   if (found.nil) {
     if (expected.may_be_nil) return std::nullopt;
     return "(" + quoted(found.name) + ") is nil, expected " + types_text(expected.types);

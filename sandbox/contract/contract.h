@@ -12,8 +12,10 @@ namespace bvconn::sandbox {
 struct ParameterContract {
   /// Empty where the caller's document gives the name.
   std::string name;
+  std::string name_space{};
   /// The local names of the types that it may have, "" for none at all. An empty list allows any
-  /// type and any content: a place that carries a document or a value of the caller's choice.
+  /// type, content and namespace: a place that carries a document or a value of the caller's
+  /// choice.
   std::vector<std::string> types;
   bool may_be_nil = false;
 };
@@ -41,6 +43,7 @@ struct MethodContract {
 struct RequestFacts {
   struct Parameter {
     std::string name;
+    std::string name_space{};
     std::string type;  ///< local name of its xsi:type, "" where it has none
     bool nil = false;
   };

@@ -28,6 +28,7 @@ RequestShape shape_of(const ObservedRequest& request) {
   for (const auto& parameter : request.parameters) {
     shape.parameters.push_back(
         {.name = parameter.name,
+         .name_space = parameter.name_space,
          .types = parameter.any_content ? std::vector<std::string>() : parameter.types,
          .may_be_nil = parameter.may_be_nil});
   }

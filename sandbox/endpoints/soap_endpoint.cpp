@@ -83,8 +83,10 @@ ParsedRequest parse(const Request& request) {
     }
   }
   for (const SoapNode& node : parsed.envelope.Parameters()) {
-    parsed.facts.parameters.push_back(
-        {.name = node.Name(), .type = node.Type(), .nil = node.nil()});
+    parsed.facts.parameters.push_back({.name = node.Name(),
+                                       .name_space = node.Namespace(),
+                                       .type = node.Type(),
+                                       .nil = node.nil()});
   }
   return parsed;
 }

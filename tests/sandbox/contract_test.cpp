@@ -45,6 +45,17 @@ TEST(Contract, AWrongTypeIsToldWithTheExpectedOne) {
             "'string'");
 }
 
+TEST(Contract, AWrongNamespaceIsToldWithTheExpectedOne) {
+  auto method = get_invoice();
+  auto request = fitting_request();
+  request.parameters[0].name_space = "urn:InvoiceService";
+  EXPECT_EQ(complaint_of(method, request),
+            "getInvoice in urn:InvoiceService: parameter 1 ('param') is in the namespace "
+            "'urn:InvoiceService', expected no namespace");
+  method.shapes[0].parameters[0].name_space = "urn:InvoiceService";
+  EXPECT_EQ(complaint_of(method, request), "fits");
+}
+
 TEST(Contract, AMissingTypeIsNotTheExpectedOne) {
   auto request = fitting_request();
   request.parameters[0].type = "";
