@@ -22,6 +22,9 @@ Reply answer(Sandbox& sandbox, const Operations& operations, const Request& requ
     return route(sandbox, operations, request);
   } catch (const std::exception& error) {
     return text_reply(500, std::string("The sandbox failed: ") + error.what() + "\n");
+  } catch (...) {
+    // A fault or an error of the other protocol's, thrown where it means nothing.
+    return text_reply(500, "The sandbox failed in a way that it cannot name.\n");
   }
 }
 

@@ -16,6 +16,9 @@ using test::exchange;
 using test::http_request;
 using test::RawClient;
 
+/// More than the buffers of a connection hold.
+constexpr std::size_t kLargeReply = 16'000'000;
+
 /// A server that answers with what it was asked, on a thread of its own.
 class HttpServer : public ::testing::Test {
  protected:
@@ -25,6 +28,8 @@ class HttpServer : public ::testing::Test {
   void start(const Limits& limits) {
     end();
     server_ = std::make_unique<Server>(0, limits, [](const Request& request) {
+      static const Reply large = text_reply(200, std::string(kLargeReply, 'x'));
+      if (request.target == "/large") return large;
       return text_reply(
           200, request.method + " " + request.target + " " + std::to_string(request.body.size()));
     });
@@ -149,6 +154,20 @@ TEST_F(HttpServer, ASlowRequestIsAnswered408) {
   ASSERT_TRUE(slow_body.send("POST / HTTP/1.1\r\nHost: h\r\nContent-Length: 10\r\n\r\nabc"));
   EXPECT_EQ(slow_body.receive().status, 408);
   EXPECT_TRUE(slow_body.ends());
+}
+
+TEST_F(HttpServer, AClientThatDoesNotReadItsReplyLosesIt) {
+  start(Limits{.reply = 100ms});
+  RawClient client(port());
+  ASSERT_TRUE(client.send(http_request("POST", "/large", "", "")));
+  std::this_thread::sleep_for(1s);
+  EXPECT_TRUE(client.receive().body.empty());
+  EXPECT_TRUE(client.ends());
+  expect_alive();
+}
+
+TEST_F(HttpServer, AClientThatReadsALargeReplyGetsAllOfIt) {
+  EXPECT_EQ(exchange(port(), http_request("POST", "/large", "", "")).body.size(), kLargeReply);
 }
 
 TEST_F(HttpServer, ARestingConnectionIsEnded) {
