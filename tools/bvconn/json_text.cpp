@@ -12,8 +12,6 @@
 namespace bvconn::tool {
 namespace {
 
-// References in a reply are shared, not copied, so a small reply can have an enormous text.
-constexpr std::size_t kMaxNodes = 10'000'000;
 constexpr std::size_t kMaxText = std::size_t{1} << 30;
 
 std::string base64(const Bytes& bytes) {
@@ -42,7 +40,8 @@ std::string number_text(double value) {
 /// Writes values without recursion, so that no reply is too deep for it.
 class Writer {
  public:
-  explicit Writer(bool tells_missing) : tells_missing_(tells_missing) {}
+  Writer(bool tells_missing, std::size_t max_nodes)
+      : tells_missing_(tells_missing), max_nodes_(max_nodes) {}
 
   std::string write(Variant value) {
     push(std::move(value));
@@ -69,7 +68,7 @@ class Writer {
 
   void run() {
     while (!work_.empty()) {
-      if (nodes_ > kMaxNodes || out_.size() > kMaxText) {
+      if (nodes_ > max_nodes_ || out_.size() > kMaxText) {
         throw Error(error_numbers::kSoapLimit, "bvconn", "The answer is too large to be printed");
       }
       const Item item = std::move(work_.back());
@@ -188,6 +187,7 @@ class Writer {
   }
 
   bool tells_missing_;
+  std::size_t max_nodes_;
   std::string out_;
   std::vector<Item> work_;
   std::size_t nodes_ = 0;
@@ -197,21 +197,26 @@ std::string object_text(std::string_view name) {
   return "{\"object\":" + json_string(name) + "}";
 }
 
-std::string envelope_text(const SoapEnvelope& envelope) {
+std::string envelope_text(const SoapEnvelope& envelope, std::size_t max_nodes) {
   std::string text = "{\"envelope\":{\"method\":" + json_string(envelope.MethodName());
-  text.append(",\"headers\":").append(Writer(false).write_list(envelope.Headers()));
-  text.append(",\"parameters\":").append(Writer(false).write_list(envelope.Parameters()));
+  text.append(",\"headers\":").append(Writer(false, max_nodes).write_list(envelope.Headers()));
+  text.append(",\"parameters\":")
+      .append(Writer(false, max_nodes).write_list(envelope.Parameters()));
   return text.append("}}");
 }
 
 struct ValueText {
+  std::size_t max_nodes;
+
   std::string operator()(std::monostate) const { return "null"; }
-  std::string operator()(const Variant& value) const { return Writer(false).write(value); }
+  std::string operator()(const Variant& value) const {
+    return Writer(false, max_nodes).write(value);
+  }
   std::string operator()(const StringArray& array) const {
-    return Writer(false).write(Variant(array));
+    return Writer(false, max_nodes).write(Variant(array));
   }
   std::string operator()(const SoapEnvelope& envelope) const {
-    return envelope ? envelope_text(envelope) : "null";
+    return envelope ? envelope_text(envelope, max_nodes) : "null";
   }
   std::string operator()(const std::shared_ptr<HTTPTransport>& transport) const {
     return transport ? object_text("HTTPTransport") : "null";
@@ -230,12 +235,12 @@ std::string json_string(std::string_view text) {
   return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-std::string json_value(const automation::Value& value) {
-  return std::visit(ValueText{}, value);
+std::string json_value(const automation::Value& value, std::size_t max_nodes) {
+  return std::visit(ValueText{max_nodes}, value);
 }
 
 std::string json_argument(const Variant& value) {
-  return Writer(true).write(value);
+  return Writer(true, kMaxNodes).write(value);
 }
 
 std::string json_error(const Error& error) {

@@ -11,8 +11,6 @@
 namespace bvconn::tool {
 namespace {
 
-constexpr std::size_t kMaxLines = 10'000'000;
-
 bool is_plain(std::string_view text) {
   for (const char c : text) {
     if (static_cast<unsigned char>(c) < 0x20) return false;
@@ -39,7 +37,7 @@ std::string node_tree(const SoapNode& root) {
   while (!work.empty()) {
     const Item item = std::move(work.back());
     work.pop_back();
-    if (++lines > kMaxLines) {
+    if (++lines > kMaxNodes) {
       throw Error(error_numbers::kSoapLimit, "bvconn", "The answer is too large to be printed");
     }
     text.append(2 * item.depth, ' ').append(item.node.Name());
