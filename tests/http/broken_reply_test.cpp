@@ -160,7 +160,8 @@ TEST_F(BrokenReply, ThatClaimsAnEnormousLengthReservesNoMemoryForIt) {
 // Two for one: what nobody asked for is not the reply to the next request.
 
 TEST_F(BrokenReply, FollowedByAnotherAtOnceLeavesNothingBehind) {
-  server.answer(answers::reply("<first/>") + answers::reply("<stray/>"));
+  server.answer(answers::raw(answers::reply("<first/>").front().bytes +
+                             answers::reply("<stray/>").front().bytes));
   EXPECT_EQ(call(), "<first/>");
   expect_next_call_works();
 }

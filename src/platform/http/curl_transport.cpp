@@ -1,6 +1,8 @@
 #include "bvconn/platform/http/curl_transport.h"
 
 #include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -60,6 +62,10 @@ bool takes_bare_end_for_tls_end() {
   return library.starts_with("OpenSSL") || library.starts_with("LibreSSL");
 }
 
+bool is_reset(long system_error) {
+  return system_error == ECONNRESET || system_error == EPIPE;
+}
+
 bool is_proxy_host(std::string_view host) {
   return !host.empty() && std::all_of(host.begin(), host.end(), [](char c) {
     return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
@@ -77,9 +83,10 @@ bool is_port(std::string_view text) {
 
 // What the callbacks of one exchange work on.
 struct CurlTransport::Exchange {
-  Exchange(CURL* curl, std::string shown, std::uint64_t reply_size_max,
+  Exchange(CURL* curl, const bool& reset, std::string shown, std::uint64_t reply_size_max,
            const std::string& tracing_file)
       : handle(curl),
+        saw_reset(reset),
         url(std::move(shown)),
         reply(url, reply_size_max),
         secure(conversions::equal_ignoring_case(std::string_view(url).substr(0, 6), "https:")),
@@ -135,13 +142,13 @@ struct CurlTransport::Exchange {
     }
     long system_error = 0;
     curl_easy_getinfo(exchange.handle, CURLINFO_OS_ERRNO, &system_error);
-    if (system_error == ECONNRESET || system_error == EPIPE) {
-      return CURL_PREREQFUNC_OK;
-    }
-    return CURL_PREREQFUNC_ABORT;
+    // On closing, TLS says goodbye first: a reset may then be the answer to just that.
+    const bool reset = is_reset(system_error) || (exchange.saw_reset && !exchange.secure);
+    return reset ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
   }
 
   CURL* handle;
+  const bool& saw_reset;
   std::string url;
   HttpReply reply;
   bool secure;
@@ -218,11 +225,14 @@ void CurlTransport::Send(std::string_view url, std::string_view text) {
   no_body_ = failure(error_numbers::kBadReply, "There is no reply: the last request failed");
   check_url(url);
   take_clean_handle();
-  Exchange exchange(handle_.get(), shown_url(url), reply_size_max_, tracing_file_);
+  saw_reset_ = false;
+  Exchange exchange(handle_.get(), saw_reset_, shown_url(url), reply_size_max_, tracing_file_);
   const HeaderList headers = request_headers();
   prepare(exchange, std::string(url), text, headers.get());
   const CURLcode code = curl_easy_perform(handle_.get());
-  if (code != CURLE_OK) {
+  if (code == CURLE_OK) {
+    curl_easy_reset(handle_.get());  // It keeps its connection, but nothing that points to here.
+  } else {
     handle_.reset();
   }
   conclude(exchange, code);
@@ -245,7 +255,6 @@ void CurlTransport::take_clean_handle() {
     pollfd kept{-1, POLLIN, 0};
     curl_easy_getinfo(handle_.get(), CURLINFO_ACTIVESOCKET, &kept.fd);
     if (kept.fd == CURL_SOCKET_BAD || poll(&kept, 1, 0) == 0) {
-      curl_easy_reset(handle_.get());
       return;
     }
   }
@@ -353,9 +362,21 @@ void CurlTransport::prepare_callbacks(Exchange& exchange) {
   set(CURLOPT_WRITEDATA, &exchange);
   set(CURLOPT_PREREQFUNCTION, &Exchange::on_request);
   set(CURLOPT_PREREQDATA, &exchange);
+  set(CURLOPT_CLOSESOCKETFUNCTION, &CurlTransport::on_close);
+  set(CURLOPT_CLOSESOCKETDATA, this);
   set(CURLOPT_DEBUGFUNCTION, &Exchange::on_traffic);
   set(CURLOPT_DEBUGDATA, &exchange);
   set(CURLOPT_VERBOSE, exchange.secure || !tracing_file_.empty() ? 1L : 0L);
+}
+
+// A reset that came after the end of the stream shows nowhere else: reading sees the end alone.
+int CurlTransport::on_close(void* self, curl_socket_t socket) {
+  int error = 0;
+  socklen_t size = sizeof(error);
+  if (getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && is_reset(error)) {
+    static_cast<CurlTransport*>(self)->saw_reset_ = true;
+  }
+  return close(socket);
 }
 
 bool CurlTransport::was_cut_by_tls(const Exchange& exchange, CURLcode code) const {

@@ -17,9 +17,9 @@ namespace bvconn::detail {
 /// The transport over libcurl: one handle, which keeps at most one connection alive between calls.
 ///
 /// Nothing is ever sent twice, with one exception. A server may close a kept connection just while
-/// the next request is on its way. Where the system reports that as a reset, the server did not
-/// take the request in, and it goes out again on a new connection. Where the server closed in
-/// order and without a word, it may have acted on the request: that is error 0x80044307.
+/// the next request is on its way. Where the system tells of a reset, the server did not take the
+/// request in, and it goes out again on a new connection. Where the server closed in order and
+/// without a word, it may have acted on the request: that is error 0x80044307.
 class CurlTransport final : public HTTPTransport {
  public:
   CurlTransport();
@@ -43,6 +43,7 @@ class CurlTransport final : public HTTPTransport {
   using HeaderList = std::unique_ptr<curl_slist, ListDeleter>;
   struct Exchange;
 
+  static int on_close(void* self, curl_socket_t socket);
   void set_tls_file(std::string& setting, std::string file);
   void take_clean_handle();
   HeaderList request_headers() const;
@@ -58,6 +59,8 @@ class CurlTransport final : public HTTPTransport {
   template <typename Value>
   void set(CURLoption option, Value value);
 
+  // Written when libcurl closes a connection, so that it has to outlive the handle.
+  bool saw_reset_ = false;
   std::unique_ptr<CURL, HandleDeleter> handle_;
 
   std::string tracing_file_;

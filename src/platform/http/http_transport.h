@@ -21,20 +21,23 @@ class BVCONN_EXPORT HTTPTransport {
   /// `tls.client_cert`, `tls.client_key`, `http.max_reply_bytes` (counted after decompression;
   /// default 1 GiB), `http.connect_timeout_ms`. An unknown key is error 0x80044309.
   virtual void Option(std::string_view key, std::string_view value) = 0;
-  /// Sends through an HTTP proxy from now on.
+  /// Sends through an HTTP proxy from now on. What is wrong with it shows in `Send` (0x80044304).
   virtual void setProxy(std::string_view host, std::string_view port) = 0;
   /// Connects straight to the server from now on; proxies of the environment never count.
   virtual void NoProxy() = 0;
   /// The SOAPAction header of the next sends, written in quotes. Until it is set for the first time
-  /// the header is left out.
+  /// the header is left out. A control character in it is error 0x80044308, and the value that was
+  /// set before stays.
   virtual void SOAPAction(std::string_view value) = 0;
-  /// Milliseconds for a whole exchange, connecting included; negative for no limit.
+  /// Milliseconds for a whole exchange, connecting included; negative or 0 for no limit.
   virtual void Timeout(std::int32_t milliseconds) = 0;
   /// Posts `text` to `url` and runs the exchange. Fails when no reply could be had: bad URL,
   /// cannot resolve or connect, proxy, TLS, time-out, connection lost before the status line.
   virtual void Send(std::string_view url, std::string_view text) = 0;
-  /// The body of the reply to the last `Send`, as bytes. Fails with whatever is wrong with that
-  /// reply: status, size, cut short, malformed. `encoding` is "UTF-8"; the bytes are not changed.
+  /// The body of the reply to the last `Send`, as bytes, handed out once. Fails with whatever is
+  /// wrong with that reply: status, size, cut short, malformed; and with 0x80044306 when there is
+  /// none: nothing was sent, the last `Send` failed, or it was received already. `encoding` is
+  /// "UTF-8"; the bytes are not changed.
   virtual std::string Receive(std::string_view encoding) = 0;
 };
 
