@@ -41,12 +41,15 @@ constexpr std::size_t length_from_lead(unsigned lead) {
 
 constexpr std::size_t kBlock = 32;
 
-// Whether a block holds nothing but printable ASCII: no branches and a fixed length, which lets
-// compilers use vector instructions.
+// Whether a block holds nothing but printable ASCII and white space. Without branches and of a
+// fixed length, so that compilers use vector instructions.
 bool is_plain(const char* block) noexcept {
-  unsigned strange = 0;
+  unsigned char strange = 0;
   for (std::size_t i = 0; i < kBlock; ++i) {
-    strange |= static_cast<unsigned>(static_cast<signed char>(block[i]) < 0x20);
+    const auto byte = static_cast<signed char>(block[i]);
+    const bool is_low = byte < 0x20;  // bytes of 0x80 and above are negative
+    const bool is_space = byte == '\t' || byte == '\n' || byte == '\r';
+    strange = static_cast<unsigned char>(strange | (is_low && !is_space));
   }
   return strange == 0;
 }

@@ -98,6 +98,7 @@ class Reader {
 
   char* qualified_name(char* at, std::string_view& prefix, std::string_view& local);
   char* ncname(char* at);
+  char* ncname_beyond_ascii(char* at);
   char* attributes_of_tag(char* at);
   char* attribute(char* at);
   char* value(char* at, std::string_view& value);
@@ -119,10 +120,12 @@ class Reader {
 
   void will_overwrite(const char* from, const char* to);
   Position position(const char* at) const;
-  [[noreturn]] void fail(const char* at, const std::string& what) const;
+  [[noreturn]] void fail(const char* at, std::string_view what) const;
   [[noreturn]] void fail_unreadable() const;
-  [[noreturn]] void fail_unexpected(const char* at, const std::string& wanted) const;
-  [[noreturn]] void fail_limit(const char* at, const std::string& what) const;
+  [[noreturn]] void fail_unexpected(const char* at, std::string_view wanted) const;
+  [[noreturn]] void fail_depth(const char* at) const;
+  [[noreturn]] void fail_attributes(const char* at) const;
+  [[noreturn]] void fail_undeclared(std::string_view prefix) const;
   [[noreturn]] void fail_markup(const char* at) const;
   [[noreturn]] void fail_end_tag(char* at);
   [[noreturn]] void fail_duplicate(const Attribute& a, const Attribute& b) const;

@@ -3,7 +3,7 @@
 #include "bvconn/platform/soap/xml_reader.h"
 #include "bvconn/platform/soap/xml_scan.h"
 
-// What is wrong and where: only run when a document is refused, but for the counting of lines.
+// What is seldom needed: mostly, what is wrong with a document, and where.
 namespace bvconn::detail::xml {
 namespace {
 
@@ -34,6 +34,16 @@ Counted count(const char* from, const char* to) {
 
 }  // namespace
 
+char* skip_name_beyond_ascii(char* at) {
+  do {
+    const Decoded next = decode_valid(at);
+    if (!in_name(next.character)) return at;
+    at += next.length;
+    while (is(*at, kInName)) ++at;
+  } while (!is_ascii(*at));
+  return at;
+}
+
 std::string hexadecimal(char32_t number, int least_digits) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string digits;
@@ -53,7 +63,7 @@ std::string quoted(std::string_view text) {
 
 std::string described(const char* at) {
   if (*at == '\'') return "an apostrophe";
-  if (*at > ' ' && *at < '\x7F') return "'" + std::string(1, *at) + "'";
+  if (*at > ' ' && *at < '\x7F') return std::string("'") + *at + '\'';
   if (is(*at, kIsSpace)) return "white space";
   return "the character U+" + hexadecimal(decode_valid(at).character, 4);
 }
@@ -91,9 +101,9 @@ Position Reader::position(const char* at) const {
           .offset = static_cast<std::size_t>(at - begin_)};
 }
 
-void Reader::fail(const char* at, const std::string& what) const {
+void Reader::fail(const char* at, std::string_view what) const {
   if (at == end_ && is_cut_) fail_unreadable();
-  throw ReadError(Problem::not_well_formed, position(at), what);
+  throw ReadError(Problem::not_well_formed, position(at), std::string(what));
 }
 
 // Tells which character it is that no document may hold, or that the bytes are no character.
@@ -109,13 +119,24 @@ void Reader::fail_unreadable() const {
                   "a document may not hold the character U+" + hexadecimal(found.character, 4));
 }
 
-void Reader::fail_unexpected(const char* at, const std::string& wanted) const {
+void Reader::fail_unexpected(const char* at, std::string_view wanted) const {
   const std::string found = at == end_ ? "the document ends" : "found " + described(at);
-  fail(at, found + " instead of " + wanted);
+  fail(at, found + " instead of " + std::string(wanted));
 }
 
-void Reader::fail_limit(const char* at, const std::string& what) const {
-  throw ReadError(Problem::limit, position(at), what);
+void Reader::fail_depth(const char* at) const {
+  throw ReadError(Problem::limit, position(at),
+                  "more than " + std::to_string(limits_.depth) + " elements are open here");
+}
+
+void Reader::fail_attributes(const char* at) const {
+  throw ReadError(Problem::limit, position(at),
+                  "the element <" + quoted(open_.back().qualified_name) + "> has more than " +
+                      std::to_string(limits_.attributes) + " attributes");
+}
+
+void Reader::fail_undeclared(std::string_view prefix) const {
+  fail(prefix.data(), "the prefix '" + quoted(prefix) + "' is not declared");
 }
 
 // For markup that begins with "<!" and is neither comment nor, in an element, a CDATA section.

@@ -16,7 +16,10 @@ constexpr std::size_t kComparedInTurn = 12;
 Token Reader::end_tag(char* at) {
   char* name = at + 2;
   const std::string_view expected = open_.back().qualified_name;
-  if (std::strncmp(name, expected.data(), expected.size()) != 0) fail_end_tag(at);
+  if (static_cast<std::size_t>(end_ - name) < expected.size() ||
+      std::memcmp(name, expected.data(), expected.size()) != 0) {
+    fail_end_tag(at);
+  }
   char* after = name + expected.size();
   if (*after != '>') {
     if (is(*after, kInName) || !is_ascii(*after) || *after == ':') fail_end_tag(at);
@@ -32,9 +35,7 @@ Token Reader::start_tag(char* at) {
   has_prefixed_attributes_ = false;
   char* after = qualified_name(at + 1, name_.prefix, name_.local);
   const std::string_view written = slice(at + 1, after);
-  if (open_.size() >= limits_.depth) {
-    fail_limit(at, "more than " + std::to_string(limits_.depth) + " elements are open here");
-  }
+  if (open_.size() >= limits_.depth) fail_depth(at);
   open_.push_back({.qualified_name = written, .scope_mark = scope_.mark()});
   at_ = *after == '>' ? after + 1 : attributes_of_tag(after);
   resolve_names();
@@ -47,12 +48,14 @@ void Reader::leave_element() {
 }
 
 char* Reader::ncname(char* at) {
-  if (is(*at, kBeginsName)) return skip_name(at + 1);
-  if (!is_ascii(*at)) {
-    const Decoded first = decode(slice(at, end_));
-    if (begins_name(first.character)) return skip_name(at + first.length);
-  }
-  fail_unexpected(at, "a name");
+  return is(*at, kBeginsName) ? skip_name(at + 1) : ncname_beyond_ascii(at);
+}
+
+char* Reader::ncname_beyond_ascii(char* at) {
+  if (is_ascii(*at)) fail_unexpected(at, "a name");
+  const Decoded first = decode_valid(at);
+  if (!begins_name(first.character)) fail_unexpected(at, "a name");
+  return skip_name(at + first.length);
 }
 
 char* Reader::qualified_name(char* at, std::string_view& prefix, std::string_view& local) {
@@ -80,10 +83,7 @@ char* Reader::attributes_of_tag(char* at) {
       return next + 2;
     }
     if (next == at) fail_unexpected(at, "white space, '/>' or '>' in the start tag");
-    if (attributes_.size() >= limits_.attributes) {
-      fail_limit(next, "the element <" + quoted(open_.back().qualified_name) + "> has more than " +
-                           std::to_string(limits_.attributes) + " attributes");
-    }
+    if (attributes_.size() >= limits_.attributes) fail_attributes(next);
     at = attribute(next);
   }
 }
@@ -170,7 +170,7 @@ void Reader::resolve_names() {
   }
   const auto uri_of = [this](std::string_view prefix) {
     const auto uri = scope_.lookup(prefix);
-    if (!uri) fail(prefix.data(), "the prefix '" + quoted(prefix) + "' is not declared");
+    if (!uri) fail_undeclared(prefix);
     return *uri;
   };
   name_.uri = name_.prefix.empty() ? scope_.default_namespace() : uri_of(name_.prefix);

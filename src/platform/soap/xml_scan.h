@@ -28,15 +28,12 @@ inline char* skip_text(char* at) {
   }
 }
 
+/// The end of a name that goes on at `at` with a character beyond ASCII, perhaps.
+char* skip_name_beyond_ascii(char* at);
 /// The end of the name that began before `at`.
 inline char* skip_name(char* at) {
-  for (;;) {
-    while (is(*at, kInName)) ++at;
-    if (is_ascii(*at)) return at;
-    const Decoded next = decode_valid(at);
-    if (!in_name(next.character)) return at;
-    at += next.length;
-  }
+  while (is(*at, kInName)) ++at;
+  return is_ascii(*at) ? at : skip_name_beyond_ascii(at);
 }
 
 inline std::string_view slice(const char* begin, const char* end) {
