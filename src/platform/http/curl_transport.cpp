@@ -240,7 +240,7 @@ void CurlTransport::Send(std::string_view url, std::string_view text) {
 
 std::string CurlTransport::Receive(std::string_view /*encoding*/) {
   if (!body_) {
-    throw no_body_;
+    throw Error(no_body_);
   }
   std::string body = *std::move(body_);
   body_.reset();

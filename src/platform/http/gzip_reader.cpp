@@ -1,6 +1,7 @@
 #include "bvconn/platform/http/gzip_reader.h"
 
 #include <array>
+#include <cstddef>
 #include <new>
 
 namespace bvconn::detail {
@@ -8,6 +9,7 @@ namespace {
 
 // The largest window, and gzip framing only.
 constexpr int kWindowBits = MAX_WBITS + 16;
+constexpr std::size_t kBlockSize = std::size_t{32} << 10;
 
 }  // namespace
 
@@ -23,7 +25,7 @@ GzipReader::~GzipReader() {
 
 GzipReader::Outcome GzipReader::read(std::string_view piece, std::string& out,
                                      std::uint64_t size_max) {
-  std::array<Bytef, 32 * 1024> block;
+  std::array<Bytef, kBlockSize> block;
   // zlib reads through a pointer that is not const, but does not write there.
   stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(piece.data()));
   stream_.avail_in = static_cast<uInt>(piece.size());
