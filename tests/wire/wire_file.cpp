@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <utility>
 
 namespace bvconn::test {
 namespace {
@@ -22,6 +23,7 @@ class Reader {
       text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     if (file_.cases.empty()) problem("there is no case");
+    if (!given_.empty()) problem("no call follows what is given");
     return std::move(file_);
   }
 
@@ -46,12 +48,16 @@ class Reader {
   // What a key starts even before it has a value.
   void begin() {
     if (key_ == "claim") {
+      if (!given_.empty()) problem("no call follows what is given");
+      given_.clear();
       file_.cases.emplace_back();
     } else if (file_.cases.empty()) {
       problem("a claim comes first");
       file_.cases.emplace_back();
     } else if (key_ == "call") {
-      file_.cases.back().steps.emplace_back().line = line_;
+      WireStep& step = file_.cases.back().steps.emplace_back();
+      step.line = line_;
+      step.given = std::exchange(given_, {});
     } else if (auto* text = text_field()) {
       *text = "";
     }
@@ -71,11 +77,12 @@ class Reader {
   }
 
   std::vector<std::string>* list_field() {
-    if (key_ == "given") return &file_.cases.back().given;
+    if (key_ == "given") return &given_;
     if (file_.cases.back().steps.empty()) return nullptr;
     WireStep& step = file_.cases.back().steps.back();
     if (key_ == "dal") return &step.dal;
     if (key_ == "log") return &step.log;
+    if (key_ == "logfile") return &step.log_file;
     if (key_ == "after") return &step.after;
     return nullptr;
   }
@@ -108,6 +115,7 @@ class Reader {
 
   WireFile file_;
   std::string key_;
+  std::vector<std::string> given_;  ///< until the call that it is for
   int line_ = 0;
 };
 

@@ -13,6 +13,7 @@ namespace bvconn::test {
 /// One call and all that it should do.
 struct WireStep {
   int line = 0;  ///< of the file, for messages
+  std::vector<std::string> given;
   std::string member;
   std::string arguments;  ///< JSON
   std::optional<std::string> url;
@@ -28,12 +29,12 @@ struct WireStep {
   std::optional<std::string> broken;
   std::optional<std::string> answer;
   std::vector<std::string> log;
+  std::vector<std::string> log_file;
   std::vector<std::string> after;
 };
 
 struct WireCase {
   std::string claim;
-  std::vector<std::string> given;
   std::vector<WireStep> steps;
 };
 
