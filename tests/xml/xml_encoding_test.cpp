@@ -49,8 +49,10 @@ TEST(XmlEncoding, DoesNotCheckUtf8) {
   EXPECT_EQ(to_utf8("<a>\xFF</a>", ""), "<a>\xFF</a>");
 }
 
-TEST(XmlEncoding, LeavesTheMarkOfUtf8ToTheReader) {
+TEST(XmlEncoding, LeavesTheMarkToTheReader) {
   EXPECT_EQ(outline(to_utf8("\xEF\xBB\xBF<a>\xC3\xA9</a>", "")), "a (\"\xC3\xA9\")");
+  EXPECT_EQ(outline(to_utf8("\xFF\xFE" + little("<a/>"), "")), "a ()");
+  EXPECT_EQ(outline(to_utf8("\xFE\xFF" + big("<a/>"), "")), "a ()");
 }
 
 TEST(XmlEncoding, FollowsTheDeclaration) {
@@ -149,9 +151,14 @@ TEST(XmlEncoding, TheOverrideReplacesWhatTheDocumentSays) {
 
 TEST(XmlEncoding, ReadsUtf16WithAMarkInBothOrders) {
   EXPECT_EQ(to_utf8("\xFF\xFE" + little("<a>") + "\xE9\0\xAC\x20"s + little("</a>"), ""),
-            "<a>\xC3\xA9\xE2\x82\xAC</a>");
+            "\xEF\xBB\xBF<a>\xC3\xA9\xE2\x82\xAC</a>");
   EXPECT_EQ(to_utf8("\xFE\xFF" + big("<a>") + "\0\xE9\x20\xAC"s + big("</a>"), ""),
-            "<a>\xC3\xA9\xE2\x82\xAC</a>");
+            "\xEF\xBB\xBF<a>\xC3\xA9\xE2\x82\xAC</a>");
+}
+
+TEST(XmlEncoding, OnlyOneMarkIsSkipped) {
+  const std::string twice = "\xFE\xFF\xFE\xFF" + big("<a/>");
+  EXPECT_THROW(outline(to_utf8(twice, "")), ReadError);
 }
 
 TEST(XmlEncoding, ReadsSurrogatePairs) {
@@ -174,8 +181,8 @@ TEST(XmlEncoding, AMarkCountsMoreThanTheDeclaration) {
 }
 
 TEST(XmlEncoding, TheOverrideUtf16TakesTheOrderFromTheBytes) {
-  EXPECT_EQ(to_utf8("\xFF\xFE" + little("<a/>"), "UTF-16"), "<a/>");
-  EXPECT_EQ(to_utf8("\xFE\xFF" + big("<a/>"), "UTF-16"), "<a/>");
+  EXPECT_EQ(to_utf8("\xFF\xFE" + little("<a/>"), "UTF-16"), "\xEF\xBB\xBF<a/>");
+  EXPECT_EQ(to_utf8("\xFE\xFF" + big("<a/>"), "UTF-16"), "\xEF\xBB\xBF<a/>");
   EXPECT_EQ(to_utf8(little("<a/>"), "UTF-16"), "<a/>");
   EXPECT_EQ(to_utf8(big("<a/>"), "UTF-16"), "<a/>");
   EXPECT_EQ(to_utf8(big(" <a/>"), "UTF-16"), " <a/>");

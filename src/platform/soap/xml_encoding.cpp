@@ -256,7 +256,6 @@ std::string from_utf_16(std::string_view bytes, bool is_big_endian) {
   while (!text.at_end()) {
     const std::size_t offset = text.offset();
     const char32_t c = text.next();
-    if (offset == 0 && c == 0xFEFF) continue;
     if (c >= 0xD800 && c <= 0xDFFF) {
       throw ReadError(Problem::not_well_formed, position_in(beginning, offset),
                       "half of a surrogate pair stands alone in UTF-16");

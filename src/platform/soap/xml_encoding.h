@@ -17,7 +17,8 @@ namespace bvconn::detail::xml {
 ///
 /// Known are UTF-8, UTF-16 (LE, BE), ISO-8859-1, ISO-8859-15, windows-1252 and US-ASCII under their
 /// usual names in any case. Throws `ReadError` for any other name and for bytes that the encoding
-/// does not have; its position is that in `bytes`. The declaration itself is left as it is.
+/// does not have; its position is that in `bytes`. The declaration is
+/// left as it is, and so is a byte-order mark: the reader skips it.
 std::string to_utf8(std::string bytes, std::string_view override_encoding);
 
 }  // namespace bvconn::detail::xml
