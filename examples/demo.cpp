@@ -13,8 +13,10 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -115,12 +117,38 @@ void show_what_the_library_does() {
   platform::install(shown);
 }
 
+// ----- Settings, logs and the server's database stay in a folder of the demo's own. -----
+
+class OwnFolder {
+ public:
+  OwnFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "bvconn-demo-XXXXXX").string();
+    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("cannot make a folder");
+    path_ = pattern;
+    ::setenv("BVCONN_MACHINE_SETTINGS", file("machine.toml").c_str(), 1);
+    ::setenv("BVCONN_USER_SETTINGS", file("user.toml").c_str(), 1);
+    ::setenv("BVCONN_LOG_FILE", file("bvconn.log").c_str(), 1);
+    ::setenv("BVCONN_TRACE_FILE", file("traffic.log").c_str(), 1);
+  }
+  ~OwnFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  OwnFolder(const OwnFolder&) = delete;
+  OwnFolder& operator=(const OwnFolder&) = delete;
+
+  std::string file(const char* name) const { return (path_ / name).string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
 // ----- The sandbox server: a child process that says its port in one line. -----
 
 class Sandbox {
  public:
   // Starts the server; the heart beat is disabled on its data access layer.
-  explicit Sandbox(const char* program) {
+  Sandbox(const char* program, const std::string& database) {
     int out[2];
     if (::pipe(out) != 0) fail("cannot make a pipe");
     process_ = ::fork();
@@ -129,19 +157,14 @@ class Sandbox {
       ::dup2(out[1], STDOUT_FILENO);
       ::close(out[0]);
       ::close(out[1]);
-      ::execl(program, program, "--port", "0", "--db", database_.c_str(), "--seed", "1",
+      ::execl(program, program, "--port", "0", "--db", database.c_str(), "--seed", "1",
               "--disabled", "urn:HeartBeatService.beat|", static_cast<char*>(nullptr));
       std::_Exit(127);
     }
     ::close(out[1]);
     read_ready_line(out[0]);
   }
-  ~Sandbox() {
-    stop();
-    ::unlink(database_.c_str());
-    ::unlink((database_ + "-wal").c_str());
-    ::unlink((database_ + "-shm").c_str());
-  }
+  ~Sandbox() { stop(); }
   Sandbox(const Sandbox&) = delete;
   Sandbox& operator=(const Sandbox&) = delete;
 
@@ -156,10 +179,7 @@ class Sandbox {
   }
 
  private:
-  [[noreturn]] static void fail(const char* why) {
-    std::cerr << "demo: " << why << "\n";
-    std::exit(1);
-  }
+  [[noreturn]] static void fail(const char* why) { throw std::runtime_error(why); }
 
   void read_ready_line(int from) {
     std::FILE* stream = ::fdopen(from, "r");
@@ -178,7 +198,6 @@ class Sandbox {
     void operator()(std::FILE* stream) const { std::fclose(stream); }
   };
 
-  std::string database_ = "/tmp/bvconn-demo-" + std::to_string(::getpid()) + ".db";
   pid_t process_ = 0;
   int port_ = 0;
   std::unique_ptr<std::FILE, Closer> stream_;
@@ -218,22 +237,20 @@ void expect_error(Call call, std::uint32_t number) {
     print_error(error);
     if (error.number == static_cast<std::int32_t>(number)) return;
   }
-  std::cerr << "demo: this should have failed with another number\n";
-  std::exit(1);
+  throw std::runtime_error("this should have failed with another number");
 }
 
 // A heart beat never throws: whether it was answered stands in the log.
 void beat(BVHeartBeatConnector& connector, const std::string& url) {
   ShownLogger::beat_answered = false;
   connector.sendHeartBeat(url, "demo-session");
-  if (ShownLogger::beat_answered) return;
-  std::cerr << "demo: the heart beat was not answered\n";
-  std::exit(1);
+  if (!ShownLogger::beat_answered) throw std::runtime_error("the heart beat was not answered");
 }
 
 int run(const char* sandbox_program) {
   show_what_the_library_does();
-  Sandbox sandbox(sandbox_program);
+  const OwnFolder folder;
+  Sandbox sandbox(sandbox_program, folder.file("sandbox.db"));
   const std::string soap = sandbox.url("/soap");
   std::cout << "A sandbox server listens on " << soap << "\n";
 
