@@ -99,12 +99,14 @@ class Host : public testing::Test {
 };
 
 TEST_F(Host, ClassesAreMadeByTheirProgramIdentifiers) {
-  for (const char16_t* name :
-       {u"BVConn.BVConnectorObject", u"BVConn.BVGenericConnector", u"BVConn.BVServices",
-        u"BVConn.BVMethods", u"BVConn.BVInvoiceConnector", u"BVConn.BVHeartBeatConnector",
-        u"BVConn.SoapNode", u"BVConn.XMLDocument"}) {
-    const auto object = make(name);
-    ASSERT_NE(object, nullptr) << std::string(name, name + std::u16string_view(name).size());
+  for (const std::string_view name :
+       {"BVConnectorObject", "BVGenericConnector", "BVServices", "BVMethods", "BVProjectConnector",
+        "BVQuoteConnector", "BVOrderConnector", "BVRequestForQuoteConnector",
+        "BVSalesInstrumentConnector", "BVAcknowledgementConnector", "BVSubmittalConnector",
+        "BVRMAConnector", "BVInvoiceConnector", "BVHeartBeatConnector", "SoapNode",
+        "XMLDocument"}) {
+    const auto object = make(u"BVConn." + widened(name));
+    ASSERT_NE(object, nullptr) << name;
     EXPECT_EQ(object->AddRef(), 2u);
     EXPECT_EQ(object->Release(), 1u);
   }
