@@ -80,6 +80,7 @@ class Reader {
     if (key_ == "given") return &given_;
     if (file_.cases.back().steps.empty()) return nullptr;
     WireStep& step = file_.cases.back().steps.back();
+    if (key_ == "transport") return &step.transport;
     if (key_ == "dal") return &step.dal;
     if (key_ == "log") return &step.log;
     if (key_ == "logfile") return &step.log_file;

@@ -22,6 +22,7 @@ struct WireStep {
   std::optional<std::string> user_id;
   std::optional<std::string> request;
   std::optional<std::string> text;
+  std::vector<std::string> transport;
   std::vector<std::string> dal;
   std::optional<std::string> reply;
   std::optional<std::string> fault;

@@ -189,6 +189,7 @@ class CaseRunner {
     ASSERT_TRUE(step.answer) << "the step states no answer";
     expect_text(answer, "{\"id\":1," + step.answer->substr(1));
     expect_traffic(step);
+    expect_transport(step);
     expect_lines(world_.record.log, expanded_log(step));
     expect_log_file(step);
     for (const std::string& line : step.after) expect_state(line);
@@ -228,6 +229,17 @@ class CaseRunner {
     const std::string wanted = step.soap_action.value_or("(not stated)");
     EXPECT_EQ(action, wanted == "none" ? wanted : "\"" + wanted + "\"");
     EXPECT_EQ(timeout, step.timeout.value_or("300000"));
+  }
+
+  // All that was asked of the transport, in order, where the step tells it.
+  void expect_transport(const WireStep& step) {
+    if (step.transport.empty()) return;
+    Lines lines = step.transport;
+    for (std::string& line : lines) {
+      replace_all(line, "{log file}", world_.log_file);
+      replace_all(line, "{tracing file}", world_.tracing_file);
+    }
+    EXPECT_EQ(world_.record.transport, lines);
   }
 
   // What the library has written into the file by itself in this step: each line ends in CR LF.
