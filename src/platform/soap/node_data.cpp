@@ -1,8 +1,6 @@
 #include "bvconn/platform/soap/node_data.h"
 
-#include <algorithm>
 #include <memory>
-#include <new>
 #include <utility>
 
 #include "bvconn/platform/error.h"
@@ -14,110 +12,15 @@ namespace bvconn::detail {
 
 namespace {
 
-/// What the last handle has left and what still waits to be deleted. Deleting a node releases the
-/// nodes that it holds; those are put here instead of being deleted at once, so that the depth of a
-/// tree costs no stack. Without a destructor, since handles may outlive it on an ending thread.
-struct Condemned {
-  MadeNode* nodes = nullptr;
-  Tree* trees = nullptr;
-  bool deleting = false;
-};
-constinit thread_local Condemned condemned;
-
-MadeNode& made(NodeData& node) noexcept {
-  return static_cast<MadeNode&>(node);
-}
-
-/// Whether a link keeps its target alive: not inside one tree, which keeps all its nodes alive.
-bool counts(const NodeData& from, const NodeData& to) noexcept {
-  return from.tree == nullptr || from.tree != to.tree;
-}
-
-template <class Visit>
-void for_each_link(NodeData& node, Visit visit) {
-  if (node.content == Content::kLink) visit(*node.link);
-  if (node.content != Content::kOwnChildren) return;
-  for (NodeData* child : node.own->children) visit(*child);
-}
-
-void drop_links(NodeData& node) noexcept {
-  for_each_link(node, [&node](NodeData& target) {
-    if (counts(node, target)) release(&target);
-  });
-}
-
-void delete_tree(Tree* tree) noexcept {
-  // First all links, then all nodes: a link may lead to another node of this tree.
-  for (NodeData* node = tree->owned; node != nullptr; node = node->own->next) drop_links(*node);
-  while (tree->owned != nullptr) {
-    NodeData* node = std::exchange(tree->owned, tree->owned->own->next);
-    if (node->has(kMade)) {
-      delete &made(*node);
-    } else {
-      delete node->own;
-    }
-  }
-  delete tree;
-}
-
-void delete_condemned() noexcept {
-  if (condemned.deleting) return;
-  condemned.deleting = true;
-  while (condemned.nodes != nullptr || condemned.trees != nullptr) {
-    if (MadeNode* node = condemned.nodes) {
-      condemned.nodes = static_cast<MadeNode*>(node->storage.next);
-      drop_links(*node);
-      delete node;
-    } else {
-      delete_tree(std::exchange(condemned.trees, condemned.trees->next));
-    }
-  }
-  condemned.deleting = false;
-}
-
 std::string_view view(const NodeData& node, Slice slice) noexcept {
   if (slice.size == 0) return {};
   if (slice.offset == kXmlUriSlice.offset) return xml::kXmlUri;
   return std::string_view(node.tree->buffer).substr(slice.offset, slice.size);
 }
 
-/// Makes a node that counted by itself a part of a tree.
-void join(Tree& tree, NodeData& node) noexcept {
-  tree.references += made(node).references;
-  node.tree = &tree;
-  node.own->next = std::exchange(tree.owned, &node);
-}
-
-/// Makes a node and all made nodes below it part of a tree.
-void adopt(Tree& tree, NodeData& root) {
-  std::vector<NodeData*> waiting{&root};
-  join(tree, root);
-  while (!waiting.empty()) {
-    NodeData& node = *waiting.back();
-    waiting.pop_back();
-    for_each_link(node, [&](NodeData& target) {
-      if (target.tree == nullptr) {
-        waiting.push_back(&target);
-        join(tree, target);
-      }
-      if (target.tree == &tree) --tree.references;
-    });
-  }
-}
-
-void hold_link(NodeData& from, NodeData& to) {
-  if (from.tree != nullptr && to.tree == nullptr) adopt(*from.tree, to);
-  if (counts(from, to)) retain(&to);
-}
-
 /// Takes the content away; what it linked to is released when the result goes.
 std::vector<NodeRef> take_content(NodeData& node) {
-  std::vector<NodeRef> links;
-  for_each_link(node, [&](NodeData& target) {
-    if (!counts(node, target)) return;
-    links.emplace_back(&target);
-    release(&target);
-  });
+  auto links = take_links(node);
   node.content = Content::kNothing;
   node.count = 0;
   node.text = Slice{};
@@ -135,7 +38,7 @@ std::vector<NodeRef> take_content(NodeData& node) {
 /// Whether a node stands on the way from another one to its content.
 bool is_on_the_way(NodeData& node, const NodeData& from) {
   // A node that only its maker knows stands on no way; so a long chain is made in linear time.
-  if (node.tree == nullptr && made(node).references == 1) return false;
+  if (node.tree == nullptr && static_cast<MadeNode&>(node).references == 1) return false;
   const NodeData* next = &from;
   while (next != &node && next->content == Content::kLink) next = next->link;
   return next == &node;
@@ -212,63 +115,6 @@ std::vector<NodeData*>& growing_children(NodeData& node) {
 }
 
 }  // namespace
-
-void retain(NodeData* data) noexcept {
-  if (data->tree != nullptr) {
-    ++data->tree->references;
-  } else {
-    ++made(*data).references;
-  }
-}
-
-void release(NodeData* data) noexcept {
-  if (Tree* tree = data->tree) {
-    if (--tree->references != 0) return;
-    tree->next = std::exchange(condemned.trees, tree);
-  } else {
-    MadeNode& node = made(*data);
-    if (--node.references != 0) return;
-    node.storage.next = std::exchange(condemned.nodes, &node);
-  }
-  delete_condemned();
-}
-
-void NodeRef::hold() noexcept {
-  if (data_ != nullptr) retain(data_);
-}
-
-void NodeRef::drop() noexcept {
-  if (data_ != nullptr) release(data_);
-}
-
-NodeData& NodeRef::operator*() const {
-  if (data_ == nullptr) {
-    throw Error(error_numbers::kObjectNotSet, "BVConn", "Object not set: an empty node reference");
-  }
-  return *data_;
-}
-
-Blocks::~Blocks() {
-  while (blocks_ != nullptr) {
-    ::operator delete(std::exchange(blocks_, blocks_->next));
-  }
-}
-
-void* Blocks::take(std::size_t bytes) {
-  if (bytes > left_) grow(bytes);
-  left_ -= bytes;
-  return std::exchange(free_, free_ + bytes);
-}
-
-void Blocks::grow(std::size_t bytes) {
-  constexpr std::size_t kLargest = std::size_t{16} << 20;
-  const std::size_t size = std::max(bytes, next_size_);
-  next_size_ = std::min(kLargest, next_size_ * 2);
-  void* memory = ::operator new(sizeof(Block) + size);
-  blocks_ = ::new (memory) Block{blocks_};
-  free_ = static_cast<std::byte*>(memory) + sizeof(Block);
-  left_ = size;
-}
 
 std::string_view name_of(const NodeData& node) noexcept {
   return node.own != nullptr ? std::string_view(node.own->name) : view(node, node.name);

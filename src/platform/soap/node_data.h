@@ -125,6 +125,11 @@ struct Tree {
   Tree* next = nullptr;       ///< in the list of trees to be deleted
 };
 
+/// Counts a new link where it counts; the caller writes it down.
+void hold_link(NodeData& from, NodeData& to);
+/// The counts of a node's links, which the caller then takes away.
+std::vector<NodeRef> take_links(NodeData& node);
+
 std::string_view name_of(const NodeData& node) noexcept;
 std::string_view namespace_of(const NodeData& node) noexcept;
 std::string_view text_of(const NodeData& node) noexcept;

@@ -37,8 +37,10 @@ class BVCONN_EXPORT SoapEnvelope {
   /// Once set, the method element bears it as `SOAP-ENV:encodingStyle`.
   void EncodingStyle(std::string_view style) const;
 
-  /// The envelope as XML text in UTF-8. Fails with 0x80044205 for text that XML cannot carry, with
-  /// 0x80044206 for a tree that is too deep (or contains itself).
+  /// The envelope as XML text in UTF-8, the same bytes each time; without a Header when there are
+  /// no header children. Fails with 0x80044205 for text that XML cannot carry and for what is no
+  /// element name, with 0x80044206 for a tree that is deeper than 10,000 elements (or contains
+  /// itself) and for a text beyond 1 GiB.
   std::string Serialize() const;
   /// Replaces the contents by those of a reply. `encoding` overrides the one that the data itself
   /// declares; "" leaves the choice to byte-order mark, XML declaration, UTF-8. A fault fails with

@@ -47,12 +47,15 @@ class BVCONN_EXPORT NodeRef {
 /// A node of a request or a reply: a name, and a value or children.
 ///
 /// A handle: copies share one node. A default-made handle is an *empty reference*; any use of it
-/// but a test or a copy fails with `Error` 91. A node of a reply keeps the whole reply alive, and
-/// every node, read or made, can be changed. Nodes belong to one thread at a time.
+/// but a test or a copy fails with `Error` 91. Every node, read or made, can be changed.
+///
+/// A node of a reply keeps the whole reply alive, with all that was put below its nodes. Handles
+/// are counted without locks: a tree, and a reply with all its nodes, belongs to one thread at a
+/// time, and may be handed on as a whole.
 class BVCONN_EXPORT SoapNode {
  public:
   SoapNode() = default;
-  /// A new node without value and children.
+  /// A new node without value and children: on the wire an empty element, not nil.
   static SoapNode make(std::string_view name = "");
 
   /// False for an empty reference.
@@ -71,13 +74,19 @@ class BVCONN_EXPORT SoapNode {
   /// none.
   std::string Type() const;
 
-  /// The simple value by the node's type, a string where it has none; Empty for a node that is nil.
-  /// For a node with children, a node of the same name with the same `Nodes`.
+  /// The simple value by the node's type, a string where it has none; an array where the node is
+  /// marked as one; Empty for a node that is nil; a node that this one wraps. For a node with
+  /// children, a node of the same name with the same `Nodes`.
+  ///
+  /// A text that is not of the type that the reply claims fails with 13; arrays in arrays beyond
+  /// 256, or with more than a million items together, with 0x80044206.
   Variant Value() const;
   /// Replaces the value; the type is derived anew from it. A node as value makes this one *wrap*
-  /// it: on the wire the element has this node's name and that node's content.
+  /// it: on the wire the element has this node's name and that node's content. Fails with
+  /// 0x80044206 for a node that wraps this one.
   void Value(const Variant& value);
-  /// The children. The result refers to this node; it does not copy.
+  /// The children; for an array its items, for a node that wraps another one those of that. The
+  /// result refers to this node; it does not copy.
   SoapNodes Nodes() const;
   /// Whether the node says that it has no value (`xsi:nil`, or Empty, Missing, an empty reference).
   bool nil() const;
@@ -123,7 +132,8 @@ class BVCONN_EXPORT SoapNodes {
   /// one, `type` is written as given, in `typeNamespace` when that is not empty.
   SoapNode Create(std::string_view name, const Variant& value, std::string_view name_space = "",
                   std::string_view type = "", std::string_view typeNamespace = "");
-  /// Appends the very node, not a copy. Fails with 91 for an empty reference.
+  /// Appends the very node, not a copy; a simple value gives way. Fails with 91 for an empty
+  /// reference. A made node that comes to contain itself is not freed before the circle is opened.
   void Append(const SoapNode& node);
   /// The child at an index from 0; fails with 0x80044204 where there is none.
   SoapNode Item(std::size_t index) const;

@@ -22,13 +22,13 @@ constexpr bool is_xsi(std::string_view uri) {
   return uri == kXsiUri || uri == kXsiUri1999 || uri == kXsiUri2000;
 }
 
-/// A qualified name cut at its colon; the prefix is "" where there is none.
+/// A qualified name cut at its (last) colon; the prefix is "" where there is none.
 struct PrefixedName {
   std::string_view prefix;
   std::string_view local;
 };
 constexpr PrefixedName split_name(std::string_view name) {
-  const auto colon = name.find(':');
+  const auto colon = name.rfind(':');
   if (colon == std::string_view::npos) return {{}, name};
   return {name.substr(0, colon), name.substr(colon + 1)};
 }

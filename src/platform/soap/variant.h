@@ -156,6 +156,7 @@ BVCONN_EXPORT std::string_view type_name(Variant::Type type);
 BVCONN_EXPORT std::string to_text(const Variant& value);
 /// A boolean as it is, a number unequal 0, text by `text_to_boolean`; Empty is false.
 BVCONN_EXPORT bool to_boolean(const Variant& value);
+/// A number, rounded half to even, true as -1, text that reads as a number; Empty is 0.
 BVCONN_EXPORT std::int16_t to_int16(const Variant& value);
 BVCONN_EXPORT std::int32_t to_int32(const Variant& value);
 BVCONN_EXPORT double to_double(const Variant& value);
