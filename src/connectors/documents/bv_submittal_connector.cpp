@@ -124,7 +124,7 @@ BVSubmittalConnector::BVSubmittalConnector() {
 BVSubmittalConnector::~BVSubmittalConnector() {
   try {
     ConnectorMethodFrame(kTerminate, [](Call&) {});
-  } catch (const Error&) {
+  } catch (...) {
     // The logger failed at the error line too: there is nobody left to tell.
   }
 }

@@ -13,8 +13,8 @@ namespace bvconn {
 /// Submittals of projects and quotes. Service "urn:SubmittalService". Every argument list begins
 /// with `aSessionID` and ends with `aServerURL`.
 ///
-/// Making and destroying an object writes log lines. A logger that fails there is logged, as far as
-/// it can be, and nothing leaves the constructor or the destructor.
+/// Making and destroying an object writes log lines. A logger that fails there is logged and fails
+/// nothing; one that fails at that error line too makes the constructor fail, never the destructor.
 ///
 /// Threads: one object per thread. Errors: every failure leaves as `Error`. Node results are the
 /// reply's first parameter, text results its value.

@@ -1,0 +1,166 @@
+#include "bvconn/connectors/documents/bv_submittal_connector.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <type_traits>
+
+#include "bvconn/platform/soap/variant.h"
+#include "support/recording_platform.h"
+
+namespace bvconn {
+namespace {
+
+using Lines = std::vector<std::string>;
+using test::envelope_text;
+using test::RecordingPlatform;
+
+static_assert(std::is_nothrow_destructible_v<BVSubmittalConnector>);
+
+const std::string kMakingStarts =
+    "LogInfo BVSubmittalConnector.Class_Initialize() \"Entering Method...\" 0";
+const std::string kMakingEnds =
+    "LogInfo BVSubmittalConnector.Class_Initialize() \"Exiting Method...\" 0";
+const std::string kEndStarts =
+    "LogInfo BVSubmittalConnector.Class_Terminate() \"Entering Method...\" 0";
+const std::string kEndEnds =
+    "LogInfo BVSubmittalConnector.Class_Terminate() \"Exiting Method...\" 0";
+
+/// A logger that writes nothing and, once told to, fails at every line.
+class FailingLogger final : public SessionLogger {
+ public:
+  bool fails = false;
+  Lines tried;  ///< "class.method" of each line, failed ones included
+
+  std::string LogFilePath() override { return "/nowhere/bvconn.log"; }
+  std::int32_t LogMask() override { return 0; }
+  std::string TracingFilePath() override { return "/nowhere/traffic.log"; }
+  void LogError(std::string_view cls, std::string_view method, const Error& /*error*/,
+                std::int32_t /*line*/) override {
+    write(cls, method, 62);
+  }
+  void LogWarning(std::string_view cls, std::string_view method, std::string_view /*text*/,
+                  std::int32_t /*code*/) override {
+    write(cls, method, 61);
+  }
+  void LogInfo(std::string_view cls, std::string_view method, std::string_view /*text*/,
+               std::int32_t /*code*/) override {
+    write(cls, method, 61);
+  }
+  void LogAtLevel(std::int32_t /*level*/, std::string_view cls, std::string_view method,
+                  std::string_view /*text*/, std::int32_t /*code*/) override {
+    write(cls, method, 61);
+  }
+  void EnterMethod(std::string_view cls, std::string_view method, std::int32_t /*level*/) override {
+    write(cls, method, 61);
+  }
+  void ExitMethod(std::string_view cls, std::string_view method, std::int32_t /*level*/) override {
+    write(cls, method, 61);
+  }
+
+ private:
+  void write(std::string_view cls, std::string_view method, std::int32_t number) {
+    tried.push_back(std::string(cls).append(".").append(method));
+    if (fails) throw Error(number, "SessionLogger", number == 62 ? "still full" : "disk full");
+  }
+};
+
+/// A world whose logger is a `FailingLogger`.
+struct UnloggableWorld {
+  RecordingPlatform world;
+  std::shared_ptr<FailingLogger> logger = std::make_shared<FailingLogger>();
+  platform::ScopedPlatform scope{platform_with(logger)};
+
+  static platform::Platform platform_with(const std::shared_ptr<FailingLogger>& logger) {
+    platform::Platform changed = platform::current();
+    changed.logger = [logger] { return logger; };
+    return changed;
+  }
+};
+
+TEST(SubmittalConnector, LogsTheMakingAndTheEndOfAnObjectOnceAroundAllItsCalls) {
+  RecordingPlatform world;
+  world.use_dal();
+  world.dal_answers["SubmittalService.GetAllSubmittalsForQuote"] = envelope_text("r", "<a>1</a>");
+  world.dal_answers["SubmittalService.GetAllSubmittalsForProject"] = envelope_text("r", "<b>2</b>");
+  {
+    BVSubmittalConnector connector;
+    EXPECT_EQ(world.record.log, (Lines{kMakingStarts, kMakingEnds}));
+    connector.GetAllSubmittalsForQuote("S-1", "Q-2", "http://h/");
+    connector.GetAllSubmittalsForProject("S-1", "P-3", "http://h/");
+  }
+  const std::string quote = "LogInfo BVSubmittalConnector.GetAllSubmittalsForQuote() ";
+  const std::string project = "LogInfo BVSubmittalConnector.GetAllSubmittalsForProject() ";
+  EXPECT_EQ(world.record.log,
+            (Lines{kMakingStarts, kMakingEnds, quote + "\"Entering Method...\" 0",
+                   quote + "\"Exiting Method...\" 0", project + "\"Entering Method...\" 0",
+                   project + "\"Exiting Method...\" 0", kEndStarts, kEndEnds}));
+}
+
+TEST(SubmittalConnector, LogsTheMakingAndTheEndOfEachObject) {
+  RecordingPlatform world;
+  std::optional<BVSubmittalConnector> first(std::in_place);
+  std::optional<BVSubmittalConnector> second(std::in_place);
+  EXPECT_EQ(world.record.log, (Lines{kMakingStarts, kMakingEnds, kMakingStarts, kMakingEnds}));
+  world.record.clear();
+  first.reset();
+  EXPECT_EQ(world.record.log, (Lines{kEndStarts, kEndEnds}));
+  second.reset();
+  EXPECT_EQ(world.record.log, (Lines{kEndStarts, kEndEnds, kEndStarts, kEndEnds}));
+}
+
+TEST(SubmittalConnector, IsNotMadeWhenTheLoggerFailsAtTheErrorLineToo) {
+  UnloggableWorld unloggable;
+  unloggable.logger->fails = true;
+  try {
+    const BVSubmittalConnector connector;
+    FAIL() << "the second error of the logger leaves the constructor";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number, 62);
+    EXPECT_EQ(error.description, "still full");
+  }
+  EXPECT_EQ(unloggable.logger->tried, (Lines{"BVSubmittalConnector.Class_Initialize()",
+                                             "BVSubmittalConnector.Class_Initialize"}));
+}
+
+TEST(SubmittalConnector, EndsQuietlyWhenTheLoggerFailsAtTheErrorLineToo) {
+  UnloggableWorld unloggable;
+  std::optional<BVSubmittalConnector> connector(std::in_place);
+  unloggable.logger->tried.clear();
+  unloggable.logger->fails = true;
+  connector.reset();
+  EXPECT_EQ(unloggable.logger->tried, (Lines{"BVSubmittalConnector.Class_Terminate()",
+                                             "BVSubmittalConnector.Class_Terminate"}));
+}
+
+TEST(SubmittalConnector, ThatEndsWhileAnErrorIsUnderWayLetsThatErrorPass) {
+  UnloggableWorld unloggable;
+  try {
+    BVSubmittalConnector connector;
+    unloggable.logger->tried.clear();
+    unloggable.logger->fails = true;
+    connector.CreateSubmittal("S-1", SoapNode::make("Sheet"), "http://h/");
+    FAIL() << "the send cannot log its start";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number, 62);
+  }
+  EXPECT_EQ(unloggable.logger->tried,
+            (Lines{"Global.sendXML", "Global.sendXML", "BVSubmittalConnector.Class_Terminate()",
+                   "BVSubmittalConnector.Class_Terminate"}));
+}
+
+TEST(SubmittalConnector, SendsAnArrayThatWasNeverAllocatedAsOneEmptyList) {
+  RecordingPlatform world;
+  world.reply(envelope_text("r", "<a>1</a>"));
+  BVSubmittalConnector().GetSubmittalCommentsForProjectLineItems("S-1", StringArray(), "http://h/");
+  ASSERT_EQ(world.sent.size(), 1U);
+  EXPECT_NE(world.sent[0].text.find(
+                "<param xsi:type=\"SOAP-ENC:Array\" SOAP-ENC:arrayType=\"xsd:string[0]\"/>"
+                "<param_bool xsi:type=\"xsd:boolean\">true</param_bool></m:"),
+            std::string::npos)
+      << world.sent[0].text;
+}
+
+}  // namespace
+}  // namespace bvconn
