@@ -95,9 +95,8 @@ TEST(Memory, ANodeOfAReplyTakesLessThan100Bytes) {
   const SoapEnvelope envelope = SoapEnvelope::make();
   const Count count;
   envelope.Parse(std::move(text), "");
-  // The text itself was there before.
-  EXPECT_LT(count.bytes_kept(), 100'000U * 100U + 4096U * 1024U)
-      << "and the rest of the last block";
+  // The text itself was there before. What is left of the last block counts too.
+  EXPECT_LT(count.bytes_kept(), 100'000U * 100U);
 }
 
 TEST(Memory, WalkingAReplyAllocatesNothing) {

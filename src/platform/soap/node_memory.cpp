@@ -161,7 +161,7 @@ void* Blocks::take(std::size_t bytes) {
 }
 
 void Blocks::grow(std::size_t bytes) {
-  constexpr std::size_t kLargest = std::size_t{16} << 20;
+  constexpr std::size_t kLargest = std::size_t{4} << 20;
   const std::size_t size = std::max(bytes, next_size_);
   next_size_ = std::min(kLargest, next_size_ * 2);
   void* memory = ::operator new(sizeof(Block) + size);
