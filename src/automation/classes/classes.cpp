@@ -17,6 +17,7 @@ const std::vector<const ClassInfo*>& classes() {
       &submittal_connector_class(),          //
       &rma_connector_class(),                //
       &invoice_connector_class(),            //
+      &maintenance_connector_class(),        //
       &heart_beat_connector_class(),         //
   };
   return all;

@@ -27,4 +27,7 @@ const ClassInfo& rma_connector_class();
 // invoice.cpp
 const ClassInfo& invoice_connector_class();
 
+// maintenance.cpp
+const ClassInfo& maintenance_connector_class();
+
 }  // namespace bvconn::automation

@@ -1,27 +1,113 @@
 #pragma once
 
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "bvconn/platform/export.h"
 #include "bvconn/platform/soap/soap_node.h"
+#include "bvconn/platform/soap/variant.h"
 
 namespace bvconn {
 
+/// What `BVInvoiceConnector::InvoiceSearch` looks for. All sixteen criteria are sent, always, since
+/// the server knows each by its place: what "" or a missing one means is the server's business. The
+/// texts are views: they have to live as long as the call.
+struct InvoiceSearchCriteria {
+  std::string_view strInvoiceNumber{};
+  std::string_view strPONumber{};
+  std::string_view strProjectName{};
+  std::string_view strManufacturer{};
+  std::string_view strManufacturerOrderNumber{};
+  std::string_view strStatus{};
+  // Variants in spite of their names; each is sent with its own type, a missing one as nil.
+  Variant strCustomerGID = Variant::Missing{};
+  Variant strCustomerAccountNumber = Variant::Missing{};
+  Variant strPartnerID = Variant::Missing{};
+  Variant strCustomerSoldToName = Variant::Missing{};
+  /// A number is sent with at least three digits: "7" as "007".
+  std::string_view strAgent{};
+  std::string_view strTorvexOrderNumber{};
+  // Dates, read month first, are sent as "mm/dd/yyyy"; what reads as none, as it stands.
+  std::string_view strInvoiceDateFrom{};
+  std::string_view strInvoiceDateTo{};
+  std::string_view strPayPeriodDateFrom{};
+  std::string_view strPayPeriodDateTo{};
+};
+
 /// Invoices, order reconciles and commission statements. Always by SOAP, service
-/// "urn:InvoiceService".
+/// "urn:InvoiceService", with the default time-out.
 ///
-/// Threads: one object per thread. Errors: every failure leaves as `Error`; each operation names
-/// the fault codes that it maps.
+/// Threads: one object per thread. Errors: every failure leaves as `Error`. A server fault is
+/// 0x80044201 with the server's text; where an operation maps a fault code, that fault is an error
+/// of its own number with the source "BVInvoiceConnector" and no description. Node results are the
+/// reply's first parameter, text results its value.
 class BVCONN_EXPORT BVInvoiceConnector {
  public:
-  /// One invoice, as the server's node.
-  /// @param aServerURL     Whole endpoint URL.
-  /// @param aSessionID     Text of the header `userID`.
-  /// @param strInvoiceUID  Key of the invoice; sent as it stands.
-  /// @throws Error  0x80042739 (source "BVInvoiceConnector", no description) for the server's fault
-  ///                code 10041; 0x80044201 with the server's text for any other fault.
+  /// The invoices that meet the criteria. SOAP `searchForInvoices`.
+  SoapNode InvoiceSearch(std::string_view aServerURL, std::string_view aSessionID,
+                         const InvoiceSearchCriteria& criteria = {});
+  /// One invoice. SOAP `getInvoice`.
+  /// @throws Error  0x80042739 for the fault code 10041.
   SoapNode GetInvoice(std::string_view aServerURL, std::string_view aSessionID,
                       std::string_view strInvoiceUID);
+  /// One invoice as SAP has it; its errors are logged under `GetInvoice`. SOAP `getSAPInvoice`.
+  /// @throws Error  0x80042739 for the fault code 10041.
+  SoapNode GetSAPInvoice(std::string_view aServerURL, std::string_view aSessionID,
+                         std::string_view strInvoiceUID);
+  /// Saves an order reconcile: its content is sent under the name "BVOrderReconcileBean", an empty
+  /// reference as nil. SOAP `saveOrderReconcile`.
+  /// @throws Error  0x80042761 for the fault code 10081.
+  SoapNode SaveOrderReconcile(std::string_view aServerURL, std::string_view aSessionID,
+                              const SoapNode& aSoapNode);
+  /// One order reconcile. SOAP `getOrderReconcile`.
+  /// @throws Error  0x8004271B for both fault codes 10011 and 10012.
+  SoapNode GetOrderReconcile(std::string_view aServerURL, std::string_view aSessionID,
+                             std::string_view aUID, std::string_view aAgentID);
+  /// Starts a new order reconcile. SOAP `getNewReconcile`.
+  /// @param strUIDs  Keys, as a rule an array of strings; sent as one value, whatever it holds. The
+  ///                 parameter is left out when it is missing; an empty array is sent.
+  SoapNode GetNewReconicle(std::string_view aServerURL, std::string_view aSessionID,
+                           std::string_view aAgentID, const Variant& strUIDs = Variant::Missing{});
+  /// A commission statement; the time it took is logged. SOAP `getCommissionData`.
+  SoapNode GetCommissionStatement(std::string_view aServerURL, std::string_view aSessionID,
+                                  std::string_view aCommKey);
+  /// As `GetCommissionStatement`, from SAP. SOAP `getSAPCommissionData`.
+  SoapNode GetSAPCommissionStatement(std::string_view aServerURL, std::string_view aSessionID,
+                                     std::string_view aCommKey);
+  /// Takes over the lock of an order reconcile. SOAP `pilferOrderReconcile`.
+  std::string PilferOrderReconcile(std::string_view aServerURL, std::string_view aSessionID,
+                                   std::string_view aGID);
+  /// Unlocks an order reconcile; nothing of the reply but a fault is looked at. SOAP
+  /// `unlockOrderReconcile`.
+  void UnlockOrderReconcile(std::string_view aServerURL, std::string_view aSessionID,
+                            std::string_view aGID, bool blnUnassociate, std::string_view aAgentID);
+  /// Ties an invoice to an order reconcile. SOAP `assocInvoiceAndOrderReconcile`.
+  /// @throws Error  0x8004274D for the fault code 10061.
+  SoapNode AssocInvoiceAndOrderReconcile(std::string_view aServerURL, std::string_view aSessionID,
+                                         std::string_view aInvoiceNumber,
+                                         std::string_view aReconcileGID, std::string_view aAgentID);
+  /// Reconciles one invoice. SOAP `autoReconcileSingle`.
+  /// @param strPayPeriodDate  As the dates of `InvoiceSearchCriteria`; always sent.
+  /// @throws Error  0x80042757 for the fault code 10071.
+  SoapNode AutoReconcileSingle(std::string_view aServerURL, std::string_view aSessionID,
+                               std::string_view aInvoiceUID, std::string_view aAgentID,
+                               std::string_view strPayPeriodDate = "");
+  /// Reconciles several invoices; nothing of the reply but a fault is looked at. SOAP
+  /// `autoReconcileMultiple`.
+  /// @param strUIDs  As for `GetNewReconicle`, but always sent, a missing one as nil.
+  /// @throws Error  0x80042757 for the fault code 10071.
+  void AutoReconcileMultiple(std::string_view aServerURL, std::string_view aSessionID,
+                             const Variant& strUIDs, std::string_view aAgentID,
+                             std::string_view strPayPeriodDate = "");
+  /// The last commission periods. SOAP `getCommissionRange`.
+  SoapNode GetCommissionRange(std::string_view aServerURL, std::string_view aSessionID,
+                              std::int16_t aListCount);
+  /// The same for one agent: the server tells the two apart by the number of parameters.
+  /// @param aAgentID  Sent as a 16-bit integer; text that is none fails with 13, one out of range
+  ///                  with 6, before anything is sent.
+  SoapNode GetCommissionRangeByAgent(std::string_view aServerURL, std::string_view aSessionID,
+                                     std::int16_t aListCount, std::string_view aAgentID);
 };
 
 }  // namespace bvconn
