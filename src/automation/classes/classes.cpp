@@ -16,9 +16,16 @@ const std::vector<const ClassInfo*>& classes() {
       &acknowledgement_connector_class(),    //
       &submittal_connector_class(),          //
       &rma_connector_class(),                //
-      &invoice_connector_class(),            //
-      &maintenance_connector_class(),        //
-      &heart_beat_connector_class(),         //
+      &search_connector_class(),
+      &invoice_connector_class(),      //
+      &maintenance_connector_class(),  //
+      &print_connector_class(),        //
+      &heart_beat_connector_class(),   //
+      &summary_connector_class(),      //
+      &postal_connector_class(),       //
+      &export_connector_class(),       //
+      &document_connector_class(),     //
+      &config_connector_class(),       //
   };
   return all;
 }

@@ -24,10 +24,23 @@ const ClassInfo& acknowledgement_connector_class();
 const ClassInfo& submittal_connector_class();
 const ClassInfo& rma_connector_class();
 
+// search.cpp
+const ClassInfo& search_connector_class();
+
 // invoice.cpp
 const ClassInfo& invoice_connector_class();
 
 // maintenance.cpp
 const ClassInfo& maintenance_connector_class();
+
+// print.cpp
+const ClassInfo& print_connector_class();
+
+// small.cpp
+const ClassInfo& summary_connector_class();
+const ClassInfo& postal_connector_class();
+const ClassInfo& export_connector_class();
+const ClassInfo& document_connector_class();
+const ClassInfo& config_connector_class();
 
 }  // namespace bvconn::automation

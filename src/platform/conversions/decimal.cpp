@@ -56,7 +56,7 @@ void increment(Decimal& number) {
   std::string& digits = number.digits;
   digits.erase(digits.find_last_not_of('9') + 1);
   if (digits.empty()) {
-    digits = "1";
+    digits.assign(1, '1');
     ++number.point;
   } else {
     ++digits.back();

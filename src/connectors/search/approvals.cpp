@@ -1,0 +1,99 @@
+#include "bvconn/connectors/search/bv_search_connector.h"
+
+#include "bvconn/connectors/search/search_frames.h"
+
+namespace bvconn {
+namespace {
+
+using namespace search;
+
+constexpr Operation kSearchForApprovals{
+    .log = silent("SearchForApprovals"),
+    .method = &BVMethods::SearchForApprovals,
+    .service = &BVServices::Search,
+    .tail = Tail::kBare,
+};
+constexpr Operation kSearchApprovalQueue{
+    .log = silent("SearchApprovalQueue"),
+    .method = &BVMethods::SearchApprovalQueue,
+    .service = &BVServices::Search,
+    .tail = Tail::kBare,
+};
+constexpr Operation kSearchForAuthorizations{
+    .log = silent("SearchForAuthorizations"),
+    .method = &BVMethods::SearchForAuthorizations,
+    .service = &BVServices::Search,
+    .tail = Tail::kFaultString,
+};
+constexpr Operation kSearchForApprovalQueueShippingMethods{
+    .log = {.cls = kClass, .method = "SearchForApprovalQueueShippingMethods"},
+    .method = &BVMethods::GetShippingMethodsToDisplayInTheApprovalQueue,
+    .service = &BVServices::Search,
+};
+
+// The arguments in their order; the arrays go joined.
+std::string search_queue_by_dal(const dal::SearchService& search,
+                                const SearchApprovalQueueCriteria& c) {
+  const std::string brands = joined(c.BrandCode);
+  const std::string promotions = joined(c.PromoCode);
+  const std::string manufacturers = joined(c.ManufacturerCode);
+  const std::string industries = joined(c.IndustryCode);
+  return search.SearchApprovalQueue(
+      c.AgentID, brands, promotions, manufacturers, c.shippingMethod, c.Project, c.Quote, c.Order,
+      c.NAOnly, c.NAExclude, c.CFOnly, c.CFExclude, c.ProjectOnly, c.StockOnly, c.Pricing, c.Config,
+      c.Review, c.Returned, c.SpecSubmit, c.SpecReg, c.SpecDenied, c.ChangeReq,
+      c.InternationalShipping, c.HFR, industries, c.QuickShip);
+}
+
+}  // namespace
+
+SoapNode BVSearchConnector::SearchForApprovals(std::string_view aSessionID,
+                                               std::string_view aServerURL,
+                                               const SearchForApprovalsCriteria& criteria) {
+  return PositionalSearchFrame(
+      kSearchForApprovals, catalogues_, aSessionID, aServerURL, [&](SoapNodes& parameters) {
+        positional(parameters, criteria.AgentID, criteria.BrandGID, criteria.Project,
+                   criteria.Quote, criteria.Order, criteria.NAOnly, criteria.NAExclude,
+                   criteria.CFOnly, criteria.CFExclude, criteria.OnlyProjectOrders,
+                   criteria.OnlyStockOrders, criteria.Pricing, criteria.Config, criteria.Review,
+                   criteria.ApprGranted, criteria.ApprDenied, criteria.Returned,
+                   criteria.QSSRCatChange, criteria.SpecSubmit, criteria.SpecReg,
+                   criteria.SpecDenied, criteria.Territory, criteria.ChangeReq, criteria.ChangeRev,
+                   criteria.InternationalShipping, criteria.CompetitiveReview, criteria.PromoGID);
+      });
+}
+
+SoapNode BVSearchConnector::SearchApprovalQueue(std::string_view aSessionID,
+                                                std::string_view aServerURL,
+                                                const SearchApprovalQueueCriteria& criteria) {
+  return PositionalSearchFrame(
+      kSearchApprovalQueue, catalogues_, aSessionID, aServerURL,
+      [&](SoapNodes& parameters) {
+        positional(parameters, criteria.AgentID, criteria.BrandCode, criteria.PromoCode,
+                   criteria.ManufacturerCode, criteria.shippingMethod, criteria.Project,
+                   criteria.Quote, criteria.Order, criteria.NAOnly, criteria.NAExclude,
+                   criteria.CFOnly, criteria.CFExclude, criteria.ProjectOnly, criteria.StockOnly,
+                   criteria.Pricing, criteria.Config, criteria.Review, criteria.Returned,
+                   criteria.SpecSubmit, criteria.SpecReg, criteria.SpecDenied, criteria.ChangeReq,
+                   criteria.InternationalShipping, criteria.HFR, criteria.IndustryCode,
+                   criteria.QuickShip);
+      },
+      [&](const dal::Services& dal) { return search_queue_by_dal(dal.SearchService(), criteria); });
+}
+
+SoapNode BVSearchConnector::SearchForAuthorizations(std::string_view aSessionID,
+                                                    std::string_view aServerURL) {
+  return PositionalSearchFrame(
+      kSearchForAuthorizations, catalogues_, aSessionID, aServerURL, no_parameters,
+      [&](const dal::Services& dal) { return dal.SearchService().SearchForAuthorizations(); });
+}
+
+SoapNode BVSearchConnector::SearchForApprovalQueueShippingMethods(std::string_view aSessionID,
+                                                                  std::string_view aServerURL) {
+  return PositionalSearchFrame(kSearchForApprovalQueueShippingMethods, catalogues_, aSessionID,
+                               aServerURL, no_parameters, [&](const dal::Services& dal) {
+                                 return dal.SearchService().SearchForApprovalQueueShippingMethods();
+                               });
+}
+
+}  // namespace bvconn

@@ -1,0 +1,178 @@
+#include "bvconn/connectors/search/bv_search_connector.h"
+
+#include <limits>
+
+#include "bvconn/connectors/search/search_frames.h"
+#include "bvconn/core/heart_beat_time.h"
+#include "bvconn/core/session_state.h"
+#include "bvconn/core/timing.h"
+#include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/error_numbers.h"
+
+namespace bvconn {
+namespace {
+
+using namespace search;
+
+constexpr Operation kSearchForCatalogNbrs{
+    .log = silent("SearchForCatalogNbrs"),
+    .method = &BVMethods::SearchForCatalogNbrs,
+    .service = &BVServices::Search,
+    .tail = Tail::kBare,
+};
+constexpr Operation kSearchForPriceHistory{
+    .log = silent("SearchForPriceHistory"),
+    .method = &BVMethods::SearchForPriceHistory,
+    .service = &BVServices::Search,
+    .tail = Tail::kBare,
+};
+constexpr Operation kSearchForPH{
+    .log = {.cls = kClass, .method = "SearchForPH"},
+    .method = &BVMethods::SearchForPH,
+    .service = &BVServices::Search,
+};
+// Its lines begin with a capital.
+constexpr Operation kSearchForPHAverage{
+    .log = {.cls = kClass, .method = "SearchForPHAverage"},
+    .method = &BVMethods::searchForPHAverage,
+    .service = &BVServices::Search,
+};
+constexpr Operation kSearchForPromotions{
+    .log = silent("SearchForPromotions"),
+    .method = &BVMethods::SearchForPromotions,
+    .service = &BVServices::Search,
+    .tail = Tail::kBare,
+};
+constexpr Operation kSearchForTotalInventory{
+    .log = silent("SearchForTotalInventory"),
+    .method = &BVMethods::GetTotalInventoryInfo,
+    .service = &BVServices::InventorySearch,
+    .tail = Tail::kBare,
+};
+constexpr Operation kSearchForInventory{
+    .log = silent("SearchForInventory"),
+    .method = &BVMethods::GetInventoryInfo,
+    .service = &BVServices::InventorySearch,
+    .tail = Tail::kBare,
+};
+
+// As `joined`, with the upper bound held in 16 bits.
+std::string joined_with_16_bit_bound(const StringArray& codes) {
+  if (codes.upper_bound() > std::numeric_limits<std::int16_t>::max()) {
+    throw Error(error_numbers::kOverflow, "BVConn",
+                "the array of catalogue numbers has more than 32768 elements");
+  }
+  return joined(codes);
+}
+
+// The exchange of the inventory operations, run without `sendXML`: traced to the log file by the
+// mask alone, under the SOAPAction of the request before.
+void InventorySearchFrame(Call& call, std::string_view aServerURL, std::string_view text) {
+  call.exchange_text(*inline_transport(TracingRule::kLogFileByMaskAlone), aServerURL, text);
+}
+
+}  // namespace
+
+SoapNode BVSearchConnector::SearchForCatalogNbrs(std::string_view aSessionID,
+                                                 std::string_view aServerURL,
+                                                 const SearchForCatalogNbrsCriteria& criteria) {
+  return PositionalSearchFrame(
+      kSearchForCatalogNbrs, catalogues_, aSessionID, aServerURL, [&](SoapNodes& parameters) {
+        positional(parameters, criteria.BrandGID, criteria.ProdType, criteria.CatNbr,
+                   criteria.MaterialID, criteria.UPCNumber, criteria.Desc, criteria.AgentID,
+                   criteria.Country, criteria.MfgGID, criteria.Classification);
+      });
+}
+
+SoapNode BVSearchConnector::SearchForPriceHistory(
+    std::string_view aSessionID, std::string_view aServerURL, std::string_view SearchType,
+    std::string_view CatalogNbr, std::string_view AgentID, std::string_view DistributorName,
+    std::string_view DistributorGID, std::string_view EndDate) {
+  return PositionalSearchFrame(
+      kSearchForPriceHistory, catalogues_, aSessionID, aServerURL,
+      [&](SoapNodes& parameters) {
+        positional(parameters, SearchType, CatalogNbr, AgentID, DistributorName, DistributorGID,
+                   EndDate);
+      },
+      [&](const dal::Services& dal) {
+        return dal.SearchService().SearchForPriceHistory(SearchType, CatalogNbr, AgentID,
+                                                         DistributorName, DistributorGID, EndDate);
+      });
+}
+
+SoapNode BVSearchConnector::SearchForPH(std::string_view aSessionID, std::string_view aServerURL,
+                                        const StringArray& catalogArray,
+                                        std::string_view Description, std::string_view AgentID,
+                                        std::string_view CustomerGID) {
+  return PositionalSearchFrame(
+      kSearchForPH, catalogues_, aSessionID, aServerURL,
+      [&](SoapNodes& parameters) {
+        positional(parameters, Description, AgentID, CustomerGID, catalogArray);
+      },
+      [&](const dal::Services& dal) {
+        return dal.SearchService().SearchForPH(Description, AgentID, CustomerGID,
+                                               joined(catalogArray));
+      });
+}
+
+SoapNode BVSearchConnector::searchForPHAverage(std::string_view aSessionID,
+                                               std::string_view aServerURL,
+                                               const StringArray& catalogArray,
+                                               std::string_view aType, std::string_view Description,
+                                               std::string_view AgentID,
+                                               std::string_view CustomerGID) {
+  return PositionalSearchFrame(
+      kSearchForPHAverage, catalogues_, aSessionID, aServerURL,
+      [&](SoapNodes& parameters) {
+        positional(parameters, Description, aType, AgentID, CustomerGID, catalogArray);
+      },
+      [&](const dal::Services& dal) {
+        return dal.SearchService().searchForPHAverage(Description, aType, AgentID, CustomerGID,
+                                                      joined_with_16_bit_bound(catalogArray));
+      });
+}
+
+SoapNode BVSearchConnector::SearchForPromotions(std::string_view aSessionID,
+                                                std::string_view aServerURL) {
+  return PositionalSearchFrame(
+      kSearchForPromotions, catalogues_, aSessionID, aServerURL, no_parameters,
+      [&](const dal::Services& dal) { return dal.SearchService().SearchForPromotions(); });
+}
+
+SoapNode BVSearchConnector::SearchForTotalInventory(std::string_view strInfo,
+                                                    std::string_view aSessionID,
+                                                    std::string_view aServerURL) {
+  return ConnectorMethodFrame(kSearchForTotalInventory, [&](Call& call) {
+    const double start = session().clock().timer();
+    const std::string text = call.literal_request(aSessionID, strInfo);
+    if (call.takes_dal()) {
+      // The whole request, where SearchForInventory passes `strInfo` alone.
+      call.parse(call.dal().InventoryInquiryService().SearchForTotalInventory(text));
+    } else {
+      InventorySearchFrame(call, aServerURL, text);
+    }
+    Global::LastHeartBeat(session().clock().now());
+    SoapNode result = call.first();
+    const double seconds = static_cast<double>(timer_seconds()) - start;
+    // The class's name ends in "y" in this one line.
+    session().Logger().LogAtLevel(
+        16, "BVSearchConnectory", "SearchForTotalInventory",
+        "Time to search Total Inventory: " + conversions::double_text(seconds), 0);
+    return result;
+  });
+}
+
+SoapNode BVSearchConnector::SearchForInventory(std::string_view strInfo,
+                                               std::string_view aSessionID,
+                                               std::string_view aServerURL) {
+  return ConnectorMethodFrame(kSearchForInventory, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.parse(call.dal().InventoryInquiryService().SearchForInventory(strInfo)).first();
+    }
+    InventorySearchFrame(call, aServerURL, call.literal_request(aSessionID, strInfo));
+    Global::LastHeartBeat(session().clock().now());
+    return call.first();
+  });
+}
+
+}  // namespace bvconn
