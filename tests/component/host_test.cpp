@@ -98,13 +98,31 @@ class Host : public testing::Test {
   std::filesystem::path folder;
 };
 
-TEST_F(Host, ClassesAreMadeByTheirProgramIdentifiers) {
-  for (const std::string_view name :
-       {"BVConnectorObject", "BVGenericConnector", "BVServices", "BVMethods", "BVProjectConnector",
-        "BVQuoteConnector", "BVOrderConnector", "BVRequestForQuoteConnector",
-        "BVSalesInstrumentConnector", "BVAcknowledgementConnector", "BVSubmittalConnector",
-        "BVRMAConnector", "BVInvoiceConnector", "BVHeartBeatConnector", "SoapNode",
-        "XMLDocument"}) {
+TEST_F(Host, EveryPublicClassAndTheHelpersAreMadeByTheirProgramIdentifiers) {
+  for (const std::string_view name : {"BVConnectorObject",
+                                      "BVGenericConnector",
+                                      "BVServices",
+                                      "BVMethods",
+                                      "BVProjectConnector",
+                                      "BVQuoteConnector",
+                                      "BVOrderConnector",
+                                      "BVRequestForQuoteConnector",
+                                      "BVSalesInstrumentConnector",
+                                      "BVAcknowledgementConnector",
+                                      "BVSubmittalConnector",
+                                      "BVRMAConnector",
+                                      "BVSearchConnector",
+                                      "BVInvoiceConnector",
+                                      "BVMaintenanceConnector",
+                                      "BVPrintConnector",
+                                      "BVHeartBeatConnector",
+                                      "BVSummaryConnector",
+                                      "BVPostalConnector",
+                                      "BVExportConnector",
+                                      "BVDocumentConnector",
+                                      "BVConfigConnector",
+                                      "SoapNode",
+                                      "XMLDocument"}) {
     const auto object = make(u"BVConn." + widened(name));
     ASSERT_NE(object, nullptr) << name;
     EXPECT_EQ(object->AddRef(), 2u);
