@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace bvconn {
+
+/// The form in which the data access layer takes a list of codes: each without the blanks around
+/// it, with ";" in between. No codes give ""; an empty code keeps its place.
+std::string joined_codes(const std::vector<std::string>& codes);
+
+}  // namespace bvconn
