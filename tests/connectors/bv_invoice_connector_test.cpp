@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/soap_envelope.h"
@@ -99,6 +101,122 @@ TEST(GetInvoice, ALargeTreeComesBackWhole) {
   EXPECT_EQ(invoice.Nodes().ItemByName("InvoiceNumber").Value(), Variant("4711"));
   EXPECT_EQ(invoice.Nodes().ItemByName("Lines").Nodes().Item(1).Nodes().Item(0).Value(),
             Variant("3"));
+}
+
+using Body = std::function<void(BVInvoiceConnector&)>;
+
+struct MappingCase {
+  const char* name;      ///< in the error line
+  const char* code;      ///< a fault code that the operation maps
+  std::uint32_t raised;  ///< the error that it is
+  const char* unmapped;  ///< one that it does not
+  Body call;
+};
+
+const std::vector<MappingCase>& mapping_operations() {
+  static const std::vector<MappingCase> cases{
+      {"GetInvoice", "10041", 0x80042739, "10081",
+       [](auto& invoices) { invoices.GetInvoice("http://h/", "S", "U"); }},
+      {"GetInvoice", "10041", 0x80042739, "10011",
+       [](auto& invoices) { invoices.GetSAPInvoice("http://h/", "S", "U"); }},
+      {"SaveOrderReconcile", "10081", 0x80042761, "10041",
+       [](auto& invoices) { invoices.SaveOrderReconcile("http://h/", "S", SoapNode::make("D")); }},
+      {"GetOrderReconcile", "10011", 0x8004271B, "10010",
+       [](auto& invoices) { invoices.GetOrderReconcile("http://h/", "S", "U", "A"); }},
+      {"GetOrderReconcile", "10012", 0x8004271B, "10013",
+       [](auto& invoices) { invoices.GetOrderReconcile("http://h/", "S", "U", "A"); }},
+      {"AssocInvoiceAndOrderReconcile", "10061", 0x8004274D, "10071",
+       [](auto& invoices) {
+         invoices.AssocInvoiceAndOrderReconcile("http://h/", "S", "I", "G", "A");
+       }},
+      {"AutoReconcileSingle", "10071", 0x80042757, "10061",
+       [](auto& invoices) { invoices.AutoReconcileSingle("http://h/", "S", "U", "A"); }},
+      {"AutoReconcileMultiple", "10071", 0x80042757, "10012",
+       [](auto& invoices) { invoices.AutoReconcileMultiple("http://h/", "S", "U", "A"); }},
+  };
+  return cases;
+}
+
+Error error_of(const Body& call) {
+  try {
+    BVInvoiceConnector invoices;
+    call(invoices);
+  } catch (const Error& error) {
+    return error;
+  }
+  ADD_FAILURE() << "no error was raised";
+  return Error(0, "", "");
+}
+
+TEST(InvoiceFaults, EachOperationMapsItsOwnCodesAndNoOther) {
+  for (const MappingCase& each : mapping_operations()) {
+    SCOPED_TRACE(std::string(each.name) + " " + each.code);
+    RecordingPlatform world;
+    world.reply(fault_text(each.code, "server's words"));
+    const Error mapped = error_of(each.call);
+    EXPECT_EQ(mapped.number, from_bits(each.raised));
+    EXPECT_EQ(mapped.source, "BVInvoiceConnector");
+    EXPECT_EQ(mapped.description, "");
+    world.reply(fault_text(each.unmapped, "server's words"));
+    const Error passed_on = error_of(each.call);
+    EXPECT_EQ(passed_on.number, kSoapFault);
+    EXPECT_EQ(passed_on.description, "server's words");
+  }
+}
+
+TEST(InvoiceFaults, AFaultWithoutFaultcodeIsTheMissingNodeAfterTheFaultWasLogged) {
+  for (const MappingCase& each : mapping_operations()) {
+    SCOPED_TRACE(each.name);
+    RecordingPlatform world;
+    world.reply(
+        "<e:Envelope xmlns:e=\"http://schemas.xmlsoap.org/soap/envelope/\"><e:Body><e:Fault>"
+        "<faultstring>server's words</faultstring></e:Fault></e:Body></e:Envelope>");
+    EXPECT_EQ(error_of(each.call).number, error_numbers::kNoSuchNode);
+    EXPECT_EQ(world.record.log.back(), std::string("LogError BVInvoiceConnector.") + each.name +
+                                           " 0x80044201 \"SoapEnvelope\" \"server's words\" 0");
+  }
+}
+
+TEST(InvoiceSearch, CriteriaAreNamedAndEachStandsInItsPlace) {
+  RecordingPlatform world;
+  world.reply(envelope_text("searchForInvoicesResponse", "<return>R</return>"));
+  BVInvoiceConnector().InvoiceSearch(
+      "http://h/", "S",
+      {.strStatus = "open", .strCustomerSoldToName = "Sold & Co", .strAgent = "12"});
+  std::string expected = "<m:searchForInvoices xmlns:m=\"urn:InvoiceService\">";
+  const std::string empty = "<param xsi:type=\"xsd:string\"/>";
+  const std::string missing = "<param xsi:nil=\"true\"/>";
+  for (int i = 0; i < 5; ++i) expected += empty;
+  expected += "<param xsi:type=\"xsd:string\">open</param>" + missing;
+  expected += "<param xsi:type=\"xsd:string\">Sold &amp; Co</param>" + missing + missing;
+  expected += "<param xsi:type=\"xsd:string\">012</param>";
+  for (int i = 0; i < 5; ++i) expected += empty;
+  expected += "</m:searchForInvoices>";
+  ASSERT_EQ(world.sent.size(), 1U);
+  EXPECT_NE(world.sent[0].text.find(expected), std::string::npos) << world.sent[0].text;
+}
+
+TEST(InvoiceSearch, WithoutCriteriaSixteenParametersGoOut) {
+  RecordingPlatform world;
+  world.reply(envelope_text("searchForInvoicesResponse", "<return>R</return>"));
+  BVInvoiceConnector().InvoiceSearch("http://h/", "S");
+  ASSERT_EQ(world.sent.size(), 1U);
+  const SoapEnvelope request = SoapEnvelope::make();
+  request.Parse(world.sent[0].text, "");
+  ASSERT_EQ(request.Parameters().Count(), 16U);
+  for (std::size_t i = 0; i < 16; ++i) {
+    EXPECT_EQ(request.Parameters().Item(i).nil(), i >= 6 && i <= 9) << i;
+  }
+}
+
+TEST(SaveOrderReconcile, LeavesTheCallersNodeAsItWas) {
+  RecordingPlatform world;
+  world.reply(envelope_text("saveOrderReconcileResponse", "<return>R</return>"));
+  const SoapNode document = SoapNode::make("Reconcile");
+  document.Nodes().Create("UID", "U-2");
+  BVInvoiceConnector().SaveOrderReconcile("http://h/", "S", document);
+  EXPECT_EQ(document.Name(), "Reconcile");
+  EXPECT_EQ(document.Nodes().Count(), 1U);
 }
 
 }  // namespace
