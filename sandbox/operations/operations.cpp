@@ -7,6 +7,7 @@ Operations all_operations() {
   add_authentication(operations);
   add_heart_beat(operations);
   add_invoices(operations);
+  add_documents(operations);
   return operations;
 }
 

@@ -75,6 +75,8 @@ struct Operations {
 void add_authentication(Operations& operations);
 void add_heart_beat(Operations& operations);
 void add_invoices(Operations& operations);
+/// Projects, quotes, orders, requests for quote, acknowledgements, submittals and returns.
+void add_documents(Operations& operations);
 
 Operations all_operations();
 

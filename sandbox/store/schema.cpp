@@ -7,7 +7,7 @@ namespace {
 
 // "BVsb", so that somebody else's database is not taken for one of ours.
 constexpr std::int64_t kApplicationId = 0x42567362;
-constexpr std::int64_t kVersion = 1;
+constexpr std::int64_t kVersion = 2;
 
 // Dates are ISO 8601 texts, money is whole cents.
 constexpr const char* kTables = R"sql(
@@ -63,6 +63,47 @@ CREATE TABLE invoice_lines (
   PRIMARY KEY (invoice_uid, line_number)
 ) STRICT, WITHOUT ROWID;
 
+CREATE VIEW manufacturers AS
+  SELECT 'MFR-' || row_number() OVER (ORDER BY manufacturer) AS gid, manufacturer AS name
+  FROM (SELECT DISTINCT manufacturer FROM products);
+
+CREATE TABLE counters (
+  kind TEXT PRIMARY KEY,
+  next INTEGER NOT NULL
+) STRICT, WITHOUT ROWID;
+
+-- Whole documents as XML. The columns number, status and locked_by repeat what the body says.
+CREATE TABLE documents (
+  gid TEXT PRIMARY KEY,
+  kind TEXT NOT NULL,
+  parent TEXT REFERENCES documents (gid),
+  number TEXT NOT NULL,
+  status TEXT NOT NULL,
+  locked_by TEXT NOT NULL,
+  revision INTEGER NOT NULL CHECK (revision > 0),
+  body TEXT NOT NULL,
+  previous_body TEXT
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE document_lines (
+  document_gid TEXT NOT NULL REFERENCES documents (gid) ON DELETE CASCADE,
+  line_gid TEXT NOT NULL,
+  PRIMARY KEY (document_gid, line_gid)
+) STRICT, WITHOUT ROWID;
+
+-- An empty line_gid is the header's; an empty type is that of a comment that names none.
+CREATE TABLE comments (
+  document_gid TEXT NOT NULL REFERENCES documents (gid) ON DELETE CASCADE,
+  line_gid TEXT NOT NULL,
+  type TEXT NOT NULL,
+  body TEXT NOT NULL,
+  PRIMARY KEY (document_gid, line_gid, type)
+) STRICT, WITHOUT ROWID;
+
+CREATE INDEX documents_by_parent ON documents (parent, kind);
+CREATE INDEX documents_by_number ON documents (kind, number);
+CREATE INDEX document_lines_by_line ON document_lines (line_gid);
+CREATE INDEX comments_by_line ON comments (line_gid);
 CREATE INDEX invoices_by_customer ON invoices (customer_gid);
 CREATE INDEX invoices_by_date ON invoices (invoice_date);
 )sql";

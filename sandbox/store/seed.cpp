@@ -1,10 +1,11 @@
 #include "sandbox/store/seed.h"
 
 #include <array>
-#include <random>
 #include <string>
 
 #include "bvconn/platform/conversions/conversions.h"
+#include "sandbox/store/dice.h"
+#include "sandbox/store/documents_seed.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -69,30 +70,6 @@ constexpr std::array<std::string_view, 10> kProjects{"Maple Street Apartments",
                                                      "Orchard House"};
 constexpr std::array<std::string_view, 3> kStatuses{"OPEN", "PAID", "OVERDUE"};
 
-/// The standard says what this engine draws, but not what its distributions make of it; so the
-/// latter are our own, and the data are the same with every library.
-class Dice {
- public:
-  explicit Dice(std::uint64_t seed) : engine_(seed) {}
-
-  std::int64_t between(std::int64_t low, std::int64_t high) {
-    const auto span = static_cast<std::uint64_t>(high - low) + 1;
-    return low + static_cast<std::int64_t>(engine_() % span);
-  }
-
-  template <typename Items>
-  const auto& one_of(const Items& items) {
-    return items[static_cast<std::size_t>(between(0, static_cast<std::int64_t>(items.size()) - 1))];
-  }
-
- private:
-  std::mt19937_64 engine_;
-};
-
-std::string numbered(std::string_view prefix, std::int64_t number) {
-  return std::string(prefix) + std::to_string(number);
-}
-
 std::string customer_gid(std::int64_t index) {
   return numbered("CUS-", 2'001 + index);
 }
@@ -155,6 +132,7 @@ void fill(Database& database, std::uint64_t seed) {
   for (std::int64_t index = 0; index < kSeededInvoices; ++index) {
     fill_invoice(database, index, dice);
   }
+  fill_documents(database, seed);
 }
 
 }  // namespace bvconn::sandbox

@@ -41,6 +41,13 @@ std::optional<Invoice> Store::invoice(std::string_view uid) {
   return find_invoice(database_, uid);
 }
 
+std::optional<Invoice> Store::invoice_by_number(std::string_view number) {
+  Statement select(database_, "SELECT uid FROM invoices WHERE invoice_number = ?");
+  select.bind(number);
+  if (!select.step()) return std::nullopt;
+  return find_invoice(database_, select.text(0));
+}
+
 bool Store::admits(std::string_view user, std::string_view password) {
   if (user.empty() || password.empty()) return false;
   Statement select(database_,
