@@ -52,7 +52,8 @@ function(bvconn_room name)
 endfunction()
 
 # bvconn_test(NAME SOURCES files… [ROOMS rooms…] [LINK targets…]): one GoogleTest program; each of
-# its tests is a ctest entry. Tests labelled "threads" run under the thread sanitizer too. ROOMS names rooms without their prefix; "all" stands for all of them.
+# its tests is a ctest entry. Tests labelled "threads" run under the thread
+# sanitizer too; the target threads_tests builds them. ROOMS names rooms without their prefix; "all" stands for all of them.
 function(bvconn_test name)
   cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "SOURCES;ROOMS;LINK;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
@@ -76,6 +77,12 @@ function(bvconn_test name)
   endif()
   if(ARG_LABELS)
     list(APPEND properties LABELS "${ARG_LABELS}")
+    foreach(label IN LISTS ARG_LABELS)
+      if(NOT TARGET ${label}_tests)
+        add_custom_target(${label}_tests)
+      endif()
+      add_dependencies(${label}_tests ${name})
+    endforeach()
   endif()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
 endfunction()
