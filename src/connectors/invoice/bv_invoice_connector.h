@@ -28,7 +28,8 @@ struct InvoiceSearchCriteria {
   /// A number is sent with at least three digits: "7" as "007".
   std::string_view strAgent{};
   std::string_view strTorvexOrderNumber{};
-  // Dates, read month first, are sent as "mm/dd/yyyy"; what reads as none, as it stands.
+  // Dates, read month first (a bare number as a serial day), are sent as "mm/dd/yyyy"; what reads
+  // as none, as it stands.
   std::string_view strInvoiceDateFrom{};
   std::string_view strInvoiceDateTo{};
   std::string_view strPayPeriodDateFrom{};
