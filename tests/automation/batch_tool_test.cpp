@@ -147,6 +147,93 @@ TEST(Batch, AnEmptyReferenceGoesAsNil) {
   EXPECT_THAT(server.requests().at(0).body, HasSubstr(R"(xsi:nil="true")"));
 }
 
+/// The body of the one request that a call with these arguments sends, which is answered with an
+/// empty node.
+std::string body_of(const std::string& operation, const std::string& arguments) {
+  ScriptedServer server;
+  server.reply(reply_envelope("<return/>"));
+  const Tool::Outcome outcome =
+      Tool::batch({R"({"id":1,"call":")" + operation + R"(","args":{"aServerURL":")" +
+                   server.url() + R"(","aSessionID":"S",)" + arguments + "}}"});
+  EXPECT_EQ(outcome.status, 0) << outcome.out;
+  const auto requests = server.requests();
+  EXPECT_EQ(requests.size(), 1U) << outcome.out;
+  return requests.empty() ? "" : requests.front().body;
+}
+
+TEST(Batch, A16BitIntegerReachesTheWireAsOne) {
+  EXPECT_THAT(body_of("BVInvoiceConnector.GetCommissionRange", R"("aListCount":32767)"),
+              HasSubstr(R"(<param xsi:type="xsd:short">32767</param>)"));
+}
+
+TEST(Batch, AVariantReachesTheWireWithItsType) {
+  const auto body = [](const std::string& variant) {
+    return body_of("BVInvoiceConnector.AutoReconcileMultiple",
+                   R"("aAgentID":"A","strUIDs":)" + variant);
+  };
+  EXPECT_THAT(body("\"t\""), HasSubstr(R"(<param xsi:type="xsd:string">t</param>)"));
+  EXPECT_THAT(body("7"), HasSubstr(R"(<param xsi:type="xsd:int">7</param>)"));
+  EXPECT_THAT(body("2.5"), HasSubstr(R"(<param xsi:type="xsd:double">2.5</param>)"));
+  EXPECT_THAT(body("true"), HasSubstr(R"(<param xsi:type="xsd:boolean">true</param>)"));
+  EXPECT_THAT(body(R"({"date":"2007-01-05T00:00:00"})"),
+              HasSubstr(R"(<param xsi:type="xsd:dateTime">2007-01-05T00:00:00</param>)"));
+  EXPECT_THAT(body(R"(["x","y"])"), HasSubstr(R"(SOAP-ENC:arrayType="xsd:string[2]")"));
+  EXPECT_THAT(body("null"), HasSubstr(R"(<param xsi:nil="true")"));
+  EXPECT_THAT(body(R"({"xml":"<in><a>1</a></in>"})"), HasSubstr("<a>1</a>"));
+}
+
+TEST(Batch, AnOptionalVariantIsMissingWhenLeftOut) {
+  const auto count = [](const std::string& body) {
+    std::size_t found = 0;
+    for (std::size_t at = 0; (at = body.find("<param", at)) != std::string::npos; ++at) ++found;
+    return found;
+  };
+  const std::string operation = "BVInvoiceConnector.GetNewReconicle";
+  EXPECT_EQ(count(body_of(operation, R"("aAgentID":"A")")), 1U);
+  EXPECT_EQ(count(body_of(operation, R"("aAgentID":"A","strUIDs":{"missing":true})")), 1U);
+  EXPECT_EQ(count(body_of(operation, R"("aAgentID":"A","strUIDs":"U")")), 2U);
+}
+
+TEST(Batch, FieldsOfAnAggregateAreArguments) {
+  const std::string body =
+      body_of("BVInvoiceConnector.InvoiceSearch", R"("strPONumber":"PO9","strInvoiceNumber":"I4")");
+  const std::size_t invoice = body.find(">I4</param>");
+  const std::size_t order = body.find(">PO9</param>");
+  ASSERT_NE(invoice, std::string::npos);
+  ASSERT_NE(order, std::string::npos);
+  EXPECT_LT(invoice, order);
+}
+
+TEST(Batch, ADocumentComesBackFilled) {
+  const auto pilfer = [](const std::string& document, bool answered) {
+    ScriptedServer server;
+    if (answered)
+      server.reply(reply_envelope("<return><n:Doc xmlns:n=\"urn:n\" a=\"1\"/></return>"));
+    return ordered_json::parse(
+        answer(R"({"id":1,"call":"BVSalesInstrumentConnector.pilferSalesInstrument","args":{)"
+               R"("SIGID":"G","SIType":"Project","aServerURL":")" +
+               server.url() + R"(","aSessionID":"S","doc":)" + document + "}}"));
+  };
+  const auto filled = pilfer(R"({"document":true})", true);
+  EXPECT_TRUE(filled["result"].is_null());
+  EXPECT_THAT(filled["document"].get<std::string>(),
+              HasSubstr(R"(<n:Doc xmlns:n="urn:n" a="1"/>)"));
+  const auto failed = pilfer(R"({"document":true})", false);
+  EXPECT_TRUE(failed.contains("error"));
+  EXPECT_EQ(failed["document"], "");
+}
+
+TEST(Batch, ANodeArgumentComesBackAsTheOperationLeftIt) {
+  ScriptedServer server;
+  server.reply(reply_envelope("<return/>"));
+  const auto json = ordered_json::parse(
+      answer(R"({"id":1,"call":"BVSalesInstrumentConnector.UpdateCommSalesPeople","args":{)"
+             R"("aGID":"G","aNode":{"xml":"<before><a>1</a></before>"},"aServerURL":")" +
+             server.url() + R"(","aSessionID":"S"}})"));
+  EXPECT_EQ(json["args"]["aNode"]["node"]["name"], "CommissionableSalesPeople");
+  EXPECT_EQ(json["args"]["aNode"]["node"]["nodes"][0]["name"], "a");
+}
+
 TEST(Batch, PropertiesAreReadAndWrittenInOneSession) {
   EXPECT_THAT(Tool::batch({
                               R"({"id":5,"get":"BVConnectorObject.UsingTorvexDAL"})",
