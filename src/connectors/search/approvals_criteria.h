@@ -38,8 +38,9 @@ struct SearchForApprovalsCriteria {
   std::string_view PromoGID = {};
 };
 
-/// Arguments of `BVSearchConnector::SearchApprovalQueue`, in the order of its interface. What is
-/// left out is sent all the same: a text as "", a flag as false.
+/// Arguments of `BVSearchConnector::SearchApprovalQueue`, in the order of its interface. The arrays
+/// have to be given: one that was never allocated goes out empty by SOAP and fails on the data
+/// access layer route. What else is left out is sent all the same: a text as "", a flag as false.
 struct SearchApprovalQueueCriteria {
   StringArray BrandCode = {};
   StringArray PromoCode = {};

@@ -22,7 +22,8 @@ namespace bvconn {
 /// "urn:SearchService".
 ///
 /// Threads: one object per thread. Errors: every failure leaves as `Error`; a server fault as
-/// 0x80044201, on the SOAP route with the server's text.
+/// 0x80044201, on the SOAP route with the server's text (the two inventory searches: without it),
+/// on the other one without it (`SearchForAuthorizations` and `SearchForCustomers`: with it).
 class BVCONN_EXPORT BVSearchConnector {
  public:
   /// Agents by any of five criteria. SOAP `searchForAgents`.

@@ -88,10 +88,13 @@ SoapNode BVSearchConnector::SearchForCustomers(std::string_view aSessionID,
         positional(parameters, text_to_boolean(c.OnlyBrimvale));
       },
       [&](const dal::Services& dal) {
+        // One by one, so that the first text that is no boolean is the one complained of.
+        const bool ex_search = text_to_boolean(c.ExSearch);
+        const bool only_active = text_to_boolean(c.OnlyActive);
+        const bool only_brimvale = text_to_boolean(c.OnlyBrimvale);
         return dal.SearchService().SearchForCustomers(
             c.Name, c.Keyword, c.CustType, c.AcctNbr, c.PrevAcctNbr, c.AgentID, c.City, c.State,
-            c.Country, c.ZipCode, text_to_boolean(c.ExSearch), text_to_boolean(c.OnlyActive),
-            text_to_boolean(c.OnlyBrimvale));
+            c.Country, c.ZipCode, ex_search, only_active, only_brimvale);
       });
 }
 

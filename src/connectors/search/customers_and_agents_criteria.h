@@ -2,12 +2,11 @@
 
 #include <string_view>
 
-#include "bvconn/platform/soap/variant.h"
-
 namespace bvconn {
 
-/// Arguments of `BVSearchConnector::SearchForCustomers`, in the order of its interface. What is
-/// left out is sent all the same: a text as "", a flag as false.
+/// Arguments of `BVSearchConnector::SearchForCustomers`, in the order of its interface. A text that
+/// is left out is sent all the same, as "". `ExSearch`, `OnlyActive` and `OnlyBrimvale` can't be
+/// left out, though: they are read as booleans, which "" is not.
 struct SearchForCustomersCriteria {
   std::string_view Name = {};
   std::string_view Keyword = {};

@@ -7,7 +7,7 @@
 namespace bvconn {
 
 /// Arguments of `BVSearchConnector::SearchForOrders`, in the order of its interface. What is left
-/// out is sent all the same: a text as "", a flag as false.
+/// out is passed all the same: a text as "", a flag as false, `ContractorFirstPO` as "".
 struct SearchForOrdersCriteria {
   std::string_view OrderNbr = {};
   std::string_view SAPOrderNumber = {};
@@ -35,7 +35,8 @@ struct SearchForOrdersCriteria {
 };
 
 /// Arguments of `BVSearchConnector::SearchForOrdersForEmail`, in the order of its interface. What
-/// is left out is sent all the same: a text as "", a flag as false.
+/// is left out is passed all the same: a text as "", a flag as false, `ContractorFirstPO` as
+/// missing.
 struct SearchForOrdersForEmailCriteria {
   std::string_view OrderNbr = {};
   std::string_view SAPOrderNumber = {};
@@ -64,8 +65,8 @@ struct SearchForOrdersForEmailCriteria {
   std::string_view UserName = {};
 };
 
-/// Arguments of `BVSearchConnector::SearchForProjects`, in the order of its interface. What is left
-/// out is sent all the same: a text as "", a flag as false.
+/// Arguments of `BVSearchConnector::SearchForProjects`, in the order of its interface. What is
+/// left out is passed all the same, as "".
 struct SearchForProjectsCriteria {
   std::string_view ProjNbr = {};
   std::string_view ProjName = {};
@@ -91,7 +92,7 @@ struct SearchForProjectsCriteria {
 };
 
 /// Arguments of `BVSearchConnector::SearchForProjectsForEmail`, in the order of its interface. What
-/// is left out is sent all the same: a text as "", a flag as false.
+/// is left out is passed all the same, as "".
 struct SearchForProjectsForEmailCriteria {
   std::string_view ProjNbr = {};
   std::string_view ProjName = {};
@@ -119,7 +120,7 @@ struct SearchForProjectsForEmailCriteria {
 };
 
 /// Arguments of `BVSearchConnector::SearchForQuotes`, in the order of its interface. What is left
-/// out is sent all the same: a text as "", a flag as false.
+/// out is passed all the same: a text as "", a flag as false.
 struct SearchForQuotesCriteria {
   std::string_view QuoteNbr = {};
   std::string_view QuoteStatus = {};
@@ -143,7 +144,7 @@ struct SearchForQuotesCriteria {
 };
 
 /// Arguments of `BVSearchConnector::SearchForQuotesForEmail`, in the order of its interface. What
-/// is left out is sent all the same: a text as "", a flag as false.
+/// is left out is passed all the same: a text as "", a flag as false.
 struct SearchForQuotesForEmailCriteria {
   std::string_view QuoteNbr = {};
   std::string_view QuoteStatus = {};

@@ -1,5 +1,6 @@
 #include "bvconn/connectors/search/bv_search_connector.h"
 
+#include <cstdint>
 #include <limits>
 
 #include "bvconn/connectors/search/search_frames.h"

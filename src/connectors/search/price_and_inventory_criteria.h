@@ -2,12 +2,10 @@
 
 #include <string_view>
 
-#include "bvconn/platform/soap/variant.h"
-
 namespace bvconn {
 
 /// Arguments of `BVSearchConnector::SearchForCatalogNbrs`, in the order of its interface. What is
-/// left out is sent all the same: a text as "", a flag as false.
+/// left out is sent all the same, as "".
 struct SearchForCatalogNbrsCriteria {
   std::string_view BrandGID = {};
   std::string_view ProdType = {};
