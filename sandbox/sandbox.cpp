@@ -14,8 +14,10 @@ std::string Logins::open(std::string_view user) {
   return token;
 }
 
-bool Logins::knows(std::string_view token) const {
-  return users_by_token_.find(token) != users_by_token_.end();
+std::optional<std::string> Logins::user_of(std::string_view token) const {
+  const auto found = users_by_token_.find(token);
+  if (found == users_by_token_.end()) return std::nullopt;
+  return found->second;
 }
 
 }  // namespace bvconn::sandbox

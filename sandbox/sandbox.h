@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,7 +15,8 @@ class Logins {
  public:
   /// A new token for this user.
   std::string open(std::string_view user);
-  bool knows(std::string_view token) const;
+  /// The user to whom the token was given; nothing for one that was not given out.
+  std::optional<std::string> user_of(std::string_view token) const;
 
  private:
   std::map<std::string, std::string, std::less<>> users_by_token_;

@@ -24,11 +24,12 @@ std::optional<DalTarget> target_of(std::string_view path) {
                    .operation = std::string(path.substr(slash + 1))};
 }
 
-bool logged_in(const Sandbox& sandbox, const Request& request) {
+/// Nothing without a login.
+std::optional<std::string> user_of(const Sandbox& sandbox, const Request& request) {
   constexpr std::string_view kScheme = "Bearer ";
   const auto authorization = request.header("Authorization");
-  return authorization && authorization->starts_with(kScheme) &&
-         sandbox.logins.knows(std::string_view(*authorization).substr(kScheme.size()));
+  if (!authorization || !authorization->starts_with(kScheme)) return std::nullopt;
+  return sandbox.logins.user_of(std::string_view(*authorization).substr(kScheme.size()));
 }
 
 json arguments_of(const Request& request, const DalTarget& target) {
@@ -49,14 +50,16 @@ DalAnswer run(Sandbox& sandbox, const Operations& operations, const Request& req
                    "The sandbox has no operation '" + target.operation + "' of the object '" +
                        target.object + "'"};
   }
-  if (found->second.needs_login && !logged_in(sandbox, request)) {
+  const auto user = user_of(sandbox, request);
+  if (found->second.needs_login && !user) {
     throw DalError{401, dal_numbers::kNotLoggedIn, target.object,
                    target.operation +
                        " needs a login: call AuthenticationService/Login and send "
                        "its Session-Token as 'Authorization: Bearer ...'"};
   }
   const json arguments = arguments_of(request, target);
-  DalCall call{.sandbox = sandbox, .arguments = arguments};
+  DalCall call{
+      .sandbox = sandbox, .arguments = arguments, .user = user ? *user : std::string_view()};
   return found->second.run(call);
 }
 

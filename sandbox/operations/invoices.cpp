@@ -1,9 +1,12 @@
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/soap/variant.h"
-#include "sandbox/operations/operations.h"
+#include "sandbox/operations/documents.h"
+#include "sandbox/operations/routes.h"
+#include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -18,13 +21,6 @@ Variant money(std::int64_t cents) {
 
 Variant whole(std::int64_t number) {
   return static_cast<std::int32_t>(number);
-}
-
-/// A node without a value of its own, appended to `parent`.
-SoapNode append_group(SoapNodes parent, std::string_view name) {
-  SoapNode group = SoapNode::make(name);
-  parent.Append(group);
-  return group;
 }
 
 void append_customer(SoapNodes parent, const Customer& customer) {
@@ -50,10 +46,8 @@ void append_line(SoapNodes parent, const InvoiceLine& line) {
   fields.Create("Amount", money(line.quantity * line.unit_price_cents));
 }
 
-void append_invoice(SoapNodes results, const Invoice& invoice) {
-  std::int64_t subtotal = 0;
-  for (const InvoiceLine& line : invoice.lines) subtotal += line.quantity * line.unit_price_cents;
-  SoapNodes fields = append_group(results, "return").Nodes();
+void append_invoice(SoapNodes fields, const Invoice& invoice) {
+  const std::int64_t subtotal = goods_cents(invoice);
   fields.Create("InvoiceUID", invoice.uid);
   fields.Create("InvoiceNumber", invoice.invoice_number);
   fields.Create("InvoiceDate", conversions::text_to_date(invoice.invoice_date));
@@ -63,6 +57,9 @@ void append_invoice(SoapNodes results, const Invoice& invoice) {
   fields.Create("PONumber", invoice.po_number);
   fields.Create("ProjectName", invoice.project_name);
   fields.Create("TorvexOrderNumber", invoice.torvex_order_number);
+  fields.Create("ManufacturerOrderNumber", invoice.manufacturer_order_number);
+  fields.Create("PartnerID", invoice.partner_id);
+  fields.Create("PayPeriodDate", conversions::text_to_date(invoice.pay_period_date));
   append_customer(fields, invoice.customer);
   SoapNodes lines = append_group(fields, "Lines").Nodes();
   for (const InvoiceLine& line : invoice.lines) append_line(lines, line);
@@ -72,21 +69,75 @@ void append_invoice(SoapNodes results, const Invoice& invoice) {
   fields.Create("Total", money(subtotal + invoice.freight_cents + invoice.tax_cents));
 }
 
-void get_invoice(SoapCall& call) {
-  const std::string uid = to_text(call.parameters.Item(0).Value());
-  const auto invoice = call.sandbox.store.invoice(uid);
+Invoice need_invoice(SoapCall& call) {
+  const std::string uid = key_at(call, 0);
+  auto invoice = call.sandbox.store.invoice(uid);
   if (!invoice) {
     throw Fault{.code = kNoSuchInvoice,
                 .text = "There is no invoice with the UID '" + uid + "'",
                 .detail = {{"InvoiceUID", uid}}};
   }
-  append_invoice(call.results, *invoice);
+  return std::move(*invoice);
+}
+
+void get_invoice(SoapCall& call) {
+  const Invoice invoice = need_invoice(call);
+  append_invoice(begin_answer(call), invoice);
+}
+
+void get_sap_invoice(SoapCall& call) {
+  const Invoice invoice = need_invoice(call);
+  SoapNodes fields = begin_answer(call);
+  fields.Create("SAPInvoiceNumber", "0090" + invoice.invoice_number);
+  fields.Create("SAPStatus", invoice.status == "PAID" ? "CLEARED" : "OPEN");
+  append_invoice(fields, invoice);
+}
+
+std::string criterion(const SoapCall& call, std::size_t place) {
+  const Variant value = call.parameters.Item(place).Value();
+  return value.missing() ? std::string() : to_text(value);
+}
+
+std::string date_criterion(const SoapCall& call, std::size_t place) {
+  const std::string text = criterion(call, place);
+  if (text.empty()) return text;
+  const auto date = conversions::date_of(text);
+  if (!date) refuse_document("'" + text + "' is no date");
+  return conversions::iso_date_text(*date).substr(0, std::string_view("2024-01-31").size());
+}
+
+InvoiceCriteria criteria_of(const SoapCall& call) {
+  return {.invoice_number = criterion(call, 0),
+          .po_number = criterion(call, 1),
+          .project_name = criterion(call, 2),
+          .manufacturer = criterion(call, 3),
+          .manufacturer_order_number = criterion(call, 4),
+          .status = criterion(call, 5),
+          .customer_gid = criterion(call, 6),
+          .sold_to_name = criterion(call, 7),
+          .account_number = criterion(call, 8),
+          .partner_id = criterion(call, 9),
+          .agent_id = conversions::format_text(criterion(call, 10), "000"),
+          .torvex_order_number = criterion(call, 11),
+          .date_from = date_criterion(call, 12),
+          .date_to = date_criterion(call, 13),
+          .pay_period_from = date_criterion(call, 14),
+          .pay_period_to = date_criterion(call, 15)};
+}
+
+void search_for_invoices(SoapCall& call) {
+  const auto invoices = call.sandbox.store.invoices(criteria_of(call));
+  SoapNodes answer = begin_answer(call);
+  for (const Invoice& each : invoices)
+    append_invoice(append_group(answer, "Invoice").Nodes(), each);
 }
 
 }  // namespace
 
 void add_invoices(Operations& operations) {
-  operations.soap[{kService, "getInvoice"}] = get_invoice;
+  add_method(operations, kService, "getInvoice", get_invoice);
+  add_method(operations, kService, "getSAPInvoice", get_sap_invoice);
+  add_method(operations, kService, "searchForInvoices", search_for_invoices);
 }
 
 }  // namespace bvconn::sandbox

@@ -52,6 +52,7 @@ struct SoapCall {
 struct DalCall {
   Sandbox& sandbox;
   const nlohmann::json& arguments;  ///< an array
+  std::string_view user{};          ///< of the login
 };
 
 struct DalAnswer {
@@ -77,6 +78,16 @@ void add_heart_beat(Operations& operations);
 void add_invoices(Operations& operations);
 /// Projects, quotes, orders, requests for quote, acknowledgements, submittals and returns.
 void add_documents(Operations& operations);
+void add_reconciles(Operations& operations);
+void add_commissions(Operations& operations);
+/// Paragraphs and remarks.
+void add_texts(Operations& operations);
+/// What a user and his agent keep: logo, password, profile, defaults of printouts.
+void add_maintenance(Operations& operations);
+void add_printing(Operations& operations);
+void add_summaries(Operations& operations);
+/// Countries, exports, the documents of an object, configured products.
+void add_session_services(Operations& operations);
 
 Operations all_operations();
 

@@ -26,6 +26,8 @@ struct Invoice {
   std::string invoice_date, due_date;  ///< "2024-01-31"
   std::string status;                  ///< OPEN, PAID or OVERDUE
   std::string agent_id, po_number, project_name, torvex_order_number;
+  std::string manufacturer_order_number, partner_id;
+  std::string pay_period_date;  ///< the last day of its month
   std::int64_t freight_cents = 0;
   std::int64_t tax_cents = 0;
   Customer customer;
@@ -33,5 +35,22 @@ struct Invoice {
 };
 
 std::optional<Invoice> find_invoice(Database& database, std::string_view uid);
+/// What its lines cost together, without freight and tax.
+std::int64_t goods_cents(const Invoice& invoice);
+
+/// What invoices have to be; "" leaves a criterion open. Project and customer names may be parts of
+/// names, in any case; a manufacturer is a name or a key; dates are as in `Invoice`.
+struct InvoiceCriteria {
+  std::string invoice_number, po_number, project_name, manufacturer, manufacturer_order_number;
+  std::string status, customer_gid, sold_to_name, account_number, partner_id;
+  std::string agent_id, torvex_order_number;
+  std::string date_from, date_to, pay_period_from, pay_period_to;
+};
+
+/// In the order of their numbers.
+std::vector<Invoice> find_invoices(Database& database, const InvoiceCriteria& criteria);
+/// The latest pay periods that have invoices, of one agent or, for "", of all.
+std::vector<std::string> pay_periods(Database& database, std::string_view agent_id,
+                                     std::int64_t count);
 
 }  // namespace bvconn::sandbox

@@ -7,7 +7,7 @@ namespace {
 
 // "BVsb", so that somebody else's database is not taken for one of ours.
 constexpr std::int64_t kApplicationId = 0x42567362;
-constexpr std::int64_t kVersion = 2;
+constexpr std::int64_t kVersion = 3;
 
 // Dates are ISO 8601 texts, money is whole cents.
 constexpr const char* kTables = R"sql(
@@ -51,7 +51,10 @@ CREATE TABLE invoices (
   project_name TEXT NOT NULL,
   torvex_order_number TEXT NOT NULL,
   freight_cents INTEGER NOT NULL CHECK (freight_cents >= 0),
-  tax_cents INTEGER NOT NULL CHECK (tax_cents >= 0)
+  tax_cents INTEGER NOT NULL CHECK (tax_cents >= 0),
+  manufacturer_order_number TEXT NOT NULL,
+  partner_id TEXT NOT NULL,
+  pay_period_date TEXT NOT NULL
 ) STRICT, WITHOUT ROWID;
 
 CREATE TABLE invoice_lines (
@@ -98,6 +101,16 @@ CREATE TABLE comments (
   type TEXT NOT NULL,
   body TEXT NOT NULL,
   PRIMARY KEY (document_gid, line_gid, type)
+) STRICT, WITHOUT ROWID;
+
+-- An empty owner is everybody.
+CREATE TABLE entries (
+  kind TEXT NOT NULL,
+  owner TEXT NOT NULL,
+  uid TEXT NOT NULL,
+  position INTEGER NOT NULL,
+  body TEXT NOT NULL,
+  PRIMARY KEY (kind, owner, uid)
 ) STRICT, WITHOUT ROWID;
 
 CREATE INDEX documents_by_parent ON documents (parent, kind);

@@ -6,6 +6,8 @@
 #include "bvconn/platform/conversions/conversions.h"
 #include "sandbox/store/dice.h"
 #include "sandbox/store/documents_seed.h"
+#include "sandbox/store/entries.h"
+#include "sandbox/store/reconciles.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -74,6 +76,11 @@ std::string customer_gid(std::int64_t index) {
   return numbered("CUS-", 2'001 + index);
 }
 
+// Agents have three digits at least.
+std::string agent_id(std::int64_t number) {
+  return conversions::format_number(static_cast<double>(number), "000");
+}
+
 void fill_customers(Database& database) {
   Statement insert(database, "INSERT INTO customers VALUES (?, ?, ?, ?, ?, ?, ?)");
   std::int64_t index = 0;
@@ -113,13 +120,16 @@ void fill_invoice(Database& database, std::int64_t index, Dice& dice) {
   const Date date{first_day.milliseconds + dice.between(0, 540) * kDay};
   const std::string uid = numbered("INV-", 1'001 + index);
   const auto customer = dice.between(0, static_cast<std::int64_t>(kCustomers.size()) - 1);
-  Statement insert(database, "INSERT INTO invoices VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+  Statement insert(database,
+                   "INSERT INTO invoices VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12,"
+                   " ?13, ?14, date(?3, 'start of month', '+1 month', '-1 day'))");
   insert.bind(uid).bind(numbered("", 700'101 + index)).bind(day_text(date));
   insert.bind(day_text({date.milliseconds + 30 * kDay})).bind(dice.one_of(kStatuses));
-  insert.bind(customer_gid(customer)).bind(numbered("", dice.between(100, 130)));
+  insert.bind(customer_gid(customer)).bind(agent_id(dice.between(90, 120)));
   insert.bind(numbered("PO-", dice.between(10'000, 99'999))).bind(dice.one_of(kProjects));
   insert.bind(numbered("T", dice.between(500'000, 599'999)));
-  insert.bind(dice.between(0, 250) * 100).bind(dice.between(0, 30'000)).run();
+  insert.bind(dice.between(0, 250) * 100).bind(dice.between(0, 30'000));
+  insert.bind(numbered("M", 80'017 + 17 * index)).bind(numbered("PTR-", 301 + customer % 5)).run();
   fill_lines(database, uid, dice);
 }
 
@@ -133,6 +143,8 @@ void fill(Database& database, std::uint64_t seed) {
     fill_invoice(database, index, dice);
   }
   fill_documents(database, seed);
+  fill_reconciles(database);
+  fill_entries(database);
 }
 
 }  // namespace bvconn::sandbox

@@ -57,4 +57,26 @@ bool Store::admits(std::string_view user, std::string_view password) {
   return select.step() && select.integer(0) != 0;
 }
 
+bool Store::change_password(std::string_view user, std::string_view password) {
+  Statement select(database_,
+                   "SELECT NOT EXISTS (SELECT 1 FROM users) OR"
+                   " EXISTS (SELECT 1 FROM users WHERE name = ?)");
+  if (!select.bind(user).step() || select.integer(0) == 0) return false;
+  Statement(database_, "UPDATE users SET password = ? WHERE name = ?")
+      .bind(password)
+      .bind(user)
+      .run();
+  return true;
+}
+
+std::vector<std::string> Store::latest(const DocumentKind& kind, std::int64_t count) {
+  Statement select(database_,
+                   "SELECT gid FROM documents WHERE kind = ?"
+                   " ORDER BY length(gid) DESC, gid DESC LIMIT max(?, 0)");
+  select.bind(kind.name).bind(count);
+  std::vector<std::string> found;
+  while (select.step()) found.push_back(select.text(0));
+  return found;
+}
+
 }  // namespace bvconn::sandbox

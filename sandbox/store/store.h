@@ -4,9 +4,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "sandbox/store/database.h"
 #include "sandbox/store/documents.h"
+#include "sandbox/store/entries.h"
 #include "sandbox/store/invoices.h"
 
 namespace bvconn::sandbox {
@@ -23,10 +25,22 @@ class Store {
   std::optional<Invoice> invoice_by_number(std::string_view number);
   /// The documents that are kept whole. To be used within a transaction.
   Documents documents() { return Documents(database_); }
+  /// The keys of the latest documents of a kind, the latest first.
+  std::vector<std::string> latest(const DocumentKind& kind, std::int64_t count);
+  Entries entries() { return Entries(database_); }
+  std::vector<Invoice> invoices(const InvoiceCriteria& criteria) {
+    return find_invoices(database_, criteria);
+  }
+  std::vector<std::string> pay_periods(std::string_view agent_id, std::int64_t count) {
+    return sandbox::pay_periods(database_, agent_id, count);
+  }
   Transaction transaction() { return Transaction(database_); }
   /// Whether this user may log in: anybody with a name and a password while the table `users` is
   /// empty, and otherwise those that stand in it.
   bool admits(std::string_view user, std::string_view password);
+  /// Changes the password of a user who stands in that table; while it is empty there is none to
+  /// change. False for a user who is missing in it.
+  bool change_password(std::string_view user, std::string_view password);
 
  private:
   Database database_;
