@@ -8,14 +8,6 @@ namespace {
 
 constexpr const char* kClient = "SOAP-ENV:Client";
 
-void refuse_what_is_no_document(const SoapNode& tree) {
-  if (tree.Nodes().Count() != 0) return;
-  if (tree.nil()) refuse_document("'" + tree.Name() + "' is nil, expected a document");
-  if (!to_text(tree.Value()).empty()) {
-    refuse_document("'" + tree.Name() + "' holds a text, expected a document with elements");
-  }
-}
-
 }  // namespace
 
 void refuse_key(std::string_view what, std::string_view field, std::string_view key) {
@@ -30,6 +22,15 @@ void refuse_document(const std::string& text) {
 
 std::string key_at(const SoapCall& call, std::size_t index) {
   return to_text(call.parameters.Item(index).Value());
+}
+
+SoapNode document_at(const SoapCall& call, std::size_t index) {
+  const SoapNode tree = call.parameters.Item(index);
+  if (tree.nil()) refuse_document("'" + tree.Name() + "' is nil, expected a document");
+  if (tree.Nodes().Count() == 0 && !to_text(tree.Value()).empty()) {
+    refuse_document("'" + tree.Name() + "' holds a text, expected a document with elements");
+  }
+  return tree;
 }
 
 Document need(SoapCall& call, const DocumentKind& kind, std::string_view key) {
@@ -66,7 +67,6 @@ void answer_text(SoapCall& call, std::string_view text) {
 
 Document keep_document(SoapCall& call, const DocumentKind& kind, const SoapNode& tree,
                        std::string_view parent, std::string_view status) {
-  refuse_what_is_no_document(tree);
   Documents documents = call.sandbox.store.documents();
   Document document;
   document.gid = child_text(tree, kind.key_field);

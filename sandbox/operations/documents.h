@@ -32,6 +32,8 @@ std::vector<DocumentRow> rma_rows();
 
 /// A parameter that holds a key.
 std::string key_at(const SoapCall& call, std::size_t index);
+/// A parameter that holds a document; nil or a text is a fault.
+SoapNode document_at(const SoapCall& call, std::size_t index);
 Document need(SoapCall& call, const DocumentKind& kind, std::string_view key);
 /// A project, a quote or an order, whichever has the key.
 Document need_instrument(SoapCall& call, std::string_view key);

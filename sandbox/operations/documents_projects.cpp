@@ -24,7 +24,8 @@ void copy_project(SoapCall& call) {
   set_child(copy, "GID", gid);
   set_child(copy, "Status", "NEW");
   set_child(copy, "LockedBy", "");
-  if (child(copy, "ProjectNumber")) set_child(copy, "ProjectNumber", "P" + gid);
+  const SoapNode fresh = empty_instrument("Project", kProjectKind, gid);
+  set_child(copy, "ProjectNumber", child_text(fresh, "ProjectNumber"));
   number_lines(copy, gid);
   call.results.Append(copy);
 }
@@ -36,17 +37,17 @@ void revert(SoapCall& call) {
 }
 
 void save(SoapCall& call) {
-  const Document project = keep_document(call, kProjectKind, call.parameters.Item(0));
+  const Document project = keep_document(call, kProjectKind, document_at(call, 0));
   answer_state(call, kProjectKind, project);
 }
 
 void request_review(SoapCall& call) {
-  const SoapNode tree = call.parameters.Item(0);
+  const SoapNode tree = document_at(call, 0);
   answer_state(call, kProjectKind, keep_document(call, kProjectKind, tree, {}, "IN REVIEW"));
 }
 
 void return_to_agent(SoapCall& call) {
-  const SoapNode tree = call.parameters.Item(0);
+  const SoapNode tree = document_at(call, 0);
   answer_state(call, kProjectKind, keep_document(call, kProjectKind, tree, {}, "RETURNED"));
 }
 

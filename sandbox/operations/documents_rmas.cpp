@@ -26,11 +26,11 @@ void get_rma(SoapCall& call) {
 
 // Clients want a node with children back, not a text.
 void save_rma(SoapCall& call) {
-  call.results.Append(keep_document(call, kRmaKind, call.parameters.Item(0)).tree());
+  call.results.Append(keep_document(call, kRmaKind, document_at(call, 0)).tree());
 }
 
 void submit_rma(SoapCall& call) {
-  const SoapNode tree = call.parameters.Item(0);
+  const SoapNode tree = document_at(call, 0);
   answer_state(call, kRmaKind, keep_document(call, kRmaKind, tree, {}, "SUBMITTED"));
 }
 

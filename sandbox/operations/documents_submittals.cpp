@@ -107,7 +107,7 @@ Document keep_submittal(SoapCall& call, const SoapNode& tree, const std::string&
 }
 
 void create_submittal(SoapCall& call) {
-  const SoapNode tree = call.parameters.Item(0);
+  const SoapNode tree = document_at(call, 0);
   const std::string uid = child_text(tree, "UID");
   if (!uid.empty() && call.sandbox.store.documents().find(uid)) {
     refuse_document("There is a submittal with the UID '" + uid + "' already");
@@ -117,7 +117,7 @@ void create_submittal(SoapCall& call) {
 }
 
 void update_submittal(SoapCall& call) {
-  const SoapNode tree = call.parameters.Item(0);
+  const SoapNode tree = document_at(call, 0);
   const Document present = need(call, kSubmittalKind, child_text(tree, "UID"));
   std::string owner = owner_named_in(call, tree);
   if (owner.empty()) owner = present.parent;
@@ -126,7 +126,7 @@ void update_submittal(SoapCall& call) {
 
 /// A revision is a submittal of its own; the one that it takes the place of is closed.
 void revise_submittal(SoapCall& call) {
-  const SoapNode tree = call.parameters.Item(0);
+  const SoapNode tree = document_at(call, 0);
   Document present = need(call, kSubmittalKind, child_text(tree, "UID"));
   std::string owner = owner_named_in(call, tree);
   if (owner.empty()) owner = present.parent;

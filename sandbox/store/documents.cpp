@@ -100,6 +100,8 @@ void Documents::revert(const DocumentKind& kind, Document& document) {
 }
 
 void Documents::write(const DocumentKind& kind, Document& document, const SoapNode& tree) {
+  // First of all, since it refuses a document that is too large to be written.
+  const std::vector<SoapNode> lines = lines_of(tree);
   document.kind = kind.name;
   document.number = child_text(tree, kind.number_field);
   if (document.number.empty()) document.number = document.gid;
@@ -115,15 +117,15 @@ void Documents::write(const DocumentKind& kind, Document& document, const SoapNo
   insert.bind(document.gid).bind(document.kind).bind(document.parent).bind(document.number);
   insert.bind(document.status).bind(document.locked_by).bind(document.revision);
   insert.bind(document.body).bind(document.previous_body).run();
-  write_lines(document, tree);
+  write_lines(document, lines);
 }
 
-void Documents::write_lines(const Document& document, const SoapNode& tree) {
+void Documents::write_lines(const Document& document, const std::vector<SoapNode>& lines) {
   Statement(database_, "DELETE FROM document_lines WHERE document_gid = ?")
       .bind(document.gid)
       .run();
   Statement insert(database_, "INSERT INTO document_lines VALUES (?, ?) ON CONFLICT DO NOTHING");
-  for (const SoapNode& line : lines_of(tree)) {
+  for (const SoapNode& line : lines) {
     const std::string key = line_key(line);
     if (!key.empty()) insert.bind(document.gid).bind(key).run();
   }

@@ -88,7 +88,7 @@ class Documents {
 
  private:
   void write(const DocumentKind& kind, Document& document, const SoapNode& tree);
-  void write_lines(const Document& document, const SoapNode& tree);
+  void write_lines(const Document& document, const std::vector<SoapNode>& lines);
   std::optional<std::string> one_text(std::string_view sql, std::string_view key);
 
   Database& database_;

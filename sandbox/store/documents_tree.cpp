@@ -1,6 +1,7 @@
 #include "sandbox/store/documents_tree.h"
 
 #include <cstddef>
+#include <stdexcept>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error.h"
@@ -8,10 +9,17 @@
 namespace bvconn::sandbox {
 namespace {
 
+/// A few elements that refer to each other can stand for more than any memory holds.
+constexpr std::size_t kMostElements = 1'000'000;
+
 /// A node and everything below it, nearest first.
 std::vector<SoapNode> whole_tree(const SoapNode& root) {
   std::vector<SoapNode> nodes{root};
   for (std::size_t i = 0; i < nodes.size(); ++i) {
+    if (nodes.size() > kMostElements) {
+      throw std::length_error("'" + root.Name() + "' has more than " +
+                              std::to_string(kMostElements) + " elements");
+    }
     const SoapNode node = nodes[i];
     for (const SoapNode& each : node.Nodes()) nodes.push_back(each);
   }
