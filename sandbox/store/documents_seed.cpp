@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "bvconn/platform/conversions/date.h"
+#include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/store/dice.h"
@@ -92,7 +92,7 @@ void Filling::project(std::int64_t index) {
   set_child(node, "State", site.state);
   set_child(node, "Country", site.country);
   set_child(node, "Status", dice_.one_of(kProjectStatuses));
-  set_child(node, "AgentID", numbered("", dice_.between(100, 130)));
+  set_child(node, "AgentID", conversions::format_text(numbered("", dice_.between(90, 120)), "000"));
   const Date first_day = from_civil({.year = 2025, .month = 1, .day = 6});
   set_child(node, "BidDate", Date{first_day.milliseconds + dice_.between(0, 360) * kDay});
   const std::string& customer = dice_.one_of(customers_);

@@ -13,6 +13,7 @@
 #include "bvconn/connectors/documents/bv_sales_instrument_connector.h"
 #include "bvconn/connectors/documents/bv_submittal_connector.h"
 #include "bvconn/dal/bv_connector_object.h"
+#include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/soap/xml_document.h"
@@ -127,6 +128,33 @@ TEST_F(SandboxDocuments, AQuotedQuoteKeepsItsPrices) {
   connector.SetQuoteStatusToQuoted(url_, "S", "QUO-4007");
   EXPECT_FALSE(connector.canExpirationBeOveridden(url_, "S", "QUO-4007"));
   EXPECT_EQ(text(connector.getExistingQuote(url_, "S", "QUO-4007"), "Status"), "QUOTED");
+}
+
+TEST_F(SandboxDocuments, NewPricesHoldThirtyDaysLonger) {
+  BVQuoteConnector connector;
+  const SoapNode quote = connector.getExistingQuote(url_, "S", "QUO-4010");
+  const Date present = quote.Nodes().ItemByName("PriceExpirationDate").Value().date();
+  const Date expected{present.milliseconds + 30LL * 24 * 60 * 60 * 1000};
+  EXPECT_EQ(connector.getNewPriceExpirationDate(url_, "S", "QUO-4010"),
+            conversions::format_date(expected, "m/d/yyyy"));
+}
+
+TEST_F(SandboxDocuments, ColumnPricesAreThoseOfTheLines) {
+  const SoapNode quote = BVQuoteConnector().getExistingQuote(url_, "S", "QUO-4010");
+  const SoapNode answer = BVSalesInstrumentConnector().getPreviousSalesInstrumentColumnPrices(
+      "QUO-4010", "Quote", url_, "S");
+  const SoapNodes lines = quote.Nodes().ItemByName("Lines").Nodes();
+  const SoapNodes columns = answer.Nodes().ItemByName("Columns").Nodes();
+  ASSERT_EQ(columns.Count(), lines.Count());
+  for (std::size_t i = 0; i < lines.Count(); ++i) {
+    EXPECT_EQ(text(columns.Item(i), "LineItemGID"), "QUO-4010-" + std::to_string(i + 1));
+    EXPECT_EQ(text(columns.Item(i), "UnitPrice"), text(lines.Item(i), "UnitPrice"));
+  }
+}
+
+TEST_F(SandboxDocuments, AnInvoiceIsFoundByItsNumber) {
+  const SoapNode info = BVRMAConnector().GetInvoiceInfo(url_, "S", "700103");
+  EXPECT_EQ(text(info, "InvoiceUID"), "INV-1003");
 }
 
 TEST_F(SandboxDocuments, AnOrderShowsPricesOnlyWhenAsked) {
