@@ -101,7 +101,7 @@ std::vector<std::string> pay_periods(Database& database, std::string_view agent_
                                      std::int64_t count) {
   Statement select(database,
                    "SELECT DISTINCT pay_period_date FROM invoices WHERE ?1 IN ('', agent_id)"
-                   " ORDER BY pay_period_date DESC LIMIT ?2");
+                   " ORDER BY pay_period_date DESC LIMIT max(?2, 0)");
   select.bind(agent_id).bind(count);
   std::vector<std::string> found;
   while (select.step()) found.push_back(select.text(0));

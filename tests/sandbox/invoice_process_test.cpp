@@ -271,6 +271,7 @@ TEST_F(SandboxInvoices, AutoReconcileMultipleTakesAllOrNone) {
 TEST_F(SandboxInvoices, ACommissionRangeLeadsToItsStatements) {
   const SoapNode range = connector_.GetCommissionRange(url_, "S1", 3);
   ASSERT_EQ(range.Nodes().Count(), 3U);
+  EXPECT_EQ(connector_.GetCommissionRange(url_, "S1", -1).Nodes().Count(), 0U);
   EXPECT_GT(text(range.Nodes().Item(0), "CommKey"), text(range.Nodes().Item(1), "CommKey"));
   for (const SoapNode& period : range.Nodes()) {
     const SoapNode statement =
