@@ -1,7 +1,7 @@
 #include <cstdint>
 #include <string>
 
-#include "bvconn/catalogues/bv_services.h"
+#include "bvconn/automation/interface.h"
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/operations/documents.h"
@@ -84,15 +84,19 @@ void get_configuration(SoapCall& call) {
   }
 }
 
+// The namespaces that belong to the deployment are whatever the library was built with.
+std::string service(std::string_view row) {
+  return automation::find_class("BVServices")->find(row)->constant->string();
+}
+
 }  // namespace
 
 void add_session_services(Operations& operations) {
-  const BVServices services;
   add_method(operations, kPostal, "getCountries", get_countries);
   add_route(operations, {"SearchService", "GetCountries", kPostal, "getCountries", 0});
   add_method(operations, kOrders, "exportComplete", export_complete);
-  add_method(operations, services.TorvexService(), "getDocuments", get_documents);
-  add_method(operations, services.ConfigService(), "GetConfigXML", get_configuration);
+  add_method(operations, service("TorvexService"), "getDocuments", get_documents);
+  add_method(operations, service("ConfigService"), "GetConfigXML", get_configuration);
 }
 
 }  // namespace bvconn::sandbox

@@ -141,6 +141,11 @@ class IDispatchAbi;
 struct VariantRecord;
 
 union VariantData {
+  // Stands first so that a record made with {} is zero throughout.
+  struct {
+    void* first;
+    void* second;
+  } widest;
   std::int8_t int8;
   std::uint8_t uint8;
   std::int16_t int16;
@@ -166,10 +171,6 @@ union VariantData {
   StringPointer* string_reference;
   ArrayRecord** array_reference;
   VariantRecord* variant_reference;
-  struct {
-    void* first;
-    void* second;
-  } widest;
 };
 
 struct VariantRecord {
