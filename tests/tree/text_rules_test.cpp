@@ -100,7 +100,8 @@ TEST(CheckReferences, ComplainsOfWhatTheReaderDoesNotHave) {
 TEST(CheckReferences, LeavesWordsOfTheTradeAlone) {
   EXPECT_THAT(check_references({"a.md",
                                 "SpecGID and SpecReg, a part of 4.5, \"Part 7\" of a kit, the "
-                                "tissue 3\nsrc/home/a, ~/work/b, /etc/bvconn\n"}),
+                                "tissue 3\nsrc/home/a, ~/wo"
+                                "rk/b, /etc/bvconn\n"}),
               IsEmpty());
 }
 
