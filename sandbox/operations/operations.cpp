@@ -15,6 +15,7 @@ Operations all_operations() {
   add_printing(operations);
   add_summaries(operations);
   add_session_services(operations);
+  add_searches(operations);
   return operations;
 }
 

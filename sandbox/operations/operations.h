@@ -88,6 +88,8 @@ void add_printing(Operations& operations);
 void add_summaries(Operations& operations);
 /// Countries, exports, the documents of an object, configured products.
 void add_session_services(Operations& operations);
+/// Lists, look-ups, searches, templates and what stands beside them.
+void add_searches(Operations& operations);
 
 Operations all_operations();
 

@@ -31,12 +31,17 @@ Request request_of_keys(const Route& route, const DalCall& call) {
   Request request{.envelope = SoapEnvelope::make(),
                   .service = route.service,
                   .user_id = std::string(call.user)};
-  const std::string expected = std::to_string(route.keys) + " arguments, texts or booleans";
+  const std::string expected = std::to_string(route.keys) + " arguments, texts or booleans" +
+                               (route.takes_numbers ? ", whole numbers or null" : "");
   if (call.arguments.size() != static_cast<std::size_t>(route.keys))
     refuse_arguments(route, expected);
   for (const auto& argument : call.arguments) {
     if (argument.is_boolean()) {
       request.envelope.Parameters().Create("param", argument.get<bool>());
+    } else if (route.takes_numbers && argument.is_number_integer()) {
+      request.envelope.Parameters().Create("param", argument.get<std::int32_t>());
+    } else if (route.takes_numbers && argument.is_null()) {
+      request.envelope.Parameters().Create("param", "");
     } else if (argument.is_string()) {
       request.envelope.Parameters().Create("param", argument.get<std::string>());
     } else {

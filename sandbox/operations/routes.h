@@ -26,6 +26,8 @@ struct Route {
   std::string service;  ///< "" where the text of the request says it
   std::string method;
   int keys;  ///< how many arguments, each the parameter in its place
+  /// Whether an argument may be a whole number, or null for one that was left out.
+  bool takes_numbers = false;
 };
 
 /// To be called when the method is there.

@@ -7,7 +7,7 @@ namespace {
 
 // "BVsb", so that somebody else's database is not taken for one of ours.
 constexpr std::int64_t kApplicationId = 0x42567362;
-constexpr std::int64_t kVersion = 3;
+constexpr std::int64_t kVersion = 4;
 
 // Dates are ISO 8601 texts, money is whole cents.
 constexpr const char* kTables = R"sql(
@@ -111,6 +111,13 @@ CREATE TABLE entries (
   position INTEGER NOT NULL,
   body TEXT NOT NULL,
   PRIMARY KEY (kind, owner, uid)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE list_rows (
+  list TEXT NOT NULL,
+  position INTEGER NOT NULL,
+  body TEXT NOT NULL,
+  PRIMARY KEY (list, position)
 ) STRICT, WITHOUT ROWID;
 
 CREATE INDEX documents_by_parent ON documents (parent, kind);

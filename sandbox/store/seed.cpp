@@ -7,6 +7,7 @@
 #include "sandbox/store/dice.h"
 #include "sandbox/store/documents_seed.h"
 #include "sandbox/store/entries.h"
+#include "sandbox/store/lists.h"
 #include "sandbox/store/reconciles.h"
 
 namespace bvconn::sandbox {
@@ -145,6 +146,7 @@ void fill(Database& database, std::uint64_t seed) {
   fill_documents(database, seed);
   fill_reconciles(database);
   fill_entries(database);
+  fill_lists(database);
 }
 
 }  // namespace bvconn::sandbox

@@ -10,6 +10,7 @@
 #include "sandbox/store/documents.h"
 #include "sandbox/store/entries.h"
 #include "sandbox/store/invoices.h"
+#include "sandbox/store/lists.h"
 
 namespace bvconn::sandbox {
 
@@ -28,6 +29,7 @@ class Store {
   /// The keys of the latest documents of a kind, the latest first.
   std::vector<std::string> latest(const DocumentKind& kind, std::int64_t count);
   Entries entries() { return Entries(database_); }
+  Lists lists() { return Lists(database_); }
   std::vector<Invoice> invoices(const InvoiceCriteria& criteria) {
     return find_invoices(database_, criteria);
   }

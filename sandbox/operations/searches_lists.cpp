@@ -1,0 +1,216 @@
+#include "sandbox/operations/routes.h"
+#include "sandbox/operations/searches.h"
+#include "sandbox/store/documents_tree.h"
+
+namespace bvconn::sandbox {
+namespace {
+
+constexpr const char* kSearch = "urn:SearchService";
+constexpr const char* kRma = "urn:RMAService";
+constexpr int kNoRoute = -2;
+
+struct ListSearch {
+  const char *method, *list;
+  std::vector<Criterion> criteria{};
+  const char* operation = "";
+  int keys = kNoRoute;
+  const char* service = kSearch;
+  const char* object = "SearchService";
+};
+
+std::vector<Criterion> approval_criteria() {
+  return {{0, "AgentID", Match::kNumber},
+          {1, "BrandGID"},
+          {2, "Kind", Match::kAny, "project"},
+          {3, "Kind", Match::kAny, "quote"},
+          {4, "Kind", Match::kAny, "order"},
+          {5, "Account", Match::kOnly, "NA"},
+          {6, "Account", Match::kNot, "NA"},
+          {7, "Account", Match::kOnly, "CF"},
+          {8, "Account", Match::kNot, "CF"},
+          {9, "OrderKind", Match::kOnly, "PROJECT"},
+          {10, "OrderKind", Match::kOnly, "STOCK"},
+          {11, "Reason", Match::kAny, "Pricing"},
+          {12, "Reason", Match::kAny, "Config"},
+          {13, "Reason", Match::kAny, "Review"},
+          {14, "Reason", Match::kAny, "ApprGranted"},
+          {15, "Reason", Match::kAny, "ApprDenied"},
+          {16, "Reason", Match::kAny, "Returned"},
+          {17, "Reason", Match::kAny, "QSSRCatChange"},
+          {18, "Reason", Match::kAny, "SpecSubmit"},
+          {19, "Reason", Match::kAny, "SpecReg"},
+          {20, "Reason", Match::kAny, "SpecDenied"},
+          {21, "Reason", Match::kAny, "Territory"},
+          {22, "Reason", Match::kAny, "ChangeReq"},
+          {23, "Reason", Match::kAny, "ChangeRev"},
+          {24, "InternationalShipping", Match::kOnly, "Y"},
+          {25, "Reason", Match::kAny, "CompetitiveReview"},
+          {26, "PromoGID"}};
+}
+
+std::vector<Criterion> queue_criteria() {
+  return {{0, "AgentID", Match::kNumber},
+          {1, "BrandCode", Match::kAmong},
+          {2, "PromoCode", Match::kAmong},
+          {3, "ManufacturerCode", Match::kAmong},
+          {4, "ShippingMethod"},
+          {5, "Kind", Match::kAny, "project"},
+          {6, "Kind", Match::kAny, "quote"},
+          {7, "Kind", Match::kAny, "order"},
+          {8, "Account", Match::kOnly, "NA"},
+          {9, "Account", Match::kNot, "NA"},
+          {10, "Account", Match::kOnly, "CF"},
+          {11, "Account", Match::kNot, "CF"},
+          {12, "OrderKind", Match::kOnly, "PROJECT"},
+          {13, "OrderKind", Match::kOnly, "STOCK"},
+          {14, "Reason", Match::kAny, "Pricing"},
+          {15, "Reason", Match::kAny, "Config"},
+          {16, "Reason", Match::kAny, "Review"},
+          {17, "Reason", Match::kAny, "Returned"},
+          {18, "Reason", Match::kAny, "SpecSubmit"},
+          {19, "Reason", Match::kAny, "SpecReg"},
+          {20, "Reason", Match::kAny, "SpecDenied"},
+          {21, "Reason", Match::kAny, "ChangeReq"},
+          {22, "InternationalShipping", Match::kOnly, "Y"},
+          {23, "HFR", Match::kOnly, "Y"},
+          {24, "IndustryCode", Match::kAmong},
+          {25, "QuickShip", Match::kOnly, "Y"}};
+}
+
+// ExSearch, place 10, asks for more than the sandbox has.
+std::vector<Criterion> customer_criteria() {
+  return {{0, "Name", Match::kContains},
+          {1, "Keyword", Match::kContains},
+          {2, "CustomerType"},
+          {3, "AccountNumber"},
+          {4, "PreviousAccountNumber"},
+          {5, "AgentID", Match::kNumber},
+          {6, "City", Match::kContains},
+          {7, "State"},
+          {8, "Country"},
+          {9, "ZipCode"},
+          {11, "Active", Match::kOnly, "Y"},
+          {12, "Brimvale", Match::kOnly, "Y"}};
+}
+
+std::vector<ListSearch> people_searches() {
+  return {
+      {"searchForAgents",
+       "agent",
+       {{0, "AgentID", Match::kNumber},
+        {1, "Name", Match::kContains},
+        {2, "PartnerID"},
+        {3, "State"},
+        {4, "Country"}}},
+      {"searchForAllAgents", "agent", {{0, "AgentID", Match::kNumber}}, "SearchForAllAgents", 1},
+      {"searchForCustomers", "customer", customer_criteria(), "SearchForCustomers", 13},
+      {"searchForCustomerAxillaryInfo",
+       "customer",
+       {{0, "GID"}, {1, "AgentID", Match::kNumber}},
+       "SearchForCustomerAxillaryInfo",
+       2},
+      {"searchForAllCustomersLite",
+       "customer",
+       {{0, "AgentID", Match::kNumber}},
+       "SearchForAllCustomers",
+       1},
+      {"searchForCustomer", "customer", {{0, "GID"}}, "SearchForCustomer", 1},
+      {"searchForSalesPeople", "sales person", {{0, "AgentGID"}}, "SearchForSalesPeople", 1},
+      {"searchForNatlAccts",
+       "national account",
+       {{0, "Name", Match::kContains},
+        {1, "Code"},
+        {2, "AccountType"},
+        {3, "SpecType"},
+        {4, "Kind", Match::kAny, "NA"},
+        {5, "Kind", Match::kAny, "NS"},
+        {6, "Kind", Match::kAny, "CF"}},
+       "SearchForNatlAccts",
+       7},
+      {"searchForApprovals", "approval", approval_criteria()},
+      {"searchApprovalQueue", "approval", queue_criteria(), "SearchApprovalQueue", 26},
+  };
+}
+
+std::vector<ListSearch> code_searches() {
+  return {
+      {"searchForAuthorizations", "authorization", {}, "SearchForAuthorizations", 0},
+      {"getShippingMethodsToDisplayInTheApprovalQueue",
+       "queue shipping method",
+       {},
+       "SearchForApprovalQueueShippingMethods",
+       0},
+      {"searchForBrands", "brand", {}, "SearchForBrands", 0},
+      {"searchForManufacturers", "manufacturer", {}, "SearchForManufacturers", 0},
+      {"searchForAllDistCenters", "distribution centre", {}, "SearchForDistributionCenters", 0},
+      {"searchForSpecialCreditTerms", "credit terms", {}, "SearchForSpecialCreditTerms", 0},
+      {"searchForUserNamesAtSalesOrg", "user name"},
+      {"searchForShippingMethods", "shipping method"},
+      {"searchForHeaderCommentInfo", "header comment"},
+      {"searchForAllCUDCodes", "CUD code", {}, "SearchForAllCUDCodes", 0},
+      {"searchForVendors", "vendor", {{0, "AccountGroup"}}, "SearchForVendors", 1},
+      {"searchForPromotions", "promotion", {}, "SearchForPromotions", 0},
+      {"searchForEnumeration", "enumeration", {{0, "Group"}}},
+      {"searchForEnumerationGroup", "enumeration", {{0, "Group"}}, "SearchForEnumerationGroup", 1},
+      {"searchForGLCodes",
+       "GL code",
+       {{0, "Code"}, {1, "Description", Match::kContains}, {2, "Misc", Match::kOnly, "Y"}},
+       "SearchForGLCodes",
+       3},
+      {"searchForRMAStatuses", "RMA status", {}, "SearchForRMAStatuses", 0},
+      {"searchForOrderReasons",
+       "order reason",
+       {{0, "DocumentTypeCode"}},
+       "SearchForReturnReasons",
+       1},
+      {"getRMAReturnCodes", "RMA code", {}, "", kNoRoute, kRma},
+      {"getRMAProcessingTerms",
+       "RMA term",
+       {},
+       "searchForRMAProcessingTerms",
+       0,
+       kRma,
+       "RMAService"},
+      {"searchForCatalogNbrs",
+       "catalogue number",
+       {{0, "BrandGID"},
+        {1, "ProductType"},
+        {2, "CatalogNumber", Match::kContains},
+        {3, "MaterialID"},
+        {4, "UPCNumber"},
+        {5, "Description", Match::kContains},
+        {7, "Country"},
+        {8, "ManufacturerGID"},
+        {9, "Classification"}}},
+  };
+}
+
+void add_search(Operations& operations, const ListSearch& search) {
+  add_method(operations, search.service, search.method,
+             [list = search.list, criteria = search.criteria](SoapCall& call) {
+               answer_rows(call, matching(call, call.sandbox.store.lists().rows(list), criteria));
+             });
+  if (search.keys == kNoRoute) return;
+  add_route(operations,
+            {search.object, search.operation, search.service, search.method, search.keys, true});
+}
+
+void search_for_default_agents(SoapCall& call) {
+  Rows found;
+  for (const SoapNode& agent : call.sandbox.store.lists().rows("agent")) {
+    if (child_text(agent, "Default") == "Y") found.push_back(agent);
+  }
+  answer_rows(call, found);
+}
+
+}  // namespace
+
+void add_list_searches(Operations& operations) {
+  for (const ListSearch& each : people_searches()) add_search(operations, each);
+  for (const ListSearch& each : code_searches()) add_search(operations, each);
+  add_method(operations, kSearch, "searchForDefaultAgents", search_for_default_agents);
+  add_route(operations,
+            {"SearchService", "SearchForDefaultAgents", kSearch, "searchForDefaultAgents", 0});
+}
+
+}  // namespace bvconn::sandbox
