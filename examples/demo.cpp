@@ -1,7 +1,12 @@
 // The main job of the library, step by step, against a sandbox server that this program starts on a
 // free loopback port and ends again. `./dev demo` builds and runs it.
 
+#include <bvconn/connectors/documents/bv_project_connector.h>
+#include <bvconn/connectors/documents/bv_quote_connector.h>
 #include <bvconn/connectors/invoice/bv_invoice_connector.h>
+#include <bvconn/connectors/maintenance/bv_maintenance_connector.h>
+#include <bvconn/connectors/print/bv_print_connector.h>
+#include <bvconn/connectors/search/bv_search_connector.h>
 #include <bvconn/connectors/session/bv_heart_beat_connector.h>
 #include <bvconn/dal/bv_connector_object.h>
 #include <bvconn/platform/error.h>
@@ -23,6 +28,9 @@
 namespace {
 
 using namespace bvconn;
+
+// The application obtains a session identifier by its own means; the sandbox takes any.
+constexpr const char* kSession = "demo-session";
 
 // ----- A window on what the library does: every send and every service object call is shown. -----
 
@@ -243,8 +251,83 @@ void expect_error(Call call, std::uint32_t number) {
 // A heart beat never throws: whether it was answered stands in the log.
 void beat(BVHeartBeatConnector& connector, const std::string& url) {
   ShownLogger::beat_answered = false;
-  connector.sendHeartBeat(url, "demo-session");
+  connector.sendHeartBeat(url, kSession);
   if (!ShownLogger::beat_answered) throw std::runtime_error("the heart beat was not answered");
+}
+
+// ----- A day of an agent: each step stands on what the one before it gave. -----
+
+std::string text_of(const SoapNode& node, const char* child) {
+  return to_text(node.Nodes().ItemByName(child).Value());
+}
+
+// Searches for projects exist on the data access layer alone.
+SoapNode find_and_fetch_project(const std::string& soap) {
+  heading("5. Find a project by a part of its name, and fetch it.");
+  const SoapNode found =
+      BVSearchConnector().SearchForProjects(kSession, soap, {.ProjName = "Maple"});
+  for (const SoapNode project : found.Nodes()) {
+    std::cout << "    found " << text_of(project, "GID") << "  " << text_of(project, "Name")
+              << "\n";
+  }
+  const std::string gid = text_of(found.Nodes().Item(0), "GID");
+  return BVProjectConnector().getExistingProject(soap, kSession, gid);
+}
+
+void make_quotes(const std::string& soap, const SoapNode& project) {
+  heading("6. Make two quotes from it, and mark one as quoted.");
+  const SoapNode wanted = SoapNode::make("Quotes");
+  wanted.Nodes().Create("Quote", Variant());
+  wanted.Nodes().Create("Quote", Variant());
+  const SoapNode made =
+      BVProjectConnector().generateQuotes(soap, kSession, wanted, text_of(project, "GID"));
+  for (const SoapNode quote : made.Nodes()) {
+    std::cout << "    made " << text_of(quote, "QuoteNumber") << "\n";
+  }
+  const std::string gid = text_of(made.Nodes().Item(0), "GID");
+  const SoapNode quoted = BVQuoteConnector().SetQuoteStatusToQuoted(soap, kSession, gid);
+  std::cout << "    " << gid << " is " << text_of(quoted, "Status") << "\n";
+}
+
+void save_project(const std::string& soap, const SoapNode& project) {
+  heading("7. Change the project's name and save it. It comes back as it was saved.");
+  project.Nodes().ItemByName("Name").Value("Maple Street, renamed");
+  const SoapNode saved = BVProjectConnector().SaveProject(soap, kSession, project);
+  std::cout << "    saved as revision " << text_of(saved, "Revision") << "\n";
+  const SoapNode again =
+      BVProjectConnector().getExistingProject(soap, kSession, text_of(project, "GID"));
+  std::cout << "    its name is now: " << text_of(again, "Name") << "\n";
+}
+
+void choose_print_default(const std::string& soap) {
+  heading("8. Choose how quotes are printed from now on.");
+  const SoapNode infos = BVPrintConnector().GetPrintInfos(soap, kSession);
+  const SoapNode second = infos.Nodes().Item(1);
+  BVMaintenanceConnector maintenance;
+  maintenance.SetUserQuotePrintoutDefault(kSession, soap, text_of(second, "UID"));
+  const std::string chosen = maintenance.GetUserQuotePrintoutDefault(kSession, soap);
+  std::cout << "    the default is now " << chosen << ": " << text_of(second, "Name") << "\n";
+}
+
+void reconcile_an_invoice(const std::string& soap) {
+  heading("9. Find an open invoice and reconcile it.");
+  BVInvoiceConnector invoices;
+  const SoapNode found = invoices.InvoiceSearch(soap, kSession, {.strStatus = "OPEN"});
+  const SoapNode invoice = found.Nodes().Item(0);
+  const std::string uid = text_of(invoice, "InvoiceUID");
+  std::cout << "    " << found.Nodes().Count() << " are open; the first is " << uid << "\n";
+  const SoapNode reconcile =
+      invoices.AutoReconcileSingle(soap, kSession, uid, text_of(invoice, "AgentID"));
+  std::cout << "    " << text_of(reconcile, "GID") << " is " << text_of(reconcile, "Status")
+            << "\n";
+}
+
+void day_of_an_agent(const std::string& soap) {
+  const SoapNode project = find_and_fetch_project(soap);
+  make_quotes(soap, project);
+  save_project(soap, project);
+  choose_print_default(soap);
+  reconcile_an_invoice(soap);
 }
 
 int run(const char* sandbox_program) {
@@ -260,7 +343,7 @@ int run(const char* sandbox_program) {
 
   heading("2. GetInvoice fetches an invoice by SOAP. What comes back is a tree of nodes:");
   BVInvoiceConnector invoices;
-  print_tree(invoices.GetInvoice(soap, "demo-session", "INV-1001"));
+  print_tree(invoices.GetInvoice(soap, kSession, "INV-1001"));
 
   heading(
       "3. Log in to the data access layer and turn it on. The heart beat takes that route now.");
@@ -279,13 +362,14 @@ int run(const char* sandbox_program) {
   object.AllowDisabledDALMethods(false);
   beat(heart, soap);
 
-  heading(
-      "5. An invoice that does not exist: the server's fault code 10041 becomes an error number.");
-  expect_error([&] { invoices.GetInvoice(soap, "demo-session", "NO-SUCH-INVOICE"); }, 0x80042739);
+  day_of_an_agent(soap);
 
-  heading("6. The server goes away. The next call says so at once:");
+  heading("10. An invoice that does not exist: the server's fault code 10041 becomes a number.");
+  expect_error([&] { invoices.GetInvoice(soap, kSession, "NO-SUCH-INVOICE"); }, 0x80042739);
+
+  heading("11. The server goes away. The next call says so at once:");
   sandbox.stop();
-  expect_error([&] { invoices.GetInvoice(soap, "demo-session", "INV-1001"); }, 0x80044301);
+  expect_error([&] { invoices.GetInvoice(soap, kSession, "INV-1001"); }, 0x80044301);
 
   std::cout << "\nThat is the library's main job. The same calls by name: bvconn --help\n";
   return 0;

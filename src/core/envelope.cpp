@@ -18,7 +18,7 @@ void create_user_id(const SoapEnvelope& envelope, std::string_view sessionID) {
 SoapEnvelope getEnvelope(std::string_view method, std::string_view urn,
                          std::string_view sessionID) {
   return run_logged(kGetEnvelopeLog, [&] {
-    const SoapEnvelope envelope = SoapEnvelope::make();
+    SoapEnvelope envelope = SoapEnvelope::make();
     create_user_id(envelope, sessionID);
     envelope.SetMethod(method, urn);
     return envelope;

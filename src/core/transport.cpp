@@ -41,7 +41,7 @@ void set_up_proxy(HTTPTransport& transport) {
 }
 
 std::shared_ptr<HTTPTransport> ready_transport(std::string_view soap_action, std::int32_t timeout) {
-  const auto transport = session().Transport();
+  auto transport = session().Transport();
   set_up_tracing(*transport, TracingRule::kTracingFile);
   set_up_proxy(*transport);
   transport->SOAPAction(soap_action);
@@ -129,7 +129,7 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 }  // namespace Global
 
 std::shared_ptr<HTTPTransport> inline_transport(TracingRule rule) {
-  const auto transport = session().Transport();
+  auto transport = session().Transport();
   set_up_tracing(*transport, rule);
   set_up_proxy(*transport);
   transport->Timeout(Global::DefaultTimeout());
