@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstdio>
@@ -26,7 +27,8 @@ struct Outcome {
 
 // The built example as a user runs it, without the settings and the log of whoever runs the tests.
 Outcome run_first_program(const std::string& arguments) {
-  const std::string nowhere = std::filesystem::temp_directory_path() / "bvconn-first-program-test";
+  const std::string nowhere =
+      std::filesystem::temp_directory_path() / ("bvconn-first-program-" + std::to_string(getpid()));
   const std::string command = "BVCONN_USER_SETTINGS='" + nowhere + "/user.toml' " +
                               "BVCONN_MACHINE_SETTINGS='" + nowhere + "/machine.toml' " +
                               "BVCONN_LOG_FILE='" + nowhere + "/log' BVCONN_LOG_MASK=0 '" +
