@@ -185,10 +185,21 @@ std::vector<ListSearch> code_searches() {
   };
 }
 
+// What waits for an approval goes with its document when somebody deactivates that.
+Rows rows_of(SoapCall& call, std::string_view list) {
+  Rows rows = call.sandbox.store.lists().rows(list);
+  if (list != "approval") return rows;
+  std::erase_if(rows, [&](const SoapNode& row) {
+    const auto document = call.sandbox.store.documents().find(child_text(row, "GID"));
+    return document && is_deactivated(document->tree());
+  });
+  return rows;
+}
+
 void add_search(Operations& operations, const ListSearch& search) {
   add_method(operations, search.service, search.method,
              [list = search.list, criteria = search.criteria](SoapCall& call) {
-               answer_rows(call, matching(call, call.sandbox.store.lists().rows(list), criteria));
+               answer_rows(call, matching(call, rows_of(call, list), criteria));
              });
   if (search.keys == kNoRoute) return;
   add_route(operations,

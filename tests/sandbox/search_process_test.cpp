@@ -246,6 +246,15 @@ TEST_F(Sandbox, WhatIsDeactivatedStaysOutOfTheSearchesAfterARestart) {
   EXPECT_TRUE(has_row(connector.SearchForQuotes(kS, url_), "GID", "QUO-4006"));
 }
 
+TEST_F(Sandbox, WhatIsDeactivatedWaitsForNoApproval) {
+  Connector connector;
+  EXPECT_TRUE(has_row(connector.SearchForApprovals(kS, url_), "GID", "QUO-4005"));
+  connector.Deactivate(kS, url_, "QUO-4005");
+  const SoapNode waiting = connector.SearchForApprovals(kS, url_);
+  EXPECT_FALSE(has_row(waiting, "GID", "QUO-4005"));
+  EXPECT_TRUE(has_row(waiting, "GID", "QUO-4006"));
+}
+
 TEST_F(Sandbox, ATrackingAddressNamesCarrierAndNumber) {
   EXPECT_EQ(Connector().GetCarrierTrackingURL(kS, url_, "PARCEL", "T-1"),
             "http://carriers.example/PARCEL/T-1");
