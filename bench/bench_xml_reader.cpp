@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "bvconn/platform/soap/xml_reader.h"
+#include "bvconn/platform/xml/xml_reader.h"
 
 namespace {
 

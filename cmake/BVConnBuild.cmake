@@ -6,16 +6,13 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 find_program(BVCONN_CCACHE ccache)
 if(BVCONN_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${BVCONN_CCACHE}")
+  # Paths below the project count as relative, so that clones in other folders share the cache.
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+      "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1 "${BVCONN_CCACHE}")
 endif()
 
-# Headers are included as <bvconn/core/…>, in the build as in the installed package: the include
-# root of the build holds one link, bvconn, to the sources.
-set(BVCONN_INCLUDE_ROOT "${PROJECT_BINARY_DIR}/include")
-file(MAKE_DIRECTORY "${BVCONN_INCLUDE_ROOT}")
-if(NOT EXISTS "${BVCONN_INCLUDE_ROOT}/bvconn")
-  file(CREATE_LINK "${PROJECT_SOURCE_DIR}/src" "${BVCONN_INCLUDE_ROOT}/bvconn" SYMBOLIC)
-endif()
+# Headers are included as <bvconn/core/…>, in the build as in the installed package.
+set(BVCONN_INCLUDE_ROOT "${PROJECT_SOURCE_DIR}")
 
 # What every target of ours is compiled with: the language level, the warnings, the sanitizers.
 add_library(bvconn_settings INTERFACE)
@@ -33,8 +30,9 @@ if(BVCONN_SANITIZE)
   target_link_options(bvconn_settings INTERFACE -fsanitize=${BVCONN_SANITIZE})
 endif()
 
-# bvconn_room(NAME [GLOB pattern] [LINK targets…]): one room of src/ as an object library of every
-# .cpp below the calling folder, or of those that match the pattern. The rooms together make libBVConn.so; a test links just the rooms that it tests.
+# bvconn_room(NAME [GLOB pattern] [LINK targets…]): one room of bvconn/ as an object library of every
+# .cpp below the calling folder, or of those that match the pattern. The rooms together make
+# libBVConn.so; a test links just the rooms that it tests and those below them.
 function(bvconn_room name)
   cmake_parse_arguments(ARG "" "GLOB" "LINK" ${ARGN})
   if(ARG_GLOB)
@@ -49,20 +47,36 @@ function(bvconn_room name)
   set_property(GLOBAL APPEND PROPERTY BVCONN_ROOMS bvconn_${name})
 endfunction()
 
+# bvconn_rooms_from(OUT room targets…): these rooms and all that they link, since the objects of an
+# object library reach only those who name it.
+function(bvconn_rooms_from out)
+  get_property(all GLOBAL PROPERTY BVCONN_ROOMS)
+  set(open ${ARGN})
+  set(found "")
+  while(open)
+    list(POP_FRONT open room)
+    if(room IN_LIST all AND NOT room IN_LIST found)
+      list(APPEND found "${room}")
+      get_target_property(links "${room}" LINK_LIBRARIES)
+      list(APPEND open ${links})
+    endif()
+  endwhile()
+  set(${out} "${found}" PARENT_SCOPE)
+endfunction()
+
 # bvconn_test(NAME SOURCES files… [ROOMS rooms…] [LINK targets…]): one GoogleTest program; each of
-# its tests is a ctest entry. Tests labelled "threads" run under the thread
-# sanitizer too; the target threads_tests builds them. ROOMS names rooms without their prefix; "all" stands for all of them.
+# its tests is a ctest entry. Tests labelled "threads" run under the thread sanitizer too; the target
+# threads_tests builds them. ROOMS names the highest rooms in use, without their prefix; those below
+# come with them, and "all" stands for all.
 function(bvconn_test name)
   cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "SOURCES;ROOMS;LINK;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
-  set(rooms "")
-  foreach(room IN LISTS ARG_ROOMS)
-    if(room STREQUAL "all")
-      get_property(rooms GLOBAL PROPERTY BVCONN_ROOMS)
-    else()
-      list(APPEND rooms bvconn_${room})
-    endif()
-  endforeach()
+  if(ARG_ROOMS STREQUAL "all")
+    get_property(rooms GLOBAL PROPERTY BVCONN_ROOMS)
+  else()
+    list(TRANSFORM ARG_ROOMS PREPEND bvconn_)
+    bvconn_rooms_from(rooms ${ARG_ROOMS})
+  endif()
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${name} PRIVATE bvconn_settings ${rooms} ${ARG_LINK} GTest::gtest
                         GTest::gmock GTest::gtest_main)

@@ -78,7 +78,7 @@ std::string names_text(const RequestShape& shape) {
 }
 
 /// How a request departs from one shape: the first difference, and how far the request had fitted
-/// until then, so that of several shapes the one that was probably meant can be told.
+/// until then, so that of several shapes the one that was probably meant can be reported.
 struct Departure {
   std::size_t fitted = 0;
   std::string text;

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "bvconn/automation/observe.h"
+#include "bvconn/observation/observe.h"
 #include "sandbox/contract/contract.h"
 
 namespace bvconn::sandbox {

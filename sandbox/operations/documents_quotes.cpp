@@ -21,7 +21,7 @@ void set_status_to_quoted(SoapCall& call) {
   answer_state(call, kQuoteKind, quote);
 }
 
-// Prices that a customer was told stand until they expire.
+// Prices that a customer was given stand until they expire.
 void can_expiration_be_overridden(SoapCall& call) {
   const Document quote = need(call, kQuoteKind, key_at(call, 0));
   call.results.Create("return", quote.status != kQuoted);

@@ -98,7 +98,7 @@ Transaction::~Transaction() {
   try {
     database_.run("ROLLBACK");
   } catch (const DatabaseError&) {
-    // SQLite has rolled back already; the error that led here is the one to be told.
+    // SQLite has rolled back already; the error that led here is the one to be reported.
   }
 }
 

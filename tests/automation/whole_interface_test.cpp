@@ -5,7 +5,7 @@
 #include <string>
 
 #include "bvconn/automation/interface.h"
-#include "bvconn/automation/observe.h"
+#include "bvconn/observation/observe.h"
 
 namespace bvconn::automation {
 namespace {

@@ -1,13 +1,13 @@
-#include "bvconn/automation/component/calls.h"
+#include "bvconn/component/calls.h"
 
 #include <gtest/gtest.h>
 
 #include <new>
 #include <stdexcept>
 
-#include "bvconn/automation/component/named_object.h"
-#include "bvconn/automation/component/shapes.h"
-#include "bvconn/automation/component/values.h"
+#include "bvconn/component/named_object.h"
+#include "bvconn/component/shapes.h"
+#include "bvconn/component/values.h"
 #include "bvconn/platform/error.h"
 #include "component/host.h"
 

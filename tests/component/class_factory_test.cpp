@@ -1,4 +1,4 @@
-#include "bvconn/automation/component/class_factory.h"
+#include "bvconn/component/class_factory.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <thread>
 #include <vector>
 
-#include "bvconn/automation/component/lifetime.h"
-#include "bvconn/automation/component/soap_objects.h"
+#include "bvconn/component/lifetime.h"
+#include "bvconn/component/soap_objects.h"
 #include "bvconn/platform/error.h"
 #include "component/host.h"
 

@@ -1,4 +1,4 @@
-#include "bvconn/automation/component/class_table.h"
+#include "bvconn/component/class_table.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <set>
 #include <string>
 
-#include "bvconn/automation/component/class_factory.h"
 #include "bvconn/automation/interface.h"
+#include "bvconn/component/class_factory.h"
 #include "bvconn/platform/conversions/conversions.h"
 
 namespace bvconn::component {

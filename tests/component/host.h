@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "bvconn/automation/component/abi.h"
+#include "bvconn/component/abi.h"
 
 /// What a component host brings to its calls. It knows the binary interface alone, and its texts
 /// and arrays lie in memory of its own.

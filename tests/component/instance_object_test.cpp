@@ -1,4 +1,4 @@
-#include "bvconn/automation/component/instance_object.h"
+#include "bvconn/component/instance_object.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 #include <string>
 
 #include "bvconn/automation/class_builder.h"
-#include "bvconn/automation/component/class_factory.h"
-#include "bvconn/automation/component/lifetime.h"
+#include "bvconn/component/class_factory.h"
+#include "bvconn/component/lifetime.h"
 #include "component/host.h"
 
 namespace bvconn::component {

@@ -1,4 +1,4 @@
-#include "bvconn/automation/component/memory.h"
+#include "bvconn/component/memory.h"
 #include "component/host.h"
 
 namespace bvconn::test {

@@ -1,8 +1,8 @@
-#include "bvconn/automation/component/memory.h"
+#include "bvconn/component/memory.h"
 
 #include <gtest/gtest.h>
 
-#include "bvconn/automation/component/text.h"
+#include "bvconn/component/text.h"
 #include "component/host.h"
 
 namespace bvconn::component {

@@ -1,10 +1,10 @@
-#include "bvconn/automation/component/outside_objects.h"
+#include "bvconn/component/outside_objects.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "bvconn/automation/component/memory.h"
+#include "bvconn/component/memory.h"
 #include "component/host.h"
 
 namespace bvconn::component {

@@ -1,4 +1,4 @@
-#include "bvconn/automation/component/registration.h"
+#include "bvconn/component/registration.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "bvconn/automation/component/soap_objects.h"
+#include "bvconn/component/soap_objects.h"
 
 #include <gtest/gtest.h>
 
-#include "bvconn/automation/component/handles.h"
-#include "bvconn/automation/component/memory.h"
+#include "bvconn/component/handles.h"
+#include "bvconn/component/memory.h"
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/soap/xml_document.h"
 #include "component/host.h"

@@ -1,4 +1,4 @@
-#include "bvconn/automation/component/text.h"
+#include "bvconn/component/text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
-#include "bvconn/automation/component/values.h"
+#include "bvconn/component/values.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "bvconn/automation/component/soap_objects.h"
-#include "bvconn/automation/component/text.h"
+#include "bvconn/component/soap_objects.h"
+#include "bvconn/component/text.h"
 #include "component/host.h"
 
 namespace bvconn::component {

@@ -62,7 +62,7 @@ TEST(ServiceObjects, HaveAsManyOperationsEachAsTheConnectorsCall) {
 // The operations that the header declares, in its order, as "Object.Operation": what its classes
 // hand to their caller, so that an operation without a case above shows.
 std::vector<std::string> declared_operations() {
-  std::ifstream file(BVCONN_SOURCE_DIR "/src/dal/service_objects.h");
+  std::ifstream file(BVCONN_SOURCE_DIR "/bvconn/dal/service_objects.h");
   std::vector<std::string> operations;
   std::string object;
   const std::regex class_line(R"(^class (\w+Service) \{)");

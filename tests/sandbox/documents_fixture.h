@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "bvconn/automation/observe_world.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/dal/bv_connector_object.h"
+#include "bvconn/observation/world.h"
 #include "bvconn/platform/platform.h"
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/sandbox_process.h"

@@ -4,11 +4,11 @@
 #include <memory>
 #include <string>
 
-#include "bvconn/automation/observe_world.h"
 #include "bvconn/connectors/invoice/bv_invoice_connector.h"
 #include "bvconn/connectors/session/bv_heart_beat_connector.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/dal/bv_connector_object.h"
+#include "bvconn/observation/world.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/platform.h"
 #include "bvconn/platform/soap/variant.h"

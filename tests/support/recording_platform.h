@@ -28,7 +28,7 @@ struct Record {
 };
 
 /// A world made for a test: a scripted transport and settings, fake service objects, a recording
-/// logger, a clock that stands still unless told otherwise. While it lives it is the process's
+/// logger, a clock that stands still unless stated otherwise. While it lives it is the process's
 /// platform, and the calling thread's session starts anew with it.
 ///
 /// Nothing happens unless it was scripted: a send without a scripted reply fails the test.

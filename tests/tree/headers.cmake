@@ -1,9 +1,9 @@
-# bvconn_header_checks(NAME): compiles every header of src/ alone and twice, and all those that
+# bvconn_header_checks(NAME): compiles every header of bvconn/ alone and twice, and all those that
 # show no third-party code after min and max were made macros. Nothing of it runs.
 function(bvconn_header_checks name)
   set(folder "${CMAKE_CURRENT_BINARY_DIR}/${name}")
-  file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}/src"
-       "${PROJECT_SOURCE_DIR}/src/*.h")
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}/bvconn"
+       "${PROJECT_SOURCE_DIR}/bvconn/*.h")
   set(hostile "#include \"tree/hostile_macros.h\"\n")
   set(sources "${folder}/hostile_macros.cpp")
   foreach(header IN LISTS headers)
@@ -11,7 +11,7 @@ function(bvconn_header_checks name)
     file(CONFIGURE OUTPUT "${source}" @ONLY CONTENT
          "#include \"bvconn/@header@\"\n#include \"bvconn/@header@\"  // guarded\n")
     list(APPEND sources "${source}")
-    file(STRINGS "${PROJECT_SOURCE_DIR}/src/${header}" third_party
+    file(STRINGS "${PROJECT_SOURCE_DIR}/bvconn/${header}" third_party
          REGEX "^#include <(curl|zlib|toml|nlohmann)")
     if(NOT third_party)
       string(APPEND hostile "#include \"bvconn/${header}\"\n"

@@ -23,8 +23,8 @@ struct Include {
 
 std::vector<Include> includes_of(std::string_view text);
 
-/// `connectors -> core, catalogues, dal -> platform`; `automation -> connectors`; tools and sandbox
-/// see `automation/` and `platform/` only.
+/// The rooms stand in one order, and each includes itself and those below it alone; tools and
+/// sandbox see of the library only what makes calls by name, and the platform.
 Complaints check_direction(const SourceFile& file);
 
 /// Own headers are written with their whole path, "bvconn/<room>/<file>", in quotes; the examples
@@ -32,14 +32,14 @@ Complaints check_direction(const SourceFile& file);
 /// files of their own folder, or from the root of theirs.
 Complaints check_spelling(const SourceFile& file, const SourceTree& tree);
 
-/// Third-party code stays below platform/, tools/ and sandbox/, and each of them has its own;
-/// core, catalogues, dal and connectors see the standard library alone.
+/// Third-party code stays below platform/, tools/ and sandbox/, and each of them has its own; the
+/// rooms above platform/ see the standard library alone.
 Complaints check_third_party(const SourceFile& file);
 
 /// What an application can reach from the public headers shows no third-party header.
 Complaints check_public_headers(const SourceTree& tree);
 
-/// No file below src/ includes itself by way of others. One complaint for each circle found.
+/// No file below bvconn/ includes itself by way of others. One complaint for each circle found.
 Complaints check_circles(const SourceTree& tree);
 
 }  // namespace bvconn::test

@@ -67,7 +67,7 @@ TEST(Readme, LinksOnlyToFilesThatExist) {
 
 TEST(Readme, NamesEveryRoomOfTheLibrary) {
   const std::string text = readme();
-  for (const auto& entry : std::filesystem::directory_iterator(kRoot / "src")) {
+  for (const auto& entry : std::filesystem::directory_iterator(kRoot / "bvconn")) {
     if (!entry.is_directory()) continue;
     const std::string room = entry.path().filename().string() + "/";
     EXPECT_NE(text.find(room), std::string::npos) << "the map in the README leaves out " << room;

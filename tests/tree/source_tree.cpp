@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::array<std::string_view, 11> kFolders{"src",      "tools", "sandbox",  "tests",
+constexpr std::array<std::string_view, 11> kFolders{"bvconn",   "tools", "sandbox",  "tests",
                                                     "examples", "docs",  "bench",    "fuzz",
                                                     "cmake",    ".ci",   "packaging"};
 constexpr std::array<std::string_view, 10> kTextEndings{".h",     ".cpp", ".inc", ".md",   ".txt",

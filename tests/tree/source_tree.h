@@ -8,7 +8,7 @@ namespace bvconn::test {
 
 /// A text file of the source tree.
 struct SourceFile {
-  std::string path;  ///< from the root of the project, with slashes: "src/core/settings.h"
+  std::string path;  ///< from the root of the project, with slashes: "bvconn/core/settings.h"
   std::string text;
 
   bool below(std::string_view folder) const { return path.starts_with(folder); }

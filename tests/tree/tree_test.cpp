@@ -47,18 +47,18 @@ std::size_t includes_below(std::string_view folder) {
 // The other tests here pass on a tree that was not found; this one does not.
 TEST(SourceTree, IsSeenWhole) {
   for (const char* path :
-       {"README.md", "CMakeLists.txt", "dev", "src/core/method_frame.h", "src/platform/error.h",
-        "src/catalogues/bv_methods_rows.inc", "tests/tree/tree_test.cpp", "sandbox/CMakeLists.txt",
-        "tools/bvconn/CMakeLists.txt"}) {
+       {"README.md", "CMakeLists.txt", "dev", "bvconn/operation/method_frame.h",
+        "bvconn/platform/error.h", "bvconn/catalogues/bv_methods_rows.inc",
+        "tests/tree/tree_test.cpp", "sandbox/CMakeLists.txt", "tools/bvconn/CMakeLists.txt"}) {
     EXPECT_TRUE(std::any_of(tree().begin(), tree().end(), [&](const SourceFile& file) {
       return file.path == path;
     })) << path;
   }
   EXPECT_GT(tree().size(), 100U);
-  EXPECT_GT(includes_below("src/core/"), 30U);
-  EXPECT_GT(includes_below("src/dal/"), 15U);
-  EXPECT_GT(includes_below("src/connectors/"), 15U);
-  EXPECT_GT(includes_below("src/platform/"), 100U);
+  EXPECT_GT(includes_below("bvconn/core/"), 30U);
+  EXPECT_GT(includes_below("bvconn/dal/"), 15U);
+  EXPECT_GT(includes_below("bvconn/connectors/"), 15U);
+  EXPECT_GT(includes_below("bvconn/platform/"), 100U);
   EXPECT_GT(includes_below("tools/"), 10U);
   EXPECT_GT(includes_below("sandbox/"), 20U);
 }

@@ -12,13 +12,13 @@
 #include <vector>
 
 #include "bvconn/automation/interface.h"
-#include "bvconn/automation/observe.h"
+#include "bvconn/observation/observe.h"
 #include "wire_file.h"
 
 namespace bvconn::test {
 namespace {
 
-/// A class that has no wire files: what it does is told by tests of its own.
+/// A class that has no wire files: what it does is shown by tests of its own.
 struct Exception {
   std::string_view cls;
   std::string_view test;  ///< below tests/

@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
-#include "bvconn/platform/soap/xml_encoding.h"
-#include "bvconn/platform/soap/xml_reader.h"
+#include "bvconn/platform/xml/xml_encoding.h"
+#include "bvconn/platform/xml/xml_reader.h"
 
 /// Reads documents with our reader and with expat, as two witnesses who do not know each other, and
 /// compares what they say: the same verdict, and the same tree. Shared by tests and fuzzer.

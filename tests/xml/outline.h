@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "bvconn/platform/soap/xml_reader.h"
+#include "bvconn/platform/xml/xml_reader.h"
 
 /// A document as one line that can be written by eye, to compare a reading with: an element is
 /// `prefix:name{namespace} @attribute=[value] (content)`, a text `"text"`, a comment `#[text]`, an

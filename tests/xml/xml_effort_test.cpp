@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "bvconn/platform/soap/xml_encoding.h"
-#include "bvconn/platform/soap/xml_reader.h"
+#include "bvconn/platform/xml/xml_encoding.h"
+#include "bvconn/platform/xml/xml_reader.h"
 
 namespace {
 

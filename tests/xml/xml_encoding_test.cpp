@@ -1,4 +1,4 @@
-#include "bvconn/platform/soap/xml_encoding.h"
+#include "bvconn/platform/xml/xml_encoding.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "bvconn/platform/soap/xml_reader.h"
+#include "bvconn/platform/xml/xml_reader.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "bvconn/platform/soap/xml_reader.h"
+#include "bvconn/platform/xml/xml_reader.h"
 #include "xml/outline.h"
 
 namespace {

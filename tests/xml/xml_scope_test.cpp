@@ -1,11 +1,11 @@
-#include "bvconn/platform/soap/xml_scope.h"
+#include "bvconn/platform/xml/xml_scope.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "bvconn/platform/soap/xml_reader.h"
+#include "bvconn/platform/xml/xml_reader.h"
 
 namespace {
 

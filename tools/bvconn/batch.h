@@ -89,7 +89,7 @@ class CallAnswer {
   const CallArguments& arguments_;
 };
 
-/// What is told where a call failed with something else than an `Error`.
+/// What is reported where a call failed with something else than an `Error`.
 std::string internal_error_json(const char* what);
 
 }  // namespace bvconn::tool

@@ -1,0 +1,63 @@
+#include "bvconn/component/class_factory.h"
+
+#include <utility>
+
+#include "bvconn/component/class_table.h"
+#include "bvconn/component/counted.h"
+#include "bvconn/component/instance_object.h"
+#include "bvconn/component/soap_objects.h"
+#include "bvconn/platform/error.h"
+
+namespace bvconn::component {
+namespace {
+
+class ClassFactory final : public Counted<IClassFactoryAbi> {
+ public:
+  explicit ClassFactory(ObjectMaker maker) : maker_(std::move(maker)) {}
+
+  Hresult CreateInstance(IUnknownAbi* outer, const Guid* id, void** object) noexcept override {
+    if (object == nullptr) return kNullPointer;
+    *object = nullptr;
+    if (id == nullptr) return kNullPointer;
+    if (outer != nullptr) return kNoAggregation;
+    return guarded([&] { return create(id, object); });
+  }
+
+  Hresult LockServer(std::int32_t lock) noexcept override {
+    if (lock == 0) return unlock_library();
+    lock_library();
+    return kOk;
+  }
+
+ private:
+  Hresult create(const Guid* id, void** object) {
+    try {
+      const Reference<IDispatchAbi> made(maker_());
+      return made->QueryInterface(id, object);
+    } catch (const Error& error) {
+      return succeeded(error.number) ? kFailed : error.number;
+    }
+  }
+
+  const ObjectMaker maker_;
+};
+
+}  // namespace
+
+IClassFactoryAbi* make_class_factory(ObjectMaker maker) {
+  return new ClassFactory(std::move(maker));
+}
+
+ObjectMaker maker_of(const Guid& class_id) {
+  const ComponentClass* const row = find_component_class(class_id);
+  if (row == nullptr) return {};
+  if (row->helper) {
+    if (row->name == "XMLDocument") return [] { return make_document_object(); };
+    return [] { return make_node_object(SoapNode::make()); };
+  }
+  const automation::ClassInfo* const info = automation::find_class(row->name);
+  if (info == nullptr) return {};
+  return [info] { return make_instance_object(*info, kHeartBeatEvents); };
+}
+
+}  // namespace bvconn::component

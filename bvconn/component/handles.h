@@ -1,0 +1,37 @@
+#pragma once
+
+#include "bvconn/component/abi.h"
+
+/// How the library recognises its own objects among those that a host passes in: by an interface
+/// that only they have. Since another copy of the library in the same process knows the identifier
+/// too, the object also learns which copy asks, and refuses a foreign one.
+namespace bvconn::component {
+
+/// An address that is different in each loaded copy of the library.
+const void* module_mark() noexcept;
+
+/// Of objects that stand for a `SoapNode`.
+class INodeHandleAbi : public IUnknownAbi {
+ public:
+  static constexpr Guid kId{
+      0x12A8ACCD, 0xE5A4, 0x483C, {0x87, 0x85, 0xA9, 0xB3, 0x67, 0xE9, 0x5D, 0x05}};
+  /// A `const SoapNode*` that lives as long as the object.
+  virtual Hresult GetNode(const void* module, const void** node) noexcept = 0;
+
+ protected:
+  ~INodeHandleAbi() = default;
+};
+
+/// Of objects that stand for an `XMLDocument`.
+class IDocumentHandleAbi : public IUnknownAbi {
+ public:
+  static constexpr Guid kId{
+      0x94C7903A, 0x0D33, 0x40C9, {0xAB, 0xE3, 0xE5, 0x6B, 0x49, 0x54, 0xC2, 0x8B}};
+  /// An `XMLDocument*` that lives as long as the object.
+  virtual Hresult GetDocument(const void* module, void** document) noexcept = 0;
+
+ protected:
+  ~IDocumentHandleAbi() = default;
+};
+
+}  // namespace bvconn::component

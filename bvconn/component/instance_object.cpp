@@ -1,0 +1,109 @@
+#include "bvconn/component/instance_object.h"
+
+#include <algorithm>
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+
+#include "bvconn/component/connection_point.h"
+#include "bvconn/component/named_object.h"
+#include "bvconn/component/values.h"
+
+namespace bvconn::component {
+namespace {
+
+using automation::ClassInfo;
+using automation::Member;
+using automation::MemberKind;
+using automation::Value;
+
+// The tables of the classes in use; they are made once, since a table is as large as its class.
+const MemberTable& shared_table(const ClassInfo& info) {
+  static std::mutex mutex;
+  static std::unordered_map<const ClassInfo*, std::unique_ptr<const MemberTable>> tables;
+  const std::lock_guard lock(mutex);
+  auto& table = tables[&info];
+  if (!table) table = std::make_unique<const MemberTable>(member_table(info));
+  return *table;
+}
+
+template <typename... Others>
+class InstanceObject : public NamedObject<Others...> {
+ public:
+  explicit InstanceObject(const ClassInfo& info)
+      : info_(info), table_(shared_table(info)), instance_(info.make()) {}
+
+ protected:
+  void* instance() const { return instance_.get(); }
+  void end_instance() { instance_.reset(); }
+
+ private:
+  const MemberTable& table() const override { return table_; }
+
+  OwnedVariant call(const NamedMember& member, std::span<const Value> values) override {
+    const Member& slot = slot_of(member);
+    return record_from_value(slot.callable() ? slot.invoke(instance(), values)
+                                             : slot.get(instance()));
+  }
+
+  void put(const NamedMember& member, std::span<const Value> values) override {
+    slot_of(member).set(instance(), values.back());
+  }
+
+  const Member& slot_of(const NamedMember& member) const {
+    return info_.members[static_cast<std::size_t>(member.id - 1)];
+  }
+
+  const ClassInfo& info_;
+  const MemberTable& table_;
+  std::shared_ptr<void> instance_;
+};
+
+class EventfulObject final : public InstanceObject<IConnectionPointContainerAbi> {
+ public:
+  EventfulObject(const ClassInfo& info, const Guid& events)
+      : InstanceObject(info), point_(*this, events) {
+    DispatchId event = 0;
+    for (const Member& member : info.members) {
+      if (member.kind != MemberKind::kEvent) continue;
+      ++event;
+      member.connect(instance(), [this, event] { point_.fire(event); });
+    }
+  }
+
+  Hresult EnumConnectionPoints(IEnumConnectionPointsAbi** points) noexcept override {
+    if (points == nullptr) return kNullPointer;
+    *points = nullptr;
+    return guarded([&] {
+      *points = make_point_enumerator(point_);
+      return kOk;
+    });
+  }
+
+  Hresult FindConnectionPoint(const Guid* id, IConnectionPointAbi** point) noexcept override {
+    if (point == nullptr) return kNullPointer;
+    *point = nullptr;
+    if (id == nullptr) return kNullPointer;
+    if (!(*id == point_.events())) return kNoConnection;
+    point_.AddRef();
+    *point = &point_;
+    return kOk;
+  }
+
+ private:
+  // The instance goes first: what it raises on its way still finds the connection point.
+  ~EventfulObject() override { end_instance(); }
+
+  ConnectionPoint point_;
+};
+
+}  // namespace
+
+IDispatchAbi* make_instance_object(const ClassInfo& info, const Guid& events) {
+  const bool eventful = std::ranges::any_of(
+      info.members, [](const Member& member) { return member.kind == MemberKind::kEvent; });
+  if (eventful) return new EventfulObject(info, events);
+  return new InstanceObject<>(info);
+}
+
+}  // namespace bvconn::component

@@ -1,0 +1,165 @@
+#include "bvconn/component/text.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <new>
+
+namespace bvconn::component {
+namespace {
+
+// The length stands in the last four bytes of the prefix; eight keep the text as aligned as the
+// memory that it lies in.
+constexpr std::size_t kPrefixBytes = 8;
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+bool is_high_surrogate(char32_t unit) {
+  return unit >= 0xD800 && unit < 0xDC00;
+}
+bool is_low_surrogate(char32_t unit) {
+  return unit >= 0xDC00 && unit < 0xE000;
+}
+
+void append_utf8(std::string& out, char32_t character) {
+  const auto tail = [character](unsigned shift) {
+    return static_cast<char>(0x80U | ((character >> shift) & 0x3FU));
+  };
+  if (character < 0x80) {
+    out.push_back(static_cast<char>(character));
+  } else if (character < 0x800) {
+    out.push_back(static_cast<char>(0xC0U | (character >> 6U)));
+    out.push_back(tail(0));
+  } else if (character < 0x10000) {
+    out.push_back(static_cast<char>(0xE0U | (character >> 12U)));
+    out.push_back(tail(6));
+    out.push_back(tail(0));
+  } else {
+    out.push_back(static_cast<char>(0xF0U | (character >> 18U)));
+    out.push_back(tail(12));
+    out.push_back(tail(6));
+    out.push_back(tail(0));
+  }
+}
+
+void append_utf16(std::u16string& out, char32_t character) {
+  if (character < 0x10000) {
+    out.push_back(static_cast<char16_t>(character));
+    return;
+  }
+  const char32_t above = character - 0x10000;
+  out.push_back(static_cast<char16_t>(0xD800U + (above >> 10U)));
+  out.push_back(static_cast<char16_t>(0xDC00U + (above & 0x3FFU)));
+}
+
+// What the first byte of a character says of the rest.
+struct Lead {
+  std::size_t tails = 0;
+  char32_t bits = 0;
+  // The range of the second byte, which rules out overlong forms, surrogates, and what lies beyond
+  // the last character.
+  unsigned char lowest = 0x80;
+  unsigned char highest = 0xBF;
+};
+
+std::optional<Lead> lead_of(unsigned char byte) {
+  if (byte >= 0xC2 && byte <= 0xDF) return Lead{.tails = 1, .bits = byte & 0x1FU};
+  if (byte >= 0xE0 && byte <= 0xEF) {
+    Lead lead{.tails = 2, .bits = byte & 0x0FU};
+    if (byte == 0xE0) lead.lowest = 0xA0;
+    if (byte == 0xED) lead.highest = 0x9F;
+    return lead;
+  }
+  if (byte >= 0xF0 && byte <= 0xF4) {
+    Lead lead{.tails = 3, .bits = byte & 0x07U};
+    if (byte == 0xF0) lead.lowest = 0x90;
+    if (byte == 0xF4) lead.highest = 0x8F;
+    return lead;
+  }
+  return std::nullopt;
+}
+
+char32_t next_character(std::string_view text, std::size_t& at) {
+  const auto first = static_cast<unsigned char>(text[at++]);
+  if (first < 0x80) return first;
+  const auto lead = lead_of(first);
+  if (!lead) return kReplacement;
+  char32_t character = lead->bits;
+  for (std::size_t tail = 0; tail < lead->tails; ++tail) {
+    if (at == text.size()) return kReplacement;
+    const auto byte = static_cast<unsigned char>(text[at]);
+    const unsigned char lowest = tail == 0 ? lead->lowest : 0x80;
+    const unsigned char highest = tail == 0 ? lead->highest : 0xBF;
+    if (byte < lowest || byte > highest) return kReplacement;
+    character = (character << 6U) | (byte & 0x3FU);
+    ++at;
+  }
+  return character;
+}
+
+}  // namespace
+
+std::optional<std::string> utf8_from_utf16(std::u16string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    char32_t character = text[at];
+    if (is_low_surrogate(character)) return std::nullopt;
+    if (is_high_surrogate(character)) {
+      if (at + 1 == text.size() || !is_low_surrogate(text[at + 1])) return std::nullopt;
+      character = 0x10000 + ((character - 0xD800) << 10U) + (char32_t{text[++at]} - 0xDC00);
+    }
+    append_utf8(out, character);
+  }
+  return out;
+}
+
+std::u16string utf16_from_utf8(std::string_view text) {
+  std::u16string out;
+  out.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) append_utf16(out, next_character(text, at));
+  return out;
+}
+
+StringPointer alloc_string(const char16_t* text, std::size_t length) noexcept {
+  constexpr std::size_t kMaxLength =
+      (std::numeric_limits<std::uint32_t>::max() - kPrefixBytes) / sizeof(char16_t) - 1;
+  if (length > kMaxLength) return nullptr;
+  const std::size_t bytes = length * sizeof(char16_t);
+  auto* block = static_cast<std::byte*>(std::calloc(1, kPrefixBytes + bytes + sizeof(char16_t)));
+  if (block == nullptr) return nullptr;
+  const auto prefix = static_cast<std::uint32_t>(bytes);
+  std::memcpy(block + kPrefixBytes - sizeof prefix, &prefix, sizeof prefix);
+  if (text != nullptr && bytes != 0) std::memcpy(block + kPrefixBytes, text, bytes);
+  return reinterpret_cast<StringPointer>(block + kPrefixBytes);
+}
+
+void free_string(StringPointer text) noexcept {
+  if (text != nullptr) std::free(reinterpret_cast<std::byte*>(text) - kPrefixBytes);
+}
+
+std::uint32_t string_bytes(const char16_t* text) noexcept {
+  std::uint32_t bytes = 0;
+  if (text == nullptr) return bytes;
+  std::memcpy(&bytes, reinterpret_cast<const std::byte*>(text) - sizeof bytes, sizeof bytes);
+  return bytes;
+}
+
+std::uint32_t string_length(const char16_t* text) noexcept {
+  return string_bytes(text) / static_cast<std::uint32_t>(sizeof(char16_t));
+}
+
+std::optional<std::string> text_of(const char16_t* text) {
+  if (text == nullptr) return std::string();
+  if (string_bytes(text) % sizeof(char16_t) != 0) return std::nullopt;
+  return utf8_from_utf16({text, string_length(text)});
+}
+
+StringPointer string_from_utf8(std::string_view text) {
+  const std::u16string wide = utf16_from_utf8(text);
+  StringPointer copy = alloc_string(wide.data(), wide.size());
+  if (copy == nullptr) throw std::bad_alloc();
+  return copy;
+}
+
+}  // namespace bvconn::component

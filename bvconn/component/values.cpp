@@ -1,0 +1,269 @@
+#include "bvconn/component/values.h"
+
+#include <cstring>
+#include <limits>
+#include <optional>
+#include <utility>
+
+#include "bvconn/component/counted.h"
+#include "bvconn/component/handles.h"
+#include "bvconn/component/text.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+
+namespace bvconn::component {
+namespace {
+
+namespace vt = variant_type;
+using automation::Value;
+using automation::ValueType;
+
+// How deep arrays of variants may hold arrays. References can close a circle, which no other rule
+// would end.
+constexpr int kDepthMax = 32;
+
+constexpr double kCurrencyUnit = 10000.0;
+
+// What a host passed and what stands in a variant of ours, reported as an `Error` while converting
+// and as a result code to the host.
+[[noreturn]] void mismatch() {
+  throw Error(error_numbers::kTypeMismatch, "BVConn", "The value is not of a type that fits");
+}
+
+template <typename T>
+T read(const void* from) {
+  T value;
+  std::memcpy(&value, from, sizeof value);
+  return value;
+}
+
+// A value behind a reference, or an element of an array, as a variant of its own; nothing for a
+// type that cannot stand there. It shares what the original owns.
+std::optional<VariantRecord> load(std::uint16_t type, const void* from) noexcept {
+  VariantRecord value{};
+  if (type == vt::kVariant) return read<VariantRecord>(from);
+  const bool is_pointer = (type & vt::kArray) != 0 || type == vt::kDispatch || type == vt::kUnknown;
+  const std::size_t size = is_pointer           ? sizeof(void*)
+                           : type == vt::kError ? sizeof(Hresult)
+                                                : element_size(type);
+  if (size == 0) return std::nullopt;
+  value.type = type;
+  std::memcpy(&value.value, from, size);
+  return value;
+}
+
+Variant variant_from(const VariantRecord& record, int depth);
+
+std::optional<SoapNode> node_of(IUnknownAbi* object) {
+  if (object == nullptr) return SoapNode();
+  const auto handle = query<INodeHandleAbi>(object);
+  const void* node = nullptr;
+  if (!handle || !succeeded(handle->GetNode(module_mark(), &node))) return std::nullopt;
+  return *static_cast<const SoapNode*>(node);
+}
+
+// One dimension, and elements of the size that their type has; kept by the host during the call.
+struct Elements {
+  std::uint16_t type;
+  std::size_t count;
+  const std::byte* data;
+  std::size_t size;
+
+  VariantRecord at(std::size_t index) const {
+    const auto element = load(type, data + index * size);
+    if (!element) mismatch();
+    return *element;
+  }
+};
+
+Elements elements_of(const ArrayRecord& array, std::uint16_t type) {
+  const std::size_t size = element_size(type);
+  if (array.dimensions != 1 || size == 0 || array.element_size != size) mismatch();
+  const std::size_t count = array.bounds[0].count;
+  if (count != 0 && array.data == nullptr) mismatch();
+  return {type, count, static_cast<const std::byte*>(array.data), size};
+}
+
+Variant variant_from_array(const VariantRecord& record, int depth) {
+  if (depth == kDepthMax) mismatch();
+  const auto type = static_cast<std::uint16_t>(record.type & ~vt::kArray);
+  if (record.value.array == nullptr) {
+    if (element_size(type) == 0) mismatch();
+    return VariantArray();
+  }
+  const Elements elements = elements_of(*record.value.array, type);
+  if (type == vt::kUint8) return Bytes(elements.data, elements.data + elements.count);
+  std::vector<Variant> items;
+  items.reserve(elements.count);
+  for (std::size_t i = 0; i < elements.count; ++i) {
+    items.push_back(variant_from(elements.at(i), depth + 1));
+  }
+  return VariantArray(std::move(items));
+}
+
+Variant variant_from_string(const VariantRecord& record) {
+  auto text = text_of(record.value.string);
+  if (!text) mismatch();
+  return Variant(*std::move(text));
+}
+
+Variant variant_from_object(const VariantRecord& record) {
+  auto node = node_of(record.value.unknown);
+  if (!node) mismatch();
+  return Variant(*std::move(node));
+}
+
+Variant variant_from_uint64(std::uint64_t value) {
+  if (value > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
+    throw Error(error_numbers::kOverflow, "BVConn", "The number is too large");
+  }
+  return Variant(static_cast<std::int64_t>(value));
+}
+
+// Integers of the widths that the library does not hold take the next wider one.
+Variant variant_from_scalar(const VariantRecord& record) {
+  const VariantData& data = record.value;
+  switch (record.type) {
+    case vt::kEmpty:
+    case vt::kNull:
+      return {};
+    case vt::kBoolean:
+      return Variant(data.boolean != kVariantFalse);
+    case vt::kInt8:
+      return Variant(static_cast<std::int16_t>(data.int8));
+    case vt::kUint8:
+      return Variant(static_cast<std::int16_t>(data.uint8));
+    case vt::kInt16:
+      return Variant(data.int16);
+    case vt::kUint16:
+      return Variant(static_cast<std::int32_t>(data.uint16));
+    case vt::kInt32:
+    case vt::kInt:
+      return Variant(data.int32);
+    case vt::kUint32:
+    case vt::kUint:
+      return Variant(static_cast<std::int64_t>(data.uint32));
+    case vt::kInt64:
+      return Variant(data.int64);
+    case vt::kUint64:
+      return variant_from_uint64(data.uint64);
+    case vt::kFloat:
+      return Variant(static_cast<double>(data.single));
+    case vt::kDouble:
+      return Variant(data.number);
+    case vt::kCurrency:
+      return Variant(static_cast<double>(data.currency) / kCurrencyUnit);
+    case vt::kDate:
+      return Variant(from_serial_days(data.date));
+    default:
+      mismatch();
+  }
+}
+
+Variant variant_from(const VariantRecord& record, int depth) {
+  VariantRecord value{};
+  if (!succeeded(dereference(record, value))) mismatch();
+  if (is_missing(value)) return Variant::Missing();
+  if ((value.type & vt::kArray) != 0) return variant_from_array(value, depth);
+  switch (value.type) {
+    case vt::kString:
+      return variant_from_string(value);
+    case vt::kDispatch:
+    case vt::kUnknown:
+      return variant_from_object(value);
+    default:
+      return variant_from_scalar(value);
+  }
+}
+
+StringArray strings_from(const VariantRecord& record) {
+  if (record.type == vt::kEmpty || record.type == vt::kNull) return {};
+  if ((record.type & vt::kArray) == 0) mismatch();
+  const auto type = static_cast<std::uint16_t>(record.type & ~vt::kArray);
+  if (element_size(type) == 0) mismatch();
+  if (record.value.array == nullptr) return {};
+  const Elements elements = elements_of(*record.value.array, type);
+  std::vector<std::string> texts;
+  texts.reserve(elements.count);
+  for (std::size_t i = 0; i < elements.count; ++i) {
+    texts.push_back(to_text(variant_from(elements.at(i), 1)));
+  }
+  return StringArray(std::move(texts));
+}
+
+XMLDocument* document_from(const VariantRecord& record) {
+  if (record.type == vt::kEmpty || record.type == vt::kNull) return nullptr;
+  if (record.type != vt::kDispatch && record.type != vt::kUnknown) mismatch();
+  if (record.value.unknown == nullptr) return nullptr;
+  const auto handle = query<IDocumentHandleAbi>(record.value.unknown);
+  void* document = nullptr;
+  if (!handle || !succeeded(handle->GetDocument(module_mark(), &document))) mismatch();
+  return static_cast<XMLDocument*>(document);
+}
+
+SoapNode node_from(const VariantRecord& record) {
+  const Variant value = variant_from(record, 0);
+  return value.empty() ? SoapNode() : to_node(value);
+}
+
+Value convert(const VariantRecord& record, ValueType type) {
+  switch (type) {
+    case ValueType::kString:
+      return Variant(to_text(variant_from(record, 0)));
+    case ValueType::kBoolean:
+      return Variant(to_boolean(variant_from(record, 0)));
+    case ValueType::kInt16:
+      return Variant(to_int16(variant_from(record, 0)));
+    case ValueType::kInt32:
+      return Variant(to_int32(variant_from(record, 0)));
+    case ValueType::kVariant:
+      return variant_from(record, 0);
+    case ValueType::kStringArray:
+      return strings_from(record);
+    case ValueType::kSoapNode:
+      return Variant(node_from(record));
+    case ValueType::kXMLDocument:
+      return document_from(record);
+    default:
+      // No argument of the interface has one of the other types.
+      mismatch();
+  }
+}
+
+}  // namespace
+
+bool is_missing(const VariantRecord& record) noexcept {
+  VariantRecord value{};
+  return succeeded(dereference(record, value)) && value.type == vt::kError &&
+         value.value.error == kParameterNotFound;
+}
+
+Hresult dereference(const VariantRecord& record, VariantRecord& value) noexcept {
+  // A reference to a variant may meet one further reference in it; a longer chain is no chain that
+  // a host builds.
+  constexpr int kStepsMax = 4;
+  value = record;
+  for (int step = 0; step < kStepsMax; ++step) {
+    if ((value.type & vt::kByReference) == 0) return kOk;
+    if (value.value.reference == nullptr) return kNullPointer;
+    const auto next =
+        load(static_cast<std::uint16_t>(value.type & ~vt::kByReference), value.value.reference);
+    if (!next) return kTypeMismatch;
+    value = *next;
+  }
+  return (value.type & vt::kByReference) == 0 ? kOk : kTypeMismatch;
+}
+
+Hresult value_from_record(const VariantRecord& record, ValueType type, Value& value) {
+  VariantRecord direct{};
+  const Hresult result = dereference(record, direct);
+  if (!succeeded(result)) return result;
+  try {
+    value = convert(direct, type);
+    return kOk;
+  } catch (const Error& error) {
+    return error.number == error_numbers::kOverflow ? kOverflow : kTypeMismatch;
+  }
+}
+
+}  // namespace bvconn::component

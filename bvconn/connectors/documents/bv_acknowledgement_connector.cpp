@@ -1,0 +1,75 @@
+#include "bvconn/connectors/documents/bv_acknowledgement_connector.h"
+
+#include "bvconn/core/envelope.h"
+#include "bvconn/operation/method_frame.h"
+#include "bvconn/platform/error_numbers.h"
+
+namespace bvconn {
+namespace {
+
+constexpr std::string_view kClass = "BVAcknowledgementConnector";
+
+constexpr Operation kGetOverview{
+    .log = {.cls = kClass, .method = "getOverview", .form = LogForm::kNone},
+    .method = &BVMethods::GetAcknowledgmentOverview,
+    .service = &BVServices::Order,
+    .tail = Tail::kOverview,
+};
+constexpr Operation kGetExistingAcknowledgement{
+    .log = {.cls = kClass, .method = "GetExistingAcknowledgement", .form = LogForm::kNone},
+    .method = &BVMethods::GetAcknowledgement,
+    .service = &BVServices::Order,
+    .tail = Tail::kBare,
+};
+constexpr Operation kGetNewAcknowledgment{
+    .log = {.cls = kClass, .method = "getNewAcknowledgment", .form = LogForm::kNone},
+    .method = &BVMethods::NewAcknowledgment,
+    .service = &BVServices::Order,
+    .tail = Tail::kBare,
+};
+
+// The answer's text, which must hold an address. The sources spell the class in a way of their own.
+std::string address_in(Call& call, std::string_view source) {
+  std::string text = call.text();
+  if (text.find("http:") == std::string::npos) {
+    throw Error(error_numbers::kUnexpectedAnswer, source,
+                "Did not receive the expected response from the server");
+  }
+  return text;
+}
+
+}  // namespace
+
+SoapNode BVAcknowledgementConnector::getOverview(std::string_view orderGID,
+                                                 std::string_view aServerURL,
+                                                 std::string_view aSessionID) {
+  return ConnectorMethodFrame(kGetOverview, [&](Call& call) {
+    std::string line_name = "getOverview(";
+    line_name.append(orderGID).append(", ").append(aServerURL).append(", ").append(aSessionID);
+    call.error_name(line_name + ")");
+    call.envelope(aSessionID).Create("param", orderGID, "", "", "");
+    return call.send(aServerURL).first();
+  });
+}
+
+std::string BVAcknowledgementConnector::GetExistingAcknowledgement(std::string_view ackGID,
+                                                                   std::string_view aServerURL,
+                                                                   std::string_view aSessionID) {
+  return ConnectorMethodFrame(kGetExistingAcknowledgement, [&](Call& call) {
+    call.envelope(aSessionID).Create("param", ackGID, "", "", "");
+    call.send(aServerURL);
+    return address_in(call, "BVAcknowledgmentConnector.getExistingAcknowledgment");
+  });
+}
+
+std::string BVAcknowledgementConnector::getNewAcknowledgment(std::string_view serializedAckObject,
+                                                             std::string_view aServerURL,
+                                                             std::string_view aSessionID) {
+  return ConnectorMethodFrame(kGetNewAcknowledgment, [&](Call& call) {
+    const std::string text = call.literal_request(aSessionID, serializedAckObject);
+    call.exchange_text(*inline_transport(TracingRule::kLogFile), aServerURL, text);
+    return address_in(call, "BVAcknowledgmentConnector.getNewAcknowledgment");
+  });
+}
+
+}  // namespace bvconn

@@ -1,0 +1,359 @@
+#include "bvconn/connectors/documents/bv_sales_instrument_connector.h"
+
+#include "bvconn/core/envelope.h"
+#include "bvconn/core/session_state.h"
+#include "bvconn/operation/method_frame.h"
+#include "bvconn/platform/conversions/conversions.h"
+
+namespace bvconn {
+namespace {
+
+constexpr std::string_view kClass = "BVSalesInstrumentConnector";
+
+// The first seven operations write a line on failure alone.
+constexpr LogBlock only_errors(std::string_view method) {
+  return {.cls = kClass, .method = method, .form = LogForm::kNone};
+}
+constexpr LogBlock with_brackets(std::string_view method) {
+  return {.cls = kClass, .method = method, .brackets = true};
+}
+
+constexpr Operation kGetProductApprovals{
+    .log = only_errors("GetProductApprovals"),
+    .method = &BVMethods::GetProductApprovals,
+    .service = &BVServices::ProductService,
+};
+constexpr Operation kGetHeaderComments{
+    .log = only_errors("GetHeaderComments"),
+    .method = &BVMethods::GetHeaderComments,
+    .service = &BVServices::SalesInstrumentService,
+};
+constexpr Operation kGetLineComments{
+    .log = only_errors("GetLineComments"),
+    .method = &BVMethods::GetLineComments,
+    .service = &BVServices::SalesInstrumentService,
+};
+constexpr Operation kUpdateHeaderComments{
+    .log = only_errors("UpdateHeaderComments"),
+    .method = &BVMethods::UpdateHeaderComments,
+    .service = &BVServices::SalesInstrumentService,
+};
+// The service of the next two follows from the instrument's type.
+constexpr Operation kSetLineComments{
+    .log = only_errors("SetLineComments"),
+    .method = &BVMethods::UpdateLineItemComments,
+};
+constexpr Operation kGetPreviousSalesInstrumentColumnPrices{
+    .log = only_errors("getPreviousSalesInstrumentColumnPrices"),
+    .method = &BVMethods::GetDefaultColumnValues,
+};
+constexpr Operation kPilferSalesInstrument{
+    .log = only_errors("pilferSalesInstrument"),
+    .method = &BVMethods::PilferSalesInstr,
+    .service = &BVServices::SalesInstrumentService,
+};
+constexpr Operation kUpdateCommSalesPeople{
+    .log = with_brackets("UpdateCommSalesPeople"),
+    .method = &BVMethods::UpdateCommSalesPeople,
+    .service = &BVServices::Order,
+};
+constexpr Operation kGetProductCost{
+    .log = {.cls = kClass, .method = "GetProductCost"},
+    .method = &BVMethods::GetProductCost,
+    .service = &BVServices::ProductService,
+};
+constexpr Operation kGetOrderHeaderComments{
+    .log = with_brackets("GetOrderHeaderComments"),
+    .method = &BVMethods::GetHeaderComments,
+    .service = &BVServices::Order,
+};
+// The next two bear the quote's URN in the envelope and the order's as SOAPAction: the server is
+// used to it.
+constexpr Operation kGetQuoteHeaderComments{
+    .log = with_brackets("GetQuoteHeaderComments"),
+    .method = &BVMethods::GetHeaderComments,
+    .service = &BVServices::Quote,
+    .soap_action = &BVServices::Order,
+};
+constexpr Operation kGetHeaderCommentsForCopyToOrder{
+    .log = with_brackets("getHeaderCommentsForCopyToOrder"),
+    .method = &BVMethods::getHeaderCommentsForCopyToOrder,
+    .service = &BVServices::Quote,
+    .soap_action = &BVServices::Order,
+};
+constexpr Operation kGetProjectHeaderComments{
+    .log = with_brackets("GetProjectHeaderComments"),
+    .method = &BVMethods::GetHeaderComments,
+    .service = &BVServices::Project,
+};
+constexpr Operation kUpdateOrderHeaderComments{
+    .log = with_brackets("UpdateOrderHeaderComments"),
+    .method = &BVMethods::UpdateHeaderComments,
+    .service = &BVServices::Order,
+};
+constexpr Operation kUpdateQuoteHeaderComments{
+    .log = with_brackets("UpdateQuoteHeaderComments"),
+    .method = &BVMethods::UpdateHeaderComments,
+    .service = &BVServices::Quote,
+};
+constexpr Operation kUpdateProjectHeaderComments{
+    .log = with_brackets("UpdateProjectHeaderComments"),
+    .method = &BVMethods::UpdateHeaderComments,
+    .service = &BVServices::Project,
+};
+
+// The URN of an instrument's type in capitals; "" for a type that has none.
+std::string service_of_comments(std::string_view type) {
+  if (type == "PROJECT") return session().Services().Project();
+  if (type == "QUOTE") return session().Services().Quote();
+  if (type == "ORDER") return session().Services().Order();
+  return "";
+}
+
+// There is no branch for projects here.
+std::string service_of_prices(std::string_view type) {
+  if (type == "QUOTE") return session().Services().Quote();
+  if (type == "ORDER") return session().Services().Order();
+  return "";
+}
+
+// The text is "" where no object serves the type; reading it fails then.
+std::string previous_prices(const dal::Services& services, std::string_view type,
+                            std::string_view gid) {
+  if (type == "QUOTE") return services.QuoteService().getPreviousSalesInstrumentColumnPrices(gid);
+  if (type == "ORDER") return services.OrderService().getPreviousSalesInstrumentColumnPrices(gid);
+  return "";
+}
+
+SoapNode send_comment_key(Call& call, std::string_view name, std::string_view gid,
+                          std::string_view aCommentType, std::string_view aSessionID,
+                          std::string_view aServerURL) {
+  auto& parameters = call.envelope(aSessionID, kSoapEncoding);
+  parameters.Create(name, gid, "", "", "");
+  parameters.Create("CommentType", aCommentType, "", "", "");
+  return call.send(aServerURL).first();
+}
+
+}  // namespace
+
+SoapNode BVSalesInstrumentConnector::GetProductApprovals(std::string_view aServerURL,
+                                                         std::string_view aSessionID,
+                                                         std::string_view aAgentGID,
+                                                         const SoapNode& aLineItemsNode) {
+  return ConnectorMethodFrame(kGetProductApprovals, [&](Call& call) {
+    auto& parameters = call.envelope(aSessionID, kSoapEncoding);
+    parameters.Create("param", aAgentGID, "", "", "");
+    parameters.Append(aLineItemsNode);
+    if (call.takes_dal()) {
+      return call.parse(call.dal().SearchService().GetProductApprovals(call.request_text()))
+          .first();
+    }
+    return call.send(aServerURL).first();
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::GetHeaderComments(std::string_view aSalesInstrumentGID,
+                                                       std::string_view aCommentTypeCode,
+                                                       std::string_view aServerURL,
+                                                       std::string_view aSessionID) {
+  return ConnectorMethodFrame(kGetHeaderComments, [&](Call& call) {
+    auto& parameters = call.envelope(aSessionID);
+    parameters.Create("param", aSalesInstrumentGID, "", "", "");
+    parameters.Create("param", aCommentTypeCode, "", "", "");
+    return call.send(aServerURL).first();
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::GetLineComments(std::string_view aSalesInstrumentGID,
+                                                     std::string_view aLineItemGID,
+                                                     std::string_view aServerURL,
+                                                     std::string_view aSessionID) {
+  return ConnectorMethodFrame(kGetLineComments, [&](Call& call) {
+    if (call.takes_dal(session().UseDALSave)) {
+      return call
+          .parse(call.dal().SalesInstrumentService().GetLineComments(aSalesInstrumentGID,
+                                                                     aLineItemGID))
+          .first();
+    }
+    auto& parameters = call.envelope(aSessionID);
+    parameters.Create("param", aSalesInstrumentGID, "", "", "");
+    parameters.Create("param", aLineItemGID, "", "", "");
+    return call.send(aServerURL).first();
+  });
+}
+
+std::string BVSalesInstrumentConnector::UpdateHeaderComments(std::string_view aSessionID,
+                                                             const SoapNode& aSoapNode,
+                                                             std::string_view aServerURL) {
+  return ConnectorMethodFrame(kUpdateHeaderComments, [&](Call& call) {
+    call.envelope(aSessionID).Create("HeaderComments", aSoapNode, "", "", "");
+    return call.send(aServerURL).text();
+  });
+}
+
+std::string BVSalesInstrumentConnector::SetLineComments(std::string_view aSalseInstrType,
+                                                        std::string_view aCommentXML,
+                                                        std::string_view aServerURL,
+                                                        std::string_view aSessionID) {
+  return ConnectorMethodFrame(kSetLineComments, [&](Call& call) {
+    call.service(service_of_comments(conversions::upper_case(aSalseInstrType)));
+    const std::string text = call.literal_request(aSessionID, aCommentXML);
+    if (call.takes_dal(session().UseDALSave)) {
+      // To the order object, whatever the instrument's type.
+      return call.parse(call.dal().OrderService().SetLineComments(text)).text();
+    }
+    const auto transport = Global::getHTTPTransport(call.service());
+    return call.exchange_text(*transport, aServerURL, text).text();
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::getPreviousSalesInstrumentColumnPrices(
+    std::string_view astrSIGid, std::string_view astrSIType, std::string_view aServerURL,
+    std::string_view aSessionID) {
+  return ConnectorMethodFrame(kGetPreviousSalesInstrumentColumnPrices, [&](Call& call) {
+    const std::string type = conversions::upper_case(astrSIType);
+    call.service(service_of_prices(type));
+    if (call.takes_dal()) {
+      return call.parse(previous_prices(call.dal(), type, astrSIGid)).first();
+    }
+    call.envelope(aSessionID).Create("param", astrSIGid, "", "", "");
+    return call.send(aServerURL).first();
+  });
+}
+
+void BVSalesInstrumentConnector::pilferSalesInstrument(std::string_view SIGID, XMLDocument* doc,
+                                                       std::string_view /*SIType*/,
+                                                       std::string_view aServerURL,
+                                                       std::string_view aSessionID) {
+  ConnectorMethodFrame(kPilferSalesInstrument, [&](Call& call) {
+    call.envelope(aSessionID).Create("param", SIGID, "", "", "");
+    Global::sendXMLAndLoadDoc(doc, call.service(), call.request_text(), aServerURL);
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::UpdateCommSalesPeople(std::string_view aSessionID,
+                                                           std::string_view aServerURL,
+                                                           std::string_view aGID, SoapNode aNode) {
+  return ConnectorMethodFrame(kUpdateCommSalesPeople, [&](Call& call) {
+    auto& parameters = call.envelope(aSessionID, kSoapEncoding);
+    aNode.Name("CommissionableSalesPeople");
+    parameters.Append(aNode);
+    parameters.Create("GID", aGID, "", "", "");
+    return call.send(aServerURL).first();
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::GetProductCost(std::string_view aSessionID,
+                                                    std::string_view aServerURL,
+                                                    std::string_view aAgentGID,
+                                                    std::string_view aCustomerGID,
+                                                    std::string_view aNationalAccountGID,
+                                                    const SoapNode& aLineItemsNode) {
+  return ConnectorMethodFrame(kGetProductCost, [&](Call& call) {
+    auto& parameters = call.envelope(aSessionID, kSoapEncoding);
+    parameters.Create("param", aAgentGID, "", "", "");
+    parameters.Create("param", aCustomerGID, "", "", "");
+    parameters.Create("param", aNationalAccountGID, "", "", "");
+    parameters.Create("LineItemsLite", aLineItemsNode, "", "", "");
+    if (call.takes_dal()) {
+      return call.parse(call.dal().SalesInstrumentService().GetProductCost(call.request_text()))
+          .first();
+    }
+    return call.send(aServerURL).first();
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::GetOrderHeaderComments(std::string_view aOrderGID,
+                                                            std::string_view aCommentType,
+                                                            std::string_view aSessionID,
+                                                            std::string_view aServerURL) {
+  return ConnectorMethodFrame(kGetOrderHeaderComments, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.parse(call.dal().OrderService().GetOrderHeaderComments(aOrderGID, aCommentType))
+          .first();
+    }
+    return send_comment_key(call, "OrderGID", aOrderGID, aCommentType, aSessionID, aServerURL);
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::GetQuoteHeaderComments(std::string_view aQuoteGID,
+                                                            std::string_view aCommentType,
+                                                            std::string_view aSessionID,
+                                                            std::string_view aServerURL) {
+  return ConnectorMethodFrame(kGetQuoteHeaderComments, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.parse(call.dal().QuoteService().GetQuoteHeaderComments(aQuoteGID, aCommentType))
+          .first();
+    }
+    return send_comment_key(call, "QuoteGID", aQuoteGID, aCommentType, aSessionID, aServerURL);
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::getHeaderCommentsForCopyToOrder(std::string_view aQuoteGID,
+                                                                     std::string_view aCommentType,
+                                                                     std::string_view aSessionID,
+                                                                     std::string_view aServerURL) {
+  return ConnectorMethodFrame(kGetHeaderCommentsForCopyToOrder, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.parse(call.dal().QuoteService().GetQuoteHeaderComments(aQuoteGID, aCommentType))
+          .first();
+    }
+    return send_comment_key(call, "QuoteGID", aQuoteGID, aCommentType, aSessionID, aServerURL);
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::GetProjectHeaderComments(std::string_view aProjectGID,
+                                                              std::string_view aCommentType,
+                                                              std::string_view aSessionID,
+                                                              std::string_view aServerURL) {
+  return ConnectorMethodFrame(kGetProjectHeaderComments, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call
+          .parse(call.dal().ProjectService().GetProjectHeaderComments(aProjectGID, aCommentType))
+          .first();
+    }
+    return send_comment_key(call, "ProjectGID", aProjectGID, aCommentType, aSessionID, aServerURL);
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::UpdateOrderHeaderComments(const SoapNode& aNode,
+                                                               std::string_view aSessionID,
+                                                               std::string_view aServerURL) {
+  return ConnectorMethodFrame(kUpdateOrderHeaderComments, [&](Call& call) {
+    call.envelope(aSessionID, kSoapEncoding).Create("BVOrderComments", aNode, "", "", "");
+    if (call.takes_dal()) {
+      return call.parse(call.dal().OrderService().UpdateOrderHeaderComments(call.request_text()))
+          .first();
+    }
+    return call.send(aServerURL).first();
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::UpdateQuoteHeaderComments(const SoapNode& aNode,
+                                                               std::string_view aSessionID,
+                                                               std::string_view aServerURL) {
+  return ConnectorMethodFrame(kUpdateQuoteHeaderComments, [&](Call& call) {
+    call.envelope(aSessionID, kSoapEncoding).Create("BVQuoteComments", aNode, "", "", "");
+    if (call.takes_dal()) {
+      return call.parse(call.dal().QuoteService().UpdateQuoteHeaderComments(call.request_text()))
+          .first();
+    }
+    return call.send(aServerURL).first();
+  });
+}
+
+SoapNode BVSalesInstrumentConnector::UpdateProjectHeaderComments(const SoapNode& aNode,
+                                                                 std::string_view aSessionID,
+                                                                 std::string_view aServerURL) {
+  return ConnectorMethodFrame(kUpdateProjectHeaderComments, [&](Call& call) {
+    call.envelope(aSessionID, kSoapEncoding).Create("BVProjectComments", aNode, "", "", "");
+    if (call.takes_dal()) {
+      return call
+          .parse(call.dal().ProjectService().UpdateProjectHeaderComments(call.request_text()))
+          .first();
+    }
+    return call.send(aServerURL).first();
+  });
+}
+
+}  // namespace bvconn

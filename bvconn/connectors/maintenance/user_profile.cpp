@@ -1,0 +1,117 @@
+// The user's logo, password and profile.
+
+#include <limits>
+
+#include "bvconn/connectors/maintenance/bv_maintenance_connector.h"
+#include "bvconn/operation/method_frame.h"
+#include "bvconn/platform/error_numbers.h"
+
+namespace bvconn {
+namespace {
+
+constexpr std::string_view kClass = "BVMaintenanceConnector";
+
+constexpr Operation kGetUserLogo{
+    .log = {.cls = kClass, .method = "GetUserLogo", .form = LogForm::kTextLines},
+    .method = &BVMethods::GetUserLogo,
+    .service = &BVServices::Maintenance,
+};
+constexpr Operation kGetUserLogoList{
+    .log = {.cls = kClass, .method = "GetUserLogoList", .form = LogForm::kTextLines},
+    .method = &BVMethods::GetUserLogoList,
+    .service = &BVServices::Maintenance,
+};
+constexpr Operation kSetUserLogo{
+    .log = {.cls = kClass, .method = "SetUserLogo", .form = LogForm::kTextLines},
+    .method = &BVMethods::SetUserLogo,
+    .service = &BVServices::Maintenance,
+};
+constexpr Operation kUpdatePassword{
+    // Its text lines bear no "()", unlike those of its neighbours.
+    .log = {.cls = kClass,
+            .method = "UpdatePassword",
+            .form = LogForm::kTextLines,
+            .enter = "UpdatePassword",
+            .exit = "UpdatePassword"},
+    .method = &BVMethods::UpdatePassword,
+    .service = &BVServices::Maintenance,
+};
+constexpr Operation kSetUserProfile{
+    .log = {.cls = kClass, .method = "SetUserProfile"},
+    .method = &BVMethods::UpdateUserProfile,
+    .service = &BVServices::Maintenance,
+    // Another operation's entry disables this one; its own does not.
+    .route_method = &BVMethods::SetUserQuotePrintoutDefault,
+};
+
+// The children go out one by one, each with its name and value. Nothing below them does: where the
+// value is a node itself, the name is all that is left.
+void add_flattened(SoapNodes& parameters, const SoapNode& profile) {
+  const SoapNodes children = profile.Nodes();
+  // They are counted with 16 bits.
+  if (children.Count() > std::size_t{std::numeric_limits<std::int16_t>::max()} + 1) {
+    throw Error(error_numbers::kOverflow, "BVConn",
+                std::to_string(children.Count()) + " nodes are more than can be counted");
+  }
+  for (const SoapNode& child : children) {
+    const Variant value = child.Value();
+    parameters.Create(child.Name(), value.is(Variant::Type::kNode) ? Variant() : value, "", "", "");
+  }
+}
+
+}  // namespace
+
+std::string BVMaintenanceConnector::GetUserLogo(std::string_view aSessionID,
+                                                std::string_view aServerURL) {
+  return ConnectorMethodFrame(kGetUserLogo, [&](Call& call) {
+    if (call.takes_dal()) return call.parse(call.dal().MaintenanceService().GetUserLogo()).text();
+    call.getEnvelope(aSessionID);
+    return call.exchange(aServerURL).text();
+  });
+}
+
+SoapNode BVMaintenanceConnector::GetUserLogoList(std::string_view aSessionID,
+                                                 std::string_view aServerURL) {
+  return ConnectorMethodFrame(kGetUserLogoList, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.parse(call.dal().MaintenanceService().GetUserLogoList()).first();
+    }
+    call.getEnvelope(aSessionID);
+    return call.exchange(aServerURL).first();
+  });
+}
+
+std::string BVMaintenanceConnector::SetUserLogo(std::string_view aSessionID, std::string_view aLogo,
+                                                std::string_view aServerURL) {
+  return ConnectorMethodFrame(kSetUserLogo, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.parse(call.dal().MaintenanceService().SetUserLogo(aLogo)).text();
+    }
+    call.getEnvelope(aSessionID).Create("param", aLogo, "", "", "");
+    return call.exchange(aServerURL).text();
+  });
+}
+
+SoapNode BVMaintenanceConnector::UpdatePassword(std::string_view aSessionID,
+                                                std::string_view aPassword,
+                                                std::string_view aServerURL) {
+  return ConnectorMethodFrame(kUpdatePassword, [&](Call& call) {
+    call.getEnvelope(aSessionID).Create("param", aPassword, "", "", "");
+    return call.exchange(aServerURL).first();
+  });
+}
+
+SoapNode BVMaintenanceConnector::SetUserProfile(std::string_view aSessionID,
+                                                std::string_view aServerURL,
+                                                const SoapNode& theNode) {
+  return ConnectorMethodFrame(kSetUserProfile, [&](Call& call) {
+    add_flattened(call.getEnvelope(aSessionID), theNode);
+    if (call.takes_dal()) {
+      return call.parse(call.dal().MaintenanceService().SetUserProfile(call.request_text()))
+          .first();
+    }
+    return call.send(aServerURL).first();
+  });
+}
+
+}  // namespace bvconn

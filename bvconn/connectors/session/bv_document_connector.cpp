@@ -1,0 +1,28 @@
+#include "bvconn/connectors/session/bv_document_connector.h"
+
+#include "bvconn/operation/method_frame.h"
+
+namespace bvconn {
+namespace {
+
+constexpr Operation kGetDocuments{
+    // The lines bear another class's name; only the entering one has brackets.
+    .log = {.cls = "BVOrderConnector", .method = "getDocuments", .enter = "getDocuments()"},
+    .method = &BVMethods::GetDocuments,
+    .service = &BVServices::TorvexService,
+    .tail = Tail::kSwallow,
+};
+
+}  // namespace
+
+SoapNode BVDocumentConnector::GetDocuments(std::string_view aServerURL, std::string_view aGID) {
+  return ConnectorMethodFrame(kGetDocuments, [&](Call& call) {
+    call.envelope_without_session().Create("arg0", aGID, "", "", "");
+    call.send(aServerURL);
+    SoapNode documents = SoapNode::make();
+    for (const SoapNode& document : call.parameters()) documents.Nodes().Append(document);
+    return documents;
+  });
+}
+
+}  // namespace bvconn

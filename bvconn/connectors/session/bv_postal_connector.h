@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string_view>
+
+#include "bvconn/operation/catalogues.h"
+#include "bvconn/platform/export.h"
+#include "bvconn/platform/soap/soap_node.h"
+
+namespace bvconn {
+
+/// Countries. Service "urn:Postal".
+///
+/// Threads: one object per thread. Errors: every failure leaves as `Error`; a server fault as
+/// 0x80044201, on the SOAP route with the server's text.
+class BVCONN_EXPORT BVPostalConnector {
+ public:
+  /// The list of countries, the reply's first parameter. Logs on failure alone, and then as
+  /// `BVGenericConnector.GetCountry`.
+  /// @param aLazyLoad  Always sent on the SOAP route; the other one does not use it.
+  /// Route: data access layer (its search object), else SOAP `getCountries`.
+  SoapNode GetCountries(std::string_view aServerURL, std::string_view aSessionID, bool aLazyLoad);
+
+ private:
+  Catalogues catalogues_;
+};
+
+}  // namespace bvconn

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "bvconn/platform/error.h"
+
+namespace bvconn {
+
+/// How a function marks that it was entered and left.
+enum class LogForm : std::uint8_t {
+  kLevels,     ///< `EnterMethod` and `ExitMethod` at the block's level
+  kTextLines,  ///< `LogInfo` with "Entering Method..." and "Exiting Method..."
+  kNone,       ///< no line
+};
+
+/// The names in a function's log lines. They are constants of the line, not names of the code:
+/// where they differ from the function's, the difference is deliberate.
+struct LogBlock {
+  std::string_view cls;
+  std::string_view method;
+  LogForm form = LogForm::kLevels;
+  std::int32_t level = 1;
+  /// Enter and exit lines bear the method's name with "()". Text lines always do.
+  bool brackets = false;
+  /// One operation leaves without its exit line.
+  bool exits = true;
+  // Names of their own for single lines, written as they stand; empty for the method's.
+  std::string_view enter = {};
+  std::string_view exit = {};
+  std::string_view error = {};
+};
+
+// The one place that writes a function's lines. The line number of an error is 0: the build keeps
+// none.
+void log_enter(const LogBlock& log);
+void log_exit(const LogBlock& log);
+void log_error(const LogBlock& log, const Error& error);
+void log_error(std::string_view cls, std::string_view method, const Error& error);
+
+/// Logs the error as it is alive now and raises it again with number, source and description alone.
+[[noreturn]] void plain_tail(const LogBlock& log, const Error& error);
+
+/// Runs a function that logs by `log` and ends in the plain tail when it fails.
+template <class Body>
+auto run_logged(const LogBlock& log, Body&& body) -> decltype(body()) {
+  try {
+    log_enter(log);
+    auto result = body();
+    log_exit(log);
+    return result;
+  } catch (const Error& error) {
+    plain_tail(log, error);
+  }
+}
+
+namespace Global {
+
+/// The library's own line in the log file, for requests that go to the data access layer: the name,
+/// " - ", the message, CR LF. The file is opened and closed for each line. Always True; a file that
+/// cannot be written is error 0x80041003.
+bool DALMessageToLog(std::string_view evalMethod, std::string_view evalMessage);
+
+}  // namespace Global
+}  // namespace bvconn

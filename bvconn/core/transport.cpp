@@ -1,0 +1,139 @@
+#include "bvconn/core/transport.h"
+
+#include "bvconn/core/heart_beat_time.h"
+#include "bvconn/core/logging.h"
+#include "bvconn/core/session_state.h"
+#include "bvconn/core/settings.h"
+#include "bvconn/core/timing.h"
+#include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/error_numbers.h"
+
+namespace bvconn {
+namespace {
+
+constexpr std::int32_t kTrafficTracingBit = 0x40;
+
+constexpr LogBlock kSendXmlLog{.cls = "Global", .method = "sendXML"};
+constexpr LogBlock kGetHttpTransportLog{.cls = "Global", .method = "getHTTPTransport"};
+constexpr LogBlock kGetResponseEnvelopeLog{.cls = "Global", .method = "getResponseEnvelope"};
+constexpr LogBlock kSendXmlAndLoadDocLog{.cls = "Global", .method = "sendXMLAndLoadDoc"};
+
+void set_up_tracing(HTTPTransport& transport, TracingRule rule) {
+  auto& logger = session().Logger();
+  bool traced = (logger.LogMask() & kTrafficTracingBit) != 0 && session().isBrimvale;
+  if (rule != TracingRule::kLogFileByMaskAlone) {
+    // The setting is asked on every send, whichever way the first test went.
+    const bool set = Global::TraceSoapTraffic();
+    traced = traced || set;
+  }
+  if (!traced) return;
+  transport.Option("tracing.file", rule == TracingRule::kTracingFile ? logger.TracingFilePath()
+                                                                     : logger.LogFilePath());
+}
+
+void set_up_proxy(HTTPTransport& transport) {
+  const std::string port = Global::TracePort();
+  if (port.empty()) {
+    transport.NoProxy();
+  } else {
+    transport.setProxy("localhost", port);
+  }
+}
+
+std::shared_ptr<HTTPTransport> ready_transport(std::string_view soap_action, std::int32_t timeout) {
+  auto transport = session().Transport();
+  set_up_tracing(*transport, TracingRule::kTracingFile);
+  set_up_proxy(*transport);
+  transport->SOAPAction(soap_action);
+  transport->Timeout(timeout == 0 ? Global::DefaultTimeout() : timeout);
+  return transport;
+}
+
+void exchange(HTTPTransport& transport, const SoapEnvelope& envelope, std::string_view url) {
+  transport.Send(url, envelope.Serialize());
+  envelope.Parse(transport.Receive("UTF-8"), "");
+}
+
+void log_duration(const SoapEnvelope& envelope, float start) {
+  const std::string method = envelope.MethodName();
+  session().Logger().LogAtLevel(
+      16, "Global", "sendXML",
+      "Time to execute " + method + ": " + conversions::float_text(timer_seconds() - start), 0);
+}
+
+}  // namespace
+
+namespace Global {
+
+Variant sendXML(const SoapEnvelope& envelope, std::string_view soapAction, std::string_view url,
+                std::int32_t timeout) {
+  try {
+    log_enter(kSendXmlLog);
+    const auto transport = ready_transport(soapAction, timeout);
+    const float start = timer_seconds();
+    exchange(*transport, envelope, url);
+    LastHeartBeat(session().clock().now());
+    log_duration(envelope, start);
+    log_exit(kSendXmlLog);
+    return {};
+  } catch (const Error& error) {
+    std::string description = error.description;
+    // By name alone, whatever the error: before a reply was parsed these are the request's own
+    // parameters.
+    for (const SoapNode node : envelope.Parameters()) {
+      if (node.Name() == "faultstring") description = to_text(node.Value());
+    }
+    log_error(kSendXmlLog, error);
+    throw Error(error.number, error.source, description);
+  }
+}
+
+std::shared_ptr<HTTPTransport> getHTTPTransport(std::string_view soapAction) {
+  return run_logged(kGetHttpTransportLog, [&] { return ready_transport(soapAction, 0); });
+}
+
+SoapEnvelope getResponseEnvelope(const SoapEnvelope& envelope,
+                                 const std::shared_ptr<HTTPTransport>& transport,
+                                 std::string_view url) {
+  try {
+    log_enter(kGetResponseEnvelopeLog);
+    exchange(*transport, envelope, url);
+    LastHeartBeat(session().clock().now());
+    log_exit(kGetResponseEnvelopeLog);
+    return envelope;
+  } catch (const Error& error) {
+    std::string description = error.description;
+    if (error.number == error_numbers::kSoapFault) {
+      description = to_text(envelope.Parameters().ItemByName("faultstring", "").Value());
+    }
+    log_error(kGetResponseEnvelopeLog, error);
+    throw Error(error.number, error.source, description);
+  }
+}
+
+Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
+                          std::string_view xmlText, std::string_view url) {
+  return run_logged(kSendXmlAndLoadDocLog, [&] {
+    const auto transport = session().Transport();
+    set_up_tracing(*transport, TracingRule::kTracingFile);
+    if (!conversions::trim_blanks(soapAction).empty()) transport->SOAPAction(soapAction);
+    set_up_proxy(*transport);
+    transport->Timeout(DefaultTimeout());
+    transport->Send(url, xmlText);
+    if (document != nullptr) document->load(transport->Receive("UTF-8"));
+    LastHeartBeat(session().clock().now());
+    return Variant();
+  });
+}
+
+}  // namespace Global
+
+std::shared_ptr<HTTPTransport> inline_transport(TracingRule rule) {
+  auto transport = session().Transport();
+  set_up_tracing(*transport, rule);
+  set_up_proxy(*transport);
+  transport->Timeout(Global::DefaultTimeout());
+  return transport;
+}
+
+}  // namespace bvconn

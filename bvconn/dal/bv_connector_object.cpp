@@ -1,0 +1,153 @@
+#include "bvconn/dal/bv_connector_object.h"
+
+#include "bvconn/core/logging.h"
+#include "bvconn/core/session_state.h"
+#include "bvconn/dal/dal_switch.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+
+namespace bvconn {
+namespace {
+
+// The one sales organisation of the other country.
+constexpr std::string_view kCanadianSalesOrg = "2200";
+
+void make_service_objects(SessionState& state) {
+  const auto& make = platform::current().service_object;
+  state.AuthenticationService = make("AuthenticationService");
+  state.SummaryService = make("SummaryService");
+  state.HeartBeatService = make("HeartBeatService");
+  state.SearchService = make("SearchService");
+  state.ProjectService = make("ProjectService");
+  state.QuoteService = make("QuoteService");
+  state.OrderService = make("OrderService");
+  state.MaintenanceService = make("MaintenanceService");
+  state.InventoryInquiryService = make("InventoryInquiryService");
+  state.RMAService = make("RMAService");
+  state.InvoiceService = make("InvoiceService");
+  state.PriceAndAvailabilityService = make("PriceAndAvailabilityService");
+  state.PrintingService = make("PrintingService");
+  state.SubmittalService = make("SubmittalService");
+  state.SalesInstrumentService = make("SalesInstrumentService");
+}
+
+}  // namespace
+
+std::shared_ptr<HTTPTransport> BVConnectorObject::HTTPTransportObject() const {
+  return session().Transport();
+}
+
+void BVConnectorObject::UsingTorvexDAL(bool value) {
+  session().UsingTorvexDAL = value;
+}
+bool BVConnectorObject::UsingTorvexDAL() const {
+  return session().UsingTorvexDAL;
+}
+
+void BVConnectorObject::AllowDisabledDALMethods(bool value) {
+  session().AllowDisabledDALMethods = value;
+}
+bool BVConnectorObject::AllowDisabledDALMethods() const {
+  return session().AllowDisabledDALMethods;
+}
+
+void BVConnectorObject::UseDALSave(bool value) {
+  session().UseDALSave = value;
+}
+bool BVConnectorObject::UseDALSave() const {
+  return session().UseDALSave;
+}
+
+bool BVConnectorObject::SendDALMessageToLog(std::string_view evalMethod,
+                                            std::string_view evalMessage) const {
+  return Global::DALMessageToLog(evalMethod, evalMessage);
+}
+
+bool BVConnectorObject::IsDALDisabled(std::string_view evalMethod,
+                                      std::string_view evalService) const {
+  return Global::isDALMethodDisabled(evalMethod, evalService);
+}
+
+void BVConnectorObject::GetDisabledDALServices(std::string_view value) {
+  session().DisabledDALServices = value;
+}
+std::string BVConnectorObject::GetDisabledDALServices() const {
+  return session().DisabledDALServices;
+}
+
+void BVConnectorObject::DALUrl(std::string_view value) {
+  session().DALUrl = value;
+}
+std::string BVConnectorObject::DALUrl() const {
+  return session().DALUrl;
+}
+
+void BVConnectorObject::UserName(std::string_view value) {
+  session().UserName = value;
+}
+void BVConnectorObject::Password(std::string_view value) {
+  session().Password = value;
+}
+void BVConnectorObject::AppVer(std::string_view value) {
+  session().AppVer = value;
+}
+void BVConnectorObject::SalesOrg(std::string_view value) {
+  session().SalesOrg = value;
+}
+
+std::shared_ptr<ServiceObject> BVConnectorObject::SearchService() const {
+  const auto& object = session().HeartBeatService;
+  if (object && !object->offers("SearchService")) {
+    throw Error(error_numbers::kTypeMismatch, "BVConn",
+                "the heart beat service object does not offer the interface SearchService");
+  }
+  return object;
+}
+
+#define BVCONN_SERVICE_GETTER(name)                                \
+  std::shared_ptr<ServiceObject> BVConnectorObject::name() const { \
+    return session().name;                                         \
+  }
+BVCONN_SERVICE_GETTER(AuthenticationService)
+BVCONN_SERVICE_GETTER(SummaryService)
+BVCONN_SERVICE_GETTER(HeartBeatService)
+BVCONN_SERVICE_GETTER(ProjectService)
+BVCONN_SERVICE_GETTER(QuoteService)
+BVCONN_SERVICE_GETTER(OrderService)
+BVCONN_SERVICE_GETTER(MaintenanceService)
+BVCONN_SERVICE_GETTER(InventoryInquiryService)
+BVCONN_SERVICE_GETTER(RMAService)
+BVCONN_SERVICE_GETTER(InvoiceService)
+BVCONN_SERVICE_GETTER(PriceAndAvailabilityService)
+BVCONN_SERVICE_GETTER(PrintingService)
+BVCONN_SERVICE_GETTER(SubmittalService)
+BVCONN_SERVICE_GETTER(SalesInstrumentService)
+#undef BVCONN_SERVICE_GETTER
+
+void BVConnectorObject::InitTorvexDAL(std::string_view dal_server_url) {
+  try {
+    auto& state = session();
+    state.DALUrl = dal_server_url;
+    make_service_objects(state);
+    const dal::AuthenticationService authentication(state.AuthenticationService);
+    authentication.SetServerUrl(state.DALUrl);
+    const std::string_view country = state.SalesOrg == kCanadianSalesOrg ? "CAN" : "US";
+    authentication.Login(state.UserName, state.Password, state.AppVer, country);
+    GetDisabledDALServices(authentication.GetDisabledServices());
+  } catch (const Error&) {
+    // Deliberate: the application goes on by SOAP, and nothing is reported to it.
+  }
+}
+
+void BVConnectorObject::UseTorvexDAL() {
+  try {
+    session().UsingTorvexDAL = true;
+    session().UseDALSave = true;
+    UsingTorvexDAL(true);
+  } catch (const Error& error) {
+    platform::current().message_box()->show("Init Torvex DAL",
+                                            "UseTorvexDAL error:" + error.description);
+  }
+}
+
+}  // namespace bvconn

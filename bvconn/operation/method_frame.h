@@ -1,0 +1,158 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "bvconn/core/logging.h"
+#include "bvconn/core/transport.h"
+#include "bvconn/dal/dal_switch.h"
+#include "bvconn/operation/catalogues.h"
+#include "bvconn/operation/tails.h"
+#include "bvconn/platform/soap/soap_envelope.h"
+#include "bvconn/platform/soap/variant.h"
+
+namespace bvconn {
+
+using MethodRow = std::string (BVMethods::*)() const;
+using ServiceRow = std::string (BVServices::*)() const;
+
+/// What an operation is, apart from its body. A block states only what departs from the default.
+struct Operation {
+  LogBlock log;
+  /// The catalogue row of the wire name, or the wire name itself where no row has it.
+  MethodRow method = nullptr;
+  std::string_view wire = {};
+  /// The row of the URN: the method's namespace and, as a rule, the SOAPAction.
+  ServiceRow service = nullptr;
+  /// The row of the SOAPAction, where that is another one.
+  ServiceRow soap_action = nullptr;
+  /// The row that the route is asked with, where that is another one.
+  MethodRow route_method = nullptr;
+  Tail tail = Tail::kPlain;
+  /// The fault codes that `Tail::kFaultCode` maps, in the order in which they are compared.
+  std::span<const FaultRow> faults = {};
+};
+
+/// What a call works with that is not its own.
+struct CallContext {
+  /// The envelope to work on; an empty reference for one of the call's own.
+  SoapEnvelope envelope = {};
+  /// The catalogues of the connector object; null for the session's.
+  const Catalogues* catalogues = nullptr;
+};
+
+/// One call of an operation: what its body works with. Its tail reads the envelope as the body left
+/// it.
+class Call {
+ public:
+  explicit Call(const Operation& operation, CallContext context = {});
+
+  /// The wire name and the URN; looked up at first use.
+  const std::string& method();
+  const std::string& service();
+  /// Chooses the service at run time; may be "".
+  void service(std::string urn);
+
+  /// Whether the call takes the data access layer route: the method is not disabled there, the
+  /// route is on, and what the operation asks besides holds too.
+  bool takes_dal(bool and_also = true);
+  dal::Services dal() const { return {}; }
+
+  /// Fills the envelope through `getEnvelope`, whose log lines are written, and gives the
+  /// parameters.
+  SoapNodes& getEnvelope(std::string_view aSessionID);
+  /// Fills the envelope by hand: the same content without log lines, and an encoding style if any.
+  SoapNodes& envelope(std::string_view aSessionID, std::string_view encoding_style = {});
+  /// Fills the envelope without a `userID`.
+  SoapNodes& envelope_without_session();
+  /// The envelope as it stands.
+  const SoapEnvelope& envelope();
+  SoapNodes& parameters() { return envelope().Parameters(); }
+  /// The request as text, as it would be sent.
+  std::string request_text() { return envelope().Serialize(); }
+
+  /// Sends with `sendXML`; the envelope then holds the reply. A time-out of 0 is the default one.
+  Call& send(std::string_view aServerURL, std::int32_t timeout = 0);
+  /// As `send`, under a SOAPAction that no row has.
+  Call& send_as(std::string_view soap_action, std::string_view aServerURL);
+  /// Sends with `getHTTPTransport` and `getResponseEnvelope`: default time-out, no timing line.
+  Call& exchange(std::string_view aServerURL);
+  /// A request in text form, around XML of the caller's that goes in as it stands.
+  std::string literal_request(std::string_view aSessionID, std::string_view xml);
+  /// Sends ready text on `transport` and reads the reply into the envelope.
+  Call& exchange_text(HTTPTransport& transport, std::string_view aServerURL, std::string_view text);
+  /// Reads the text that a service object gave into the envelope.
+  Call& parse(std::string text);
+
+  /// The first parameter of the reply; fails with 0x80044204 where there is none.
+  SoapNode first();
+  /// Its value, as it came or as text.
+  Variant value() { return first().Value(); }
+  std::string text() { return to_text(value()); }
+
+  /// Gives the error line a method name made at run time.
+  void error_name(std::string name) { error_name_ = std::move(name); }
+
+  // The frame's own steps.
+  void enter() { log_enter(operation_.log); }
+  void exit() { log_exit(operation_.log); }
+  void tail(Error& error);
+
+ private:
+  std::string soap_action();
+  std::string look_up(MethodRow row) const;
+  std::string look_up(ServiceRow row) const;
+
+  const Operation& operation_;
+  SoapEnvelope envelope_;
+  const Catalogues* catalogues_;
+  std::string method_;
+  std::string service_;
+  bool method_known_ = false;
+  bool service_known_ = false;
+  std::string error_name_;
+};
+
+/// The shape of nearly every operation: enter line, body, exit line, and the operation's tail when
+/// an error is raised anywhere on the way.
+template <class Body>
+auto ConnectorMethodFrame(const Operation& operation, CallContext context, Body&& body)
+    -> std::invoke_result_t<Body, Call&> {
+  using Result = std::invoke_result_t<Body, Call&>;
+  Call call(operation, std::move(context));
+  try {
+    call.enter();
+    if constexpr (std::is_void_v<Result>) {
+      body(call);
+      call.exit();
+    } else {
+      Result result = body(call);
+      call.exit();
+      return result;
+    }
+  } catch (Error& error) {
+    call.tail(error);
+    // Only a tail that swallows gets here: the operation returns as if nothing had happened.
+    return Result();
+  }
+}
+
+template <class Body>
+auto ConnectorMethodFrame(const Operation& operation, Body&& body)
+    -> std::invoke_result_t<Body, Call&> {
+  return ConnectorMethodFrame(operation, CallContext(), std::forward<Body>(body));
+}
+
+/// For the classes that hold catalogues of their own.
+template <class Body>
+auto ConnectorMethodFrame(const Operation& operation, const Catalogues& catalogues, Body&& body)
+    -> std::invoke_result_t<Body, Call&> {
+  return ConnectorMethodFrame(operation, CallContext{.catalogues = &catalogues},
+                              std::forward<Body>(body));
+}
+
+}  // namespace bvconn

@@ -1,0 +1,155 @@
+#include <unistd.h>
+
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <ctime>
+
+#include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/conversions/text.h"
+#include "bvconn/platform/files.h"
+#include "bvconn/platform/logging/append_file.h"
+#include "bvconn/platform/logging/session_logger.h"
+
+namespace bvconn {
+
+SessionLogger::~SessionLogger() = default;
+
+namespace {
+
+/// The bit of the mask that text lines without a level hang on.
+constexpr std::int32_t kInfoBit = 8;
+
+/// "24" or "0x18"; anything else asks for nothing.
+std::int32_t mask_of(std::string_view text) {
+  int base = 10;
+  if (text.starts_with("0x") || text.starts_with("0X")) {
+    text.remove_prefix(2);
+    base = 16;
+  }
+  std::uint32_t bits = 0;
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, bits, base);
+  return result.ec == std::errc() && result.ptr == end ? static_cast<std::int32_t>(bits) : 0;
+}
+
+std::string path_of(const char* variable, std::string_view name) {
+  std::string path = detail::environment(variable);
+  return path.empty() ? detail::user_file("XDG_STATE_HOME", ".local/state", name) : path;
+}
+
+/// "2007-01-05T10:11:12.250+0100": local time, with what it takes to compare it with a server's.
+void append_now(std::string& line) {
+  const auto now = std::chrono::system_clock::now();
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+  const auto milliseconds =
+      std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
+  std::tm fields{};
+  localtime_r(&seconds, &fields);
+  std::array<char, 32> buffer;
+  line.append(buffer.data(),
+              std::strftime(buffer.data(), buffer.size(), "%Y-%m-%dT%H:%M:%S.", &fields));
+  line.append(std::to_string(1000 + milliseconds), 1);
+  line.append(buffer.data(), std::strftime(buffer.data(), buffer.size(), "%z", &fields));
+}
+
+class FileLogger final : public SessionLogger {
+ public:
+  FileLogger()
+      : mask_(mask_of(detail::environment("BVCONN_LOG_MASK"))),
+        log_path_(path_of("BVCONN_LOG_FILE", "bvconn/bvconn.log")),
+        trace_path_(path_of("BVCONN_TRACE_FILE", "bvconn/traffic.log")) {}
+
+  // Who asks for a path is going to write there, and not everybody makes folders.
+  std::string LogFilePath() override {
+    detail::make_folders_of(log_path_);
+    return log_path_;
+  }
+  std::string TracingFilePath() override {
+    detail::make_folders_of(trace_path_);
+    return trace_path_;
+  }
+  std::int32_t LogMask() override { return mask_; }
+
+  void LogError(std::string_view cls, std::string_view method, const Error& error,
+                std::int32_t line) override {
+    std::string text = hex_number(error.number) + " " + error.source + ": " + error.description;
+    if (line != 0) {
+      text.append(" (line ").append(std::to_string(line)).append(")");
+    }
+    write("ERROR", cls, method, text);
+  }
+
+  void LogWarning(std::string_view cls, std::string_view method, std::string_view text,
+                  std::int32_t code) override {
+    write("WARNING", cls, method, with_code(text, code));
+  }
+
+  void LogInfo(std::string_view cls, std::string_view method, std::string_view text,
+               std::int32_t code) override {
+    if ((mask_ & kInfoBit) != 0) {
+      write("INFO", cls, method, with_code(text, code));
+    }
+  }
+
+  void LogAtLevel(std::int32_t level, std::string_view cls, std::string_view method,
+                  std::string_view text, std::int32_t code) override {
+    if (is_in_force(level)) {
+      write("LEVEL" + std::to_string(level), cls, method, with_code(text, code));
+    }
+  }
+
+  void EnterMethod(std::string_view cls, std::string_view method, std::int32_t level) override {
+    if (is_in_force(level)) {
+      write("ENTER", cls, method, "");
+    }
+  }
+
+  void ExitMethod(std::string_view cls, std::string_view method, std::int32_t level) override {
+    if (is_in_force(level)) {
+      write("EXIT", cls, method, "");
+    }
+  }
+
+ private:
+  bool is_in_force(std::int32_t level) const {
+    return level == 0 ? mask_ != 0 : (mask_ & level) != 0;
+  }
+
+  static std::string with_code(std::string_view text, std::int32_t code) {
+    std::string result(text);
+    if (code != 0) {
+      result.append(" (code ").append(std::to_string(code)).append(")");
+    }
+    return result;
+  }
+
+  void write(std::string_view kind, std::string_view cls, std::string_view method,
+             std::string_view text) const {
+    std::string line;
+    line.reserve(64 + cls.size() + method.size() + text.size());
+    append_now(line);
+    line.append(" [").append(std::to_string(::gettid())).append("] ").append(kind);
+    for (const std::string_view part : {cls, method, text}) {
+      if (!part.empty()) {
+        line.push_back(' ');
+        detail::append_escaped(line, part);
+      }
+    }
+    line.push_back('\n');
+    // A log that cannot be written must not fail the call that it tells of.
+    try_append_to_file(log_path_, line);
+  }
+
+  std::int32_t mask_;
+  std::string log_path_;
+  std::string trace_path_;
+};
+
+}  // namespace
+
+std::shared_ptr<SessionLogger> make_file_logger() {
+  return std::make_shared<FileLogger>();
+}
+
+}  // namespace bvconn

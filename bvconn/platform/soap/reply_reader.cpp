@@ -1,0 +1,125 @@
+#include "bvconn/platform/soap/reply_reader.h"
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "bvconn/platform/conversions/text.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/soap/node_data.h"
+#include "bvconn/platform/soap/soap_uris.h"
+#include "bvconn/platform/soap/tree_builder.h"
+#include "bvconn/platform/xml/xml_encoding.h"
+#include "bvconn/platform/xml/xml_error.h"
+#include "bvconn/platform/xml/xml_reader.h"
+
+namespace bvconn::detail {
+
+namespace {
+
+constexpr std::string_view kSource = "SoapEnvelope";
+
+[[noreturn]] void not_an_envelope(const std::string& description) {
+  throw Error(error_numbers::kNotASoapEnvelope, kSource, description);
+}
+
+/// Slices count in 32 bits.
+void check_size(const std::string& utf8) {
+  if (utf8.size() < UINT32_MAX) return;
+  throw xml::ReadError(xml::Problem::limit, {}, "the document is larger than 4 GiB");
+}
+
+bool is_envelope_part(const NodeData& node, std::string_view name) {
+  return name_of(node) == name && namespace_of(node) == kEnvelopeUri;
+}
+
+NodeData* find_part(const NodeData& envelope, std::string_view name) {
+  for (NodeData* child : children_of(envelope)) {
+    if (is_envelope_part(*child, name)) return child;
+  }
+  return nullptr;
+}
+
+void check_envelope(const NodeData& root) {
+  if (is_envelope_part(root, "Envelope")) return;
+  const auto uri = namespace_of(root);
+  if (name_of(root) != "Envelope" || !uri.ends_with("/soap-envelope")) {
+    std::string found = "the document element is " + shown(name_of(root));
+    if (!uri.empty()) found += " in the namespace " + shown(uri);
+    not_an_envelope("The reply is not a SOAP 1.1 envelope: " + found);
+  }
+  not_an_envelope("The reply is an envelope of SOAP 1.2 (" + std::string(uri) +
+                  "); only SOAP 1.1 is understood");
+}
+
+/// The first child of the Body, but for those that say of themselves that they are only referred
+/// to.
+NodeData* method_element(const NodeData& body, const TreeBuilder& builder) {
+  const auto children = children_of(body);
+  for (NodeData* child : children) {
+    if (!builder.is_marked_no_root(child)) return child;
+  }
+  return children.empty() ? nullptr : children.front();
+}
+
+Reply reply_in(const TreeBuilder& builder) {
+  const NodeData& root = *builder.root();
+  check_envelope(root);
+  const NodeData* body = find_part(root, "Body");
+  if (body == nullptr) not_an_envelope("The reply is not a SOAP 1.1 envelope: it has no Body");
+  NodeData* header = find_part(root, "Header");
+  NodeData* method = method_element(*body, builder);
+  Reply reply;
+  reply.headers = SoapAccess::nodes(header != nullptr ? NodeRef(header) : make_node("Header"));
+  reply.parameters = SoapAccess::nodes(method != nullptr ? NodeRef(method) : make_node("Body"));
+  reply.encoding_style = builder.encoding_style();
+  if (method != nullptr) {
+    reply.method = name_of(*method);
+    reply.name_space = namespace_of(*method);
+    reply.is_fault = is_envelope_part(*method, "Fault");
+  }
+  return reply;
+}
+
+Reply read_envelope(std::string bytes, std::string_view encoding) {
+  auto tree = std::make_unique<Tree>();
+  tree->buffer = xml::to_utf8(std::move(bytes), encoding);
+  check_size(tree->buffer);
+  TreeBuilder builder(*tree, TreeBuilder::Form::kEnvelope);
+  xml::parse(tree->buffer, {}, builder);
+  check_envelope(*builder.root());
+  builder.resolve_references();
+  const NodeRef keep(builder.root());
+  static_cast<void>(tree.release());  // its nodes keep it from here on
+  return reply_in(builder);
+}
+
+}  // namespace
+
+SoapNode read_document(std::string utf8) {
+  auto tree = std::make_unique<Tree>();
+  tree->buffer = std::move(utf8);
+  check_size(tree->buffer);
+  TreeBuilder builder(*tree, TreeBuilder::Form::kDocument);
+  xml::parse(tree->buffer, {}, builder);
+  SoapNode root = SoapAccess::node(NodeRef(builder.root()));
+  static_cast<void>(tree.release());
+  return root;
+}
+
+Reply read_reply(std::string bytes, std::string_view encoding) {
+  if (bytes.empty()) {
+    throw Error(error_numbers::kNotWellFormed, kSource, "The reply is empty");
+  }
+  try {
+    return read_envelope(std::move(bytes), encoding);
+  } catch (const xml::ReadError& error) {
+    const bool limit = error.problem == xml::Problem::limit;
+    throw Error(limit ? error_numbers::kSoapLimit : error_numbers::kNotWellFormed, kSource,
+                (limit ? "The reply passes a limit: " : "The reply is not well-formed XML: ") +
+                    error.message);
+  }
+}
+
+}  // namespace bvconn::detail

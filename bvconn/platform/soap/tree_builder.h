@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "bvconn/platform/soap/node_data.h"
+#include "bvconn/platform/xml/xml_reader.h"
+
+namespace bvconn::detail {
+
+/// Makes the nodes of a tree out of what the reader finds in its buffer.
+///
+/// Each element becomes one node; at its end the pointers to its children, which waited on a stack,
+/// are put side by side into the tree's blocks.
+class TreeBuilder {
+ public:
+  enum class Form {
+    kDocument,  ///< plain XML
+    kEnvelope,  ///< `id`, `href` and `faultcode` have their meaning
+  };
+
+  TreeBuilder(Tree& tree, Form form);
+
+  // What the reader calls.
+  void start_element(const xml::Name& name, std::span<const xml::Attribute> attributes,
+                     const xml::Scope& scope);
+  void text(std::string_view text);
+  void end_element(const xml::Scope& scope);
+
+  NodeData* root() const { return root_; }
+  /// Whether the children of the Body that are no parameters are marked as such
+  /// (`SOAP-ENC:root="0"`).
+  bool is_marked_no_root(const NodeData* node) const;
+  /// The encodingStyle that holds for the Body's first element.
+  std::string_view encoding_style() const { return encoding_style_; }
+  /// Links each `href` to its target. Fails with 0x80044206 for one without a target and for nodes
+  /// that contain themselves.
+  void resolve_references();
+
+ private:
+  /// What an array says of its items: the qualified name, with `[]` behind for arrays of arrays.
+  struct ItemType {
+    std::string_view name;
+    std::string_view uri;
+  };
+  /// An element that is open.
+  struct Frame {
+    NodeData* node = nullptr;
+    std::size_t first_child = 0;  ///< on the stack of waiting nodes
+    ItemType items;
+    std::string_view href;
+    bool is_qualified_name = false;
+    bool is_nil = false;
+  };
+  struct Identified {
+    std::string_view id;
+    NodeData* node;
+  };
+
+  Slice slice(std::string_view part) const;
+  NodeData* new_node();
+  void read_attribute(Frame& frame, const xml::Attribute& attribute, const xml::Scope& scope);
+  void read_type(Frame& frame, std::string_view value, const xml::Scope& scope);
+  void read_array_type(Frame& frame, std::string_view value, const xml::Scope& scope);
+  void take_implied_type(Frame& frame, const xml::Name& name);
+  void note_encoding_style(std::string_view style);
+  void set_items(Frame& frame, ItemType items);
+  void make_qualified(NodeData& node, const xml::Scope& scope);
+  bool is_fault_code() const;
+  void fill(Frame& frame, const xml::Scope& scope);
+  bool take_children(NodeData& node, std::size_t first_child);
+  NodeData* target_of(std::string_view id) const;
+  void check_cycles() const;
+
+  Tree& tree_;
+  const char* buffer_;
+  std::size_t buffer_size_;
+  Form form_;
+  NodeData* root_ = nullptr;
+  std::vector<Frame> open_;
+  std::vector<NodeData*> waiting_;
+  std::vector<Identified> identified_;
+  std::vector<Identified> references_;
+  std::vector<const NodeData*> no_roots_;
+  std::string_view encoding_style_;
+};
+
+}  // namespace bvconn::detail

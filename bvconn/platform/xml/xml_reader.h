@@ -1,0 +1,206 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bvconn/platform/xml/xml_error.h"
+#include "bvconn/platform/xml/xml_scope.h"
+
+namespace bvconn::detail::xml {
+
+/// The name of an element. `uri` is "" for a name in no namespace.
+struct Name {
+  std::string_view prefix;
+  std::string_view local;
+  std::string_view uri;
+};
+
+/// An attribute. A namespace declaration is one too, with `kXmlnsUri`: `xmlns:p="u"` has the prefix
+/// "xmlns" and the local name "p", `xmlns="u"` no prefix and the local name "xmlns".
+struct Attribute {
+  std::string_view prefix;
+  std::string_view local;
+  std::string_view uri;
+  std::string_view value;
+  bool is_namespace_declaration = false;
+};
+
+struct Limits {
+  std::size_t depth = 10'000;       ///< elements open at one time
+  std::size_t attributes = 10'000;  ///< attributes of one element, namespace declarations included
+};
+
+/// What the reader came upon.
+enum class Token { start_element, end_element, text, comment, instruction, end_of_document };
+
+/// Reads a document in UTF-8, in one pass and in place: whatever it gives out is a slice of the
+/// buffer (or a constant), and stays valid as long as the buffer stays where it is. References and
+/// line ends are resolved by overwriting the buffer, so afterwards it is no longer the document.
+///
+/// The rules are those of XML 1.0 (fifth edition) and Namespaces in XML 1.0, without exception but
+/// for two: a document type declaration is an error, and any version 1.x is read as 1.0. A
+/// byte-order mark in front is skipped. The encoding that the XML declaration names is checked as a
+/// word only: see xml_encoding.h.
+class Reader {
+ public:
+  struct Wanted {
+    bool comments = false;
+    bool instructions = false;
+  };
+
+  /// The buffer must neither move nor change, but through the reader, as long as slices are used.
+  Reader(std::string& buffer, const Limits& limits, Wanted wanted);
+
+  /// Goes on to the next thing. Throws `ReadError`; then the reader is of no further use.
+  Token next();
+
+  // What `next` came upon; valid until it is called again (the slices: as long as the buffer).
+  const Name& name() const noexcept { return name_; }                             // start_element
+  std::span<const Attribute> attributes() const noexcept { return attributes_; }  // start_element
+  const Scope& scope() const noexcept { return scope_; }    // start_element, end_element
+  std::string_view text() const noexcept { return text_; }  // text, comment, data of instruction
+  std::string_view target() const noexcept { return target_; }  // instruction
+
+ private:
+  struct OpenElement {
+    std::string_view qualified_name;
+    std::size_t scope_mark;
+  };
+  /// A stretch of the buffer that was overwritten, and what it held before: how many line ends, and
+  /// how many characters after the last of them. All else is as it was given; so the place of an
+  /// error can be reported afterwards, and lines need not be counted on the way.
+  struct Overwritten {
+    const char* begin;
+    const char* end;
+    std::size_t line_ends;
+    std::size_t columns;
+  };
+  /// Character data while its pieces are put together; [begin, out) is what is kept so far.
+  struct Run {
+    char* begin;
+    char* out;
+  };
+
+  void begin_document();
+  char* xml_declaration(char* at);
+  bool declares(char*& at, std::string_view word, std::string_view& value);
+  Token outside_root();
+  Token content();
+  Token mixed_content(Run run, char* at);
+  Token text_until(Run run, char* at);
+  Token start_tag(char* at);
+  Token end_tag(char* at);
+  Token comment(char* at);
+  Token instruction(char* at);
+
+  char* qualified_name(char* at, std::string_view& prefix, std::string_view& local);
+  char* ncname(char* at);
+  char* ncname_beyond_ascii(char* at);
+  char* attributes_of_tag(char* at);
+  char* attribute(char* at);
+  char* value(char* at, std::string_view& value);
+  char* normalised_value(char* begin, char* at, char quote, std::string_view& value);
+  char* reference(char* at, char*& out);
+  char* character_reference(char* at, char*& out);
+  char* cdata_section(char* at, Run& run);
+  char* comment_end(char* at);
+  char* instruction_end(char* at);
+  void keep(Run& run, char* piece, char* piece_end);
+  char* normalise_line_ends(char* begin, char* end);
+
+  void declare_namespace(const Attribute& declaration);
+  void resolve_names();
+  void check_duplicates();
+  void check_many_duplicates();
+  void open_element(char* begin);
+  void leave_element();
+
+  void will_overwrite(const char* from, const char* to);
+  Position position(const char* at) const;
+  [[noreturn]] void fail(const char* at, std::string_view what) const;
+  [[noreturn]] void fail_unreadable() const;
+  [[noreturn]] void fail_unexpected(const char* at, std::string_view wanted) const;
+  [[noreturn]] void fail_depth(const char* at) const;
+  [[noreturn]] void fail_attributes(const char* at) const;
+  [[noreturn]] void fail_undeclared(std::string_view prefix) const;
+  [[noreturn]] void fail_markup(const char* at) const;
+  [[noreturn]] void fail_end_tag(char* at);
+  [[noreturn]] void fail_duplicate(const Attribute& a, const Attribute& b) const;
+
+  char* begin_;
+  const char* document_ = nullptr;  ///< where lines count from: behind a byte-order mark
+  char* at_;
+  /// The end of the buffer, or the first byte that no document can hold; a NUL stands here.
+  char* end_;
+  char* buffer_end_;
+  char unreadable_ = '\0';
+  bool is_cut_ = false;
+  bool began_ = false;
+  bool has_root_ = false;
+  bool is_empty_element_ = false;
+  Token last_ = Token::end_of_document;
+  Limits limits_;
+  Wanted wanted_;
+
+  Name name_;
+  std::vector<Attribute> attributes_;
+  std::string_view text_;
+  std::string_view target_;
+  Scope scope_;
+  std::vector<OpenElement> open_;
+  std::vector<Overwritten> overwritten_;
+  bool has_prefixed_attributes_ = false;
+};
+
+/// Reads a document from its first to its last byte and tells `sink` what it holds:
+///
+///     void start_element(const Name&, std::span<const Attribute>, const Scope&);
+///     void text(std::string_view);
+///     void end_element(const Scope&);
+///     void comment(std::string_view);                        // may be left out
+///     void instruction(std::string_view target, std::string_view data);  // may be left out
+///
+/// `text` is called once for each maximal run of character data, never with an empty one:
+/// references, CDATA sections, and comments and instructions for which the sink has no function do
+/// not part a run. `Scope` is that of the element, its own declarations included, at its start as
+/// at its end. Names, values and texts stay valid with the buffer, the references to `Name`,
+/// `Attribute` and `Scope` during the call only. Mind that a short `std::string` moves its text
+/// when it is moved: put the buffer where it will stay, then parse.
+///
+/// Throws `ReadError`, and lets pass what the sink throws.
+template <class Sink>
+void parse(std::string& buffer, const Limits& limits, Sink& sink) {
+  constexpr bool kTellsComments = requires(std::string_view text) {
+    sink.comment(text);
+  };
+  constexpr bool kTellsInstructions = requires(std::string_view text) {
+    sink.instruction(text, text);
+  };
+  Reader reader(buffer, limits, {.comments = kTellsComments, .instructions = kTellsInstructions});
+  for (;;) {
+    switch (reader.next()) {
+      case Token::start_element:
+        sink.start_element(reader.name(), reader.attributes(), reader.scope());
+        break;
+      case Token::end_element:
+        sink.end_element(reader.scope());
+        break;
+      case Token::text:
+        sink.text(reader.text());
+        break;
+      case Token::comment:
+        if constexpr (kTellsComments) sink.comment(reader.text());
+        break;
+      case Token::instruction:
+        if constexpr (kTellsInstructions) sink.instruction(reader.target(), reader.text());
+        break;
+      case Token::end_of_document:
+        return;
+    }
+  }
+}
+
+}  // namespace bvconn::detail::xml

@@ -1,0 +1,68 @@
+#include "bvconn/platform/xml/xml_scope.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace bvconn::detail::xml {
+namespace {
+
+// From this size on equal namespaces are made one slice. Otherwise two very long ones, declared
+// once and compared for each element, would make reading quadratic.
+constexpr std::size_t kLongUri = 256;
+
+}  // namespace
+
+int compare_uris(std::string_view a, std::string_view b) noexcept {
+  if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
+  if (a.data() == b.data()) return 0;
+  if (a.size() < kLongUri) return a.compare(b);
+  return std::less<>()(a.data(), b.data()) ? -1 : 1;
+}
+
+Scope::Scope() : slots_{{"", ""}, {"xml", kXmlUri}} {}
+
+std::size_t Scope::find(std::string_view prefix) const noexcept {
+  if (last_found_ < slots_.size() && slots_[last_found_].prefix == prefix) return last_found_;
+  const std::size_t in_turn = std::min(slots_.size(), kSearchedInTurn);
+  for (std::size_t i = 0; i < in_turn; ++i) {
+    if (slots_[i].prefix == prefix) return last_found_ = i;
+  }
+  if (const auto other = others_.find(prefix); other != others_.end()) {
+    return last_found_ = other->second;
+  }
+  return kNoSlot;
+}
+
+std::optional<std::string_view> Scope::lookup(std::string_view prefix) const noexcept {
+  const std::size_t slot = find(prefix);
+  if (slot == kNoSlot) return std::nullopt;
+  return slots_[slot].uri;
+}
+
+void Scope::declare(std::string_view prefix, std::string_view uri) {
+  if (uri.size() >= kLongUri) uri = *long_uris_.insert(uri).first;
+  std::size_t slot = find(prefix);
+  const bool is_new = slot == kNoSlot;
+  if (is_new) {
+    slot = slots_.size();
+    slots_.push_back({prefix, uri});
+    if (slot >= kSearchedInTurn) others_.emplace(prefix, slot);
+  }
+  declarations_.push_back({slot, is_new, slots_[slot].uri});
+  slots_[slot].uri = uri;
+}
+
+void Scope::forget(std::size_t mark) noexcept {
+  while (declarations_.size() > mark) {
+    const Declaration& last = declarations_.back();
+    if (last.made_slot) {
+      if (last.slot >= kSearchedInTurn) others_.erase(slots_[last.slot].prefix);
+      slots_.pop_back();
+    } else {
+      slots_[last.slot].uri = last.hidden_uri;
+    }
+    declarations_.pop_back();
+  }
+}
+
+}  // namespace bvconn::detail::xml
