@@ -1,42 +1,36 @@
 #include "bvconn/operation/method_frame.h"
 
 #include "bvconn/core/envelope.h"
+#include "bvconn/core/session_state.h"
 
 namespace bvconn {
+namespace {
+
+std::string look_up(MethodRow row) {
+  return (session().Methods().*row)();
+}
+std::string look_up(ServiceRow row) {
+  return (session().Services().*row)();
+}
+
+}  // namespace
 
 Call::Call(const Operation& operation, CallContext context)
     : operation_(operation),
-      envelope_(std::move(context.envelope)),
-      catalogues_(context.catalogues) {}
-
-std::string Call::look_up(MethodRow row) const {
-  return ((catalogues_ != nullptr ? catalogues_->Methods : session().Methods()).*row)();
-}
-
-std::string Call::look_up(ServiceRow row) const {
-  return ((catalogues_ != nullptr ? catalogues_->Services : session().Services()).*row)();
-}
+      url_(context.url),
+      session_id_(context.session_id),
+      envelope_(std::move(context.envelope)) {}
 
 const std::string& Call::method() {
-  if (!method_known_) {
-    method_ =
-        operation_.method != nullptr ? look_up(operation_.method) : std::string(operation_.wire);
-    method_known_ = true;
+  if (method_.empty()) {
+    method_ = operation_.method != nullptr ? look_up(operation_.method) : std::string(operation_.wire);
   }
   return method_;
 }
 
 const std::string& Call::service() {
-  if (!service_known_) {
-    if (operation_.service != nullptr) service_ = look_up(operation_.service);
-    service_known_ = true;
-  }
+  if (service_.empty() && operation_.service != nullptr) service_ = look_up(operation_.service);
   return service_;
-}
-
-void Call::service(std::string urn) {
-  service_ = std::move(urn);
-  service_known_ = true;
 }
 
 bool Call::takes_dal(bool and_also) {
@@ -47,20 +41,30 @@ bool Call::takes_dal(bool and_also) {
   return !disabled && session().UsingTorvexDAL && and_also;
 }
 
-SoapNodes& Call::getEnvelope(std::string_view aSessionID) {
-  envelope_ = Global::getEnvelope(method(), service(), aSessionID);
-  return envelope_.Parameters();
+Call& Call::getEnvelope() {
+  envelope_ = Global::getEnvelope(method(), service(), session_id_);
+  return *this;
 }
 
-SoapNodes& Call::envelope(std::string_view aSessionID, std::string_view encoding_style) {
-  Global::create_user_id(envelope(), aSessionID);
+Call& Call::request(std::string_view encoding_style) {
+  Global::create_user_id(envelope(), session_id_);
   if (!encoding_style.empty()) envelope_.EncodingStyle(encoding_style);
-  return envelope_without_session();
+  return request_without_session();
 }
 
-SoapNodes& Call::envelope_without_session() {
+Call& Call::request_without_session() {
   envelope().SetMethod(method(), service());
-  return envelope_.Parameters();
+  return *this;
+}
+
+Call& Call::add(std::string_view name, const Variant& value, std::string_view type) {
+  parameters().Create(name, value, "", type);
+  return *this;
+}
+
+Call& Call::append(const SoapNode& node) {
+  parameters().Append(node);
+  return *this;
 }
 
 const SoapEnvelope& Call::envelope() {
@@ -68,35 +72,34 @@ const SoapEnvelope& Call::envelope() {
   return envelope_;
 }
 
-std::string Call::soap_action() {
-  return operation_.soap_action != nullptr ? look_up(operation_.soap_action) : service();
-}
-
-Call& Call::send(std::string_view aServerURL, std::int32_t timeout) {
-  Global::sendXML(envelope(), soap_action(), aServerURL, timeout);
-  return *this;
-}
-
-Call& Call::send_as(std::string_view soap_action, std::string_view aServerURL) {
-  Global::sendXML(envelope(), soap_action, aServerURL, 0);
-  return *this;
-}
-
-Call& Call::exchange(std::string_view aServerURL) {
-  const auto transport = Global::getHTTPTransport(soap_action());
-  Global::getResponseEnvelope(envelope(), transport, aServerURL);
-  return *this;
-}
-
-std::string Call::literal_request(std::string_view aSessionID, std::string_view xml) {
-  std::string text = Global::getEnvelopeStart(aSessionID, method(), service());
+std::string Call::literal_request(std::string_view xml) {
+  std::string text = Global::getEnvelopeStart(session_id_, method(), service());
   text.append(xml);
   return text + to_text(Global::getEnvelopeEnd(method()));
 }
 
-Call& Call::exchange_text(HTTPTransport& transport, std::string_view aServerURL,
-                          std::string_view text) {
-  transport.Send(aServerURL, text);
+std::string Call::soap_action() {
+  return operation_.soap_action != nullptr ? look_up(operation_.soap_action) : service();
+}
+
+Call& Call::send(std::int32_t timeout) {
+  Global::sendXML(envelope(), soap_action(), url_, timeout);
+  return *this;
+}
+
+Call& Call::send_as(std::string_view soap_action) {
+  Global::sendXML(envelope(), soap_action, url_, 0);
+  return *this;
+}
+
+Call& Call::exchange() {
+  const auto transport = Global::getHTTPTransport(soap_action());
+  Global::getResponseEnvelope(envelope(), transport, url_);
+  return *this;
+}
+
+Call& Call::exchange_text(HTTPTransport& transport, std::string_view text) {
+  transport.Send(url_, text);
   return parse(transport.Receive("UTF-8"));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -7,10 +8,11 @@
 #include <type_traits>
 #include <utility>
 
+#include "bvconn/catalogues/bv_methods.h"
+#include "bvconn/catalogues/bv_services.h"
 #include "bvconn/core/logging.h"
 #include "bvconn/core/transport.h"
 #include "bvconn/dal/dal_switch.h"
-#include "bvconn/operation/catalogues.h"
 #include "bvconn/operation/tails.h"
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "bvconn/platform/soap/variant.h"
@@ -37,12 +39,13 @@ struct Operation {
   std::span<const FaultRow> faults = {};
 };
 
-/// What a call works with that is not its own.
+/// What a call works with that is not its own. Every frame is given `{aServerURL, aSessionID}` in
+/// this order, whatever the order in the operation's interface.
 struct CallContext {
+  std::string_view url = {};
+  std::string_view session_id = {};
   /// The envelope to work on; an empty reference for one of the call's own.
   SoapEnvelope envelope = {};
-  /// The catalogues of the connector object; null for the session's.
-  const Catalogues* catalogues = nullptr;
 };
 
 /// One call of an operation: what its body works with. Its tail reads the envelope as the body left
@@ -55,36 +58,50 @@ class Call {
   const std::string& method();
   const std::string& service();
   /// Chooses the service at run time; may be "".
-  void service(std::string urn);
+  void service(std::string urn) { service_ = std::move(urn); }
 
   /// Whether the call takes the data access layer route: the method is not disabled there, the
   /// route is on, and what the operation asks besides holds too.
   bool takes_dal(bool and_also = true);
   dal::Services dal() const { return {}; }
 
-  /// Fills the envelope through `getEnvelope`, whose log lines are written, and gives the
-  /// parameters.
-  SoapNodes& getEnvelope(std::string_view aSessionID);
+  // A request: one of these begins it, and what follows adds to it in the order of the wire.
+
+  /// Fills the envelope through `getEnvelope`, whose log lines are written.
+  Call& getEnvelope();
   /// Fills the envelope by hand: the same content without log lines, and an encoding style if any.
-  SoapNodes& envelope(std::string_view aSessionID, std::string_view encoding_style = {});
+  Call& request(std::string_view encoding_style = {});
   /// Fills the envelope without a `userID`.
-  SoapNodes& envelope_without_session();
+  Call& request_without_session();
+
+  /// Adds a parameter. Without a type the `xsi:type` follows from the value.
+  Call& add(std::string_view name, const Variant& value, std::string_view type = {});
+  /// Adds the very node, under its own name.
+  Call& append(const SoapNode& node);
+  /// Adds parameters that the server knows by their place alone: a boolean as "param_bool",
+  /// everything else as "param".
+  template <class... Values>
+  Call& params(const Values&... values) {
+    (add(std::same_as<Values, bool> ? "param_bool" : "param", values), ...);
+    return *this;
+  }
+
   /// The envelope as it stands.
   const SoapEnvelope& envelope();
   SoapNodes& parameters() { return envelope().Parameters(); }
   /// The request as text, as it would be sent.
   std::string request_text() { return envelope().Serialize(); }
+  /// A request in text form, around XML of the caller's that goes in as it stands.
+  std::string literal_request(std::string_view xml);
 
   /// Sends with `sendXML`; the envelope then holds the reply. A time-out of 0 is the default one.
-  Call& send(std::string_view aServerURL, std::int32_t timeout = 0);
+  Call& send(std::int32_t timeout = 0);
   /// As `send`, under a SOAPAction that no row has.
-  Call& send_as(std::string_view soap_action, std::string_view aServerURL);
+  Call& send_as(std::string_view soap_action);
   /// Sends with `getHTTPTransport` and `getResponseEnvelope`: default time-out, no timing line.
-  Call& exchange(std::string_view aServerURL);
-  /// A request in text form, around XML of the caller's that goes in as it stands.
-  std::string literal_request(std::string_view aSessionID, std::string_view xml);
+  Call& exchange();
   /// Sends ready text on `transport` and reads the reply into the envelope.
-  Call& exchange_text(HTTPTransport& transport, std::string_view aServerURL, std::string_view text);
+  Call& exchange_text(HTTPTransport& transport, std::string_view text);
   /// Reads the text that a service object gave into the envelope.
   Call& parse(std::string text);
 
@@ -93,6 +110,9 @@ class Call {
   /// Its value, as it came or as text.
   Variant value() { return first().Value(); }
   std::string text() { return to_text(value()); }
+  // The same of the text that a service object gave.
+  SoapNode first_of(std::string reply) { return parse(std::move(reply)).first(); }
+  std::string text_of(std::string reply) { return parse(std::move(reply)).text(); }
 
   /// Gives the error line a method name made at run time.
   void error_name(std::string name) { error_name_ = std::move(name); }
@@ -104,16 +124,13 @@ class Call {
 
  private:
   std::string soap_action();
-  std::string look_up(MethodRow row) const;
-  std::string look_up(ServiceRow row) const;
 
   const Operation& operation_;
+  std::string_view url_;
+  std::string_view session_id_;
   SoapEnvelope envelope_;
-  const Catalogues* catalogues_;
   std::string method_;
   std::string service_;
-  bool method_known_ = false;
-  bool service_known_ = false;
   std::string error_name_;
 };
 
@@ -145,14 +162,6 @@ template <class Body>
 auto ConnectorMethodFrame(const Operation& operation, Body&& body)
     -> std::invoke_result_t<Body, Call&> {
   return ConnectorMethodFrame(operation, CallContext(), std::forward<Body>(body));
-}
-
-/// For the classes that hold catalogues of their own.
-template <class Body>
-auto ConnectorMethodFrame(const Operation& operation, const Catalogues& catalogues, Body&& body)
-    -> std::invoke_result_t<Body, Call&> {
-  return ConnectorMethodFrame(operation, CallContext{.catalogues = &catalogues},
-                              std::forward<Body>(body));
 }
 
 }  // namespace bvconn

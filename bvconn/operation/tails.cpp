@@ -80,7 +80,7 @@ void apply_tail(Tail tail, const TailContext& context, Error& error) {
       rfq_tail(context, error);
     case Tail::kOverview:
       overview_tail(context, error);
-    case Tail::kPlainUnlogged:
+    case Tail::kThreeValues:
       throw Error(error.number, error.source, error.description);
     case Tail::kSwallow:
       log_error(context.log, error);

@@ -19,9 +19,9 @@ enum class Tail : std::uint8_t {
   kFaultString,  ///< no log; a fault's description becomes the server's text; raise three values
   kRfq,          ///< no log; a fault gets the server's text and a number of its own; raise all five
   kOverview,     ///< log the error with its description emptied; raise without a description
-  kPlainUnlogged,  ///< no log; raise number, source, description
-  kSwallow,        ///< log; the operation returns an empty result
-  kNone,           ///< the error goes to the caller as it is
+  kThreeValues,  ///< no log; raise number, source and description alone
+  kSwallow,      ///< log; the operation returns an empty result
+  kNone,         ///< the error goes to the caller as it is
 };
 
 /// One server fault code that an operation turns into an error of its own.

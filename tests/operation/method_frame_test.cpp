@@ -58,9 +58,8 @@ TEST(MethodFrame, SoapRouteUsesTheServiceAsNamespaceAndSoapActionAndTheDefaultTi
   constexpr Operation kOperation{
       .log = kLog, .method = &BVMethods::GetCountries, .service = &BVServices::PostalService};
   world.reply(envelope_text("r", "<return>R</return>"));
-  const SoapNode node = ConnectorMethodFrame(kOperation, [](Call& call) {
-    call.getEnvelope("S-1").Create("param", "P-2");
-    return call.send("http://h/").first();
+  const SoapNode node = ConnectorMethodFrame(kOperation, {"http://h/", "S-1"}, [](Call& call) {
+    return call.getEnvelope().params("P-2").send().first();
   });
   EXPECT_EQ(node.Value(), Variant("R"));
   const SoapEnvelope sent = SoapEnvelope::make();
@@ -72,6 +71,55 @@ TEST(MethodFrame, SoapRouteUsesTheServiceAsNamespaceAndSoapActionAndTheDefaultTi
                                            "Send \"http://h/\"", "Receive \"UTF-8\""}));
 }
 
+// What a request with the parameters that `fill` adds holds between the method's tags.
+std::string parameters_of(const std::function<void(Call&)>& fill) {
+  constexpr Operation kOperation{.log = kLog, .wire = "m"};
+  const std::string text = ConnectorMethodFrame(kOperation, {"http://h/", "S-1"}, [&](Call& call) {
+    fill(call.request());
+    return call.request_text();
+  });
+  const std::size_t begin = text.find("<m>") + 3;
+  return text.substr(begin, text.find("</m>") - begin);
+}
+
+TEST(Request, IsForTheSessionThatTheFrameWasGivenAndGoesToItsUrl) {
+  RecordingPlatform world;
+  constexpr Operation kOperation{.log = kLog, .wire = "m"};
+  world.reply(envelope_text("r", ""));
+  ConnectorMethodFrame(kOperation, {"http://h/", "S-1"}, [](Call& call) { call.request().send(); });
+  EXPECT_EQ(world.record.transport.at(3), "Send \"http://h/\"");
+  EXPECT_NE(world.sent.at(0).text.find(">S-1</userID>"), std::string::npos)
+      << world.sent.at(0).text;
+}
+
+TEST(Request, WithoutASessionHasNoUserId) {
+  RecordingPlatform world;
+  constexpr Operation kOperation{.log = kLog, .wire = "m"};
+  const std::string text = ConnectorMethodFrame(kOperation, {"http://h/", "S-1"}, [](Call& call) {
+    return call.request_without_session().request_text();
+  });
+  EXPECT_EQ(text.find("userID"), std::string::npos) << text;
+}
+
+TEST(Request, NamesBooleansAmongItsPlacesApart) {
+  RecordingPlatform world;
+  EXPECT_EQ(parameters_of([](Call& call) {
+              call.params("first", true, std::int16_t{3}).params(Variant(false));
+            }),
+            "<param xsi:type=\"xsd:string\">first</param>"
+            "<param_bool xsi:type=\"xsd:boolean\">true</param_bool>"
+            "<param xsi:type=\"xsd:short\">3</param>"
+            "<param xsi:type=\"xsd:boolean\">false</param>");
+}
+
+TEST(Request, TakesParametersInTheOrderOfTheCalls) {
+  RecordingPlatform world;
+  EXPECT_EQ(parameters_of([](Call& call) {
+              call.add("GID", "G-1").append(SoapNode::make("Own")).add("Nbr", "N-2", "String");
+            }),
+            "<GID xsi:type=\"xsd:string\">G-1</GID><Own/><Nbr xsi:type=\"String\">N-2</Nbr>");
+}
+
 TEST(MethodFrame, AnotherRowCanBeTheSoapAction) {
   RecordingPlatform world;
   constexpr Operation kOperation{.log = kLog,
@@ -79,10 +127,8 @@ TEST(MethodFrame, AnotherRowCanBeTheSoapAction) {
                                  .service = &BVServices::Quote,
                                  .soap_action = &BVServices::Order};
   world.reply(envelope_text("r", ""));
-  ConnectorMethodFrame(kOperation, [](Call& call) {
-    call.envelope("S-1", kSoapEncoding);
-    call.send("http://h/");
-  });
+  ConnectorMethodFrame(kOperation, {"http://h/", "S-1"},
+                       [](Call& call) { call.request(kSoapEncoding).send(); });
   EXPECT_EQ(world.record.transport.at(1), "SOAPAction \"urn:OrderService\"");
   EXPECT_NE(world.sent.at(0).text.find("<m:literalName xmlns:m=\"urn:QuoteService\" "
                                        "SOAP-ENV:encodingStyle="
@@ -193,7 +239,7 @@ TEST(NoTail, LetsTheErrorPassAsItIs) {
 TEST(PlainTailWithoutItsLine, RaisesThreeValuesAndLogsNothing) {
   RecordingPlatform world;
   constexpr Operation kOperation{.log = {.cls = "BVThing", .method = "Do", .form = LogForm::kNone},
-                                 .tail = Tail::kPlainUnlogged};
+                                 .tail = Tail::kThreeValues};
   const Error error = error_of_raise(kOperation);
   EXPECT_EQ(error.number, 51);
   EXPECT_EQ(error.helpFile, "");
@@ -325,9 +371,8 @@ TEST(Exchange, RunsInTwoStepsWithoutATimingLine) {
   constexpr Operation kOperation{
       .log = kLog, .method = &BVMethods::DeleteRemark, .service = &BVServices::Maintenance};
   world.reply(envelope_text("r", "<return>done</return>"));
-  const std::string text = ConnectorMethodFrame(kOperation, [](Call& call) {
-    call.getEnvelope("S-1").Create("param", "R-2");
-    return call.exchange("http://h/").text();
+  const std::string text = ConnectorMethodFrame(kOperation, {"http://h/", "S-1"}, [](Call& call) {
+    return call.getEnvelope().params("R-2").exchange().text();
   });
   EXPECT_EQ(text, "done");
   EXPECT_EQ(world.record.transport.at(1), "SOAPAction \"urn:MaintenanceService\"");
@@ -340,9 +385,9 @@ TEST(ExchangeOfText, ReadsTheReplyIntoTheCallsEnvelope) {
   RecordingPlatform world;
   constexpr Operation kOperation{.log = kLog};
   world.reply(envelope_text("r", "<return>done</return>"));
-  const std::string text = ConnectorMethodFrame(kOperation, [](Call& call) {
+  const std::string text = ConnectorMethodFrame(kOperation, {"http://h/", "S-1"}, [](Call& call) {
     const auto transport = inline_transport(TracingRule::kLogFile);
-    return call.exchange_text(*transport, "http://h/", "<literal/>").text();
+    return call.exchange_text(*transport, "<literal/>").text();
   });
   EXPECT_EQ(text, "done");
   EXPECT_EQ(world.sent.at(0).text, "<literal/>");

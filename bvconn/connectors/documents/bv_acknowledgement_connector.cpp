@@ -43,31 +43,30 @@ std::string address_in(Call& call, std::string_view source) {
 SoapNode BVAcknowledgementConnector::getOverview(std::string_view orderGID,
                                                  std::string_view aServerURL,
                                                  std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetOverview, [&](Call& call) {
+  return ConnectorMethodFrame(kGetOverview, {aServerURL, aSessionID}, [&](Call& call) {
     std::string line_name = "getOverview(";
     line_name.append(orderGID).append(", ").append(aServerURL).append(", ").append(aSessionID);
     call.error_name(line_name + ")");
-    call.envelope(aSessionID).Create("param", orderGID, "", "", "");
-    return call.send(aServerURL).first();
+    return call.request().params(orderGID).send().first();
   });
 }
 
 std::string BVAcknowledgementConnector::GetExistingAcknowledgement(std::string_view ackGID,
                                                                    std::string_view aServerURL,
                                                                    std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetExistingAcknowledgement, [&](Call& call) {
-    call.envelope(aSessionID).Create("param", ackGID, "", "", "");
-    call.send(aServerURL);
-    return address_in(call, "BVAcknowledgmentConnector.getExistingAcknowledgment");
-  });
+  return ConnectorMethodFrame(
+      kGetExistingAcknowledgement, {aServerURL, aSessionID}, [&](Call& call) {
+        call.request().params(ackGID).send();
+        return address_in(call, "BVAcknowledgmentConnector.getExistingAcknowledgment");
+      });
 }
 
 std::string BVAcknowledgementConnector::getNewAcknowledgment(std::string_view serializedAckObject,
                                                              std::string_view aServerURL,
                                                              std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetNewAcknowledgment, [&](Call& call) {
-    const std::string text = call.literal_request(aSessionID, serializedAckObject);
-    call.exchange_text(*inline_transport(TracingRule::kLogFile), aServerURL, text);
+  return ConnectorMethodFrame(kGetNewAcknowledgment, {aServerURL, aSessionID}, [&](Call& call) {
+    const std::string text = call.literal_request(serializedAckObject);
+    call.exchange_text(*inline_transport(TracingRule::kLogFile), text);
     return address_in(call, "BVAcknowledgmentConnector.getNewAcknowledgment");
   });
 }

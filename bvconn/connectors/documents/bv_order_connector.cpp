@@ -21,31 +21,23 @@ constexpr Operation kGetSapInfo{
 
 SoapNode BVOrderConnector::getSAPOrderView(std::string_view aSessionID, std::string_view aServerURL,
                                            std::string_view aOrderGID, bool aIncludePrice) {
-  return ConnectorMethodFrame(kGetSapOrderView, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().OrderService().getSAPOrderView(aOrderGID, aIncludePrice))
-          .first();
-    }
-    auto& parameters = call.envelope(aSessionID);
-    parameters.Create("GID", aOrderGID, "", "", "");
-    parameters.Create("includePrice", aIncludePrice, "", "", "");
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetSapOrderView, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().OrderService().getSAPOrderView(aOrderGID, aIncludePrice));
+    return call.request().add("GID", aOrderGID).add("includePrice", aIncludePrice).send().first();
   });
 }
 
 SoapNode BVOrderConnector::getSAPInfo(std::string_view aSessionID, std::string_view aServerURL,
                                       std::string_view aOrderGID, std::string_view aAgentGID,
                                       std::string_view aCustomerGID) {
-  return ConnectorMethodFrame(kGetSapInfo, [&](Call& call) {
-    auto& parameters = call.envelope(aSessionID);
-    parameters.Create("param", aOrderGID, "", "", "");
-    parameters.Create("param", aAgentGID, "", "", "");
-    parameters.Create("param", aCustomerGID, "", "", "");
+  return ConnectorMethodFrame(kGetSapInfo, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request().params(aOrderGID, aAgentGID, aCustomerGID);
     if (call.takes_dal()) {
       session().UseDALSave = true;
-      return call.parse(call.dal().OrderService().getSAPInfo(call.request_text())).first();
+      return call.first_of(call.dal().OrderService().getSAPInfo(call.request_text()));
     }
-    return call.send(aServerURL).first();
+    return call.send().first();
   });
 }
 

@@ -9,58 +9,58 @@
 namespace bvconn {
 namespace {
 
-// Names in log lines begin with small letters where the operation's do not.
-constexpr LogBlock log_as(std::string_view method) {
+// Names in log lines begin with small letters, also where the operation's do not.
+constexpr LogBlock with_brackets(std::string_view method) {
   return {.cls = "BVProjectConnector", .method = method, .brackets = true};
 }
 
 constexpr Operation kCopyProject{
-    .log = log_as("copyProject"),
+    .log = with_brackets("copyProject"),
     .method = &BVMethods::CopyProject,
     .service = &BVServices::Project,
 };
 constexpr Operation kGenerateQuotes{
-    .log = log_as("generateQuotes"),
+    .log = with_brackets("generateQuotes"),
     .method = &BVMethods::generateQuotes,
     .service = &BVServices::Project,
 };
 constexpr Operation kGetNewProject{
-    .log = log_as("getNewProject"),
+    .log = with_brackets("getNewProject"),
     .method = &BVMethods::NewProject,
     .service = &BVServices::Project,
 };
 constexpr Operation kGetExistingProject{
-    .log = log_as("getExistingProject"),
+    .log = with_brackets("getExistingProject"),
     .method = &BVMethods::Project,
     .service = &BVServices::Project,
 };
 constexpr Operation kGetRevertedProject{
-    .log = log_as("getRevertedProject"),
+    .log = with_brackets("getRevertedProject"),
     .method = &BVMethods::RevertSalesInstrument,
     .service = &BVServices::Project,
 };
 constexpr Operation kSetStatusToNegotiating{
-    .log = log_as("setStatusToNegotiating"),
+    .log = with_brackets("setStatusToNegotiating"),
     .method = &BVMethods::NegotiatingProject,
     .service = &BVServices::Project,
 };
 constexpr Operation kSetStatusToLostOpportunity{
-    .log = log_as("setStatusToLostOpportunity"),
+    .log = with_brackets("setStatusToLostOpportunity"),
     .method = &BVMethods::LostOpportunityProject,
     .service = &BVServices::Project,
 };
 constexpr Operation kSaveProject{
-    .log = log_as("saveProject"),
+    .log = with_brackets("saveProject"),
     .method = &BVMethods::SaveProject,
     .service = &BVServices::Project,
 };
 constexpr Operation kRequestReview{
-    .log = log_as("requestReview"),
+    .log = with_brackets("requestReview"),
     .method = &BVMethods::RequestReview,
     .service = &BVServices::Project,
 };
 constexpr Operation kReturnToAgent{
-    .log = log_as("returnToAgent"),
+    .log = with_brackets("returnToAgent"),
     .method = &BVMethods::ReturnToAgent,
     .service = &BVServices::Project,
 };
@@ -70,24 +70,17 @@ constexpr Operation kCheckSingleSaveStatus{
     .service = &BVServices::Project,
 };
 
-// The SOAP route of the reads: a key in the one parameter "GID".
-SoapNode send_key(Call& call, std::string_view aServerURL, std::string_view aSessionID,
-                  std::string_view aGID) {
-  call.envelope(aSessionID, kSoapEncoding).Create("GID", aGID, "", "", "");
-  return call.send(aServerURL).first();
-}
-
 }  // namespace
 
 SoapNode BVProjectConnector::CopyProject(std::string_view aServerURL, std::string_view aSessionID,
                                          std::string_view aGID) {
-  return ConnectorMethodFrame(kCopyProject, [&](Call& call) {
+  return ConnectorMethodFrame(kCopyProject, {aServerURL, aSessionID}, [&](Call& call) {
     session().UseDALSave = false;
     if (call.takes_dal()) {
       session().UseDALSave = true;
-      return call.parse(call.dal().ProjectService().CopyProject(aGID)).first();
+      return call.first_of(call.dal().ProjectService().CopyProject(aGID));
     }
-    return send_key(call, aServerURL, aSessionID, aGID);
+    return call.request(kSoapEncoding).add("GID", aGID).send().first();
   });
 }
 
@@ -96,21 +89,22 @@ SoapNode BVProjectConnector::generateQuotes(std::string_view aServerURL,
                                             const SoapNode& aGenQuoteContainer,
                                             std::string_view aProjectGID,
                                             const SoapNode& aProject) {
-  return ConnectorMethodFrame(kGenerateQuotes, [&](Call& call) {
+  return ConnectorMethodFrame(kGenerateQuotes, {aServerURL, aSessionID}, [&](Call& call) {
     const WholeSecondTimer timer;
-    auto& parameters = call.envelope(aSessionID, kSoapEncoding);
+    call.request(kSoapEncoding);
     // One name for either the key or the whole project; with neither, the server has its say.
     if (aProjectGID.empty()) {
-      parameters.Create("Project", aProject, "", "", "");
+      call.add("Project", aProject);
     } else {
-      parameters.Create("Project", aProjectGID, "", "", "");
+      call.add("Project", aProjectGID);
     }
-    parameters.Append(aGenQuoteContainer);
+    call.append(aGenQuoteContainer);
     if (call.takes_dal()) {
+      // Deliberate: made into text twice, for the log and for the call.
       Global::DALMessageToLog("generateQuotes", call.request_text());
       call.parse(call.dal().ProjectService().generateQuotes(call.request_text()));
     } else {
-      call.send(aServerURL);
+      call.send();
     }
     SoapNode result = call.first();
     timer.log_total("BVProjectConnector", "generateQuotes()");
@@ -121,35 +115,32 @@ SoapNode BVProjectConnector::generateQuotes(std::string_view aServerURL,
 SoapNode BVProjectConnector::getNewProject(std::string_view aServerURL,
                                            std::string_view aSessionID) {
   session().UseDALSave = false;
-  return ConnectorMethodFrame(kGetNewProject, [&](Call& call) {
+  return ConnectorMethodFrame(kGetNewProject, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
       session().UseDALSave = true;
-      return call.parse(call.dal().ProjectService().getNewProject()).first();
+      return call.first_of(call.dal().ProjectService().getNewProject());
     }
-    call.envelope(aSessionID, kSoapEncoding);
-    return call.send(aServerURL).first();
+    return call.request(kSoapEncoding).send().first();
   });
 }
 
 SoapNode BVProjectConnector::getExistingProject(std::string_view aServerURL,
                                                 std::string_view aSessionID,
                                                 std::string_view aGID) {
-  return ConnectorMethodFrame(kGetExistingProject, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().ProjectService().getExistingProject(aGID)).first();
-    }
-    return send_key(call, aServerURL, aSessionID, aGID);
+  return ConnectorMethodFrame(kGetExistingProject, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().ProjectService().getExistingProject(aGID));
+    return call.request(kSoapEncoding).add("GID", aGID).send().first();
   });
 }
 
 SoapNode BVProjectConnector::getRevertedProject(std::string_view aServerURL,
                                                 std::string_view aSessionID,
                                                 std::string_view aGID) {
-  return ConnectorMethodFrame(kGetRevertedProject, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().ProjectService().getRevertedProject(aGID)).first();
-    }
-    return send_key(call, aServerURL, aSessionID, aGID);
+  return ConnectorMethodFrame(kGetRevertedProject, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().ProjectService().getRevertedProject(aGID));
+    return call.request(kSoapEncoding).add("GID", aGID).send().first();
   });
 }
 
@@ -158,8 +149,8 @@ SoapNode BVProjectConnector::getRevertedProject(std::string_view aServerURL,
 SoapNode BVProjectConnector::setStatusToNegotiating(std::string_view /*aServerURL*/,
                                                     std::string_view aSessionID,
                                                     std::string_view /*aGID*/) {
-  return ConnectorMethodFrame(kSetStatusToNegotiating, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding);
+  return ConnectorMethodFrame(kSetStatusToNegotiating, {.session_id = aSessionID}, [&](Call& call) {
+    call.request(kSoapEncoding);
     return SoapNode();
   });
 }
@@ -168,55 +159,55 @@ SoapNode BVProjectConnector::setStatusToLostOpportunity(std::string_view /*aServ
                                                         std::string_view aSessionID,
                                                         std::string_view /*aGID*/,
                                                         std::string_view /*aMessage*/) {
-  return ConnectorMethodFrame(kSetStatusToLostOpportunity, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding);
-    return SoapNode();
-  });
+  return ConnectorMethodFrame(kSetStatusToLostOpportunity, {.session_id = aSessionID},
+                              [&](Call& call) {
+                                call.request(kSoapEncoding);
+                                return SoapNode();
+                              });
 }
 
 SoapNode BVProjectConnector::SaveProject(std::string_view aServerURL, std::string_view aSessionID,
                                          const SoapNode& aProject) {
-  return ConnectorMethodFrame(kSaveProject, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding).Append(aProject);
+  return ConnectorMethodFrame(kSaveProject, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request(kSoapEncoding).append(aProject);
     if (call.takes_dal(session().UseDALSave)) {
+      // Made into text twice, as in generateQuotes.
       Global::DALMessageToLog("SaveProject", call.request_text());
-      return call.parse(call.dal().ProjectService().SaveProject(call.request_text())).first();
+      return call.first_of(call.dal().ProjectService().SaveProject(call.request_text()));
     }
-    return call.send(aServerURL).first();
+    return call.send().first();
   });
 }
 
 SoapNode BVProjectConnector::RequestReview(std::string_view aServerURL, std::string_view aSessionID,
                                            const SoapNode& aProject) {
-  return ConnectorMethodFrame(kRequestReview, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding).Append(aProject);
-    if (call.takes_dal()) {
-      return call.parse(call.dal().ProjectService().RequestReview(call.request_text())).first();
-    }
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kRequestReview, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request(kSoapEncoding).append(aProject);
+    if (call.takes_dal())
+      return call.first_of(call.dal().ProjectService().RequestReview(call.request_text()));
+    return call.send().first();
   });
 }
 
 SoapNode BVProjectConnector::ReturnToAgent(std::string_view aServerURL, std::string_view aSessionID,
                                            const SoapNode& aProject) {
-  return ConnectorMethodFrame(kReturnToAgent, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding).Append(aProject);
-    if (call.takes_dal()) {
-      return call.parse(call.dal().ProjectService().ReturnToAgent(call.request_text())).first();
-    }
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kReturnToAgent, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request(kSoapEncoding).append(aProject);
+    if (call.takes_dal())
+      return call.first_of(call.dal().ProjectService().ReturnToAgent(call.request_text()));
+    return call.send().first();
   });
 }
 
 SoapNode BVProjectConnector::CheckSingleSaveStatus(std::string_view aServerURL,
                                                    std::string_view aSessionID,
                                                    std::string_view aGID) {
-  return ConnectorMethodFrame(kCheckSingleSaveStatus, [&](Call& call) {
+  return ConnectorMethodFrame(kCheckSingleSaveStatus, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
       session().UseDALSave = true;
-      return call.parse(call.dal().ProjectService().CheckSingleSaveStatus(aGID)).first();
+      return call.first_of(call.dal().ProjectService().CheckSingleSaveStatus(aGID));
     }
-    return send_key(call, aServerURL, aSessionID, aGID);
+    return call.request(kSoapEncoding).add("GID", aGID).send().first();
   });
 }
 

@@ -35,12 +35,6 @@ constexpr Operation kGetNewPriceExpirationDate{
     .tail = Tail::kNone,
 };
 
-Call& send_key(Call& call, std::string_view aServerURL, std::string_view aSessionID,
-               std::string_view gid) {
-  call.envelope(aSessionID, kSoapEncoding).Create("GID", gid, "", "", "");
-  return call.send(aServerURL);
-}
-
 std::string expiration_text(const Variant& value) {
   constexpr std::string_view kPicture = "m/d/yyyy";
   if (value.is(Variant::Type::kDate)) return conversions::format_date(value.date(), kPicture);
@@ -53,36 +47,36 @@ std::string expiration_text(const Variant& value) {
 
 SoapNode BVQuoteConnector::getExistingQuote(std::string_view aServerURL,
                                             std::string_view aSessionID, std::string_view aGID) {
-  return ConnectorMethodFrame(kGetExistingQuote, [&](Call& call) {
-    return send_key(call, aServerURL, aSessionID, aGID).first();
+  return ConnectorMethodFrame(kGetExistingQuote, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request(kSoapEncoding).add("GID", aGID).send().first();
   });
 }
 
 SoapNode BVQuoteConnector::SetQuoteStatusToQuoted(std::string_view aServerURL,
                                                   std::string_view aSessionID,
                                                   std::string_view aGID) {
-  return ConnectorMethodFrame(kSetQuoteStatusToQuoted, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().QuoteService().SetQuoteStatusToQuoted(aGID)).first();
-    }
-    return send_key(call, aServerURL, aSessionID, aGID).first();
+  return ConnectorMethodFrame(kSetQuoteStatusToQuoted, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().QuoteService().SetQuoteStatusToQuoted(aGID));
+    return call.request(kSoapEncoding).add("GID", aGID).send().first();
   });
 }
 
 bool BVQuoteConnector::canExpirationBeOveridden(std::string_view aServerURL,
                                                 std::string_view aSessionID,
                                                 std::string_view aQuoteGID) {
-  return ConnectorMethodFrame(kCanExpirationBeOveridden, [&](Call& call) {
-    return to_boolean(send_key(call, aServerURL, aSessionID, aQuoteGID).value());
+  return ConnectorMethodFrame(kCanExpirationBeOveridden, {aServerURL, aSessionID}, [&](Call& call) {
+    return to_boolean(call.request(kSoapEncoding).add("GID", aQuoteGID).send().value());
   });
 }
 
 std::string BVQuoteConnector::getNewPriceExpirationDate(std::string_view aServerURL,
                                                         std::string_view aSessionID,
                                                         std::string_view aQuoteGID) {
-  return ConnectorMethodFrame(kGetNewPriceExpirationDate, [&](Call& call) {
-    return expiration_text(send_key(call, aServerURL, aSessionID, aQuoteGID).value());
-  });
+  return ConnectorMethodFrame(
+      kGetNewPriceExpirationDate, {aServerURL, aSessionID}, [&](Call& call) {
+        return expiration_text(call.request(kSoapEncoding).add("GID", aQuoteGID).send().value());
+      });
 }
 
 }  // namespace bvconn

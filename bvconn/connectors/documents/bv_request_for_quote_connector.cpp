@@ -24,22 +24,20 @@ std::string BVRequestForQuoteConnector::updateRFQ(std::string_view RFQGID,
                                                   std::string_view mfrQuoteNumber,
                                                   std::string_view aServerURL,
                                                   std::string_view aSessionID) {
-  return ConnectorMethodFrame(kUpdateRfq, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().QuoteService().updateRFQ(RFQGID, mfrQuoteNumber)).text();
-    }
-    auto& parameters = call.getEnvelope(aSessionID);
-    parameters.Create("RFQGid", RFQGID, "", "String", "");
-    parameters.Create("mfrQuoteNumber", mfrQuoteNumber, "", "String", "");
-    return call.send(aServerURL).text();
+  return ConnectorMethodFrame(kUpdateRfq, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.text_of(call.dal().QuoteService().updateRFQ(RFQGID, mfrQuoteNumber));
+    call.getEnvelope()
+        .add("RFQGid", RFQGID, "String")
+        .add("mfrQuoteNumber", mfrQuoteNumber, "String");
+    return call.send().text();
   });
 }
 
 SoapNode BVRequestForQuoteConnector::getRFQs(std::string_view QuoteGID, std::string_view aServerURL,
                                              std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetRfqs, [&](Call& call) {
-    call.getEnvelope(aSessionID).Create("QuoteGID", QuoteGID, "", "String", "");
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetRfqs, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.getEnvelope().add("QuoteGID", QuoteGID, "String").send().first();
   });
 }
 

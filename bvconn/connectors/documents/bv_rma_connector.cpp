@@ -39,43 +39,32 @@ constexpr Operation kGetInvoiceInfo{
     .service = &BVServices::RMA,
 };
 
-// The SOAP route of the reads: one named key.
-SoapNode send_key(Call& call, std::string_view aServerURL, std::string_view aSessionID,
-                  std::string_view name, std::string_view key) {
-  call.envelope(aSessionID, kSoapEncoding).Create(name, key, "", "", "");
-  return call.send(aServerURL).first();
-}
-
 }  // namespace
 
 SoapNode BVRMAConnector::GetNewRMA(std::string_view aManufacturerGID, std::string_view aServerURL,
                                    std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetNewRma, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().RMAService().GetNewRMA(aManufacturerGID)).first();
-    }
-    return send_key(call, aServerURL, aSessionID, "ManufacturerGID", aManufacturerGID);
+  return ConnectorMethodFrame(kGetNewRma, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().RMAService().GetNewRMA(aManufacturerGID));
+    return call.request(kSoapEncoding).add("ManufacturerGID", aManufacturerGID).send().first();
   });
 }
 
 SoapNode BVRMAConnector::GetExistingRMA(std::string_view aServerURL, std::string_view aSessionID,
                                         std::string_view aUID) {
-  return ConnectorMethodFrame(kGetExistingRma, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().RMAService().GetExistingRMA(aUID)).first();
-    }
-    return send_key(call, aServerURL, aSessionID, "UID", aUID);
+  return ConnectorMethodFrame(kGetExistingRma, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().RMAService().GetExistingRMA(aUID));
+    return call.request(kSoapEncoding).add("UID", aUID).send().first();
   });
 }
 
 SoapNode BVRMAConnector::SaveRMA(std::string_view aServerURL, std::string_view aSessionID,
                                  const SoapNode& aSerializedRMA) {
-  return ConnectorMethodFrame(kSaveRma, [&](Call& call) {
-    call.envelope(aSessionID).Create("RMARequestBean", aSerializedRMA, "", "", "");
+  return ConnectorMethodFrame(kSaveRma, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request().add("RMARequestBean", aSerializedRMA);
     if (call.takes_dal()) {
       call.parse(call.dal().RMAService().SaveRMA(call.request_text()));
     } else {
-      call.send(aServerURL);
+      call.send();
     }
     // One level deeper than in SubmitRMA.
     return to_node(call.value());
@@ -84,28 +73,27 @@ SoapNode BVRMAConnector::SaveRMA(std::string_view aServerURL, std::string_view a
 
 SoapNode BVRMAConnector::SubmitRMA(std::string_view aServerURL, std::string_view aSessionID,
                                    const SoapNode& aSerializedRMA) {
-  return ConnectorMethodFrame(kSubmitRma, [&](Call& call) {
-    call.envelope(aSessionID).Create("RMARequestBean", aSerializedRMA, "", "", "");
-    if (call.takes_dal()) {
-      return call.parse(call.dal().RMAService().SubmitRMA(call.request_text())).first();
-    }
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kSubmitRma, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request().add("RMARequestBean", aSerializedRMA);
+    if (call.takes_dal())
+      return call.first_of(call.dal().RMAService().SubmitRMA(call.request_text()));
+    return call.send().first();
   });
 }
 
 SoapNode BVRMAConnector::openRMA(std::string_view aServerURL, std::string_view aSessionID,
                                  std::string_view aUID) {
-  return ConnectorMethodFrame(
-      kOpenRma, [&](Call& call) { return send_key(call, aServerURL, aSessionID, "UID", aUID); });
+  return ConnectorMethodFrame(kOpenRma, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request(kSoapEncoding).add("UID", aUID).send().first();
+  });
 }
 
 SoapNode BVRMAConnector::GetInvoiceInfo(std::string_view aServerURL, std::string_view aSessionID,
                                         std::string_view aInvoiceNumber) {
-  return ConnectorMethodFrame(kGetInvoiceInfo, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().RMAService().GetInvoiceInfo(aInvoiceNumber)).first();
-    }
-    return send_key(call, aServerURL, aSessionID, "InvoiceNumber", aInvoiceNumber);
+  return ConnectorMethodFrame(kGetInvoiceInfo, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().RMAService().GetInvoiceInfo(aInvoiceNumber));
+    return call.request(kSoapEncoding).add("InvoiceNumber", aInvoiceNumber).send().first();
   });
 }
 

@@ -125,30 +125,17 @@ std::string previous_prices(const dal::Services& services, std::string_view type
   return "";
 }
 
-SoapNode send_comment_key(Call& call, std::string_view name, std::string_view gid,
-                          std::string_view aCommentType, std::string_view aSessionID,
-                          std::string_view aServerURL) {
-  auto& parameters = call.envelope(aSessionID, kSoapEncoding);
-  parameters.Create(name, gid, "", "", "");
-  parameters.Create("CommentType", aCommentType, "", "", "");
-  return call.send(aServerURL).first();
-}
-
 }  // namespace
 
 SoapNode BVSalesInstrumentConnector::GetProductApprovals(std::string_view aServerURL,
                                                          std::string_view aSessionID,
                                                          std::string_view aAgentGID,
                                                          const SoapNode& aLineItemsNode) {
-  return ConnectorMethodFrame(kGetProductApprovals, [&](Call& call) {
-    auto& parameters = call.envelope(aSessionID, kSoapEncoding);
-    parameters.Create("param", aAgentGID, "", "", "");
-    parameters.Append(aLineItemsNode);
-    if (call.takes_dal()) {
-      return call.parse(call.dal().SearchService().GetProductApprovals(call.request_text()))
-          .first();
-    }
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetProductApprovals, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request(kSoapEncoding).params(aAgentGID).append(aLineItemsNode);
+    if (call.takes_dal())
+      return call.first_of(call.dal().SearchService().GetProductApprovals(call.request_text()));
+    return call.send().first();
   });
 }
 
@@ -156,11 +143,8 @@ SoapNode BVSalesInstrumentConnector::GetHeaderComments(std::string_view aSalesIn
                                                        std::string_view aCommentTypeCode,
                                                        std::string_view aServerURL,
                                                        std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetHeaderComments, [&](Call& call) {
-    auto& parameters = call.envelope(aSessionID);
-    parameters.Create("param", aSalesInstrumentGID, "", "", "");
-    parameters.Create("param", aCommentTypeCode, "", "", "");
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetHeaderComments, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request().params(aSalesInstrumentGID, aCommentTypeCode).send().first();
   });
 }
 
@@ -168,26 +152,20 @@ SoapNode BVSalesInstrumentConnector::GetLineComments(std::string_view aSalesInst
                                                      std::string_view aLineItemGID,
                                                      std::string_view aServerURL,
                                                      std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetLineComments, [&](Call& call) {
+  return ConnectorMethodFrame(kGetLineComments, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal(session().UseDALSave)) {
-      return call
-          .parse(call.dal().SalesInstrumentService().GetLineComments(aSalesInstrumentGID,
-                                                                     aLineItemGID))
-          .first();
+      return call.first_of(
+          call.dal().SalesInstrumentService().GetLineComments(aSalesInstrumentGID, aLineItemGID));
     }
-    auto& parameters = call.envelope(aSessionID);
-    parameters.Create("param", aSalesInstrumentGID, "", "", "");
-    parameters.Create("param", aLineItemGID, "", "", "");
-    return call.send(aServerURL).first();
+    return call.request().params(aSalesInstrumentGID, aLineItemGID).send().first();
   });
 }
 
 std::string BVSalesInstrumentConnector::UpdateHeaderComments(std::string_view aSessionID,
                                                              const SoapNode& aSoapNode,
                                                              std::string_view aServerURL) {
-  return ConnectorMethodFrame(kUpdateHeaderComments, [&](Call& call) {
-    call.envelope(aSessionID).Create("HeaderComments", aSoapNode, "", "", "");
-    return call.send(aServerURL).text();
+  return ConnectorMethodFrame(kUpdateHeaderComments, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request().add("HeaderComments", aSoapNode).send().text();
   });
 }
 
@@ -195,38 +173,36 @@ std::string BVSalesInstrumentConnector::SetLineComments(std::string_view aSalseI
                                                         std::string_view aCommentXML,
                                                         std::string_view aServerURL,
                                                         std::string_view aSessionID) {
-  return ConnectorMethodFrame(kSetLineComments, [&](Call& call) {
+  return ConnectorMethodFrame(kSetLineComments, {aServerURL, aSessionID}, [&](Call& call) {
     call.service(service_of_comments(conversions::upper_case(aSalseInstrType)));
-    const std::string text = call.literal_request(aSessionID, aCommentXML);
+    const std::string text = call.literal_request(aCommentXML);
     if (call.takes_dal(session().UseDALSave)) {
       // To the order object, whatever the instrument's type.
-      return call.parse(call.dal().OrderService().SetLineComments(text)).text();
+      return call.text_of(call.dal().OrderService().SetLineComments(text));
     }
     const auto transport = Global::getHTTPTransport(call.service());
-    return call.exchange_text(*transport, aServerURL, text).text();
+    return call.exchange_text(*transport, text).text();
   });
 }
 
 SoapNode BVSalesInstrumentConnector::getPreviousSalesInstrumentColumnPrices(
     std::string_view astrSIGid, std::string_view astrSIType, std::string_view aServerURL,
     std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetPreviousSalesInstrumentColumnPrices, [&](Call& call) {
-    const std::string type = conversions::upper_case(astrSIType);
-    call.service(service_of_prices(type));
-    if (call.takes_dal()) {
-      return call.parse(previous_prices(call.dal(), type, astrSIGid)).first();
-    }
-    call.envelope(aSessionID).Create("param", astrSIGid, "", "", "");
-    return call.send(aServerURL).first();
-  });
+  return ConnectorMethodFrame(
+      kGetPreviousSalesInstrumentColumnPrices, {aServerURL, aSessionID}, [&](Call& call) {
+        const std::string type = conversions::upper_case(astrSIType);
+        call.service(service_of_prices(type));
+        if (call.takes_dal()) return call.first_of(previous_prices(call.dal(), type, astrSIGid));
+        return call.request().params(astrSIGid).send().first();
+      });
 }
 
 void BVSalesInstrumentConnector::pilferSalesInstrument(std::string_view SIGID, XMLDocument* doc,
                                                        std::string_view /*SIType*/,
                                                        std::string_view aServerURL,
                                                        std::string_view aSessionID) {
-  ConnectorMethodFrame(kPilferSalesInstrument, [&](Call& call) {
-    call.envelope(aSessionID).Create("param", SIGID, "", "", "");
+  ConnectorMethodFrame(kPilferSalesInstrument, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request().params(SIGID);
     Global::sendXMLAndLoadDoc(doc, call.service(), call.request_text(), aServerURL);
   });
 }
@@ -234,12 +210,10 @@ void BVSalesInstrumentConnector::pilferSalesInstrument(std::string_view SIGID, X
 SoapNode BVSalesInstrumentConnector::UpdateCommSalesPeople(std::string_view aSessionID,
                                                            std::string_view aServerURL,
                                                            std::string_view aGID, SoapNode aNode) {
-  return ConnectorMethodFrame(kUpdateCommSalesPeople, [&](Call& call) {
-    auto& parameters = call.envelope(aSessionID, kSoapEncoding);
+  return ConnectorMethodFrame(kUpdateCommSalesPeople, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request(kSoapEncoding);
     aNode.Name("CommissionableSalesPeople");
-    parameters.Append(aNode);
-    parameters.Create("GID", aGID, "", "", "");
-    return call.send(aServerURL).first();
+    return call.append(aNode).add("GID", aGID).send().first();
   });
 }
 
@@ -249,17 +223,13 @@ SoapNode BVSalesInstrumentConnector::GetProductCost(std::string_view aSessionID,
                                                     std::string_view aCustomerGID,
                                                     std::string_view aNationalAccountGID,
                                                     const SoapNode& aLineItemsNode) {
-  return ConnectorMethodFrame(kGetProductCost, [&](Call& call) {
-    auto& parameters = call.envelope(aSessionID, kSoapEncoding);
-    parameters.Create("param", aAgentGID, "", "", "");
-    parameters.Create("param", aCustomerGID, "", "", "");
-    parameters.Create("param", aNationalAccountGID, "", "", "");
-    parameters.Create("LineItemsLite", aLineItemsNode, "", "", "");
-    if (call.takes_dal()) {
-      return call.parse(call.dal().SalesInstrumentService().GetProductCost(call.request_text()))
-          .first();
-    }
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetProductCost, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request(kSoapEncoding)
+        .params(aAgentGID, aCustomerGID, aNationalAccountGID)
+        .add("LineItemsLite", aLineItemsNode);
+    if (call.takes_dal())
+      return call.first_of(call.dal().SalesInstrumentService().GetProductCost(call.request_text()));
+    return call.send().first();
   });
 }
 
@@ -267,12 +237,13 @@ SoapNode BVSalesInstrumentConnector::GetOrderHeaderComments(std::string_view aOr
                                                             std::string_view aCommentType,
                                                             std::string_view aSessionID,
                                                             std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetOrderHeaderComments, [&](Call& call) {
+  return ConnectorMethodFrame(kGetOrderHeaderComments, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
-      return call.parse(call.dal().OrderService().GetOrderHeaderComments(aOrderGID, aCommentType))
-          .first();
+      return call.first_of(
+          call.dal().OrderService().GetOrderHeaderComments(aOrderGID, aCommentType));
     }
-    return send_comment_key(call, "OrderGID", aOrderGID, aCommentType, aSessionID, aServerURL);
+    call.request(kSoapEncoding).add("OrderGID", aOrderGID).add("CommentType", aCommentType);
+    return call.send().first();
   });
 }
 
@@ -280,12 +251,13 @@ SoapNode BVSalesInstrumentConnector::GetQuoteHeaderComments(std::string_view aQu
                                                             std::string_view aCommentType,
                                                             std::string_view aSessionID,
                                                             std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetQuoteHeaderComments, [&](Call& call) {
+  return ConnectorMethodFrame(kGetQuoteHeaderComments, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
-      return call.parse(call.dal().QuoteService().GetQuoteHeaderComments(aQuoteGID, aCommentType))
-          .first();
+      return call.first_of(
+          call.dal().QuoteService().GetQuoteHeaderComments(aQuoteGID, aCommentType));
     }
-    return send_comment_key(call, "QuoteGID", aQuoteGID, aCommentType, aSessionID, aServerURL);
+    call.request(kSoapEncoding).add("QuoteGID", aQuoteGID).add("CommentType", aCommentType);
+    return call.send().first();
   });
 }
 
@@ -293,67 +265,71 @@ SoapNode BVSalesInstrumentConnector::getHeaderCommentsForCopyToOrder(std::string
                                                                      std::string_view aCommentType,
                                                                      std::string_view aSessionID,
                                                                      std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetHeaderCommentsForCopyToOrder, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().QuoteService().GetQuoteHeaderComments(aQuoteGID, aCommentType))
-          .first();
-    }
-    return send_comment_key(call, "QuoteGID", aQuoteGID, aCommentType, aSessionID, aServerURL);
-  });
+  return ConnectorMethodFrame(
+      kGetHeaderCommentsForCopyToOrder, {aServerURL, aSessionID}, [&](Call& call) {
+        if (call.takes_dal()) {
+          return call.first_of(
+              call.dal().QuoteService().GetQuoteHeaderComments(aQuoteGID, aCommentType));
+        }
+        call.request(kSoapEncoding).add("QuoteGID", aQuoteGID).add("CommentType", aCommentType);
+        return call.send().first();
+      });
 }
 
 SoapNode BVSalesInstrumentConnector::GetProjectHeaderComments(std::string_view aProjectGID,
                                                               std::string_view aCommentType,
                                                               std::string_view aSessionID,
                                                               std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetProjectHeaderComments, [&](Call& call) {
+  return ConnectorMethodFrame(kGetProjectHeaderComments, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
-      return call
-          .parse(call.dal().ProjectService().GetProjectHeaderComments(aProjectGID, aCommentType))
-          .first();
+      return call.first_of(
+          call.dal().ProjectService().GetProjectHeaderComments(aProjectGID, aCommentType));
     }
-    return send_comment_key(call, "ProjectGID", aProjectGID, aCommentType, aSessionID, aServerURL);
+    call.request(kSoapEncoding).add("ProjectGID", aProjectGID).add("CommentType", aCommentType);
+    return call.send().first();
   });
 }
 
 SoapNode BVSalesInstrumentConnector::UpdateOrderHeaderComments(const SoapNode& aNode,
                                                                std::string_view aSessionID,
                                                                std::string_view aServerURL) {
-  return ConnectorMethodFrame(kUpdateOrderHeaderComments, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding).Create("BVOrderComments", aNode, "", "", "");
-    if (call.takes_dal()) {
-      return call.parse(call.dal().OrderService().UpdateOrderHeaderComments(call.request_text()))
-          .first();
-    }
-    return call.send(aServerURL).first();
-  });
+  return ConnectorMethodFrame(
+      kUpdateOrderHeaderComments, {aServerURL, aSessionID}, [&](Call& call) {
+        call.request(kSoapEncoding).add("BVOrderComments", aNode);
+        if (call.takes_dal()) {
+          return call.first_of(
+              call.dal().OrderService().UpdateOrderHeaderComments(call.request_text()));
+        }
+        return call.send().first();
+      });
 }
 
 SoapNode BVSalesInstrumentConnector::UpdateQuoteHeaderComments(const SoapNode& aNode,
                                                                std::string_view aSessionID,
                                                                std::string_view aServerURL) {
-  return ConnectorMethodFrame(kUpdateQuoteHeaderComments, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding).Create("BVQuoteComments", aNode, "", "", "");
-    if (call.takes_dal()) {
-      return call.parse(call.dal().QuoteService().UpdateQuoteHeaderComments(call.request_text()))
-          .first();
-    }
-    return call.send(aServerURL).first();
-  });
+  return ConnectorMethodFrame(
+      kUpdateQuoteHeaderComments, {aServerURL, aSessionID}, [&](Call& call) {
+        call.request(kSoapEncoding).add("BVQuoteComments", aNode);
+        if (call.takes_dal()) {
+          return call.first_of(
+              call.dal().QuoteService().UpdateQuoteHeaderComments(call.request_text()));
+        }
+        return call.send().first();
+      });
 }
 
 SoapNode BVSalesInstrumentConnector::UpdateProjectHeaderComments(const SoapNode& aNode,
                                                                  std::string_view aSessionID,
                                                                  std::string_view aServerURL) {
-  return ConnectorMethodFrame(kUpdateProjectHeaderComments, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding).Create("BVProjectComments", aNode, "", "", "");
-    if (call.takes_dal()) {
-      return call
-          .parse(call.dal().ProjectService().UpdateProjectHeaderComments(call.request_text()))
-          .first();
-    }
-    return call.send(aServerURL).first();
-  });
+  return ConnectorMethodFrame(
+      kUpdateProjectHeaderComments, {aServerURL, aSessionID}, [&](Call& call) {
+        call.request(kSoapEncoding).add("BVProjectComments", aNode);
+        if (call.takes_dal()) {
+          return call.first_of(
+              call.dal().ProjectService().UpdateProjectHeaderComments(call.request_text()));
+        }
+        return call.send().first();
+      });
 }
 
 }  // namespace bvconn

@@ -5,16 +5,16 @@
 namespace bvconn {
 namespace {
 
-constexpr LogBlock log_as(std::string_view method) {
+constexpr LogBlock text_lines(std::string_view method) {
   return {.cls = "BVSubmittalConnector", .method = method, .form = LogForm::kTextLines};
 }
 
-constexpr Operation kInitialize{.log = log_as("Class_Initialize"), .tail = Tail::kSwallow};
+constexpr Operation kInitialize{.log = text_lines("Class_Initialize"), .tail = Tail::kSwallow};
 // What fails here is logged; a destructor can't raise it again.
-constexpr Operation kTerminate{.log = log_as("Class_Terminate"), .tail = Tail::kSwallow};
+constexpr Operation kTerminate{.log = text_lines("Class_Terminate"), .tail = Tail::kSwallow};
 
 constexpr Operation kGetAllParagraphs{
-    .log = log_as("GetAllParagraphs"),
+    .log = text_lines("GetAllParagraphs"),
     .method = &BVMethods::GetAllParagraphs,
     .service = &BVServices::Submittal,
 };
@@ -28,32 +28,32 @@ constexpr Operation kGetAllRemarks{
     .service = &BVServices::Submittal,
 };
 constexpr Operation kGetSubmittal{
-    .log = log_as("GetSubmittal"),
+    .log = text_lines("GetSubmittal"),
     .method = &BVMethods::GetSubmittal,
     .service = &BVServices::Submittal,
 };
 constexpr Operation kGetSubmittalCriteria{
-    .log = log_as("GetSubmittalCriteria"),
+    .log = text_lines("GetSubmittalCriteria"),
     .method = &BVMethods::GetSubmittalCriteria,
     .service = &BVServices::Submittal,
 };
 constexpr Operation kGetSubmittalCommentsForProjectLineItem{
-    .log = log_as("GetSubmittalCommentsForProjectLineItem"),
+    .log = text_lines("GetSubmittalCommentsForProjectLineItem"),
     .method = &BVMethods::GetSubmittalCommentsForLineItem,
     .service = &BVServices::Submittal,
 };
 constexpr Operation kGetSubmittalCommentsForProjectLineItems{
-    .log = log_as("GetSubmittalCommentsForProjectLineItems"),
+    .log = text_lines("GetSubmittalCommentsForProjectLineItems"),
     .method = &BVMethods::GetSubmittalCommentsForLineItem,
     .service = &BVServices::Submittal,
 };
 constexpr Operation kGetSubmittalCommentsForQuoteLineItem{
-    .log = log_as("GetSubmittalCommentsForQuoteLineItem"),
+    .log = text_lines("GetSubmittalCommentsForQuoteLineItem"),
     .method = &BVMethods::GetSubmittalCommentsForLineItem,
     .service = &BVServices::Submittal,
 };
 constexpr Operation kGetSubmittalCommentsForQuoteLineItems{
-    .log = log_as("GetSubmittalCommentsForQuoteLineItems"),
+    .log = text_lines("GetSubmittalCommentsForQuoteLineItems"),
     .method = &BVMethods::GetSubmittalCommentsForLineItem,
     .service = &BVServices::Submittal,
 };
@@ -61,59 +61,38 @@ constexpr Operation kCreateSubmittal{
     .log = {.cls = "BVSubmittalConnector", .method = "CreateSubmittal", .form = LogForm::kNone},
     .method = &BVMethods::CreateSubmittal,
     .service = &BVServices::Submittal,
-    .tail = Tail::kPlainUnlogged,
+    .tail = Tail::kThreeValues,
 };
 constexpr Operation kReviseSubmittal{
-    .log = log_as("ReviseSubmittal"),
+    .log = text_lines("ReviseSubmittal"),
     .method = &BVMethods::ReviseSubmittal,
     .service = &BVServices::Submittal,
 };
 constexpr Operation kUpdateSubmittal{
-    .log = log_as("UpdateSubmittal"),
+    .log = text_lines("UpdateSubmittal"),
     .method = &BVMethods::UpdateSubmittal,
     .service = &BVServices::Submittal,
 };
 constexpr Operation kGetAllSubmittalsForProject{
-    .log = log_as("GetAllSubmittalsForProject"),
+    .log = text_lines("GetAllSubmittalsForProject"),
     .method = &BVMethods::GetAllSubmittalsForProject,
     .service = &BVServices::Submittal,
 };
 constexpr Operation kGetAllSubmittalsForQuote{
-    .log = log_as("GetAllSubmittalsForQuote"),
+    .log = text_lines("GetAllSubmittalsForQuote"),
     .method = &BVMethods::GetAllSubmittalsForQuote,
     .service = &BVServices::Submittal,
 };
 constexpr Operation kGetUpdatableSubmittalsForProject{
-    .log = log_as("GetUpdatableSubmittalsForProject"),
+    .log = text_lines("GetUpdatableSubmittalsForProject"),
     .method = &BVMethods::GetUpdatableSubmittalsForProject,
     .service = &BVServices::Submittal,
 };
 constexpr Operation kGetUpdatableSubmittalsForQuote{
-    .log = log_as("GetUpdatableSubmittalsForQuote"),
+    .log = text_lines("GetUpdatableSubmittalsForQuote"),
     .method = &BVMethods::GetUpdatableSubmittalsForQuote,
     .service = &BVServices::Submittal,
 };
-
-SoapNode send_key(Call& call, std::string_view aSessionID, std::string_view key,
-                  std::string_view aServerURL) {
-  call.envelope(aSessionID).Create("param", key, "", "", "");
-  return call.send(aServerURL).first();
-}
-
-// `of_project` tells the server whose line items they are: a project's or a quote's.
-SoapNode send_line_items(Call& call, std::string_view aSessionID, const Variant& line_items,
-                         bool of_project, std::string_view aServerURL) {
-  auto& parameters = call.envelope(aSessionID);
-  parameters.Create("param", line_items, "", "", "");
-  parameters.Create("param_bool", of_project, "", "", "");
-  return call.send(aServerURL).first();
-}
-
-std::string send_submittal(Call& call, std::string_view aSessionID, const SoapNode& aSoapNode,
-                           std::string_view aServerURL) {
-  call.envelope(aSessionID).Create("Submittal", aSoapNode, "", "", "");
-  return call.send(aServerURL).text();
-}
 
 }  // namespace
 
@@ -131,33 +110,29 @@ BVSubmittalConnector::~BVSubmittalConnector() {
 
 SoapNode BVSubmittalConnector::GetAllParagraphs(std::string_view aSessionID,
                                                 std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetAllParagraphs, catalogues_, [&](Call& call) {
-    call.envelope(aSessionID);
-    return call.send(aServerURL).first();
-  });
+  return ConnectorMethodFrame(kGetAllParagraphs, {aServerURL, aSessionID},
+                              [&](Call& call) { return call.request().send().first(); });
 }
 
 SoapNode BVSubmittalConnector::GetAllRemarks(std::string_view aSessionID,
                                              std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetAllRemarks, catalogues_, [&](Call& call) {
-    call.envelope(aSessionID);
-    return call.send(aServerURL).first();
-  });
+  return ConnectorMethodFrame(kGetAllRemarks, {aServerURL, aSessionID},
+                              [&](Call& call) { return call.request().send().first(); });
 }
 
 SoapNode BVSubmittalConnector::GetSubmittal(std::string_view aSessionID,
                                             std::string_view aSubmittalUID,
                                             std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetSubmittal, catalogues_, [&](Call& call) {
-    return send_key(call, aSessionID, aSubmittalUID, aServerURL);
+  return ConnectorMethodFrame(kGetSubmittal, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request().params(aSubmittalUID).send().first();
   });
 }
 
 SoapNode BVSubmittalConnector::GetSubmittalCriteria(std::string_view aSessionID,
                                                     std::string_view aSubmittalUID,
                                                     std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetSubmittalCriteria, catalogues_, [&](Call& call) {
-    return send_key(call, aSessionID, aSubmittalUID, aServerURL);
+  return ConnectorMethodFrame(kGetSubmittalCriteria, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request().params(aSubmittalUID).send().first();
   });
 }
 
@@ -165,104 +140,104 @@ SoapNode BVSubmittalConnector::GetSubmittalCommentsForProjectLineItem(std::strin
                                                                       std::string_view aLineItemGID,
                                                                       std::string_view aServerURL) {
   return ConnectorMethodFrame(
-      kGetSubmittalCommentsForProjectLineItem, catalogues_, [&](Call& call) {
-        return send_line_items(call, aSessionID, aLineItemGID, true, aServerURL);
-      });
+      kGetSubmittalCommentsForProjectLineItem, {aServerURL, aSessionID},
+      [&](Call& call) { return call.request().params(aLineItemGID, true).send().first(); });
 }
 
 SoapNode BVSubmittalConnector::GetSubmittalCommentsForProjectLineItems(
     std::string_view aSessionID, const Variant& aLineItemGIDs, std::string_view aServerURL) {
   return ConnectorMethodFrame(
-      kGetSubmittalCommentsForProjectLineItems, catalogues_, [&](Call& call) {
-        return send_line_items(call, aSessionID, aLineItemGIDs, true, aServerURL);
-      });
+      kGetSubmittalCommentsForProjectLineItems, {aServerURL, aSessionID},
+      [&](Call& call) { return call.request().params(aLineItemGIDs, true).send().first(); });
 }
 
 SoapNode BVSubmittalConnector::GetSubmittalCommentsForQuoteLineItem(std::string_view aSessionID,
                                                                     std::string_view aLineItemGID,
                                                                     std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetSubmittalCommentsForQuoteLineItem, catalogues_, [&](Call& call) {
-    return send_line_items(call, aSessionID, aLineItemGID, false, aServerURL);
-  });
+  return ConnectorMethodFrame(
+      kGetSubmittalCommentsForQuoteLineItem, {aServerURL, aSessionID},
+      [&](Call& call) { return call.request().params(aLineItemGID, false).send().first(); });
 }
 
 SoapNode BVSubmittalConnector::GetSubmittalCommentsForQuoteLineItems(std::string_view aSessionID,
                                                                      const Variant& aLineItemGIDs,
                                                                      std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetSubmittalCommentsForQuoteLineItems, catalogues_, [&](Call& call) {
-    return send_line_items(call, aSessionID, aLineItemGIDs, false, aServerURL);
-  });
+  return ConnectorMethodFrame(
+      kGetSubmittalCommentsForQuoteLineItems, {aServerURL, aSessionID},
+      [&](Call& call) { return call.request().params(aLineItemGIDs, false).send().first(); });
 }
 
 std::string BVSubmittalConnector::CreateSubmittal(std::string_view aSessionID,
                                                   const SoapNode& aSoapNode,
                                                   std::string_view aServerURL) {
-  return ConnectorMethodFrame(kCreateSubmittal, catalogues_, [&](Call& call) {
-    return send_submittal(call, aSessionID, aSoapNode, aServerURL);
+  return ConnectorMethodFrame(kCreateSubmittal, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request().add("Submittal", aSoapNode).send().text();
   });
 }
 
 std::string BVSubmittalConnector::ReviseSubmittal(std::string_view aSessionID,
                                                   const SoapNode& aSoapNode,
                                                   std::string_view aServerURL) {
-  return ConnectorMethodFrame(kReviseSubmittal, catalogues_, [&](Call& call) {
-    return send_submittal(call, aSessionID, aSoapNode, aServerURL);
+  return ConnectorMethodFrame(kReviseSubmittal, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request().add("Submittal", aSoapNode).send().text();
   });
 }
 
 std::string BVSubmittalConnector::UpdateSubmittal(std::string_view aSessionID,
                                                   const SoapNode& aSoapNode,
                                                   std::string_view aServerURL) {
-  return ConnectorMethodFrame(kUpdateSubmittal, catalogues_, [&](Call& call) {
-    return send_submittal(call, aSessionID, aSoapNode, aServerURL);
+  return ConnectorMethodFrame(kUpdateSubmittal, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request().add("Submittal", aSoapNode).send().text();
   });
 }
 
 SoapNode BVSubmittalConnector::GetAllSubmittalsForProject(std::string_view aSessionID,
                                                           std::string_view aProjectGID,
                                                           std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetAllSubmittalsForProject, catalogues_, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().SubmittalService().GetAllSubmittalsForProject(aProjectGID))
-          .first();
-    }
-    return send_key(call, aSessionID, aProjectGID, aServerURL);
-  });
+  return ConnectorMethodFrame(
+      kGetAllSubmittalsForProject, {aServerURL, aSessionID}, [&](Call& call) {
+        if (call.takes_dal()) {
+          return call.first_of(
+              call.dal().SubmittalService().GetAllSubmittalsForProject(aProjectGID));
+        }
+        return call.request().params(aProjectGID).send().first();
+      });
 }
 
 SoapNode BVSubmittalConnector::GetAllSubmittalsForQuote(std::string_view aSessionID,
                                                         std::string_view aQuoteNbr,
                                                         std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetAllSubmittalsForQuote, catalogues_, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().SubmittalService().GetAllSubmittalsForQuote(aQuoteNbr)).first();
-    }
-    return send_key(call, aSessionID, aQuoteNbr, aServerURL);
+  return ConnectorMethodFrame(kGetAllSubmittalsForQuote, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().SubmittalService().GetAllSubmittalsForQuote(aQuoteNbr));
+    return call.request().params(aQuoteNbr).send().first();
   });
 }
 
 SoapNode BVSubmittalConnector::GetUpdatableSubmittalsForProject(std::string_view aSessionID,
                                                                 std::string_view aProjectGID,
                                                                 std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetUpdatableSubmittalsForProject, catalogues_, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().SubmittalService().GetUpdatableSubmittalsForProject(aProjectGID))
-          .first();
-    }
-    return send_key(call, aSessionID, aProjectGID, aServerURL);
-  });
+  return ConnectorMethodFrame(
+      kGetUpdatableSubmittalsForProject, {aServerURL, aSessionID}, [&](Call& call) {
+        if (call.takes_dal()) {
+          return call.first_of(
+              call.dal().SubmittalService().GetUpdatableSubmittalsForProject(aProjectGID));
+        }
+        return call.request().params(aProjectGID).send().first();
+      });
 }
 
 SoapNode BVSubmittalConnector::GetUpdatableSubmittalsForQuote(std::string_view aSessionID,
                                                               std::string_view aQuoteNbr,
                                                               std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetUpdatableSubmittalsForQuote, catalogues_, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().SubmittalService().GetUpdatableSubmittalsForQuote(aQuoteNbr))
-          .first();
-    }
-    return send_key(call, aSessionID, aQuoteNbr, aServerURL);
-  });
+  return ConnectorMethodFrame(
+      kGetUpdatableSubmittalsForQuote, {aServerURL, aSessionID}, [&](Call& call) {
+        if (call.takes_dal()) {
+          return call.first_of(
+              call.dal().SubmittalService().GetUpdatableSubmittalsForQuote(aQuoteNbr));
+        }
+        return call.request().params(aQuoteNbr).send().first();
+      });
 }
 
 }  // namespace bvconn

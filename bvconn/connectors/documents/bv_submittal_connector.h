@@ -3,7 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "bvconn/operation/catalogues.h"
 #include "bvconn/platform/export.h"
 #include "bvconn/platform/soap/soap_node.h"
 #include "bvconn/platform/soap/variant.h"
@@ -72,9 +71,6 @@ class BVCONN_EXPORT BVSubmittalConnector {
                                             std::string_view aServerURL);
   SoapNode GetUpdatableSubmittalsForQuote(std::string_view aSessionID, std::string_view aQuoteNbr,
                                           std::string_view aServerURL);
-
- private:
-  Catalogues catalogues_;
 };
 
 }  // namespace bvconn

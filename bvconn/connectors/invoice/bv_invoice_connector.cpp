@@ -20,11 +20,11 @@ constexpr std::string_view kDatePicture = "mm/dd/yyyy";
 constexpr std::array kInvoiceFaults{
     FaultRow{.code = 10041, .number = from_bits(0x80042739)},
 };
-constexpr std::array kSaveFaults{
+constexpr std::array kSaveReconcileFaults{
     FaultRow{.code = 10081, .number = from_bits(0x80042761)},
 };
 // Two codes of the server's are one error to the caller.
-constexpr std::array kGetFaults{
+constexpr std::array kGetReconcileFaults{
     FaultRow{.code = 10011, .number = from_bits(0x8004271B)},
     FaultRow{.code = 10012, .number = from_bits(0x8004271B)},
 };
@@ -60,14 +60,14 @@ constexpr Operation kSaveOrderReconcile{
     .method = &BVMethods::SaveOrderReconcile,
     .service = &BVServices::Invoice,
     .tail = Tail::kFaultCode,
-    .faults = kSaveFaults,
+    .faults = kSaveReconcileFaults,
 };
 constexpr Operation kGetOrderReconcile{
     .log = {.cls = kClass, .method = "GetOrderReconcile"},
     .method = &BVMethods::GetOrderReconcile,
     .service = &BVServices::Invoice,
     .tail = Tail::kFaultCode,
-    .faults = kGetFaults,
+    .faults = kGetReconcileFaults,
 };
 constexpr Operation kGetNewReconicle{
     // The operation is misspelt, its row is not.
@@ -128,31 +128,13 @@ constexpr Operation kGetCommissionRangeByAgent{
     .service = &BVServices::Invoice,
 };
 
-// The server knows the parameters of this service by their place alone: nearly all bear one name.
-void add(SoapNodes& parameters, const Variant& value) {
-  parameters.Create("param", value, "", "", "");
-}
-
-void add_date(SoapNodes& parameters, std::string_view text) {
-  add(parameters, conversions::format_text(text, kDatePicture));
-}
-
-SoapNode invoice(const Operation& operation, std::string_view aServerURL,
-                 std::string_view aSessionID, std::string_view strInvoiceUID) {
-  return ConnectorMethodFrame(operation, [&](Call& call) {
-    add(call.getEnvelope(aSessionID), strInvoiceUID);
-    return call.send(aServerURL).first();
-  });
-}
-
 // The time line tells of the look-ups and the making of the request too, and a span that passes
 // midnight is negative.
-SoapNode commission_statement(const Operation& operation, std::string_view aServerURL,
-                              std::string_view aSessionID, std::string_view aCommKey) {
-  return ConnectorMethodFrame(operation, [&](Call& call) {
+SoapNode commission_statement(const Operation& operation, const CallContext& context,
+                              std::string_view aCommKey) {
+  return ConnectorMethodFrame(operation, context, [&](Call& call) {
     const float start = timer_seconds();
-    add(call.getEnvelope(aSessionID), aCommKey);
-    SoapNode result = call.send(aServerURL).first();
+    SoapNode result = call.getEnvelope().params(aCommKey).send().first();
     const float seconds = timer_seconds() - start;
     session().Logger().LogInfo(kClass, operation.log.method,
                                "Time to send and get response: " +
@@ -166,101 +148,91 @@ SoapNode commission_statement(const Operation& operation, std::string_view aServ
 
 SoapNode BVInvoiceConnector::InvoiceSearch(std::string_view aServerURL, std::string_view aSessionID,
                                            const InvoiceSearchCriteria& criteria) {
-  return ConnectorMethodFrame(kInvoiceSearch, [&](Call& call) {
-    auto& parameters = call.getEnvelope(aSessionID);
-    add(parameters, criteria.strInvoiceNumber);
-    add(parameters, criteria.strPONumber);
-    add(parameters, criteria.strProjectName);
-    add(parameters, criteria.strManufacturer);
-    add(parameters, criteria.strManufacturerOrderNumber);
-    add(parameters, criteria.strStatus);
-    add(parameters, criteria.strCustomerGID);
-    // The last of the four in the interface is the second on the wire.
-    add(parameters, criteria.strCustomerSoldToName);
-    add(parameters, criteria.strCustomerAccountNumber);
-    add(parameters, criteria.strPartnerID);
-    add(parameters, conversions::format_text(criteria.strAgent, kAgentPicture));
-    add(parameters, criteria.strTorvexOrderNumber);
-    add_date(parameters, criteria.strInvoiceDateFrom);
-    add_date(parameters, criteria.strInvoiceDateTo);
-    add_date(parameters, criteria.strPayPeriodDateFrom);
-    add_date(parameters, criteria.strPayPeriodDateTo);
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kInvoiceSearch, {aServerURL, aSessionID}, [&](Call& call) {
+    call.getEnvelope()
+        .params(criteria.strInvoiceNumber, criteria.strPONumber, criteria.strProjectName,
+                criteria.strManufacturer, criteria.strManufacturerOrderNumber, criteria.strStatus,
+                criteria.strCustomerGID)
+        // The last of the four in the interface is the second on the wire.
+        .params(criteria.strCustomerSoldToName, criteria.strCustomerAccountNumber,
+                criteria.strPartnerID)
+        .params(conversions::format_text(criteria.strAgent, kAgentPicture))
+        .params(criteria.strTorvexOrderNumber)
+        .params(conversions::format_text(criteria.strInvoiceDateFrom, kDatePicture))
+        .params(conversions::format_text(criteria.strInvoiceDateTo, kDatePicture))
+        .params(conversions::format_text(criteria.strPayPeriodDateFrom, kDatePicture))
+        .params(conversions::format_text(criteria.strPayPeriodDateTo, kDatePicture));
+    return call.send().first();
   });
 }
 
 SoapNode BVInvoiceConnector::GetInvoice(std::string_view aServerURL, std::string_view aSessionID,
                                         std::string_view strInvoiceUID) {
-  return invoice(kGetInvoice, aServerURL, aSessionID, strInvoiceUID);
+  return ConnectorMethodFrame(kGetInvoice, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.getEnvelope().params(strInvoiceUID).send().first();
+  });
 }
 
 SoapNode BVInvoiceConnector::GetSAPInvoice(std::string_view aServerURL, std::string_view aSessionID,
                                            std::string_view strInvoiceUID) {
-  return invoice(kGetSAPInvoice, aServerURL, aSessionID, strInvoiceUID);
+  return ConnectorMethodFrame(kGetSAPInvoice, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.getEnvelope().params(strInvoiceUID).send().first();
+  });
 }
 
 SoapNode BVInvoiceConnector::SaveOrderReconcile(std::string_view aServerURL,
                                                 std::string_view aSessionID,
                                                 const SoapNode& aSoapNode) {
-  return ConnectorMethodFrame(kSaveOrderReconcile, [&](Call& call) {
+  return ConnectorMethodFrame(kSaveOrderReconcile, {aServerURL, aSessionID}, [&](Call& call) {
     // The one operation here that fills its envelope by hand, and that names its parameter.
-    call.envelope(aSessionID).Create("BVOrderReconcileBean", aSoapNode, "", "", "");
-    return call.send(aServerURL).first();
+    return call.request().add("BVOrderReconcileBean", aSoapNode).send().first();
   });
 }
 
 SoapNode BVInvoiceConnector::GetOrderReconcile(std::string_view aServerURL,
                                                std::string_view aSessionID, std::string_view aUID,
                                                std::string_view aAgentID) {
-  return ConnectorMethodFrame(kGetOrderReconcile, [&](Call& call) {
-    auto& parameters = call.getEnvelope(aSessionID);
-    add(parameters, aUID);
-    add(parameters, aAgentID);
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetOrderReconcile, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.getEnvelope().params(aUID, aAgentID).send().first();
   });
 }
 
 SoapNode BVInvoiceConnector::GetNewReconicle(std::string_view aServerURL,
                                              std::string_view aSessionID, std::string_view aAgentID,
                                              const Variant& strUIDs) {
-  return ConnectorMethodFrame(kGetNewReconicle, [&](Call& call) {
-    auto& parameters = call.getEnvelope(aSessionID);
-    add(parameters, aAgentID);
-    if (!strUIDs.missing()) add(parameters, strUIDs);
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetNewReconicle, {aServerURL, aSessionID}, [&](Call& call) {
+    call.getEnvelope().params(aAgentID);
+    if (!strUIDs.missing()) call.params(strUIDs);
+    return call.send().first();
   });
 }
 
 SoapNode BVInvoiceConnector::GetCommissionStatement(std::string_view aServerURL,
                                                     std::string_view aSessionID,
                                                     std::string_view aCommKey) {
-  return commission_statement(kGetCommissionStatement, aServerURL, aSessionID, aCommKey);
+  return commission_statement(kGetCommissionStatement, {aServerURL, aSessionID}, aCommKey);
 }
 
 SoapNode BVInvoiceConnector::GetSAPCommissionStatement(std::string_view aServerURL,
                                                        std::string_view aSessionID,
                                                        std::string_view aCommKey) {
-  return commission_statement(kGetSAPCommissionStatement, aServerURL, aSessionID, aCommKey);
+  return commission_statement(kGetSAPCommissionStatement, {aServerURL, aSessionID}, aCommKey);
 }
 
 std::string BVInvoiceConnector::PilferOrderReconcile(std::string_view aServerURL,
                                                      std::string_view aSessionID,
                                                      std::string_view aGID) {
-  return ConnectorMethodFrame(kPilferOrderReconcile, [&](Call& call) {
-    add(call.getEnvelope(aSessionID), aGID);
-    return call.send(aServerURL).text();
+  return ConnectorMethodFrame(kPilferOrderReconcile, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.getEnvelope().params(aGID).send().text();
   });
 }
 
 void BVInvoiceConnector::UnlockOrderReconcile(std::string_view aServerURL,
                                               std::string_view aSessionID, std::string_view aGID,
                                               bool blnUnassociate, std::string_view aAgentID) {
-  ConnectorMethodFrame(kUnlockOrderReconcile, [&](Call& call) {
-    auto& parameters = call.getEnvelope(aSessionID);
-    add(parameters, aGID);
-    add(parameters, blnUnassociate);
-    add(parameters, aAgentID);
-    call.send(aServerURL);
+  ConnectorMethodFrame(kUnlockOrderReconcile, {aServerURL, aSessionID}, [&](Call& call) {
+    // The one boolean that bears the name of all the others here.
+    call.getEnvelope().params(aGID).add("param", blnUnassociate).params(aAgentID).send();
   });
 }
 
@@ -269,13 +241,10 @@ SoapNode BVInvoiceConnector::AssocInvoiceAndOrderReconcile(std::string_view aSer
                                                            std::string_view aInvoiceNumber,
                                                            std::string_view aReconcileGID,
                                                            std::string_view aAgentID) {
-  return ConnectorMethodFrame(kAssocInvoiceAndOrderReconcile, [&](Call& call) {
-    auto& parameters = call.getEnvelope(aSessionID);
-    add(parameters, aInvoiceNumber);
-    add(parameters, aReconcileGID);
-    add(parameters, aAgentID);
-    return call.send(aServerURL).first();
-  });
+  return ConnectorMethodFrame(
+      kAssocInvoiceAndOrderReconcile, {aServerURL, aSessionID}, [&](Call& call) {
+        return call.getEnvelope().params(aInvoiceNumber, aReconcileGID, aAgentID).send().first();
+      });
 }
 
 SoapNode BVInvoiceConnector::AutoReconcileSingle(std::string_view aServerURL,
@@ -283,12 +252,10 @@ SoapNode BVInvoiceConnector::AutoReconcileSingle(std::string_view aServerURL,
                                                  std::string_view aInvoiceUID,
                                                  std::string_view aAgentID,
                                                  std::string_view strPayPeriodDate) {
-  return ConnectorMethodFrame(kAutoReconcileSingle, [&](Call& call) {
-    auto& parameters = call.getEnvelope(aSessionID);
-    add(parameters, aInvoiceUID);
-    add(parameters, aAgentID);
-    add_date(parameters, strPayPeriodDate);
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kAutoReconcileSingle, {aServerURL, aSessionID}, [&](Call& call) {
+    call.getEnvelope().params(aInvoiceUID, aAgentID,
+                              conversions::format_text(strPayPeriodDate, kDatePicture));
+    return call.send().first();
   });
 }
 
@@ -296,21 +263,18 @@ void BVInvoiceConnector::AutoReconcileMultiple(std::string_view aServerURL,
                                                std::string_view aSessionID, const Variant& strUIDs,
                                                std::string_view aAgentID,
                                                std::string_view strPayPeriodDate) {
-  ConnectorMethodFrame(kAutoReconcileMultiple, [&](Call& call) {
-    auto& parameters = call.getEnvelope(aSessionID);
-    add(parameters, strUIDs);
-    add(parameters, aAgentID);
-    add_date(parameters, strPayPeriodDate);
-    call.send(aServerURL);
+  ConnectorMethodFrame(kAutoReconcileMultiple, {aServerURL, aSessionID}, [&](Call& call) {
+    call.getEnvelope().params(strUIDs, aAgentID,
+                              conversions::format_text(strPayPeriodDate, kDatePicture));
+    call.send();
   });
 }
 
 SoapNode BVInvoiceConnector::GetCommissionRange(std::string_view aServerURL,
                                                 std::string_view aSessionID,
                                                 std::int16_t aListCount) {
-  return ConnectorMethodFrame(kGetCommissionRange, [&](Call& call) {
-    add(call.getEnvelope(aSessionID), aListCount);
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetCommissionRange, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.getEnvelope().params(aListCount).send().first();
   });
 }
 
@@ -318,12 +282,11 @@ SoapNode BVInvoiceConnector::GetCommissionRangeByAgent(std::string_view aServerU
                                                        std::string_view aSessionID,
                                                        std::int16_t aListCount,
                                                        std::string_view aAgentID) {
-  return ConnectorMethodFrame(kGetCommissionRangeByAgent, [&](Call& call) {
-    auto& parameters = call.getEnvelope(aSessionID);
-    add(parameters, aListCount);
-    add(parameters, conversions::text_to_int16(aAgentID));
-    return call.send(aServerURL).first();
-  });
+  return ConnectorMethodFrame(
+      kGetCommissionRangeByAgent, {aServerURL, aSessionID}, [&](Call& call) {
+        call.getEnvelope().params(aListCount, conversions::text_to_int16(aAgentID));
+        return call.send().first();
+      });
 }
 
 }  // namespace bvconn

@@ -24,36 +24,28 @@ constexpr Operation kUpdateRemark = maintenance("UpdateRemark", &BVMethods::Upda
 constexpr Operation kDeleteRemark = maintenance("DeleteRemark", &BVMethods::DeleteRemark);
 constexpr Operation kOrderRemarks = maintenance("OrderRemarks", &BVMethods::OrderRemarks);
 
-SoapNode get_all(const Operation& operation, std::string_view aSessionID,
-                 std::string_view aServerURL) {
-  return ConnectorMethodFrame(operation, [&](Call& call) {
-    call.getEnvelope(aSessionID);
-    return call.exchange(aServerURL).first();
+SoapNode get_all(const Operation& operation, const CallContext& context) {
+  return ConnectorMethodFrame(operation, context,
+                              [&](Call& call) { return call.getEnvelope().exchange().first(); });
+}
+
+SoapNode create(const Operation& operation, const CallContext& context, const SoapNode& aSoapNode) {
+  return ConnectorMethodFrame(operation, context, [&](Call& call) {
+    return call.getEnvelope().append(aSoapNode).exchange().first();
   });
 }
 
-SoapNode create(const Operation& operation, std::string_view aSessionID, const SoapNode& aSoapNode,
-                std::string_view aServerURL) {
-  return ConnectorMethodFrame(operation, [&](Call& call) {
-    call.getEnvelope(aSessionID).Append(aSoapNode);
-    return call.exchange(aServerURL).first();
-  });
-}
-
-std::string update(const Operation& operation, std::string_view aSessionID,
-                   const SoapNode& aSoapNode, std::string_view aServerURL) {
-  return ConnectorMethodFrame(operation, [&](Call& call) {
-    call.getEnvelope(aSessionID).Append(aSoapNode);
-    return call.exchange(aServerURL).text();
+std::string update(const Operation& operation, const CallContext& context,
+                   const SoapNode& aSoapNode) {
+  return ConnectorMethodFrame(operation, context, [&](Call& call) {
+    return call.getEnvelope().append(aSoapNode).exchange().text();
   });
 }
 
 // Deletes one, or puts several in order: a key as text, or keys as they stand, is the parameter.
-std::string send_keys(const Operation& operation, std::string_view aSessionID, const Variant& keys,
-                      std::string_view aServerURL) {
-  return ConnectorMethodFrame(operation, [&](Call& call) {
-    call.getEnvelope(aSessionID).Create("param", keys, "", "", "");
-    return call.exchange(aServerURL).text();
+std::string send_keys(const Operation& operation, const CallContext& context, const Variant& keys) {
+  return ConnectorMethodFrame(operation, context, [&](Call& call) {
+    return call.getEnvelope().params(keys).exchange().text();
   });
 }
 
@@ -61,60 +53,60 @@ std::string send_keys(const Operation& operation, std::string_view aSessionID, c
 
 SoapNode BVMaintenanceConnector::GetAllParagraphs(std::string_view aSessionID,
                                                   std::string_view aServerURL) {
-  return get_all(kGetAllParagraphs, aSessionID, aServerURL);
+  return get_all(kGetAllParagraphs, {aServerURL, aSessionID});
 }
 
 SoapNode BVMaintenanceConnector::CreateParagraph(std::string_view aSessionID,
                                                  const SoapNode& aSoapNode,
                                                  std::string_view aServerURL) {
-  return create(kCreateParagraph, aSessionID, aSoapNode, aServerURL);
+  return create(kCreateParagraph, {aServerURL, aSessionID}, aSoapNode);
 }
 
 std::string BVMaintenanceConnector::UpdateParagraph(std::string_view aSessionID,
                                                     const SoapNode& aSoapNode,
                                                     std::string_view aServerURL) {
-  return update(kUpdateParagraph, aSessionID, aSoapNode, aServerURL);
+  return update(kUpdateParagraph, {aServerURL, aSessionID}, aSoapNode);
 }
 
 std::string BVMaintenanceConnector::DeleteParagraph(std::string_view aSessionID,
                                                     std::string_view aParagraphUID,
                                                     std::string_view aServerURL) {
-  return send_keys(kDeleteParagraph, aSessionID, aParagraphUID, aServerURL);
+  return send_keys(kDeleteParagraph, {aServerURL, aSessionID}, aParagraphUID);
 }
 
 std::string BVMaintenanceConnector::OrderParagraphs(std::string_view aSessionID,
                                                     const Variant& aParagraphUID,
                                                     std::string_view aServerURL) {
-  return send_keys(kOrderParagraphs, aSessionID, aParagraphUID, aServerURL);
+  return send_keys(kOrderParagraphs, {aServerURL, aSessionID}, aParagraphUID);
 }
 
 SoapNode BVMaintenanceConnector::GetAllRemarks(std::string_view aSessionID,
                                                std::string_view aServerURL) {
-  return get_all(kGetAllRemarks, aSessionID, aServerURL);
+  return get_all(kGetAllRemarks, {aServerURL, aSessionID});
 }
 
 SoapNode BVMaintenanceConnector::CreateRemark(std::string_view aSessionID,
                                               const SoapNode& aSoapNode,
                                               std::string_view aServerURL) {
-  return create(kCreateRemark, aSessionID, aSoapNode, aServerURL);
+  return create(kCreateRemark, {aServerURL, aSessionID}, aSoapNode);
 }
 
 std::string BVMaintenanceConnector::UpdateRemark(std::string_view aSessionID,
                                                  const SoapNode& aSoapNode,
                                                  std::string_view aServerURL) {
-  return update(kUpdateRemark, aSessionID, aSoapNode, aServerURL);
+  return update(kUpdateRemark, {aServerURL, aSessionID}, aSoapNode);
 }
 
 std::string BVMaintenanceConnector::DeleteRemark(std::string_view aSessionID,
                                                  std::string_view aRemarkUID,
                                                  std::string_view aServerURL) {
-  return send_keys(kDeleteRemark, aSessionID, aRemarkUID, aServerURL);
+  return send_keys(kDeleteRemark, {aServerURL, aSessionID}, aRemarkUID);
 }
 
 std::string BVMaintenanceConnector::OrderRemarks(std::string_view aSessionID,
                                                  const Variant& aRemarkUID,
                                                  std::string_view aServerURL) {
-  return send_keys(kOrderRemarks, aSessionID, aRemarkUID, aServerURL);
+  return send_keys(kOrderRemarks, {aServerURL, aSessionID}, aRemarkUID);
 }
 
 }  // namespace bvconn

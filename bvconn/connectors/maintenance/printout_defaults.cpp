@@ -14,36 +14,16 @@ constexpr Operation maintenance(std::string_view name, MethodRow method) {
           .service = &BVServices::Maintenance};
 }
 
-// Operations that can take the other route, with what they call there: it takes nothing, or a text.
-struct Asking {
-  Operation operation;
-  std::string (dal::MaintenanceService::*dal)() const;
-};
-struct Giving {
-  Operation operation;
-  std::string (dal::MaintenanceService::*dal)(std::string_view) const;
-};
-
-constexpr Giving kSaveQuotePrintoutDefault{
-    .operation = maintenance("SaveQuotePrintoutDefault", &BVMethods::SaveQuotePrintoutDefault),
-    .dal = &dal::MaintenanceService::SaveQuotePrintoutDefault,
-};
-constexpr Giving kSaveOrderPrintoutDefault{
-    .operation = maintenance("SaveOrderPrintoutDefault", &BVMethods::SaveOrderPrintoutDefault),
-    .dal = &dal::MaintenanceService::SaveOrderPrintoutDefault,
-};
-constexpr Giving kSaveSAPPrintoutDefault{
-    .operation = maintenance("SaveSAPPrintoutDefault", &BVMethods::SaveSAPPrintoutDefault),
-    .dal = &dal::MaintenanceService::SaveSAPPrintoutDefault,
-};
-constexpr Giving kSaveProjectPrintoutDefault{
-    .operation = maintenance("SaveProjectPrintoutDefault", &BVMethods::SaveProjectPrintoutDefault),
-    .dal = &dal::MaintenanceService::SaveProjectPrintoutDefault,
-};
-constexpr Giving kSaveRFQPrintoutDefault{
-    .operation = maintenance("SaveRFQPrintoutDefault", &BVMethods::SaveRFQPrintoutDefault),
-    .dal = &dal::MaintenanceService::SaveRFQPrintoutDefault,
-};
+constexpr Operation kSaveQuotePrintoutDefault =
+    maintenance("SaveQuotePrintoutDefault", &BVMethods::SaveQuotePrintoutDefault);
+constexpr Operation kSaveOrderPrintoutDefault =
+    maintenance("SaveOrderPrintoutDefault", &BVMethods::SaveOrderPrintoutDefault);
+constexpr Operation kSaveSAPPrintoutDefault =
+    maintenance("SaveSAPPrintoutDefault", &BVMethods::SaveSAPPrintoutDefault);
+constexpr Operation kSaveProjectPrintoutDefault =
+    maintenance("SaveProjectPrintoutDefault", &BVMethods::SaveProjectPrintoutDefault);
+constexpr Operation kSaveRFQPrintoutDefault =
+    maintenance("SaveRFQPrintoutDefault", &BVMethods::SaveRFQPrintoutDefault);
 
 constexpr Operation kSaveAgentQuotePrintoutDefault =
     maintenance("SaveAgentQuotePrintoutDefault", &BVMethods::SaveAgentQuotePrintoutDefault);
@@ -77,111 +57,76 @@ constexpr Operation kGetAgentOrderSubmitPrintoutDefault{
 constexpr Operation kGetAgentRFQPrintoutDefault =
     maintenance("GetAgentRFQPrintoutDefault", &BVMethods::GetAgentRFQPrintoutDefault);
 
-constexpr Giving kSetUserQuotePrintoutDefault{
-    .operation =
-        maintenance("SetUserQuotePrintoutDefault", &BVMethods::SetUserQuotePrintoutDefault),
-    .dal = &dal::MaintenanceService::SetUserQuotePrintoutDefault,
-};
-constexpr Giving kSetUserOrderPrintoutDefault{
-    .operation =
-        maintenance("SetUserOrderPrintoutDefault", &BVMethods::SetUserOrderPrintoutDefault),
-    .dal = &dal::MaintenanceService::SetUserOrderPrintoutDefault,
-};
-constexpr Giving kSetUserOrderSubmitPrintoutDefault{
-    .operation = maintenance("SetUserOrderSubmitPrintoutDefault",
-                             &BVMethods::SetUserOrderSubmitPrintoutDefault),
-    .dal = &dal::MaintenanceService::SetUserOrderSubmitPrintoutDefault,
-};
-constexpr Giving kSetUserSAPPrintoutDefault{
-    .operation = maintenance("SetUserSAPPrintoutDefault", &BVMethods::SetUserSAPPrintoutDefault),
-    .dal = &dal::MaintenanceService::SetUserSAPPrintoutDefault,
-};
-constexpr Giving kSetUserProjectPrintoutDefault{
-    .operation =
-        maintenance("SetUserProjectPrintoutDefault", &BVMethods::SetUserProjectPrintoutDefault),
-    .dal = &dal::MaintenanceService::SetUserProjectPrintoutDefault,
-};
-constexpr Giving kSetUserRFQPrintoutDefault{
-    .operation = maintenance("SetUserRFQPrintoutDefault", &BVMethods::SetUserRFQPrintoutDefault),
-    .dal = &dal::MaintenanceService::SetUserRFQPrintoutDefault,
-};
+constexpr Operation kSetUserQuotePrintoutDefault =
+    maintenance("SetUserQuotePrintoutDefault", &BVMethods::SetUserQuotePrintoutDefault);
+constexpr Operation kSetUserOrderPrintoutDefault =
+    maintenance("SetUserOrderPrintoutDefault", &BVMethods::SetUserOrderPrintoutDefault);
+constexpr Operation kSetUserOrderSubmitPrintoutDefault =
+    maintenance("SetUserOrderSubmitPrintoutDefault", &BVMethods::SetUserOrderSubmitPrintoutDefault);
+constexpr Operation kSetUserSAPPrintoutDefault =
+    maintenance("SetUserSAPPrintoutDefault", &BVMethods::SetUserSAPPrintoutDefault);
+constexpr Operation kSetUserProjectPrintoutDefault =
+    maintenance("SetUserProjectPrintoutDefault", &BVMethods::SetUserProjectPrintoutDefault);
+constexpr Operation kSetUserRFQPrintoutDefault =
+    maintenance("SetUserRFQPrintoutDefault", &BVMethods::SetUserRFQPrintoutDefault);
 
-constexpr Asking kGetUserQuotePrintoutDefault{
-    .operation =
-        maintenance("GetUserQuotePrintoutDefault", &BVMethods::GetUserQuotePrintoutDefault),
-    .dal = &dal::MaintenanceService::GetUserQuotePrintoutDefault,
-};
-constexpr Asking kGetUserOrderPrintoutDefault{
-    .operation =
-        maintenance("GetUserOrderPrintoutDefault", &BVMethods::GetUserOrderPrintoutDefault),
-    .dal = &dal::MaintenanceService::GetUserOrderPrintoutDefault,
-};
-constexpr Asking kGetUserOrderSubmitPrintoutDefault{
-    .operation = maintenance("GetUserOrderSubmitPrintoutDefault",
-                             &BVMethods::GetUserOrderSubmitPrintoutDefault),
-    .dal = &dal::MaintenanceService::GetUserOrderSubmitPrintoutDefault,
-};
-constexpr Asking kGetUserRFQPrintoutDefault{
-    .operation = maintenance("GetUserRFQPrintoutDefault", &BVMethods::GetUserRFQPrintoutDefault),
-    .dal = &dal::MaintenanceService::GetUserRFQPrintoutDefault,
-};
-constexpr Asking kGetUserSAPPrintoutDefault{
-    .operation = maintenance("GetUserSAPPrintoutDefault", &BVMethods::GetUserSAPPrintoutDefault),
-    .dal = &dal::MaintenanceService::GetUserSAPPrintoutDefault,
-};
-constexpr Asking kGetUserProjectPrintoutDefault{
-    .operation =
-        maintenance("GetUserProjectPrintoutDefault", &BVMethods::GetUserProjectPrintoutDefault),
-    .dal = &dal::MaintenanceService::GetUserProjectPrintoutDefault,
-};
+constexpr Operation kGetUserQuotePrintoutDefault =
+    maintenance("GetUserQuotePrintoutDefault", &BVMethods::GetUserQuotePrintoutDefault);
+constexpr Operation kGetUserOrderPrintoutDefault =
+    maintenance("GetUserOrderPrintoutDefault", &BVMethods::GetUserOrderPrintoutDefault);
+constexpr Operation kGetUserOrderSubmitPrintoutDefault =
+    maintenance("GetUserOrderSubmitPrintoutDefault", &BVMethods::GetUserOrderSubmitPrintoutDefault);
+constexpr Operation kGetUserRFQPrintoutDefault =
+    maintenance("GetUserRFQPrintoutDefault", &BVMethods::GetUserRFQPrintoutDefault);
+constexpr Operation kGetUserSAPPrintoutDefault =
+    maintenance("GetUserSAPPrintoutDefault", &BVMethods::GetUserSAPPrintoutDefault);
+constexpr Operation kGetUserProjectPrintoutDefault =
+    maintenance("GetUserProjectPrintoutDefault", &BVMethods::GetUserProjectPrintoutDefault);
 
-// The request is built in full on either route.
-SoapNode save_plain(const Giving& save, std::string_view aSessionID, std::string_view aServerURL,
-                    const SoapNode& printout) {
-  return ConnectorMethodFrame(save.operation, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding).Append(printout);
-    if (call.takes_dal()) {
-      return call.parse((call.dal().MaintenanceService().*save.dal)(call.request_text())).first();
-    }
-    return call.send(aServerURL).first();
+// The five shapes. Where an operation has a route by the data access layer, `by_dal` is its call
+// there.
+
+// A printout as the default, whole: the request is built in full on either route.
+template <class ByDal>
+SoapNode save_printout(const Operation& operation, const CallContext& context,
+                       const SoapNode& printout, const ByDal& by_dal) {
+  return ConnectorMethodFrame(operation, context, [&](Call& call) {
+    call.request(kSoapEncoding).append(printout);
+    if (call.takes_dal())
+      return call.first_of(by_dal(call.dal().MaintenanceService(), call.request_text()));
+    return call.send().first();
   });
 }
 
-// The agent's defaults have no other route.
-SoapNode save_agent(const Operation& operation, std::string_view aSessionID,
-                    std::string_view aServerURL, std::string_view aPrintInfoUID) {
-  return ConnectorMethodFrame(operation, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding).Create("printInfoUID", aPrintInfoUID, "", "", "");
-    return call.send(aServerURL).first();
+// The agent's default has no other route.
+SoapNode save_for_agent(const Operation& operation, const CallContext& context,
+                        std::string_view aPrintInfoUID) {
+  return ConnectorMethodFrame(operation, context, [&](Call& call) {
+    return call.request(kSoapEncoding).add("printInfoUID", aPrintInfoUID).send().first();
   });
 }
 
-std::string get_agent(const Operation& operation, std::string_view aSessionID,
-                      std::string_view aServerURL) {
-  return ConnectorMethodFrame(operation, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding);
-    return call.send(aServerURL).text();
+std::string get_for_agent(const Operation& operation, const CallContext& context) {
+  return ConnectorMethodFrame(
+      operation, context, [&](Call& call) { return call.request(kSoapEncoding).send().text(); });
+}
+
+template <class ByDal>
+std::string set_for_user(const Operation& operation, const CallContext& context,
+                         std::string_view aPrintInfoUID, const ByDal& by_dal) {
+  return ConnectorMethodFrame(operation, context, [&](Call& call) {
+    if (call.takes_dal())
+      return call.text_of(by_dal(call.dal().MaintenanceService(), aPrintInfoUID));
+    return call.request(kSoapEncoding).add("printInfoUID", aPrintInfoUID).send().text();
   });
 }
 
-std::string set_user(const Giving& set, std::string_view aSessionID, std::string_view aServerURL,
-                     std::string_view aPrintInfoUID) {
-  return ConnectorMethodFrame(set.operation, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse((call.dal().MaintenanceService().*set.dal)(aPrintInfoUID)).text();
-    }
-    call.envelope(aSessionID, kSoapEncoding).Create("printInfoUID", aPrintInfoUID, "", "", "");
-    return call.send(aServerURL).text();
-  });
-}
-
-std::string get_user(const Asking& get, std::string_view aSessionID, std::string_view aServerURL) {
-  return ConnectorMethodFrame(get.operation, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse((call.dal().MaintenanceService().*get.dal)()).text();
-    }
-    call.envelope(aSessionID, kSoapEncoding);
-    return call.send(aServerURL).text();
+template <class ByDal>
+std::string get_for_user(const Operation& operation, const CallContext& context,
+                         const ByDal& by_dal) {
+  return ConnectorMethodFrame(operation, context, [&](Call& call) {
+    if (call.takes_dal()) return call.text_of(by_dal(call.dal().MaintenanceService()));
+    return call.request(kSoapEncoding).send().text();
   });
 }
 
@@ -190,161 +135,188 @@ std::string get_user(const Asking& get, std::string_view aSessionID, std::string
 SoapNode BVMaintenanceConnector::SaveQuotePrintoutDefault(std::string_view aSessionID,
                                                           std::string_view aServerURL,
                                                           const SoapNode& aQuotePrintoutNode) {
-  return save_plain(kSaveQuotePrintoutDefault, aSessionID, aServerURL, aQuotePrintoutNode);
+  return save_printout(
+      kSaveQuotePrintoutDefault, {aServerURL, aSessionID}, aQuotePrintoutNode,
+      [](const auto& dal, const auto& text) { return dal.SaveQuotePrintoutDefault(text); });
 }
 
 SoapNode BVMaintenanceConnector::SaveOrderPrintoutDefault(std::string_view aSessionID,
                                                           std::string_view aServerURL,
                                                           const SoapNode& aOrderPrintoutNode) {
-  return save_plain(kSaveOrderPrintoutDefault, aSessionID, aServerURL, aOrderPrintoutNode);
+  return save_printout(
+      kSaveOrderPrintoutDefault, {aServerURL, aSessionID}, aOrderPrintoutNode,
+      [](const auto& dal, const auto& text) { return dal.SaveOrderPrintoutDefault(text); });
 }
 
 SoapNode BVMaintenanceConnector::SaveSAPPrintoutDefault(std::string_view aSessionID,
                                                         std::string_view aServerURL,
                                                         const SoapNode& aSAPPrintoutNode) {
-  return save_plain(kSaveSAPPrintoutDefault, aSessionID, aServerURL, aSAPPrintoutNode);
+  return save_printout(
+      kSaveSAPPrintoutDefault, {aServerURL, aSessionID}, aSAPPrintoutNode,
+      [](const auto& dal, const auto& text) { return dal.SaveSAPPrintoutDefault(text); });
 }
 
 SoapNode BVMaintenanceConnector::SaveProjectPrintoutDefault(std::string_view aSessionID,
                                                             std::string_view aServerURL,
                                                             const SoapNode& aProjectPrintoutNode) {
-  return save_plain(kSaveProjectPrintoutDefault, aSessionID, aServerURL, aProjectPrintoutNode);
+  return save_printout(
+      kSaveProjectPrintoutDefault, {aServerURL, aSessionID}, aProjectPrintoutNode,
+      [](const auto& dal, const auto& text) { return dal.SaveProjectPrintoutDefault(text); });
 }
 
 SoapNode BVMaintenanceConnector::SaveRFQPrintoutDefault(std::string_view aSessionID,
                                                         std::string_view aServerURL,
                                                         const SoapNode& aRFQPrintoutNode) {
-  return save_plain(kSaveRFQPrintoutDefault, aSessionID, aServerURL, aRFQPrintoutNode);
+  return save_printout(
+      kSaveRFQPrintoutDefault, {aServerURL, aSessionID}, aRFQPrintoutNode,
+      [](const auto& dal, const auto& text) { return dal.SaveRFQPrintoutDefault(text); });
 }
 
 SoapNode BVMaintenanceConnector::SaveAgentQuotePrintoutDefault(std::string_view aSessionID,
                                                                std::string_view aServerURL,
                                                                std::string_view aPrintInfoUID) {
-  return save_agent(kSaveAgentQuotePrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return save_for_agent(kSaveAgentQuotePrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID);
 }
 
 SoapNode BVMaintenanceConnector::SaveAgentOrderPrintoutDefault(std::string_view aSessionID,
                                                                std::string_view aServerURL,
                                                                std::string_view aPrintInfoUID) {
-  return save_agent(kSaveAgentOrderPrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return save_for_agent(kSaveAgentOrderPrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID);
 }
 
 SoapNode BVMaintenanceConnector::SaveAgentProjectPrintoutDefault(std::string_view aSessionID,
                                                                  std::string_view aServerURL,
                                                                  std::string_view aPrintInfoUID) {
-  return save_agent(kSaveAgentProjectPrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return save_for_agent(kSaveAgentProjectPrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID);
 }
 
 SoapNode BVMaintenanceConnector::SaveAgentSAPPrintoutDefault(std::string_view aSessionID,
                                                              std::string_view aServerURL,
                                                              std::string_view aPrintInfoUID) {
-  return save_agent(kSaveAgentSAPPrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return save_for_agent(kSaveAgentSAPPrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID);
 }
 
 SoapNode BVMaintenanceConnector::SaveAgentOrderSubmitPrintoutDefault(
     std::string_view aSessionID, std::string_view aServerURL, std::string_view aPrintInfoUID) {
-  return save_agent(kSaveAgentOrderSubmitPrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return save_for_agent(kSaveAgentOrderSubmitPrintoutDefault, {aServerURL, aSessionID},
+                        aPrintInfoUID);
 }
 
 SoapNode BVMaintenanceConnector::SaveAgentRFQPrintoutDefault(std::string_view aSessionID,
                                                              std::string_view aServerURL,
                                                              std::string_view aPrintInfoUID) {
-  return save_agent(kSaveAgentRFQPrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return save_for_agent(kSaveAgentRFQPrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID);
 }
 
 std::string BVMaintenanceConnector::GetAgentQuotePrintoutDefault(std::string_view aSessionID,
                                                                  std::string_view aServerURL) {
-  return get_agent(kGetAgentQuotePrintoutDefault, aSessionID, aServerURL);
+  return get_for_agent(kGetAgentQuotePrintoutDefault, {aServerURL, aSessionID});
 }
 
 std::string BVMaintenanceConnector::GetAgentOrderPrintoutDefault(std::string_view aSessionID,
                                                                  std::string_view aServerURL) {
-  return get_agent(kGetAgentOrderPrintoutDefault, aSessionID, aServerURL);
+  return get_for_agent(kGetAgentOrderPrintoutDefault, {aServerURL, aSessionID});
 }
 
 std::string BVMaintenanceConnector::GetAgentSAPPrintoutDefault(std::string_view aSessionID,
                                                                std::string_view aServerURL) {
-  return get_agent(kGetAgentSAPPrintoutDefault, aSessionID, aServerURL);
+  return get_for_agent(kGetAgentSAPPrintoutDefault, {aServerURL, aSessionID});
 }
 
 std::string BVMaintenanceConnector::GetAgentProjectPrintoutDefault(std::string_view aSessionID,
                                                                    std::string_view aServerURL) {
-  return get_agent(kGetAgentProjectPrintoutDefault, aSessionID, aServerURL);
+  return get_for_agent(kGetAgentProjectPrintoutDefault, {aServerURL, aSessionID});
 }
 
 std::string BVMaintenanceConnector::GetAgentOrderSubmitPrintoutDefault(
     std::string_view aSessionID, std::string_view aServerURL) {
-  return get_agent(kGetAgentOrderSubmitPrintoutDefault, aSessionID, aServerURL);
+  return get_for_agent(kGetAgentOrderSubmitPrintoutDefault, {aServerURL, aSessionID});
 }
 
 std::string BVMaintenanceConnector::GetAgentRFQPrintoutDefault(std::string_view aSessionID,
                                                                std::string_view aServerURL) {
-  return get_agent(kGetAgentRFQPrintoutDefault, aSessionID, aServerURL);
+  return get_for_agent(kGetAgentRFQPrintoutDefault, {aServerURL, aSessionID});
 }
 
 std::string BVMaintenanceConnector::SetUserQuotePrintoutDefault(std::string_view aSessionID,
                                                                 std::string_view aServerURL,
                                                                 std::string_view aPrintInfoUID) {
-  return set_user(kSetUserQuotePrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return set_for_user(
+      kSetUserQuotePrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID,
+      [](const auto& dal, auto uid) { return dal.SetUserQuotePrintoutDefault(uid); });
 }
 
 std::string BVMaintenanceConnector::SetUserOrderPrintoutDefault(std::string_view aSessionID,
                                                                 std::string_view aServerURL,
                                                                 std::string_view aPrintInfoUID) {
-  return set_user(kSetUserOrderPrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return set_for_user(
+      kSetUserOrderPrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID,
+      [](const auto& dal, auto uid) { return dal.SetUserOrderPrintoutDefault(uid); });
 }
 
 std::string BVMaintenanceConnector::SetUserOrderSubmitPrintoutDefault(
     std::string_view aSessionID, std::string_view aServerURL, std::string_view aPrintInfoUID) {
-  return set_user(kSetUserOrderSubmitPrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return set_for_user(
+      kSetUserOrderSubmitPrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID,
+      [](const auto& dal, auto uid) { return dal.SetUserOrderSubmitPrintoutDefault(uid); });
 }
 
 std::string BVMaintenanceConnector::SetUserSAPPrintoutDefault(std::string_view aSessionID,
                                                               std::string_view aServerURL,
                                                               std::string_view aPrintInfoUID) {
-  return set_user(kSetUserSAPPrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return set_for_user(kSetUserSAPPrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID,
+                      [](const auto& dal, auto uid) { return dal.SetUserSAPPrintoutDefault(uid); });
 }
 
 std::string BVMaintenanceConnector::SetUserProjectPrintoutDefault(std::string_view aSessionID,
                                                                   std::string_view aServerURL,
                                                                   std::string_view aPrintInfoUID) {
-  return set_user(kSetUserProjectPrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return set_for_user(
+      kSetUserProjectPrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID,
+      [](const auto& dal, auto uid) { return dal.SetUserProjectPrintoutDefault(uid); });
 }
 
 std::string BVMaintenanceConnector::SetUserRFQPrintoutDefault(std::string_view aSessionID,
                                                               std::string_view aServerURL,
                                                               std::string_view aPrintInfoUID) {
-  return set_user(kSetUserRFQPrintoutDefault, aSessionID, aServerURL, aPrintInfoUID);
+  return set_for_user(kSetUserRFQPrintoutDefault, {aServerURL, aSessionID}, aPrintInfoUID,
+                      [](const auto& dal, auto uid) { return dal.SetUserRFQPrintoutDefault(uid); });
 }
 
 std::string BVMaintenanceConnector::GetUserQuotePrintoutDefault(std::string_view aSessionID,
                                                                 std::string_view aServerURL) {
-  return get_user(kGetUserQuotePrintoutDefault, aSessionID, aServerURL);
+  return get_for_user(kGetUserQuotePrintoutDefault, {aServerURL, aSessionID},
+                      [](const auto& dal) { return dal.GetUserQuotePrintoutDefault(); });
 }
 
 std::string BVMaintenanceConnector::GetUserOrderPrintoutDefault(std::string_view aSessionID,
                                                                 std::string_view aServerURL) {
-  return get_user(kGetUserOrderPrintoutDefault, aSessionID, aServerURL);
+  return get_for_user(kGetUserOrderPrintoutDefault, {aServerURL, aSessionID},
+                      [](const auto& dal) { return dal.GetUserOrderPrintoutDefault(); });
 }
 
 std::string BVMaintenanceConnector::GetUserOrderSubmitPrintoutDefault(std::string_view aSessionID,
                                                                       std::string_view aServerURL) {
-  return get_user(kGetUserOrderSubmitPrintoutDefault, aSessionID, aServerURL);
+  return get_for_user(kGetUserOrderSubmitPrintoutDefault, {aServerURL, aSessionID},
+                      [](const auto& dal) { return dal.GetUserOrderSubmitPrintoutDefault(); });
 }
 
 std::string BVMaintenanceConnector::GetUserRFQPrintoutDefault(std::string_view aSessionID,
                                                               std::string_view aServerURL) {
-  return get_user(kGetUserRFQPrintoutDefault, aSessionID, aServerURL);
+  return get_for_user(kGetUserRFQPrintoutDefault, {aServerURL, aSessionID},
+                      [](const auto& dal) { return dal.GetUserRFQPrintoutDefault(); });
 }
 
 std::string BVMaintenanceConnector::GetUserSAPPrintoutDefault(std::string_view aSessionID,
                                                               std::string_view aServerURL) {
-  return get_user(kGetUserSAPPrintoutDefault, aSessionID, aServerURL);
+  return get_for_user(kGetUserSAPPrintoutDefault, {aServerURL, aSessionID},
+                      [](const auto& dal) { return dal.GetUserSAPPrintoutDefault(); });
 }
 
 std::string BVMaintenanceConnector::GetUserProjectPrintoutDefault(std::string_view aSessionID,
                                                                   std::string_view aServerURL) {
-  return get_user(kGetUserProjectPrintoutDefault, aSessionID, aServerURL);
+  return get_for_user(kGetUserProjectPrintoutDefault, {aServerURL, aSessionID},
+                      [](const auto& dal) { return dal.GetUserProjectPrintoutDefault(); });
 }
 
 }  // namespace bvconn

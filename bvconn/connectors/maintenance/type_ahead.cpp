@@ -16,9 +16,9 @@ constexpr Operation kCheckTypeAheadFile{
 
 bool BVMaintenanceConnector::CheckTypeAheadFile(std::string_view aSessionID,
                                                 std::string_view aServerURL) {
-  return ConnectorMethodFrame(kCheckTypeAheadFile, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding);
-    return to_boolean(call.send(aServerURL).value());
+  return ConnectorMethodFrame(kCheckTypeAheadFile, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request(kSoapEncoding);
+    return to_boolean(call.send().value());
   });
 }
 

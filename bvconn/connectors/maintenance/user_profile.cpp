@@ -46,7 +46,7 @@ constexpr Operation kSetUserProfile{
 
 // The children go out one by one, each with its name and value. Nothing below them does: where the
 // value is a node itself, the name is all that is left.
-void add_flattened(SoapNodes& parameters, const SoapNode& profile) {
+void add_flattened(Call& call, const SoapNode& profile) {
   const SoapNodes children = profile.Nodes();
   // They are counted with 16 bits.
   if (children.Count() > std::size_t{std::numeric_limits<std::int16_t>::max()} + 1) {
@@ -55,7 +55,7 @@ void add_flattened(SoapNodes& parameters, const SoapNode& profile) {
   }
   for (const SoapNode& child : children) {
     const Variant value = child.Value();
-    parameters.Create(child.Name(), value.is(Variant::Type::kNode) ? Variant() : value, "", "", "");
+    call.add(child.Name(), value.is(Variant::Type::kNode) ? Variant() : value);
   }
 }
 
@@ -63,54 +63,44 @@ void add_flattened(SoapNodes& parameters, const SoapNode& profile) {
 
 std::string BVMaintenanceConnector::GetUserLogo(std::string_view aSessionID,
                                                 std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetUserLogo, [&](Call& call) {
-    if (call.takes_dal()) return call.parse(call.dal().MaintenanceService().GetUserLogo()).text();
-    call.getEnvelope(aSessionID);
-    return call.exchange(aServerURL).text();
+  return ConnectorMethodFrame(kGetUserLogo, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.text_of(call.dal().MaintenanceService().GetUserLogo());
+    return call.getEnvelope().exchange().text();
   });
 }
 
 SoapNode BVMaintenanceConnector::GetUserLogoList(std::string_view aSessionID,
                                                  std::string_view aServerURL) {
-  return ConnectorMethodFrame(kGetUserLogoList, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().MaintenanceService().GetUserLogoList()).first();
-    }
-    call.getEnvelope(aSessionID);
-    return call.exchange(aServerURL).first();
+  return ConnectorMethodFrame(kGetUserLogoList, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().MaintenanceService().GetUserLogoList());
+    return call.getEnvelope().exchange().first();
   });
 }
 
 std::string BVMaintenanceConnector::SetUserLogo(std::string_view aSessionID, std::string_view aLogo,
                                                 std::string_view aServerURL) {
-  return ConnectorMethodFrame(kSetUserLogo, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().MaintenanceService().SetUserLogo(aLogo)).text();
-    }
-    call.getEnvelope(aSessionID).Create("param", aLogo, "", "", "");
-    return call.exchange(aServerURL).text();
+  return ConnectorMethodFrame(kSetUserLogo, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.text_of(call.dal().MaintenanceService().SetUserLogo(aLogo));
+    return call.getEnvelope().params(aLogo).exchange().text();
   });
 }
 
 SoapNode BVMaintenanceConnector::UpdatePassword(std::string_view aSessionID,
                                                 std::string_view aPassword,
                                                 std::string_view aServerURL) {
-  return ConnectorMethodFrame(kUpdatePassword, [&](Call& call) {
-    call.getEnvelope(aSessionID).Create("param", aPassword, "", "", "");
-    return call.exchange(aServerURL).first();
+  return ConnectorMethodFrame(kUpdatePassword, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.getEnvelope().params(aPassword).exchange().first();
   });
 }
 
 SoapNode BVMaintenanceConnector::SetUserProfile(std::string_view aSessionID,
                                                 std::string_view aServerURL,
                                                 const SoapNode& theNode) {
-  return ConnectorMethodFrame(kSetUserProfile, [&](Call& call) {
-    add_flattened(call.getEnvelope(aSessionID), theNode);
-    if (call.takes_dal()) {
-      return call.parse(call.dal().MaintenanceService().SetUserProfile(call.request_text()))
-          .first();
-    }
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kSetUserProfile, {aServerURL, aSessionID}, [&](Call& call) {
+    add_flattened(call.getEnvelope(), theNode);
+    if (call.takes_dal())
+      return call.first_of(call.dal().MaintenanceService().SetUserProfile(call.request_text()));
+    return call.send().first();
   });
 }
 

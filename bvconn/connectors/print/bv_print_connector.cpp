@@ -96,159 +96,113 @@ constexpr Operation kSaveRFQPrintout{
     .service = &BVServices::Printing,
 };
 
-SoapNode send_empty(Call& call, std::string_view aServerURL, std::string_view aSessionID) {
-  call.envelope(aSessionID, kSoapEncoding);
-  return call.send(aServerURL).first();
-}
-
-SoapNode send_whose_defaults(Call& call, std::string_view aServerURL, std::string_view aSessionID,
-                             bool getUserDefaults) {
-  call.envelope(aSessionID, kSoapEncoding).Create("GetUserDefaults", getUserDefaults, "", "", "");
-  return call.send(aServerURL).first();
-}
-
-SoapNode send_uid(Call& call, std::string_view aServerURL, std::string_view aSessionID,
-                  std::string_view aUID) {
-  call.envelope(aSessionID, kSoapEncoding).Create("UID", aUID, "", "", "");
-  return call.send(aServerURL).first();
-}
-
-SoapNode send_printout(Call& call, std::string_view aServerURL, std::string_view aSessionID,
-                       const SoapNode& printout) {
-  call.envelope(aSessionID, kSoapEncoding).Append(printout);
-  return call.send(aServerURL).first();
-}
-
-SoapNode send_instrument_and_manufacturer(Call& call, std::string_view gid,
-                                          std::string_view aManufacturerGID,
-                                          std::string_view aServerURL,
-                                          std::string_view aSessionID) {
-  auto& parameters = call.envelope(aSessionID);
-  parameters.Create("param", gid, "", "", "");
-  parameters.Create("param", aManufacturerGID, "", "", "");
-  return call.send(aServerURL).first();
-}
-
 }  // namespace
 
 SoapNode BVPrintConnector::GetPrintInfos(std::string_view aServerURL, std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetPrintInfos, [&](Call& call) {
-    if (call.takes_dal()) return call.parse(call.dal().PrintingService().GetPrintInfos()).first();
-    return send_empty(call, aServerURL, aSessionID);
+  return ConnectorMethodFrame(kGetPrintInfos, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().PrintingService().GetPrintInfos());
+    return call.request(kSoapEncoding).send().first();
   });
 }
 
 SoapNode BVPrintConnector::GetPrintTemplates(std::string_view aServerURL,
                                              std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetPrintTemplates, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().PrintingService().GetPrintTemplates()).first();
-    }
-    return send_empty(call, aServerURL, aSessionID);
+  return ConnectorMethodFrame(kGetPrintTemplates, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().PrintingService().GetPrintTemplates());
+    return call.request(kSoapEncoding).send().first();
   });
 }
 
 SoapNode BVPrintConnector::GetQuotePrintoutDefaults(std::string_view aServerURL,
                                                     std::string_view aSessionID,
                                                     bool getUserDefaults) {
-  return ConnectorMethodFrame(kGetQuotePrintoutDefaults, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().PrintingService().GetQuotePrintoutDefaults(getUserDefaults))
-          .first();
-    }
-    return send_whose_defaults(call, aServerURL, aSessionID, getUserDefaults);
+  return ConnectorMethodFrame(kGetQuotePrintoutDefaults, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().PrintingService().GetQuotePrintoutDefaults(getUserDefaults));
+    return call.request(kSoapEncoding).add("GetUserDefaults", getUserDefaults).send().first();
   });
 }
 
 SoapNode BVPrintConnector::GetOrderPrintoutDefaults(std::string_view aServerURL,
                                                     std::string_view aSessionID,
                                                     bool getUserDefaults) {
-  return ConnectorMethodFrame(kGetOrderPrintoutDefaults, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().PrintingService().GetOrderPrintoutDefaults(getUserDefaults))
-          .first();
-    }
-    return send_whose_defaults(call, aServerURL, aSessionID, getUserDefaults);
+  return ConnectorMethodFrame(kGetOrderPrintoutDefaults, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().PrintingService().GetOrderPrintoutDefaults(getUserDefaults));
+    return call.request(kSoapEncoding).add("GetUserDefaults", getUserDefaults).send().first();
   });
 }
 
 SoapNode BVPrintConnector::GetProjectPrintoutDefaults(std::string_view aServerURL,
                                                       std::string_view aSessionID,
                                                       bool getUserDefaults) {
-  return ConnectorMethodFrame(kGetProjectPrintoutDefaults, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().PrintingService().GetProjectPrintoutDefaults(getUserDefaults))
-          .first();
-    }
-    return send_whose_defaults(call, aServerURL, aSessionID, getUserDefaults);
-  });
+  return ConnectorMethodFrame(
+      kGetProjectPrintoutDefaults, {aServerURL, aSessionID}, [&](Call& call) {
+        if (call.takes_dal()) {
+          return call.first_of(
+              call.dal().PrintingService().GetProjectPrintoutDefaults(getUserDefaults));
+        }
+        return call.request(kSoapEncoding).add("GetUserDefaults", getUserDefaults).send().first();
+      });
 }
 
 SoapNode BVPrintConnector::GetRFQPrintoutDefaults(std::string_view aServerURL,
                                                   std::string_view aSessionID,
                                                   bool getUserDefaults) {
-  return ConnectorMethodFrame(kGetRFQPrintoutDefaults, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().PrintingService().GetRFQPrintoutDefaults(getUserDefaults))
-          .first();
-    }
-    return send_whose_defaults(call, aServerURL, aSessionID, getUserDefaults);
+  return ConnectorMethodFrame(kGetRFQPrintoutDefaults, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().PrintingService().GetRFQPrintoutDefaults(getUserDefaults));
+    return call.request(kSoapEncoding).add("GetUserDefaults", getUserDefaults).send().first();
   });
 }
 
 SoapNode BVPrintConnector::GetSAPPrintoutDefaults(std::string_view aServerURL,
                                                   std::string_view aSessionID,
                                                   bool getUserDefaults) {
-  return ConnectorMethodFrame(kGetSAPPrintoutDefaults, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().PrintingService().GetSAPPrintoutDefaults(getUserDefaults))
-          .first();
-    }
-    return send_whose_defaults(call, aServerURL, aSessionID, getUserDefaults);
+  return ConnectorMethodFrame(kGetSAPPrintoutDefaults, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().PrintingService().GetSAPPrintoutDefaults(getUserDefaults));
+    return call.request(kSoapEncoding).add("GetUserDefaults", getUserDefaults).send().first();
   });
 }
 
 SoapNode BVPrintConnector::GetQuotePrintout(std::string_view aServerURL,
                                             std::string_view aSessionID, std::string_view aUID) {
-  return ConnectorMethodFrame(kGetQuotePrintout, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().PrintingService().GetQuotePrintout(aUID)).first();
-    }
-    return send_uid(call, aServerURL, aSessionID, aUID);
+  return ConnectorMethodFrame(kGetQuotePrintout, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().PrintingService().GetQuotePrintout(aUID));
+    return call.request(kSoapEncoding).add("UID", aUID).send().first();
   });
 }
 
 SoapNode BVPrintConnector::SaveQuotePrintout(std::string_view aServerURL,
                                              std::string_view aSessionID,
                                              const SoapNode& aQuotePrintoutNode) {
-  return ConnectorMethodFrame(kSaveQuotePrintout, [&](Call& call) {
-    return send_printout(call, aServerURL, aSessionID, aQuotePrintoutNode);
+  return ConnectorMethodFrame(kSaveQuotePrintout, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request(kSoapEncoding).append(aQuotePrintoutNode).send().first();
   });
 }
 
 SoapNode BVPrintConnector::GetOrderPrintout(std::string_view aServerURL,
                                             std::string_view aSessionID, std::string_view aUID) {
-  return ConnectorMethodFrame(
-      kGetOrderPrintout, [&](Call& call) { return send_uid(call, aServerURL, aSessionID, aUID); });
+  return ConnectorMethodFrame(kGetOrderPrintout, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request(kSoapEncoding).add("UID", aUID).send().first();
+  });
 }
 
 SoapNode BVPrintConnector::SaveOrderPrintout(std::string_view aServerURL,
                                              std::string_view aSessionID,
                                              const SoapNode& aOrderPrintoutNode) {
-  return ConnectorMethodFrame(kSaveOrderPrintout, [&](Call& call) {
-    return send_printout(call, aServerURL, aSessionID, aOrderPrintoutNode);
+  return ConnectorMethodFrame(kSaveOrderPrintout, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request(kSoapEncoding).append(aOrderPrintoutNode).send().first();
   });
 }
 
 SoapNode BVPrintConnector::getProposalComments(std::string_view aAgentID,
                                                std::string_view aServerURL,
                                                std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetProposalComments, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().SearchService().getProposalComments()).first();
-    }
-    call.envelope(aSessionID).Create("param", aAgentID, "", "", "");
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetProposalComments, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().SearchService().getProposalComments());
+    return call.request().params(aAgentID).send().first();
   });
 }
 
@@ -256,13 +210,12 @@ SoapNode BVPrintConnector::getRFQAuxiliaryInfo(std::string_view aQuoteGID,
                                                std::string_view aManufacturerGID,
                                                std::string_view aServerURL,
                                                std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetRFQAuxiliaryInfo, [&](Call& call) {
+  return ConnectorMethodFrame(kGetRFQAuxiliaryInfo, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
-      return call.parse(call.dal().QuoteService().getRFQAuxiliaryInfo(aQuoteGID, aManufacturerGID))
-          .first();
+      return call.first_of(
+          call.dal().QuoteService().getRFQAuxiliaryInfo(aQuoteGID, aManufacturerGID));
     }
-    return send_instrument_and_manufacturer(call, aQuoteGID, aManufacturerGID, aServerURL,
-                                            aSessionID);
+    return call.request().params(aQuoteGID, aManufacturerGID).send().first();
   });
 }
 
@@ -270,27 +223,26 @@ SoapNode BVPrintConnector::getRFQFromProjAuxInfo(std::string_view aProjectGID,
                                                  std::string_view aManufacturerGID,
                                                  std::string_view aServerURL,
                                                  std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetRFQFromProjAuxInfo, [&](Call& call) {
+  return ConnectorMethodFrame(kGetRFQFromProjAuxInfo, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
-      return call
-          .parse(call.dal().ProjectService().getRFQFromProjAuxInfo(aProjectGID, aManufacturerGID))
-          .first();
+      return call.first_of(
+          call.dal().ProjectService().getRFQFromProjAuxInfo(aProjectGID, aManufacturerGID));
     }
-    return send_instrument_and_manufacturer(call, aProjectGID, aManufacturerGID, aServerURL,
-                                            aSessionID);
+    return call.request().params(aProjectGID, aManufacturerGID).send().first();
   });
 }
 
 SoapNode BVPrintConnector::GetRFQPrintout(std::string_view aServerURL, std::string_view aSessionID,
                                           std::string_view aUID) {
-  return ConnectorMethodFrame(
-      kGetRFQPrintout, [&](Call& call) { return send_uid(call, aServerURL, aSessionID, aUID); });
+  return ConnectorMethodFrame(kGetRFQPrintout, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request(kSoapEncoding).add("UID", aUID).send().first();
+  });
 }
 
 SoapNode BVPrintConnector::SaveRFQPrintout(std::string_view aServerURL, std::string_view aSessionID,
                                            const SoapNode& aRFQPrintoutNode) {
-  return ConnectorMethodFrame(kSaveRFQPrintout, [&](Call& call) {
-    return send_printout(call, aServerURL, aSessionID, aRFQPrintoutNode);
+  return ConnectorMethodFrame(kSaveRFQPrintout, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request(kSoapEncoding).append(aRFQPrintoutNode).send().first();
   });
 }
 

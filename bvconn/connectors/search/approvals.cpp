@@ -1,6 +1,6 @@
 #include "bvconn/connectors/search/bv_search_connector.h"
 
-#include "bvconn/connectors/search/search_frames.h"
+#include "bvconn/connectors/search/search_blocks.h"
 
 namespace bvconn {
 namespace {
@@ -50,50 +50,53 @@ std::string search_queue_by_dal(const dal::SearchService& search,
 SoapNode BVSearchConnector::SearchForApprovals(std::string_view aSessionID,
                                                std::string_view aServerURL,
                                                const SearchForApprovalsCriteria& criteria) {
-  return PositionalSearchFrame(
-      kSearchForApprovals, catalogues_, aSessionID, aServerURL, [&](SoapNodes& parameters) {
-        positional(parameters, criteria.AgentID, criteria.BrandGID, criteria.Project,
-                   criteria.Quote, criteria.Order, criteria.NAOnly, criteria.NAExclude,
-                   criteria.CFOnly, criteria.CFExclude, criteria.OnlyProjectOrders,
-                   criteria.OnlyStockOrders, criteria.Pricing, criteria.Config, criteria.Review,
-                   criteria.ApprGranted, criteria.ApprDenied, criteria.Returned,
-                   criteria.QSSRCatChange, criteria.SpecSubmit, criteria.SpecReg,
-                   criteria.SpecDenied, criteria.Territory, criteria.ChangeReq, criteria.ChangeRev,
-                   criteria.InternationalShipping, criteria.CompetitiveReview, criteria.PromoGID);
-      });
+  return ConnectorMethodFrame(kSearchForApprovals, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request().params(
+        criteria.AgentID, criteria.BrandGID, criteria.Project, criteria.Quote, criteria.Order,
+        criteria.NAOnly, criteria.NAExclude, criteria.CFOnly, criteria.CFExclude,
+        criteria.OnlyProjectOrders, criteria.OnlyStockOrders, criteria.Pricing, criteria.Config,
+        criteria.Review, criteria.ApprGranted, criteria.ApprDenied, criteria.Returned,
+        criteria.QSSRCatChange, criteria.SpecSubmit, criteria.SpecReg, criteria.SpecDenied,
+        criteria.Territory, criteria.ChangeReq, criteria.ChangeRev, criteria.InternationalShipping,
+        criteria.CompetitiveReview, criteria.PromoGID);
+    return call.send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchApprovalQueue(std::string_view aSessionID,
                                                 std::string_view aServerURL,
                                                 const SearchApprovalQueueCriteria& criteria) {
-  return PositionalSearchFrame(
-      kSearchApprovalQueue, catalogues_, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) {
-        positional(parameters, criteria.AgentID, criteria.BrandCode, criteria.PromoCode,
-                   criteria.ManufacturerCode, criteria.shippingMethod, criteria.Project,
-                   criteria.Quote, criteria.Order, criteria.NAOnly, criteria.NAExclude,
-                   criteria.CFOnly, criteria.CFExclude, criteria.ProjectOnly, criteria.StockOnly,
-                   criteria.Pricing, criteria.Config, criteria.Review, criteria.Returned,
-                   criteria.SpecSubmit, criteria.SpecReg, criteria.SpecDenied, criteria.ChangeReq,
-                   criteria.InternationalShipping, criteria.HFR, criteria.IndustryCode,
-                   criteria.QuickShip);
-      },
-      [&](const dal::Services& dal) { return search_queue_by_dal(dal.SearchService(), criteria); });
+  return ConnectorMethodFrame(kSearchApprovalQueue, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(search_queue_by_dal(call.dal().SearchService(), criteria));
+    call.request().params(
+        criteria.AgentID, criteria.BrandCode, criteria.PromoCode, criteria.ManufacturerCode,
+        criteria.shippingMethod, criteria.Project, criteria.Quote, criteria.Order, criteria.NAOnly,
+        criteria.NAExclude, criteria.CFOnly, criteria.CFExclude, criteria.ProjectOnly,
+        criteria.StockOnly, criteria.Pricing, criteria.Config, criteria.Review, criteria.Returned,
+        criteria.SpecSubmit, criteria.SpecReg, criteria.SpecDenied, criteria.ChangeReq,
+        criteria.InternationalShipping, criteria.HFR, criteria.IndustryCode, criteria.QuickShip);
+    return call.send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForAuthorizations(std::string_view aSessionID,
                                                     std::string_view aServerURL) {
-  return PositionalSearchFrame(
-      kSearchForAuthorizations, catalogues_, aSessionID, aServerURL, no_parameters,
-      [&](const dal::Services& dal) { return dal.SearchService().SearchForAuthorizations(); });
+  return ConnectorMethodFrame(kSearchForAuthorizations, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().SearchService().SearchForAuthorizations());
+    return call.request().send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForApprovalQueueShippingMethods(std::string_view aSessionID,
                                                                   std::string_view aServerURL) {
-  return PositionalSearchFrame(kSearchForApprovalQueueShippingMethods, catalogues_, aSessionID,
-                               aServerURL, no_parameters, [&](const dal::Services& dal) {
-                                 return dal.SearchService().SearchForApprovalQueueShippingMethods();
-                               });
+  return ConnectorMethodFrame(
+      kSearchForApprovalQueueShippingMethods, {aServerURL, aSessionID}, [&](Call& call) {
+        if (call.takes_dal())
+          return call.first_of(call.dal().SearchService().SearchForApprovalQueueShippingMethods());
+        return call.request().send().first();
+      });
 }
 
 }  // namespace bvconn

@@ -7,7 +7,6 @@
 #include "bvconn/connectors/search/customers_and_agents_criteria.h"
 #include "bvconn/connectors/search/documents_criteria.h"
 #include "bvconn/connectors/search/price_and_inventory_criteria.h"
-#include "bvconn/operation/catalogues.h"
 #include "bvconn/platform/export.h"
 #include "bvconn/platform/soap/soap_node.h"
 #include "bvconn/platform/soap/variant.h"
@@ -227,9 +226,6 @@ class BVCONN_EXPORT BVSearchConnector {
   /// Deactivates a sales instrument. Route: data access layer, else SOAP `deactivate`.
   SoapNode Deactivate(std::string_view aSessionID, std::string_view aServerURL,
                       std::string_view aGID = "");
-
- private:
-  Catalogues catalogues_;
 };
 
 }  // namespace bvconn

@@ -1,6 +1,6 @@
 #include "bvconn/connectors/search/bv_search_connector.h"
 
-#include "bvconn/connectors/search/search_frames.h"
+#include "bvconn/connectors/search/search_blocks.h"
 #include "bvconn/core/timing.h"
 #include "bvconn/platform/conversions/conversions.h"
 
@@ -67,10 +67,10 @@ SoapNode BVSearchConnector::SearchForAgents(std::string_view aSessionID,
                                             std::string_view aServerURL, std::string_view AgentID,
                                             std::string_view Name, std::string_view PartnerID,
                                             std::string_view State, std::string_view Country) {
-  return PositionalSearchFrame(kSearchForAgents, catalogues_, aSessionID, aServerURL,
-                               [&](SoapNodes& parameters) {
-                                 positional(parameters, AgentID, Name, PartnerID, State, Country);
-                               });
+  return ConnectorMethodFrame(kSearchForAgents, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request().params(AgentID, Name, PartnerID, State, Country);
+    return call.send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForCustomers(std::string_view aSessionID,
@@ -78,71 +78,75 @@ SoapNode BVSearchConnector::SearchForCustomers(std::string_view aSessionID,
                                                const SearchForCustomersCriteria& criteria) {
   using conversions::text_to_boolean;
   const auto& c = criteria;
-  return PositionalSearchFrame(
-      kSearchForCustomers, catalogues_, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) {
-        positional(parameters, c.Name, c.Keyword, c.CustType, c.AcctNbr, c.PrevAcctNbr, c.AgentID,
-                   c.City, c.State, c.Country, c.ZipCode);
-        positional(parameters, text_to_boolean(c.ExSearch));
-        positional(parameters, text_to_boolean(c.OnlyActive));
-        positional(parameters, text_to_boolean(c.OnlyBrimvale));
-      },
-      [&](const dal::Services& dal) {
-        // One by one, so that the first text that is no boolean is the one complained of.
-        const bool ex_search = text_to_boolean(c.ExSearch);
-        const bool only_active = text_to_boolean(c.OnlyActive);
-        const bool only_brimvale = text_to_boolean(c.OnlyBrimvale);
-        return dal.SearchService().SearchForCustomers(
-            c.Name, c.Keyword, c.CustType, c.AcctNbr, c.PrevAcctNbr, c.AgentID, c.City, c.State,
-            c.Country, c.ZipCode, ex_search, only_active, only_brimvale);
-      });
+  return ConnectorMethodFrame(kSearchForCustomers, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) {
+      // One by one, so that the first text that is no boolean is the one complained of.
+      const bool ex_search = text_to_boolean(c.ExSearch);
+      const bool only_active = text_to_boolean(c.OnlyActive);
+      const bool only_brimvale = text_to_boolean(c.OnlyBrimvale);
+      return call.first_of(call.dal().SearchService().SearchForCustomers(
+          c.Name, c.Keyword, c.CustType, c.AcctNbr, c.PrevAcctNbr, c.AgentID, c.City, c.State,
+          c.Country, c.ZipCode, ex_search, only_active, only_brimvale));
+    }
+    call.request()
+        .params(c.Name, c.Keyword, c.CustType, c.AcctNbr, c.PrevAcctNbr, c.AgentID, c.City, c.State,
+                c.Country, c.ZipCode)
+        .params(text_to_boolean(c.ExSearch))
+        .params(text_to_boolean(c.OnlyActive))
+        .params(text_to_boolean(c.OnlyBrimvale));
+    return call.send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForCustomerAxillaryInfo(std::string_view aSessionID,
                                                           std::string_view aServerURL,
                                                           std::string_view CustomerGID,
                                                           std::string_view AgentID) {
-  return PositionalSearchFrame(
-      kSearchForCustomerAxillaryInfo, catalogues_, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) { positional(parameters, CustomerGID, AgentID); },
-      [&](const dal::Services& dal) {
-        return dal.SearchService().SearchForCustomerAxillaryInfo(CustomerGID, AgentID);
+  return ConnectorMethodFrame(
+      kSearchForCustomerAxillaryInfo, {aServerURL, aSessionID}, [&](Call& call) {
+        if (call.takes_dal()) {
+          return call.first_of(
+              call.dal().SearchService().SearchForCustomerAxillaryInfo(CustomerGID, AgentID));
+        }
+        return call.request().params(CustomerGID, AgentID).send().first();
       });
 }
 
 SoapNode BVSearchConnector::SearchForDefaultAgents(std::string_view aSessionID,
                                                    std::string_view aServerURL) {
-  return PositionalSearchFrame(
-      kSearchForDefaultAgents, catalogues_, aSessionID, aServerURL, no_parameters,
-      [&](const dal::Services& dal) { return dal.SearchService().SearchForDefaultAgents(); });
+  return ConnectorMethodFrame(kSearchForDefaultAgents, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().SearchService().SearchForDefaultAgents());
+    return call.request().send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForAllAgents(std::string_view aSessionID,
                                                std::string_view aServerURL,
                                                const Variant& aAgentID) {
-  return PositionalSearchFrame(
-      kSearchForAllAgents, catalogues_, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) {
-        // The one named node and the one test for omission of this frame.
-        if (!aAgentID.missing()) parameters.Create("agentID", to_int16(aAgentID), "", "", "");
-      },
-      [&](const dal::Services& dal) {
-        const std::string agent = aAgentID.missing() ? "0" : to_text(aAgentID);
-        return dal.SearchService().SearchForAllAgents(conversions::text_to_int32(agent));
-      });
+  return ConnectorMethodFrame(kSearchForAllAgents, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) {
+      const std::string agent = aAgentID.missing() ? "0" : to_text(aAgentID);
+      return call.first_of(
+          call.dal().SearchService().SearchForAllAgents(conversions::text_to_int32(agent)));
+    }
+    call.request();
+    if (!aAgentID.missing()) call.add("agentID", to_int16(aAgentID));
+    return call.send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForAllCustomers(std::string_view aSessionID,
                                                   std::string_view aServerURL,
                                                   std::string_view aAgentID) {
-  return ConnectorMethodFrame(kSearchForAllCustomers, [&](Call& call) {
+  return ConnectorMethodFrame(kSearchForAllCustomers, {aServerURL, aSessionID}, [&](Call& call) {
     const WholeSecondTimer timer;
-    SoapNode result = named_search(
-        call, aSessionID, aServerURL,
-        [&](SoapNodes& parameters) { parameters.Create("Agent", aAgentID, "", "", ""); },
-        [&](const dal::Services& dal) {
-          return dal.SearchService().SearchForAllCustomers(conversions::text_to_int32(aAgentID));
-        });
+    if (call.takes_dal()) {
+      const std::int32_t agent = conversions::text_to_int32(aAgentID);
+      call.parse(call.dal().SearchService().SearchForAllCustomers(agent));
+    } else {
+      call.request(kSoapEncoding).add("Agent", aAgentID).send();
+    }
+    SoapNode result = call.first();
     timer.log_total("BVSearchConnector", "SearchForAllCustomers()");
     return result;
   });
@@ -150,12 +154,14 @@ SoapNode BVSearchConnector::SearchForAllCustomers(std::string_view aSessionID,
 
 SoapNode BVSearchConnector::SearchForCustomer(std::string_view aSessionID,
                                               std::string_view aServerURL, std::string_view aGID) {
-  return ConnectorMethodFrame(kSearchForCustomer, [&](Call& call) {
+  return ConnectorMethodFrame(kSearchForCustomer, {aServerURL, aSessionID}, [&](Call& call) {
     const WholeSecondTimer timer;
-    SoapNode result = named_search(
-        call, aSessionID, aServerURL,
-        [&](SoapNodes& parameters) { parameters.Create("Customer", aGID, "", "", ""); },
-        [&](const dal::Services& dal) { return dal.SearchService().SearchForCustomer(aGID); });
+    if (call.takes_dal()) {
+      call.parse(call.dal().SearchService().SearchForCustomer(aGID));
+    } else {
+      call.request(kSoapEncoding).add("Customer", aGID).send();
+    }
+    SoapNode result = call.first();
     timer.log_total("BVSearchConnector", "SearchForCustomer()");
     return result;
   });
@@ -164,28 +170,27 @@ SoapNode BVSearchConnector::SearchForCustomer(std::string_view aSessionID,
 SoapNode BVSearchConnector::SearchForNatlAccts(std::string_view aSessionID,
                                                std::string_view aServerURL,
                                                const SearchForNatlAcctsCriteria& criteria) {
-  return PositionalSearchFrame(
-      kSearchForNatlAccts, catalogues_, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) {
-        positional(parameters, criteria.AcctName, criteria.AcctCode, criteria.AcctTypeCode,
-                   criteria.SpecTypeCode, criteria.aShowNA, criteria.aShowNS, criteria.aShowCF);
-      },
-      [&](const dal::Services& dal) {
-        return dal.SearchService().SearchForNatlAccts(
-            criteria.AcctName, criteria.AcctCode, criteria.AcctTypeCode, criteria.SpecTypeCode,
-            criteria.aShowNA, criteria.aShowNS, criteria.aShowCF);
-      });
+  return ConnectorMethodFrame(kSearchForNatlAccts, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.first_of(call.dal().SearchService().SearchForNatlAccts(
+          criteria.AcctName, criteria.AcctCode, criteria.AcctTypeCode, criteria.SpecTypeCode,
+          criteria.aShowNA, criteria.aShowNS, criteria.aShowCF));
+    }
+    call.request().params(criteria.AcctName, criteria.AcctCode, criteria.AcctTypeCode,
+                          criteria.SpecTypeCode, criteria.aShowNA, criteria.aShowNS,
+                          criteria.aShowCF);
+    return call.send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForSalesPeople(std::string_view aSessionID,
                                                  std::string_view aAgentGID,
                                                  std::string_view aServerURL) {
-  return PositionalSearchFrame(
-      kSearchForSalesPeople, catalogues_, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) { positional(parameters, aAgentGID); },
-      [&](const dal::Services& dal) {
-        return dal.SearchService().SearchForSalesPeople(aAgentGID);
-      });
+  return ConnectorMethodFrame(kSearchForSalesPeople, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().SearchService().SearchForSalesPeople(aAgentGID));
+    return call.request().params(aAgentGID).send().first();
+  });
 }
 
 }  // namespace bvconn

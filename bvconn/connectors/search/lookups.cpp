@@ -1,6 +1,7 @@
 #include "bvconn/connectors/search/bv_search_connector.h"
 
-#include "bvconn/connectors/search/search_frames.h"
+#include "bvconn/connectors/search/search_blocks.h"
+#include "bvconn/platform/conversions/conversions.h"
 
 namespace bvconn {
 namespace {
@@ -60,73 +61,130 @@ constexpr Operation kSearchForUserNamesAtSalesOrg{
     .service = &BVServices::Search,
     .tail = Tail::kBare,
 };
+// All its lines stand under another operation's name.
+constexpr Operation kSearchForEnumeration{
+    .log = {.cls = kClass, .method = "SearchForAllCUDCodes"},
+    .method = &BVMethods::SearchForEnumeration,
+    .service = &BVServices::Search,
+};
+constexpr Operation kSearchForEnumerationGroup{
+    .log = with_brackets("SearchForEnumerationGroup"),
+    .method = &BVMethods::SearchForEnumerationGroup,
+    .service = &BVServices::Search,
+};
+constexpr Operation kSearchForGLCodes{
+    .log = silent("SearchForGLCodes"),
+    .method = &BVMethods::SearchForGLCodes,
+    .service = &BVServices::Search,
+    .tail = Tail::kBare,
+};
 
 }  // namespace
 
 SoapNode BVSearchConnector::SearchForBrands(std::string_view aSessionID,
                                             std::string_view aServerURL) {
-  return PositionalSearchFrame(
-      kSearchForBrands, catalogues_, aSessionID, aServerURL, no_parameters,
-      [&](const dal::Services& dal) { return dal.SearchService().SearchForBrands(); });
+  return ConnectorMethodFrame(kSearchForBrands, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().SearchService().SearchForBrands());
+    return call.request().send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForVendors(std::string_view aSessionID,
                                              std::string_view aServerURL,
                                              std::string_view aAccountGroup) {
-  return NamedSearchFrame(
-      kSearchForVendors, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) { parameters.Create("accountGroup", aAccountGroup, "", "", ""); },
-      [&](const dal::Services& dal) {
-        return dal.SearchService().SearchForVendors(aAccountGroup);
-      });
+  return ConnectorMethodFrame(kSearchForVendors, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().SearchService().SearchForVendors(aAccountGroup));
+    return call.request(kSoapEncoding).add("accountGroup", aAccountGroup).send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForAllCUDCodes(std::string_view aSessionID,
                                                  std::string_view aServerURL) {
-  return NamedSearchFrame(
-      kSearchForAllCUDCodes, aSessionID, aServerURL, no_parameters,
-      [&](const dal::Services& dal) { return dal.SearchService().SearchForAllCUDCodes(); });
+  return ConnectorMethodFrame(kSearchForAllCUDCodes, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().SearchService().SearchForAllCUDCodes());
+    return call.request(kSoapEncoding).send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForHeaderCommentInfo(std::string_view aSessionID,
                                                        std::string_view aServerURL,
                                                        std::string_view aSalesInstrGID) {
-  return PositionalSearchFrame(
-      kSearchForHeaderCommentInfo, catalogues_, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) { positional(parameters, aSalesInstrGID); });
+  return ConnectorMethodFrame(
+      kSearchForHeaderCommentInfo, {aServerURL, aSessionID},
+      [&](Call& call) { return call.request().params(aSalesInstrGID).send().first(); });
 }
 
 Variant BVSearchConnector::SearchForManufacturers(std::string_view aSessionID,
                                                   std::string_view aServerURL) {
-  return PositionalSearchFrame(
-      kSearchForManufacturers, catalogues_, aSessionID, aServerURL, no_parameters,
-      [&](const dal::Services& dal) { return dal.SearchService().SearchForManufacturers(); });
+  return ConnectorMethodFrame(kSearchForManufacturers, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().SearchService().SearchForManufacturers());
+    return call.request().send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForDistributionCenters(std::string_view aSessionID,
                                                          std::string_view aServerURL) {
-  return PositionalSearchFrame(
-      kSearchForDistributionCenters, catalogues_, aSessionID, aServerURL, no_parameters,
-      [&](const dal::Services& dal) { return dal.SearchService().SearchForDistributionCenters(); });
+  return ConnectorMethodFrame(
+      kSearchForDistributionCenters, {aServerURL, aSessionID}, [&](Call& call) {
+        if (call.takes_dal())
+          return call.first_of(call.dal().SearchService().SearchForDistributionCenters());
+        return call.request().send().first();
+      });
 }
 
 SoapNode BVSearchConnector::SearchForShippingMethods(std::string_view aSessionID,
                                                      std::string_view aServerURL) {
-  return PositionalSearchFrame(kSearchForShippingMethods, catalogues_, aSessionID, aServerURL,
-                               no_parameters);
+  return ConnectorMethodFrame(kSearchForShippingMethods, {aServerURL, aSessionID},
+                              [&](Call& call) { return call.request().send().first(); });
 }
 
 SoapNode BVSearchConnector::SearchForSpecialCreditTerms(std::string_view aSessionID,
                                                         std::string_view aServerURL) {
-  return PositionalSearchFrame(
-      kSearchForSpecialCreditTerms, catalogues_, aSessionID, aServerURL, no_parameters,
-      [&](const dal::Services& dal) { return dal.SearchService().SearchForSpecialCreditTerms(); });
+  return ConnectorMethodFrame(
+      kSearchForSpecialCreditTerms, {aServerURL, aSessionID}, [&](Call& call) {
+        if (call.takes_dal())
+          return call.first_of(call.dal().SearchService().SearchForSpecialCreditTerms());
+        return call.request().send().first();
+      });
 }
 
 SoapNode BVSearchConnector::SearchForUserNamesAtSalesOrg(std::string_view aSessionID,
                                                          std::string_view aServerURL) {
-  return PositionalSearchFrame(kSearchForUserNamesAtSalesOrg, catalogues_, aSessionID, aServerURL,
-                               no_parameters);
+  return ConnectorMethodFrame(kSearchForUserNamesAtSalesOrg, {aServerURL, aSessionID},
+                              [&](Call& call) { return call.request().send().first(); });
+}
+
+SoapNode BVSearchConnector::SearchForEnumeration(std::string_view aSessionID,
+                                                 std::string_view aServerURL,
+                                                 std::string_view aEnumGroup) {
+  return ConnectorMethodFrame(kSearchForEnumeration, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request(kSoapEncoding).add("group", aEnumGroup).send().first();
+  });
+}
+
+SoapNode BVSearchConnector::SearchForEnumerationGroup(std::string_view aSessionID,
+                                                      std::string_view aServerURL,
+                                                      std::string_view aGroupCode) {
+  return ConnectorMethodFrame(
+      kSearchForEnumerationGroup, {aServerURL, aSessionID}, [&](Call& call) {
+        if (call.takes_dal())
+          return call.first_of(call.dal().SearchService().SearchForEnumerationGroup(aGroupCode));
+        return call.request(kSoapEncoding).add("groupCode", aGroupCode).send().first();
+      });
+}
+
+SoapNode BVSearchConnector::SearchForGLCodes(std::string_view aSessionID,
+                                             std::string_view aServerURL, std::string_view Code,
+                                             std::string_view Desc, std::string_view Misc) {
+  using conversions::text_to_boolean;
+  return ConnectorMethodFrame(kSearchForGLCodes, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.first_of(
+          call.dal().SearchService().SearchForGLCodes(Code, Desc, text_to_boolean(Misc)));
+    }
+    return call.request().params(Code, Desc, text_to_boolean(Misc)).send().first();
+  });
 }
 
 }  // namespace bvconn

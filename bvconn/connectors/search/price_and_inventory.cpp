@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "bvconn/connectors/search/search_frames.h"
+#include "bvconn/connectors/search/search_blocks.h"
 #include "bvconn/core/heart_beat_time.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/core/timing.h"
@@ -68,8 +68,8 @@ std::string joined_with_16_bit_bound(const StringArray& codes) {
 
 // The exchange of the inventory operations, run without `sendXML`: traced to the log file by the
 // mask alone, under the SOAPAction of the request before.
-void InventorySearchFrame(Call& call, std::string_view aServerURL, std::string_view text) {
-  call.exchange_text(*inline_transport(TracingRule::kLogFileByMaskAlone), aServerURL, text);
+void exchange_inventory(Call& call, std::string_view text) {
+  call.exchange_text(*inline_transport(TracingRule::kLogFileByMaskAlone), text);
 }
 
 }  // namespace
@@ -77,43 +77,41 @@ void InventorySearchFrame(Call& call, std::string_view aServerURL, std::string_v
 SoapNode BVSearchConnector::SearchForCatalogNbrs(std::string_view aSessionID,
                                                  std::string_view aServerURL,
                                                  const SearchForCatalogNbrsCriteria& criteria) {
-  return PositionalSearchFrame(
-      kSearchForCatalogNbrs, catalogues_, aSessionID, aServerURL, [&](SoapNodes& parameters) {
-        positional(parameters, criteria.BrandGID, criteria.ProdType, criteria.CatNbr,
-                   criteria.MaterialID, criteria.UPCNumber, criteria.Desc, criteria.AgentID,
-                   criteria.Country, criteria.MfgGID, criteria.Classification);
-      });
+  return ConnectorMethodFrame(kSearchForCatalogNbrs, {aServerURL, aSessionID}, [&](Call& call) {
+    call.request().params(criteria.BrandGID, criteria.ProdType, criteria.CatNbr,
+                          criteria.MaterialID, criteria.UPCNumber, criteria.Desc, criteria.AgentID,
+                          criteria.Country, criteria.MfgGID, criteria.Classification);
+    return call.send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForPriceHistory(
     std::string_view aSessionID, std::string_view aServerURL, std::string_view SearchType,
     std::string_view CatalogNbr, std::string_view AgentID, std::string_view DistributorName,
     std::string_view DistributorGID, std::string_view EndDate) {
-  return PositionalSearchFrame(
-      kSearchForPriceHistory, catalogues_, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) {
-        positional(parameters, SearchType, CatalogNbr, AgentID, DistributorName, DistributorGID,
-                   EndDate);
-      },
-      [&](const dal::Services& dal) {
-        return dal.SearchService().SearchForPriceHistory(SearchType, CatalogNbr, AgentID,
-                                                         DistributorName, DistributorGID, EndDate);
-      });
+  return ConnectorMethodFrame(kSearchForPriceHistory, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.first_of(call.dal().SearchService().SearchForPriceHistory(
+          SearchType, CatalogNbr, AgentID, DistributorName, DistributorGID, EndDate));
+    }
+    call.request().params(SearchType, CatalogNbr, AgentID, DistributorName, DistributorGID,
+                          EndDate);
+    return call.send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForPH(std::string_view aSessionID, std::string_view aServerURL,
                                         const StringArray& catalogArray,
                                         std::string_view Description, std::string_view AgentID,
                                         std::string_view CustomerGID) {
-  return PositionalSearchFrame(
-      kSearchForPH, catalogues_, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) {
-        positional(parameters, Description, AgentID, CustomerGID, catalogArray);
-      },
-      [&](const dal::Services& dal) {
-        return dal.SearchService().SearchForPH(Description, AgentID, CustomerGID,
-                                               joined(catalogArray));
-      });
+  return ConnectorMethodFrame(kSearchForPH, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.first_of(call.dal().SearchService().SearchForPH(Description, AgentID, CustomerGID,
+                                                                  joined(catalogArray)));
+    }
+    call.request().params(Description, AgentID, CustomerGID, catalogArray);
+    return call.send().first();
+  });
 }
 
 SoapNode BVSearchConnector::searchForPHAverage(std::string_view aSessionID,
@@ -122,35 +120,35 @@ SoapNode BVSearchConnector::searchForPHAverage(std::string_view aSessionID,
                                                std::string_view aType, std::string_view Description,
                                                std::string_view AgentID,
                                                std::string_view CustomerGID) {
-  return PositionalSearchFrame(
-      kSearchForPHAverage, catalogues_, aSessionID, aServerURL,
-      [&](SoapNodes& parameters) {
-        positional(parameters, Description, aType, AgentID, CustomerGID, catalogArray);
-      },
-      [&](const dal::Services& dal) {
-        return dal.SearchService().searchForPHAverage(Description, aType, AgentID, CustomerGID,
-                                                      joined_with_16_bit_bound(catalogArray));
-      });
+  return ConnectorMethodFrame(kSearchForPHAverage, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) {
+      return call.first_of(call.dal().SearchService().searchForPHAverage(
+          Description, aType, AgentID, CustomerGID, joined_with_16_bit_bound(catalogArray)));
+    }
+    call.request().params(Description, aType, AgentID, CustomerGID, catalogArray);
+    return call.send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForPromotions(std::string_view aSessionID,
                                                 std::string_view aServerURL) {
-  return PositionalSearchFrame(
-      kSearchForPromotions, catalogues_, aSessionID, aServerURL, no_parameters,
-      [&](const dal::Services& dal) { return dal.SearchService().SearchForPromotions(); });
+  return ConnectorMethodFrame(kSearchForPromotions, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().SearchService().SearchForPromotions());
+    return call.request().send().first();
+  });
 }
 
 SoapNode BVSearchConnector::SearchForTotalInventory(std::string_view strInfo,
                                                     std::string_view aSessionID,
                                                     std::string_view aServerURL) {
-  return ConnectorMethodFrame(kSearchForTotalInventory, [&](Call& call) {
+  return ConnectorMethodFrame(kSearchForTotalInventory, {aServerURL, aSessionID}, [&](Call& call) {
     const double start = session().clock().timer();
-    const std::string text = call.literal_request(aSessionID, strInfo);
+    const std::string text = call.literal_request(strInfo);
     if (call.takes_dal()) {
       // The whole request, where SearchForInventory passes `strInfo` alone.
       call.parse(call.dal().InventoryInquiryService().SearchForTotalInventory(text));
     } else {
-      InventorySearchFrame(call, aServerURL, text);
+      exchange_inventory(call, text);
     }
     Global::LastHeartBeat(session().clock().now());
     SoapNode result = call.first();
@@ -166,11 +164,10 @@ SoapNode BVSearchConnector::SearchForTotalInventory(std::string_view strInfo,
 SoapNode BVSearchConnector::SearchForInventory(std::string_view strInfo,
                                                std::string_view aSessionID,
                                                std::string_view aServerURL) {
-  return ConnectorMethodFrame(kSearchForInventory, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().InventoryInquiryService().SearchForInventory(strInfo)).first();
-    }
-    InventorySearchFrame(call, aServerURL, call.literal_request(aSessionID, strInfo));
+  return ConnectorMethodFrame(kSearchForInventory, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().InventoryInquiryService().SearchForInventory(strInfo));
+    exchange_inventory(call, call.literal_request(strInfo));
     Global::LastHeartBeat(session().clock().now());
     return call.first();
   });

@@ -18,14 +18,13 @@ constexpr Operation kGetConfiguredProduct{
 
 SoapNode BVConfigConnector::GetConfiguredProduct(std::string_view aServerURL,
                                                  std::string_view aSalesInstrumentGID) {
-  return ConnectorMethodFrame(kGetConfiguredProduct, [&](Call& call) {
+  return ConnectorMethodFrame(kGetConfiguredProduct, {.url = aServerURL}, [&](Call& call) {
     const bool traced = Global::TraceSoapTraffic();
     Global::TraceSoapTraffic(false);
     // The server takes two keys; the second one stays empty.
     const StringArray guids{std::string(aSalesInstrumentGID), std::string()};
-    call.envelope_without_session().Create("aGuids", guids, call.service(), "", "");
-    SoapNode product =
-        call.send_as(call.service() + "/TorvexConfigContract/GetTorvexXML", aServerURL).first();
+    call.request_without_session().parameters().Create("aGuids", guids, call.service());
+    SoapNode product = call.send_as(call.service() + "/TorvexConfigContract/GetTorvexXML").first();
     // On success alone: a failure leaves the setting off.
     Global::TraceSoapTraffic(traced);
     return product;

@@ -16,9 +16,8 @@ constexpr Operation kGetDocuments{
 }  // namespace
 
 SoapNode BVDocumentConnector::GetDocuments(std::string_view aServerURL, std::string_view aGID) {
-  return ConnectorMethodFrame(kGetDocuments, [&](Call& call) {
-    call.envelope_without_session().Create("arg0", aGID, "", "", "");
-    call.send(aServerURL);
+  return ConnectorMethodFrame(kGetDocuments, {.url = aServerURL}, [&](Call& call) {
+    call.request_without_session().add("arg0", aGID).send();
     SoapNode documents = SoapNode::make();
     for (const SoapNode& document : call.parameters()) documents.Nodes().Append(document);
     return documents;

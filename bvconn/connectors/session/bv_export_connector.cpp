@@ -16,9 +16,8 @@ constexpr Operation kSetExportComplete{
 SoapNode BVExportConnector::SetExportComplete(std::string_view aServerURL,
                                               std::string_view aSessionID,
                                               std::string_view aOrderGID) {
-  return ConnectorMethodFrame(kSetExportComplete, [&](Call& call) {
-    call.envelope(aSessionID, kSoapEncoding).Create("param", aOrderGID, "", "", "");
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kSetExportComplete, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request(kSoapEncoding).params(aOrderGID).send().first();
   });
 }
 

@@ -21,12 +21,11 @@ SoapNode BVGenericConnector::Send(std::string_view aService, std::string_view aM
                                   std::string_view aServerURL, std::int32_t aTimeout,
                                   std::string_view aSessionID) {
   envelope_ = bvconn::SoapEnvelope::make();
-  return ConnectorMethodFrame(kSend, {.envelope = envelope_}, [&](Call& call) {
+  return ConnectorMethodFrame(kSend, {aServerURL, aSessionID, envelope_}, [&](Call& call) {
     call.service(std::string(aService));
     call.envelope().SetMethod(aMethod, aService);
     if (aSessionID != kNoSession) Global::create_user_id(call.envelope(), aSessionID);
-    call.parameters().Create(aRootNodeName, aSoapNode, "", "", "");
-    SoapNode result = call.send(aServerURL, aTimeout).first();
+    SoapNode result = call.add(aRootNodeName, aSoapNode).send(aTimeout).first();
     envelope_ = {};
     return result;
   });

@@ -21,12 +21,11 @@ constexpr Operation kUpdateHeartBeatTime{
 };
 
 void send_beat(std::string_view aServerURL, std::string_view aSessionID) {
-  Call call(kSendHeartBeat);
+  Call call(kSendHeartBeat, {aServerURL, aSessionID});
   if (call.takes_dal()) {
     call.parse(call.dal().HeartBeatService().sendHeartBeat());
   } else {
-    call.getEnvelope(aSessionID);
-    call.send(aServerURL, kBeatTimeout_ms);
+    call.getEnvelope().send(kBeatTimeout_ms);
   }
   if (call.value() != Variant("OK")) {
     throw Error(error_numbers::kHeartBeatNotOk, "Heart.Beat", "Server did not return OK");

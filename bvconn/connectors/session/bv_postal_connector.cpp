@@ -16,10 +16,9 @@ constexpr Operation kGetCountries{
 
 SoapNode BVPostalConnector::GetCountries(std::string_view aServerURL, std::string_view aSessionID,
                                          bool aLazyLoad) {
-  return ConnectorMethodFrame(kGetCountries, catalogues_, [&](Call& call) {
-    if (call.takes_dal()) return call.parse(call.dal().SearchService().GetCountries()).first();
-    call.envelope(aSessionID, kSoapEncoding).Create("LAZYLOAD", aLazyLoad, "", "", "");
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetCountries, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal()) return call.first_of(call.dal().SearchService().GetCountries());
+    return call.request(kSoapEncoding).add("LAZYLOAD", aLazyLoad).send().first();
   });
 }
 

@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include "bvconn/operation/catalogues.h"
 #include "bvconn/platform/export.h"
 #include "bvconn/platform/soap/soap_node.h"
 
@@ -19,9 +18,6 @@ class BVCONN_EXPORT BVPostalConnector {
   /// @param aLazyLoad  Always sent on the SOAP route; the other one does not use it.
   /// Route: data access layer (its search object), else SOAP `getCountries`.
   SoapNode GetCountries(std::string_view aServerURL, std::string_view aSessionID, bool aLazyLoad);
-
- private:
-  Catalogues catalogues_;
 };
 
 }  // namespace bvconn

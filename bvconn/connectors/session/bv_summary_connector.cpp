@@ -54,12 +54,6 @@ constexpr Operation kGetOrderSummary{
     .service = &BVServices::Summary,
 };
 
-SoapNode send_key(Call& call, std::string_view key, std::string_view aServerURL,
-                  std::string_view aSessionID) {
-  call.getEnvelope(aSessionID).Create("param", key, "", "", "");
-  return call.send(aServerURL).first();
-}
-
 // The keys as the data access layer takes them; "nogid" in the first place stands for no keys at
 // all, whatever follows it.
 std::string joined_keys(const Variant& gids) {
@@ -78,12 +72,8 @@ std::string joined_keys(const Variant& gids) {
 SoapNode BVSummaryConnector::GetUserSummary(std::int16_t numProjects, std::int16_t numQuotes,
                                             std::int16_t numOrders, std::string_view aServerURL,
                                             std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetUserSummary, [&](Call& call) {
-    auto& parameters = call.envelope(aSessionID);
-    parameters.Create("param", numProjects, "", "", "");
-    parameters.Create("param", numQuotes, "", "", "");
-    parameters.Create("param", numOrders, "", "", "");
-    return call.send(aServerURL).first();
+  return ConnectorMethodFrame(kGetUserSummary, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.request().params(numProjects, numQuotes, numOrders).send().first();
   });
 }
 
@@ -92,74 +82,67 @@ SoapNode BVSummaryConnector::GetUserSummaryByGIDs(const Variant& projectGIDs,
                                                   const Variant& orderGIDs,
                                                   std::string_view aServerURL,
                                                   std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetUserSummaryByGIDs, [&](Call& call) {
+  return ConnectorMethodFrame(kGetUserSummaryByGIDs, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
       const std::string projects = joined_keys(projectGIDs);
       const std::string quotes = joined_keys(quoteGIDs);
       const std::string orders = joined_keys(orderGIDs);
-      return call.parse(call.dal().SummaryService().GetUserSummaryByGIDs(projects, quotes, orders))
-          .first();
+      return call.first_of(
+          call.dal().SummaryService().GetUserSummaryByGIDs(projects, quotes, orders));
     }
-    auto& parameters = call.envelope(aSessionID);
-    parameters.Create("param", projectGIDs, "", "", "");
-    parameters.Create("param", quoteGIDs, "", "", "");
-    parameters.Create("param", orderGIDs, "", "", "");
-    return call.send(aServerURL).first();
+    return call.request().params(projectGIDs, quoteGIDs, orderGIDs).send().first();
   });
 }
 
 SoapNode BVSummaryConnector::getProjectSummary(std::string_view ProjectGID,
                                                std::string_view aServerURL,
                                                std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetProjectSummary, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().SummaryService().getProjectSummary(ProjectGID)).first();
-    }
-    return send_key(call, ProjectGID, aServerURL, aSessionID);
+  return ConnectorMethodFrame(kGetProjectSummary, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().SummaryService().getProjectSummary(ProjectGID));
+    return call.getEnvelope().params(ProjectGID).send().first();
   });
 }
 
 SoapNode BVSummaryConnector::getQuoteSummary(std::string_view QuoteGID, std::string_view aServerURL,
                                              std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetQuoteSummary, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().SummaryService().getQuoteSummary(QuoteGID)).first();
-    }
-    return send_key(call, QuoteGID, aServerURL, aSessionID);
+  return ConnectorMethodFrame(kGetQuoteSummary, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().SummaryService().getQuoteSummary(QuoteGID));
+    return call.getEnvelope().params(QuoteGID).send().first();
   });
 }
 
 SoapNode BVSummaryConnector::getProposalsForQuote(std::string_view QuoteGID,
                                                   std::string_view aServerURL,
                                                   std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetProposalsForQuote, [&](Call& call) {
-    return send_key(call, QuoteGID, aServerURL, aSessionID);
+  return ConnectorMethodFrame(kGetProposalsForQuote, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.getEnvelope().params(QuoteGID).send().first();
   });
 }
 
 SoapNode BVSummaryConnector::getOrdersForQuote(std::string_view QuoteGID,
                                                std::string_view aServerURL,
                                                std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetOrdersForQuote, [&](Call& call) {
-    return send_key(call, QuoteGID, aServerURL, aSessionID);
+  return ConnectorMethodFrame(kGetOrdersForQuote, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.getEnvelope().params(QuoteGID).send().first();
   });
 }
 
 SoapNode BVSummaryConnector::getQuotesForProject(std::string_view ProjectGID,
                                                  std::string_view aServerURL,
                                                  std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetQuotesForProject, [&](Call& call) {
-    return send_key(call, ProjectGID, aServerURL, aSessionID);
+  return ConnectorMethodFrame(kGetQuotesForProject, {aServerURL, aSessionID}, [&](Call& call) {
+    return call.getEnvelope().params(ProjectGID).send().first();
   });
 }
 
 SoapNode BVSummaryConnector::getOrderSummary(std::string_view orderGID, std::string_view aServerURL,
                                              std::string_view aSessionID) {
-  return ConnectorMethodFrame(kGetOrderSummary, [&](Call& call) {
-    if (call.takes_dal()) {
-      return call.parse(call.dal().SummaryService().getOrderSummary(orderGID)).first();
-    }
-    return send_key(call, orderGID, aServerURL, aSessionID);
+  return ConnectorMethodFrame(kGetOrderSummary, {aServerURL, aSessionID}, [&](Call& call) {
+    if (call.takes_dal())
+      return call.first_of(call.dal().SummaryService().getOrderSummary(orderGID));
+    return call.getEnvelope().params(orderGID).send().first();
   });
 }
 
