@@ -23,7 +23,8 @@ Call::Call(const Operation& operation, CallContext context)
 
 const std::string& Call::method() {
   if (method_.empty()) {
-    method_ = operation_.method != nullptr ? look_up(operation_.method) : std::string(operation_.wire);
+    method_ =
+        operation_.method != nullptr ? look_up(operation_.method) : std::string(operation_.wire);
   }
   return method_;
 }

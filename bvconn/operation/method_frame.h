@@ -110,7 +110,7 @@ class Call {
   /// Its value, as it came or as text.
   Variant value() { return first().Value(); }
   std::string text() { return to_text(value()); }
-  // The same of the text that a service object gave.
+  /// The same of a reply in text form, as a service object gives it.
   SoapNode first_of(std::string reply) { return parse(std::move(reply)).first(); }
   std::string text_of(std::string reply) { return parse(std::move(reply)).text(); }
 

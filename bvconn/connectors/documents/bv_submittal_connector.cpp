@@ -94,6 +94,10 @@ constexpr Operation kGetUpdatableSubmittalsForQuote{
     .service = &BVServices::Submittal,
 };
 
+// Tells the server whose line items they are.
+constexpr bool kOfProject = true;
+constexpr bool kOfQuote = false;
+
 }  // namespace
 
 BVSubmittalConnector::BVSubmittalConnector() {
@@ -141,14 +145,14 @@ SoapNode BVSubmittalConnector::GetSubmittalCommentsForProjectLineItem(std::strin
                                                                       std::string_view aServerURL) {
   return ConnectorMethodFrame(
       kGetSubmittalCommentsForProjectLineItem, {aServerURL, aSessionID},
-      [&](Call& call) { return call.request().params(aLineItemGID, true).send().first(); });
+      [&](Call& call) { return call.request().params(aLineItemGID, kOfProject).send().first(); });
 }
 
 SoapNode BVSubmittalConnector::GetSubmittalCommentsForProjectLineItems(
     std::string_view aSessionID, const Variant& aLineItemGIDs, std::string_view aServerURL) {
   return ConnectorMethodFrame(
       kGetSubmittalCommentsForProjectLineItems, {aServerURL, aSessionID},
-      [&](Call& call) { return call.request().params(aLineItemGIDs, true).send().first(); });
+      [&](Call& call) { return call.request().params(aLineItemGIDs, kOfProject).send().first(); });
 }
 
 SoapNode BVSubmittalConnector::GetSubmittalCommentsForQuoteLineItem(std::string_view aSessionID,
@@ -156,7 +160,7 @@ SoapNode BVSubmittalConnector::GetSubmittalCommentsForQuoteLineItem(std::string_
                                                                     std::string_view aServerURL) {
   return ConnectorMethodFrame(
       kGetSubmittalCommentsForQuoteLineItem, {aServerURL, aSessionID},
-      [&](Call& call) { return call.request().params(aLineItemGID, false).send().first(); });
+      [&](Call& call) { return call.request().params(aLineItemGID, kOfQuote).send().first(); });
 }
 
 SoapNode BVSubmittalConnector::GetSubmittalCommentsForQuoteLineItems(std::string_view aSessionID,
@@ -164,7 +168,7 @@ SoapNode BVSubmittalConnector::GetSubmittalCommentsForQuoteLineItems(std::string
                                                                      std::string_view aServerURL) {
   return ConnectorMethodFrame(
       kGetSubmittalCommentsForQuoteLineItems, {aServerURL, aSessionID},
-      [&](Call& call) { return call.request().params(aLineItemGIDs, false).send().first(); });
+      [&](Call& call) { return call.request().params(aLineItemGIDs, kOfQuote).send().first(); });
 }
 
 std::string BVSubmittalConnector::CreateSubmittal(std::string_view aSessionID,

@@ -130,6 +130,7 @@ SoapNode BVSearchConnector::SearchForAllAgents(std::string_view aSessionID,
           call.dal().SearchService().SearchForAllAgents(conversions::text_to_int32(agent)));
     }
     call.request();
+    // Named, unlike the parameters of its neighbours, and left out when the argument is.
     if (!aAgentID.missing()) call.add("agentID", to_int16(aAgentID));
     return call.send().first();
   });
