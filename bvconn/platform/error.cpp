@@ -27,4 +27,18 @@ std::string hex_number(std::int32_t number) {
   return text;
 }
 
+std::string_view outcome_text(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::kNone:
+      return "";
+    case Outcome::kNotSent:
+      return "not sent";
+    case Outcome::kUnknown:
+      return "sent, outcome unknown";
+    case Outcome::kAnswered:
+      return "answered";
+  }
+  return "";
+}
+
 }  // namespace bvconn

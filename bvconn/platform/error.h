@@ -6,13 +6,15 @@
 #include <string_view>
 
 #include "bvconn/platform/export.h"
+#include "bvconn/platform/outcome.h"
 
 namespace bvconn {
 
 /// The one error type of the library. Every operation either returns or throws it.
 ///
 /// Callers decide by `number` (see error_numbers.h); `source` names the object that failed,
-/// `description` is for people: what failed, on what, and what the other side said.
+/// `description` is for people: what failed, on what, and what the other side said. `outcome` tells
+/// whether the server may have acted on the request: every error that leaves an operation has one.
 class BVCONN_EXPORT Error : public std::exception {
  public:
   Error(std::int32_t error_number, std::string_view error_source,
@@ -32,6 +34,7 @@ class BVCONN_EXPORT Error : public std::exception {
   std::string description;
   std::string helpFile;
   std::int32_t helpContext = 0;
+  Outcome outcome = Outcome::kNone;
 };
 
 /// "0x80044201": the form in which error numbers are written for people.
