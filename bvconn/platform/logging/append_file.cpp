@@ -15,12 +15,12 @@ int open_for_appending(const std::string& path) {
   return ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0600);
 }
 
-struct Outcome {
+struct Appended {
   const char* step = "";
   int code = 0;
 };
 
-Outcome append(const std::string& path, std::string_view bytes) {
+Appended append(const std::string& path, std::string_view bytes) {
   detail::Descriptor file(open_for_appending(path));
   // The folders are looked at only when something is missing: a line costs three calls as a rule.
   if (!file && errno == ENOENT && detail::make_folders_of(path)) {
@@ -35,11 +35,11 @@ Outcome append(const std::string& path, std::string_view bytes) {
 }  // namespace
 
 void append_to_file(const std::string& path, std::string_view bytes) {
-  const Outcome outcome = append(path, bytes);
-  if (outcome.code != 0) {
+  const Appended appended = append(path, bytes);
+  if (appended.code != 0) {
     throw Error(error_numbers::kLogFile, "SessionLogger",
-                std::string("Cannot ") + outcome.step + " the log file \"" + path +
-                    "\": " + detail::system_message(outcome.code));
+                std::string("Cannot ") + appended.step + " the log file \"" + path +
+                    "\": " + detail::system_message(appended.code));
   }
 }
 
