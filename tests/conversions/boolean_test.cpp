@@ -1,10 +1,10 @@
 #include "bvconn/platform/conversions/conversions.h"
-#include "conversions/expect_error.h"
+#include "support/error_of.h"
 
 namespace bvconn::conversions {
 namespace {
 
-using conversions_test::error_of;
+using test::error_of;
 
 TEST(TextToBoolean, TheTwoWordsConvertInAnyCase) {
   EXPECT_TRUE(text_to_boolean("True"));

@@ -1,10 +1,10 @@
 #include "bvconn/platform/conversions/conversions.h"
-#include "conversions/expect_error.h"
+#include "support/error_of.h"
 
 namespace bvconn::conversions {
 namespace {
 
-using conversions_test::error_of;
+using test::error_of;
 
 /// What a text reads as, in a form that test messages show; "none" for no date.
 std::string read(std::string_view text) {

@@ -3,12 +3,12 @@
 #include <cmath>
 
 #include "bvconn/platform/conversions/conversions.h"
-#include "conversions/expect_error.h"
+#include "support/error_of.h"
 
 namespace bvconn {
 namespace {
 
-using conversions_test::error_of;
+using test::error_of;
 
 constexpr std::int64_t kDay = 86'400'000;
 
@@ -109,7 +109,6 @@ TEST(MinutesBetween, CountsBoundariesAndNotSeconds) {
 
 TEST(DateText, IsMonthFirstOnATwelveHourClock) {
   using conversions::date_text;
-  EXPECT_EQ(date_text(Date{}), "12/30/1899 12:00:00 AM");
   EXPECT_EQ(date_text(from_civil({.year = 2007, .month = 1, .day = 5, .hour = 12, .minute = 4})),
             "1/5/2007 12:04:00 PM");
   EXPECT_EQ(date_text(from_civil(
@@ -117,6 +116,30 @@ TEST(DateText, IsMonthFirstOnATwelveHourClock) {
             "11/25/2007 3:04:09 PM");
   EXPECT_EQ(date_text(from_civil({.year = 2007, .month = 11, .day = 25, .hour = 9, .second = 30})),
             "11/25/2007 9:00:30 AM");
+}
+
+TEST(DateText, LeavesOutItsEmptyHalf) {
+  using conversions::date_text;
+  struct Case {
+    CivilDate civil;
+    const char* text;
+  };
+  for (const Case& each :
+       {Case{{.year = 2007, .month = 1, .day = 5}, "1/5/2007"},
+        {{.year = 2007, .month = 1, .day = 5, .second = 1}, "1/5/2007 12:00:01 AM"},
+        {{.year = 2007, .month = 1, .day = 5, .hour = 10}, "1/5/2007 10:00:00 AM"},
+        {{.year = 2007, .month = 1, .day = 5, .hour = 12}, "1/5/2007 12:00:00 PM"},
+        {{.year = 2007, .month = 1, .day = 5, .millisecond = 999}, "1/5/2007"},
+        {{.year = 1899, .month = 12, .day = 29}, "12/29/1899"},
+        {{.year = 1899, .month = 12, .day = 29, .hour = 23}, "12/29/1899 11:00:00 PM"},
+        {{.year = 1899, .month = 12, .day = 30}, "12:00:00 AM"},
+        {{.year = 1899, .month = 12, .day = 30, .millisecond = 999}, "12:00:00 AM"},
+        {{.year = 1899, .month = 12, .day = 30, .hour = 10}, "10:00:00 AM"},
+        {{.year = 1899, .month = 12, .day = 30, .hour = 23, .minute = 59, .second = 59},
+         "11:59:59 PM"},
+        {{.year = 1899, .month = 12, .day = 31}, "12/31/1899"}}) {
+    EXPECT_EQ(date_text(from_civil(each.civil)), each.text);
+  }
 }
 
 TEST(IsoDateText, HasMillisecondsOnlyWhereThereAreSome) {

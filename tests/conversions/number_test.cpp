@@ -3,12 +3,12 @@
 #include <limits>
 
 #include "bvconn/platform/conversions/conversions.h"
-#include "conversions/expect_error.h"
+#include "support/error_of.h"
 
 namespace bvconn::conversions {
 namespace {
 
-using conversions_test::error_of;
+using test::error_of;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
@@ -188,21 +188,83 @@ TEST(RoundHalfEven, LeavesWhatHasNoSuchPlaces) {
   EXPECT_TRUE(std::isnan(round_half_even(std::nan(""), 2)));
 }
 
-TEST(NumberText, IsTheShortestThatReadsBack) {
-  EXPECT_EQ(double_text(0.1), "0.1");
-  EXPECT_EQ(double_text(-1234.5), "-1234.5");
-  EXPECT_EQ(double_text(7), "7");
-  EXPECT_EQ(float_text(0.1F), "0.1");
-  EXPECT_EQ(float_text(-86399.5F), "-86399.5");
+TEST(NumberText, IsPlainFromOneTenThousandthUpToBelow1e15) {
+  struct Case {
+    double value;
+    const char* text;
+  };
+  for (const Case& each : {Case{0.1, "0.1"},
+                           {-1234.5, "-1234.5"},
+                           {7, "7"},
+                           {0.25, "0.25"},
+                           {100000, "100000"},
+                           {4500000000, "4500000000"},
+                           {-4500000000, "-4500000000"},
+                           {1e14, "100000000000000"},
+                           {999999999999999, "999999999999999"},
+                           {999999999999999.9, "999999999999999.9"},
+                           {1e15, "1E+15"},
+                           {-1e15, "-1E+15"},
+                           {1.5e15, "1.5E+15"},
+                           {1234567890123456, "1.234567890123456E+15"},
+                           {1e99, "1E+99"},
+                           {1e100, "1E+100"},
+                           {1.7976931348623157e308, "1.7976931348623157E+308"},
+                           {0.0001, "0.0001"},
+                           {-0.0001, "-0.0001"},
+                           {0.00012345, "0.00012345"},
+                           {0.00009999, "9.999E-05"},
+                           {-0.00001, "-1E-05"},
+                           {0.0000000025, "2.5E-09"},
+                           {1e-10, "1E-10"},
+                           {5e-324, "5E-324"},
+                           {0.0, "0"},
+                           {-0.0, "0"}}) {
+    EXPECT_EQ(double_text(each.value), each.text);
+  }
+}
+
+TEST(NumberText, OfA32BitFloatHasThatFloatsDigits) {
+  struct Case {
+    float value;
+    const char* text;
+  };
+  for (const Case& each : {Case{0.1F, "0.1"},
+                           {-86399.5F, "-86399.5"},
+                           {0.0078125F, "0.0078125"},
+                           {16777216.0F, "16777216"},
+                           {123456792.0F, "123456790"},
+                           {999999900000000.0F, "999999900000000"},
+                           {1e15F, "1E+15"},
+                           {3.4028235e38F, "3.4028235E+38"},
+                           {0.0001F, "0.0001"},
+                           {0.00009999F, "9.999E-05"},
+                           {0.00001F, "1E-05"},
+                           {1e-45F, "1E-45"},
+                           {0.0F, "0"},
+                           {-0.0F, "0"}}) {
+    EXPECT_EQ(float_text(each.value), each.text);
+  }
+}
+
+TEST(NumberText, OfAnIntegerHasAllItsDigits) {
   EXPECT_EQ(integer_text(0), "0");
   EXPECT_EQ(integer_text(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
+}
+
+TEST(NumberText, OfARoundedTimeIsNeverMinusZero) {
+  EXPECT_EQ(double_text(round_half_even(-0.004, 2)), "0");
+  EXPECT_EQ(double_text(round_half_even(-0.006, 2)), "-0.01");
+  EXPECT_EQ(format_number(-0.004, "0.00"), "0.00");
 }
 
 TEST(NumberText, WritesInfinitiesAsTheyAreRead) {
   EXPECT_EQ(double_text(kInfinity), "INF");
   EXPECT_EQ(double_text(-kInfinity), "-INF");
   EXPECT_EQ(double_text(std::nan("")), "NaN");
+  EXPECT_EQ(float_text(std::numeric_limits<float>::infinity()), "INF");
   EXPECT_EQ(float_text(-std::numeric_limits<float>::infinity()), "-INF");
+  EXPECT_EQ(float_text(std::nanf("")), "NaN");
 }
 
 TEST(NumberText, ReadsBackAsTheSameNumber) {

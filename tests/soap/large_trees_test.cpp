@@ -5,9 +5,9 @@
 namespace bvconn {
 namespace {
 
-using soap_test::error_of;
 using soap_test::parsed;
 using soap_test::reply_text;
+using test::error_of;
 
 std::string nested(int depth) {
   std::string text;

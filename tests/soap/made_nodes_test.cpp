@@ -5,9 +5,9 @@
 namespace bvconn {
 namespace {
 
-using soap_test::error_of;
 using soap_test::names_of;
 using soap_test::written;
+using test::error_of;
 
 TEST(SoapNode, CopiesShareOneNode) {
   SoapNode node = SoapNode::make("before");

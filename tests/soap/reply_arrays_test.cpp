@@ -3,9 +3,9 @@
 namespace bvconn {
 namespace {
 
-using soap_test::error_of;
 using soap_test::first_parameter;
 using soap_test::names_of;
+using test::error_of;
 
 VariantArray array_of(std::vector<Variant> items) {
   return VariantArray(std::move(items));

@@ -5,10 +5,10 @@
 namespace bvconn {
 namespace {
 
-using soap_test::error_of;
 using soap_test::names_of;
 using soap_test::parsed;
 using soap_test::reply_text;
+using test::error_of;
 
 void expect_limit(std::string_view body) {
   const SoapEnvelope envelope = SoapEnvelope::make();

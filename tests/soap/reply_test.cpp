@@ -3,11 +3,11 @@
 namespace bvconn {
 namespace {
 
-using soap_test::error_of;
 using soap_test::first_parameter;
 using soap_test::names_of;
 using soap_test::parsed;
 using soap_test::reply_text;
+using test::error_of;
 
 constexpr std::string_view kFault =
     "<soapenv:Fault><faultcode xmlns:f='urn:codes'>f:10041</faultcode>"

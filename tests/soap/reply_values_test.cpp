@@ -9,8 +9,8 @@
 namespace bvconn {
 namespace {
 
-using soap_test::error_of;
 using soap_test::first_parameter;
+using test::error_of;
 using Type = Variant::Type;
 
 Variant value_of(std::string_view type, std::string_view text) {
@@ -66,6 +66,11 @@ TEST(ReadValue, OfNumbersMayHaveASignLeadingZerosAndBlanksAround) {
   EXPECT_EQ(value_of("xsd:float", "-2.5e-3"), Variant(-0.0025));
   EXPECT_EQ(value_of("xsd:decimal", ".5"), Variant(0.5));
   EXPECT_EQ(value_of("xsd:decimal", "5."), Variant(5.0));
+}
+
+TEST(ReadValue, OfALargeDecimalIsPlainAsText) {
+  EXPECT_EQ(to_text(value_of("xsd:decimal", "100000")), "100000");
+  EXPECT_EQ(to_text(value_of("xsd:double", "-0")), "0");
 }
 
 TEST(ReadValue, OfFloatsKnowsInfinityAndNoNumber) {

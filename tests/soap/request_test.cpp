@@ -7,9 +7,9 @@
 namespace bvconn {
 namespace {
 
-using soap_test::error_of;
 using soap_test::parameters_text;
 using soap_test::written;
+using test::error_of;
 
 // What stands in front of the Body of a request without headers.
 const std::string kStart =
@@ -127,6 +127,10 @@ TEST(Serialize, WritesFloatsInTheirShortestText) {
   using Limits = std::numeric_limits<double>;
   EXPECT_EQ(written(0.1), "<p xsi:type=\"xsd:double\">0.1</p>");
   EXPECT_EQ(written(2.0), "<p xsi:type=\"xsd:double\">2</p>");
+  EXPECT_EQ(written(100000.0), "<p xsi:type=\"xsd:double\">1e+05</p>");
+  EXPECT_EQ(written(4500000000.0), "<p xsi:type=\"xsd:double\">4.5e+09</p>");
+  EXPECT_EQ(written(1e-5), "<p xsi:type=\"xsd:double\">1e-05</p>");
+  EXPECT_EQ(written(-0.0), "<p xsi:type=\"xsd:double\">-0</p>");
   EXPECT_EQ(written(Limits::infinity()), "<p xsi:type=\"xsd:double\">INF</p>");
   EXPECT_EQ(written(-Limits::infinity()), "<p xsi:type=\"xsd:double\">-INF</p>");
   EXPECT_EQ(written(Limits::quiet_NaN()), "<p xsi:type=\"xsd:double\">NaN</p>");

@@ -6,26 +6,14 @@
 #include <string>
 #include <string_view>
 
-#include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "bvconn/platform/soap/soap_node.h"
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/soap/xml_document.h"
+#include "support/error_of.h"
 
 namespace bvconn::soap_test {
-
-/// Runs `action`, which must fail, and gives its error.
-template <typename Action>
-Error error_of(Action action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error;
-  }
-  ADD_FAILURE() << "nothing was thrown";
-  return Error(0, "", "");
-}
 
 /// A reply as servers send it, around the content of its Body.
 inline std::string reply_text(std::string_view body) {

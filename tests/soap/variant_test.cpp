@@ -7,7 +7,7 @@
 namespace bvconn {
 namespace {
 
-using soap_test::error_of;
+using test::error_of;
 using Type = Variant::Type;
 
 TEST(Variant, KnowsTheTypeThatItWasMadeWith) {
@@ -110,6 +110,11 @@ TEST(VariantToText, WritesSimpleValues) {
                                         .second = 9,
                                         .millisecond = 0}))),
             "1/5/2007 1:04:09 PM");
+  EXPECT_EQ(to_text(Variant(from_civil({.year = 2007, .month = 1, .day = 5}))), "1/5/2007");
+  EXPECT_EQ(to_text(Variant(Date{})), "12:00:00 AM");
+  EXPECT_EQ(to_text(Variant(4500000000.0)), "4500000000");
+  EXPECT_EQ(to_text(Variant(-0.0)), "0");
+  EXPECT_EQ(to_text(Variant(1e-5)), "1E-05");
   EXPECT_EQ(to_text(Variant(QualifiedName{"urn:x", "10041"})), "10041");
 }
 

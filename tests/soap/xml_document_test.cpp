@@ -5,8 +5,8 @@
 namespace bvconn {
 namespace {
 
-using soap_test::error_of;
 using soap_test::names_of;
+using test::error_of;
 
 TEST(XMLDocument, IsEmptyUntilItIsLoaded) {
   const XMLDocument document;

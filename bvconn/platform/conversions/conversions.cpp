@@ -79,13 +79,6 @@ Integer double_to_integer(double value, std::string_view wanted) {
   return *whole;
 }
 
-template <typename Number>
-std::string shortest_text(Number value) {
-  std::array<char, 32> buffer;
-  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  return {buffer.data(), result.ptr};
-}
-
 constexpr std::string_view kInt16 = "16-bit integer";
 constexpr std::string_view kInt32 = "32-bit integer";
 
@@ -162,22 +155,10 @@ double round_half_even(double value, int places) {
   return detail::to_float(number).value_or(value);
 }
 
-std::string float_text(float value) {
-  return std::isfinite(value) ? shortest_text(value) : double_text(static_cast<double>(value));
-}
-
-std::string double_text(double value) {
-  if (std::isnan(value)) {
-    return "NaN";
-  }
-  if (std::isinf(value)) {
-    return value < 0 ? "-INF" : "INF";
-  }
-  return shortest_text(value);
-}
-
 std::string integer_text(std::int64_t value) {
-  return shortest_text(value);
+  std::array<char, 32> buffer;
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  return {buffer.data(), result.ptr};
 }
 
 std::string boolean_text(bool value) {

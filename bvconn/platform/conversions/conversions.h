@@ -41,15 +41,18 @@ BVCONN_EXPORT std::int32_t double_to_int32(double value);
 /// Rounded to so many decimal places, halves to the even digit.
 BVCONN_EXPORT double round_half_even(double value, int places);
 
-// Values to text.
+// Values to text, for people and for string arguments; XML values have forms of their own.
 
-/// Shortest text that reads back as the same number, as `std::to_chars` writes it.
+/// The fewest digits that read back as the same number: plain from 0.0001 up to below 1e15
+/// ("4500000000", "0.25"), else "1.5E+15", "1E-05" with two digits of exponent at least. Zero has
+/// no sign. "INF", "-INF" and "NaN" for what is no number.
 BVCONN_EXPORT std::string float_text(float value);
 BVCONN_EXPORT std::string double_text(double value);
 BVCONN_EXPORT std::string integer_text(std::int64_t value);
 /// "True" or "False".
 BVCONN_EXPORT std::string boolean_text(bool value);
-/// `m/d/yyyy h:mm:ss AM/PM`.
+/// "1/5/2007 1:04:09 PM", without its empty half: at midnight the day alone, on the zero day
+/// (12/30/1899) the time alone.
 BVCONN_EXPORT std::string date_text(Date value);
 /// xsd:dateTime without a zone: "2007-01-05T00:00:00", milliseconds only where there are some.
 BVCONN_EXPORT std::string iso_date_text(Date value);

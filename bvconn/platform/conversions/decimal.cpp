@@ -71,6 +71,14 @@ bool rounds_up(std::string_view digits, std::size_t keep, Halves halves) {
   return halves == Halves::kAwayFromZero || odd;
 }
 
+template <typename Float>
+Decimal shortest(Float value) {
+  char buffer[32];
+  const auto result =
+      std::to_chars(std::begin(buffer), std::end(buffer), value, std::chars_format::scientific);
+  return *decimal_of(std::string_view(buffer, static_cast<std::size_t>(result.ptr - buffer)));
+}
+
 }  // namespace
 
 std::string_view trim_white(std::string_view text) {
@@ -113,10 +121,11 @@ std::optional<Decimal> decimal_of(std::string_view text) {
 }
 
 Decimal shortest_decimal(double value) {
-  char buffer[32];
-  const auto result =
-      std::to_chars(std::begin(buffer), std::end(buffer), value, std::chars_format::scientific);
-  return *decimal_of(std::string_view(buffer, static_cast<std::size_t>(result.ptr - buffer)));
+  return shortest(value);
+}
+
+Decimal shortest_decimal(float value) {
+  return shortest(value);
 }
 
 void round_to(Decimal& number, int places, Halves halves) {

@@ -24,6 +24,7 @@ std::string_view trim_white(std::string_view text);
 std::optional<Decimal> decimal_of(std::string_view text);
 /// The decimal number with the fewest digits that reads back as `value`, which must be finite.
 Decimal shortest_decimal(double value);
+Decimal shortest_decimal(float value);
 
 /// Rounds to so many places after the point.
 void round_to(Decimal& number, int places, Halves halves);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "bvconn/platform/conversions/conversions.h"
@@ -39,6 +40,38 @@ std::string padded(std::int32_t value, std::size_t digits) {
   return text;
 }
 
+/// "1.5E+15", "1E-05": one digit before the point, two digits of exponent at least.
+std::string exponent_text(Decimal number) {
+  const auto exponent = static_cast<std::int32_t>(number.point - 1);
+  number.point = 1;
+  std::string text = detail::fixed_text(number, 1, static_cast<int>(number.digits.size()) - 1);
+  text.append(exponent < 0 ? "E-" : "E+");
+  return text.append(padded(std::abs(exponent), 2));
+}
+
+/// Every digit of a number, with an exponent only where plain digits would be too many.
+std::string every_digit_text(const Decimal& number) {
+  constexpr std::int64_t kLowestPlainPoint = -3;   // 0.0001
+  constexpr std::int64_t kHighestPlainPoint = 15;  // 999999999999999
+  if (number.point < kLowestPlainPoint || number.point > kHighestPlainPoint) {
+    return exponent_text(number);
+  }
+  const auto digits = static_cast<std::int64_t>(number.digits.size());
+  return detail::fixed_text(number, 1,
+                            static_cast<int>(std::max(digits - number.point, std::int64_t{0})));
+}
+
+template <typename Float>
+std::string floating_text(Float value) {
+  if (std::isnan(value)) {
+    return "NaN";
+  }
+  if (std::isinf(value)) {
+    return value < 0 ? "-INF" : "INF";
+  }
+  return every_digit_text(detail::shortest_decimal(value));
+}
+
 std::optional<Date> date_of_serial(double days) {
   try {
     return from_serial_days(days);
@@ -56,21 +89,39 @@ std::string calendar_text(Date value, std::string_view pattern) {
   return text;
 }
 
+/// "1:04:09 PM".
+std::string time_text(const CivilDate& civil) {
+  const std::int32_t hour = civil.hour % 12 == 0 ? 12 : civil.hour % 12;
+  std::string text = integer_text(hour);
+  text.append(":").append(padded(civil.minute, 2));
+  text.append(":").append(padded(civil.second, 2));
+  return text.append(civil.hour < 12 ? " AM" : " PM");
+}
+
 bool date_pattern(std::string_view pattern) {
   return equal_ignoring_case(pattern, "mm/dd/yyyy") || equal_ignoring_case(pattern, "m/d/yyyy");
 }
 
 }  // namespace
 
+std::string float_text(float value) {
+  return floating_text(value);
+}
+
+std::string double_text(double value) {
+  return floating_text(value);
+}
+
 std::string date_text(Date value) {
   const CivilDate civil = to_civil(value);
-  const std::int32_t hour = civil.hour % 12 == 0 ? 12 : civil.hour % 12;
-  std::string text = calendar_text(value, "m/d/yyyy");
-  text.append(" ").append(integer_text(hour));
-  text.append(":").append(padded(civil.minute, 2));
-  text.append(":").append(padded(civil.second, 2));
-  text.append(civil.hour < 12 ? " AM" : " PM");
-  return text;
+  // What counts is what the text shows: a time within the first second of a day shows none.
+  const bool midnight = civil.hour == 0 && civil.minute == 0 && civil.second == 0;
+  const bool zero_day = civil.year == 1899 && civil.month == 12 && civil.day == 30;
+  if (zero_day) {
+    return time_text(civil);
+  }
+  const std::string day = calendar_text(value, "m/d/yyyy");
+  return midnight ? day : day + " " + time_text(civil);
 }
 
 std::string iso_date_text(Date value) {

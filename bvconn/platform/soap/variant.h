@@ -150,9 +150,9 @@ BVCONN_EXPORT std::string_view type_name(Variant::Type type);
 
 // Conversions of a variant, with the platform's rules (conversions.h).
 
-/// A value as text: `True`/`False`, numbers in their shortest form, a date as `m/d/yyyy h:mm:ss
-/// AM/PM`, empty as "", a qualified name as its local part. Missing, an array, bytes or a node fail
-/// with 13.
+/// A value as text: `True`/`False`, numbers and dates as `conversions::double_text` and `date_text`
+/// write them, empty as "", a qualified name as its local part. Missing, an array, bytes or a node
+/// fail with 13.
 BVCONN_EXPORT std::string to_text(const Variant& value);
 /// A boolean as it is, a number unequal 0, text by `text_to_boolean`; Empty is false.
 BVCONN_EXPORT bool to_boolean(const Variant& value);
