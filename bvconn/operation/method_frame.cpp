@@ -2,6 +2,7 @@
 
 #include "bvconn/core/envelope.h"
 #include "bvconn/core/session_state.h"
+#include "bvconn/platform/error_numbers.h"
 
 namespace bvconn {
 namespace {
@@ -111,6 +112,14 @@ Call& Call::parse(std::string text) {
 
 SoapNode Call::first() {
   return envelope().Parameters().Item(0);
+}
+
+bool Call::boolean() {
+  const Variant answer = value();
+  if (answer.empty()) {
+    throw Error(error_numbers::kTypeMismatch, "BVConn", "The server's answer is nil, no boolean");
+  }
+  return to_boolean(answer);
 }
 
 void Call::tail(Error& error) {

@@ -113,6 +113,9 @@ class Call {
   /// The same of a reply in text form, as a service object gives it.
   SoapNode first_of(std::string reply) { return parse(std::move(reply)).first(); }
   std::string text_of(std::string reply) { return parse(std::move(reply)).text(); }
+  /// The value of the first parameter as a boolean. An argument that is Empty is False, but a nil
+  /// answer says nothing: it fails with 13.
+  bool boolean();
 
   /// Gives the error line a method name made at run time.
   void error_name(std::string name) { error_name_ = std::move(name); }

@@ -7,6 +7,7 @@
 
 #include "bvconn/connectors/session/bv_export_connector.h"
 #include "bvconn/platform/error_numbers.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
@@ -47,13 +48,8 @@ Lines writes_and_traffic(const RecordingPlatform& world) {
 }
 
 std::int32_t number_of_failed_call() {
-  try {
-    BVConfigConnector().GetConfiguredProduct("http://h/", "S-2");
-  } catch (const Error& error) {
-    return error.number;
-  }
-  ADD_FAILURE() << "no error was raised";
-  return 0;
+  return test::error_of([] { BVConfigConnector().GetConfiguredProduct("http://h/", "S-2"); })
+      .number;
 }
 
 TEST(GetConfiguredProduct, SwitchesTracingOffForTheTimeOfTheCallAndThenWritesItBack) {

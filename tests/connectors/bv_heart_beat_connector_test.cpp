@@ -192,8 +192,18 @@ TEST(HeartBeat, CountsMinuteBoundariesNotSeconds) {
 
 TEST(HeartBeat, WithoutAHandlerALongSilenceIsJustLogged) {
   RecordingPlatform world;
+  session().LastHeartBeat = minutes_ago(world, 16);
   world.fail_send(Error(error_numbers::kCannotConnect, "HTTPTransport", "dead"));
   EXPECT_NO_THROW(BVHeartBeatConnector().sendHeartBeat("http://h/", "S"));
+  // The silence itself, and nothing of an event that nobody takes.
+  Lines own_lines;
+  for (const auto& line : world.record.log) {
+    if (line.find(" BVHeartBeatConnector.") != std::string::npos) own_lines.push_back(line);
+  }
+  EXPECT_EQ(own_lines,
+            (Lines{"LogInfo BVHeartBeatConnector.sendHeartBeat() \"Entering Method...\" 0",
+                   "LogError BVHeartBeatConnector.sendHeartBeat 0x80044301 \"HTTPTransport\" "
+                   "\"dead\" 0"}));
 }
 
 TEST(HeartBeat, OnlyAnErrorInsideItsOwnTailLeavesIt) {

@@ -2,11 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "bvconn/connectors/session/bv_generic_connector.h"
 #include "bvconn/core/session_state.h"
-#include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "bvconn/platform/soap/variant.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
@@ -42,13 +43,10 @@ TEST(SetUserProfile, OneChildMoreIsAnOverflowAndNothingIsSent) {
   for (const bool dal : {false, true}) {
     RecordingPlatform world;
     if (dal) world.use_dal();
-    try {
-      BVMaintenanceConnector().SetUserProfile("S", "http://h/", profile_of(32769));
-      ADD_FAILURE() << "no error was raised";
-    } catch (const Error& error) {
-      EXPECT_EQ(error.number, error_numbers::kOverflow);
-      EXPECT_EQ(error.source, "BVConn");
-    }
+    const Error error = test::error_of(
+        [] { BVMaintenanceConnector().SetUserProfile("S", "http://h/", profile_of(32769)); });
+    EXPECT_EQ(error.number, error_numbers::kOverflow);
+    EXPECT_EQ(error.source, "BVConn");
     EXPECT_TRUE(world.sent.empty());
     EXPECT_TRUE(world.record.dal.empty());
     EXPECT_TRUE(
@@ -69,6 +67,45 @@ TEST(SetUserProfile, AChildThatHoldsANodeGoesOutWithItsNameAlone) {
                                        "<Home xsi:nil=\"true\"/></m:updateUserProfile>"),
             std::string::npos)
       << world.sent.at(0).text;
+}
+
+TEST(SetUserProfile, AChildThatIsAnArrayOfStructuresGoesOutWithItsNameAlone) {
+  RecordingPlatform world;
+  world.reply(envelope_text("getUserProfileResponse",
+                            "<return>"
+                            "<Homes xmlns:enc=\"http://schemas.xmlsoap.org/soap/encoding/\""
+                            " xsi:type=\"enc:Array\" enc:arrayType=\"xsd:anyType[2]\">"
+                            "<item>C-1</item><item><City>C-2</City></item></Homes></return>"));
+  const SoapNode profile = BVGenericConnector().Send("urn:x", "m", "r", SoapNode::make("n"), "u");
+  ASSERT_TRUE(profile.Nodes().Item(0).Value().is(Variant::Type::kArray));
+  const SoapNode deep = SoapNode::make("Inner");
+  deep.Nodes().Create("City", "C-3");
+  profile.Nodes().Create("Deep", VariantArray({Variant(VariantArray({Variant(deep)}))}));
+  profile.Nodes().Create("Texts", StringArray{"T-4"});
+  profile.Nodes().Create("None", StringArray(std::vector<std::string>{}));
+  world.reply(envelope_text("updateUserProfileResponse", "<return>R</return>"));
+  BVMaintenanceConnector().SetUserProfile("S", "http://h/", profile);
+  EXPECT_NE(world.sent.at(1).text.find(
+                "<m:updateUserProfile xmlns:m=\"urn:MaintenanceService\">"
+                "<Homes xsi:nil=\"true\"/><Deep xsi:nil=\"true\"/>"
+                "<Texts xsi:type=\"SOAP-ENC:Array\" SOAP-ENC:arrayType=\"xsd:string[1]\">"
+                "<item>T-4</item></Texts>"
+                "<None xsi:type=\"SOAP-ENC:Array\" SOAP-ENC:arrayType=\"xsd:string[0]\"/>"
+                "</m:updateUserProfile>"),
+            std::string::npos)
+      << world.sent.at(1).text;
+}
+
+TEST(CheckTypeAheadFile, ANilAnswerIsNoBooleanAndTheErrorIsLogged) {
+  RecordingPlatform world;
+  world.reply(envelope_text("r", "<return xsi:nil=\"true\"/>"));
+  const Error error =
+      test::error_of([] { BVMaintenanceConnector().CheckTypeAheadFile("S", "http://h/"); });
+  EXPECT_EQ(error.number, error_numbers::kTypeMismatch);
+  EXPECT_EQ(error.source, "BVConn");
+  EXPECT_TRUE(world.record.log.back().starts_with(
+      "LogError BVMaintenanceConnector.CheckTypeAheadFile 13 \"BVConn\" "))
+      << world.record.log.back();
 }
 
 TEST(SetUserProfile, LeavesTheCallersTreeAsItWas) {

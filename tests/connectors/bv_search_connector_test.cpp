@@ -10,6 +10,7 @@
 
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 // What the wire files cannot state: arrays of many elements, the interface as C++ callers see it,
@@ -19,20 +20,10 @@ namespace {
 
 using Lines = std::vector<std::string>;
 using test::envelope_text;
+using test::error_of;
 using test::RecordingPlatform;
 
 constexpr std::string_view kUrl = "http://h/";
-
-template <class Call>
-Error error_of(const Call& call) {
-  try {
-    call();
-  } catch (const Error& error) {
-    return error;
-  }
-  ADD_FAILURE() << "no error was raised";
-  return Error(0, "", "");
-}
 
 StringArray codes(std::size_t count) {
   return std::vector<std::string>(count, "c");
@@ -150,6 +141,15 @@ TEST(SearchForOrders, TakesItsCriteriaByName) {
             Lines{"SearchService.SearchForOrders(\"\", \"\", \"\", \"\", \"P-5\", \"\", \"\", "
                   "\"\", \"\", \"\", \"\", \"\", \"\", \"\", \"\", \"\", \"\", \"\", false, true, "
                   "\"\", \"\", \"\")"});
+}
+
+TEST(SearchForOrders, PassesALargeNumberOfTheContractorsFirstOrderWithAllItsDigits) {
+  RecordingPlatform world;
+  world.use_dal();
+  world.dal_answers["SearchService.SearchForOrders"] = envelope_text("r", "<return>R</return>");
+  BVSearchConnector().SearchForOrders("S", kUrl, {.ContractorFirstPO = Variant(4500000000.0)});
+  ASSERT_EQ(world.record.dal.size(), 1U);
+  EXPECT_TRUE(world.record.dal[0].ends_with(", \"4500000000\")")) << world.record.dal[0];
 }
 
 TEST(SearchForOrdersForEmail, GivesAnEmptyReference) {

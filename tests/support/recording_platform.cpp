@@ -241,7 +241,11 @@ namespace {
 
 platform::Platform recording(RecordingPlatform& world) {
   return {
-      .transport = [&world] { return std::make_shared<RecordingTransport>(world); },
+      .transport =
+          [&world] {
+            ++world.transports_made;
+            return std::make_shared<RecordingTransport>(world);
+          },
       .logger = [&world] { return std::make_shared<RecordingLogger>(world); },
       .settings = [&world] { return std::make_unique<RecordingSettings>(world); },
       .service_object = [&world](std::string_view name) -> std::shared_ptr<ServiceObject> {

@@ -50,6 +50,8 @@ class RecordingPlatform {
     std::string text;
   };
   std::vector<Sent> sent;
+  /// How many transports were made: a thread has one.
+  int transports_made = 0;
 
   // The data access layer: the answer of each operation, by "Object.Operation".
   std::map<std::string, std::string> dal_answers;

@@ -38,9 +38,7 @@ constexpr Operation kGetNewPriceExpirationDate{
 std::string expiration_text(const Variant& value) {
   constexpr std::string_view kPicture = "m/d/yyyy";
   if (value.is(Variant::Type::kDate)) return conversions::format_date(value.date(), kPicture);
-  const std::string text = to_text(value);
-  const auto date = conversions::date_of(text);
-  return date ? conversions::format_date(*date, kPicture) : text;
+  return conversions::format_text(to_text(value), kPicture);
 }
 
 }  // namespace
@@ -66,7 +64,7 @@ bool BVQuoteConnector::canExpirationBeOveridden(std::string_view aServerURL,
                                                 std::string_view aSessionID,
                                                 std::string_view aQuoteGID) {
   return ConnectorMethodFrame(kCanExpirationBeOveridden, {aServerURL, aSessionID}, [&](Call& call) {
-    return to_boolean(call.request(kSoapEncoding).add("GID", aQuoteGID).send().value());
+    return call.request(kSoapEncoding).add("GID", aQuoteGID).send().boolean();
   });
 }
 

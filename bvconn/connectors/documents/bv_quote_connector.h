@@ -21,11 +21,12 @@ class BVCONN_EXPORT BVQuoteConnector {
   SoapNode SetQuoteStatusToQuoted(std::string_view aServerURL, std::string_view aSessionID,
                                   std::string_view aGID);
   /// Whether the expiration of the quote's prices can be overridden. Always by SOAP, without a log
-  /// line; errors leave as they arose, 13 for an answer that is no boolean.
+  /// line; errors leave as they arose, 13 for an answer that is no boolean or nil.
   bool canExpirationBeOveridden(std::string_view aServerURL, std::string_view aSessionID,
                                 std::string_view aQuoteGID);
-  /// The date to which the quote's prices hold, as `m/d/yyyy`; an answer that is no date comes back
-  /// as its text. Always by SOAP, without a log line; errors leave as they arose.
+  /// The date to which the quote's prices hold, as `m/d/yyyy`; a number is a serial day, and an
+  /// answer that reads as neither comes back as its text. Always by SOAP, without a log line;
+  /// errors leave as they arose.
   std::string getNewPriceExpirationDate(std::string_view aServerURL, std::string_view aSessionID,
                                         std::string_view aQuoteGID);
 };

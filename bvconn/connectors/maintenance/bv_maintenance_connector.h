@@ -93,8 +93,8 @@ class BVCONN_EXPORT BVMaintenanceConnector {
   std::string GetAgentRFQPrintoutDefault(std::string_view aSessionID, std::string_view aServerURL);
 
   /// Replaces the user's profile: each child of `theNode` is sent as a parameter with its name and
-  /// its value; one that has children of its own goes out as nil. More than 32768 children fail
-  /// with 6 before anything is sent.
+  /// its value; one that has children of its own, or is an array of such, goes out as nil. More
+  /// than 32768 children fail with 6 before anything is sent.
   /// Route: data access layer with the request's text unless `setUserQuotePrintoutDefault` is
   /// disabled there (not the operation's own wire name), else SOAP `updateUserProfile`.
   SoapNode SetUserProfile(std::string_view aSessionID, std::string_view aServerURL,
@@ -137,8 +137,8 @@ class BVCONN_EXPORT BVMaintenanceConnector {
                                             std::string_view aServerURL);
 
   /// Asks for the type-ahead file; where the server has none, it begins to make one. Always by SOAP
-  /// `checkTypeAheadFileIfItDoesNotExistThenKickOffPrimeTypeAhead`. An answer that is no boolean
-  /// fails with 13.
+  /// `checkTypeAheadFileIfItDoesNotExistThenKickOffPrimeTypeAhead`. An answer that is no boolean,
+  /// or nil, fails with 13.
   bool CheckTypeAheadFile(std::string_view aSessionID, std::string_view aServerURL);
 };
 

@@ -18,7 +18,7 @@ bool BVMaintenanceConnector::CheckTypeAheadFile(std::string_view aSessionID,
                                                 std::string_view aServerURL) {
   return ConnectorMethodFrame(kCheckTypeAheadFile, {aServerURL, aSessionID}, [&](Call& call) {
     call.request(kSoapEncoding);
-    return to_boolean(call.send().value());
+    return call.send().boolean();
   });
 }
 

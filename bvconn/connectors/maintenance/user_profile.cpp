@@ -1,5 +1,6 @@
 // The user's logo, password and profile.
 
+#include <algorithm>
 #include <limits>
 
 #include "bvconn/connectors/maintenance/bv_maintenance_connector.h"
@@ -44,8 +45,15 @@ constexpr Operation kSetUserProfile{
     .route_method = &BVMethods::SetUserQuotePrintoutDefault,
 };
 
+bool holds_a_node(const Variant& value) {
+  if (value.is(Variant::Type::kNode)) return true;
+  if (!value.is(Variant::Type::kArray)) return false;
+  const auto& items = value.array().items();
+  return std::any_of(items.begin(), items.end(), holds_a_node);
+}
+
 // The children go out one by one, each with its name and value. Nothing below them does: where the
-// value is a node itself, the name is all that is left.
+// value is a node itself, or an array of nodes, the name is all that is left.
 void add_flattened(Call& call, const SoapNode& profile) {
   const SoapNodes children = profile.Nodes();
   // They are counted with 16 bits.
@@ -55,7 +63,7 @@ void add_flattened(Call& call, const SoapNode& profile) {
   }
   for (const SoapNode& child : children) {
     const Variant value = child.Value();
-    call.add(child.Name(), value.is(Variant::Type::kNode) ? Variant() : value);
+    call.add(child.Name(), holds_a_node(value) ? Variant() : value);
   }
 }
 
