@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "automation/sample_class.h"
+#include "support/error_of.h"
 
 namespace bvconn::test {
 namespace {
@@ -30,12 +31,7 @@ class ClassBuilder : public testing::Test {
     return std::get<Variant>(invoke(name, values)).string();
   }
   std::int32_t error_number(std::string_view name, const std::vector<Value>& values) {
-    try {
-      invoke(name, values);
-    } catch (const Error& error) {
-      return error.number;
-    }
-    return 0;
+    return error_of([&] { invoke(name, values); }).number;
   }
 
   ClassInfo info = sample_class();

@@ -6,6 +6,7 @@
 #include "bvconn/core/session_state.h"
 #include "bvconn/core/settings.h"
 #include "bvconn/platform/error_numbers.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
@@ -15,6 +16,7 @@ using error_numbers::kConnectionLost;
 using error_numbers::kSoapFault;
 using Lines = std::vector<std::string>;
 using test::envelope_text;
+using test::error_of;
 using test::fault_text;
 using test::RecordingPlatform;
 
@@ -27,16 +29,6 @@ SoapEnvelope request() {
   envelope.SetMethod("getThing", "urn:ThingService");
   envelope.Parameters().Create("param", "P-1");
   return envelope;
-}
-
-Error error_of(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& error) {
-    return error;
-  }
-  ADD_FAILURE() << "no error was raised";
-  return Error(0, "", "");
 }
 
 TEST(SendXml, DoesItsStepsInOrder) {
@@ -229,11 +221,14 @@ TEST(SendXml, AFailedRequestLeavesTheTransportForTheNext) {
   RecordingPlatform world;
   const auto transport = session().Transport();
   world.fail_receive(Error(kConnectionLost, "HTTPTransport", "cut"));
-  error_of([&] { Global::sendXML(request(), "a", "http://h/", 1); });
+  EXPECT_EQ(error_of([&] { Global::sendXML(request(), "a", "http://h/", 1); }).number,
+            kConnectionLost);
   world.reply(envelope_text("r", "<x>1</x>"));
   const SoapEnvelope envelope = request();
   Global::sendXML(envelope, "a", "http://h/", 1);
-  EXPECT_EQ(envelope.Parameters().Count(), 1U);
+  EXPECT_EQ(envelope.Parameters().Item(0).Name(), "x");
+  EXPECT_EQ(world.sent.size(), 2U);
+  EXPECT_EQ(world.transports_made, 1) << "the second request went out by another transport";
   EXPECT_EQ(session().Transport(), transport);
 }
 

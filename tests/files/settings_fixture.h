@@ -2,15 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
-#include "bvconn/platform/error.h"
 #include "bvconn/platform/settings/registry_access.h"
 #include "files/temp_folder.h"
+#include "support/error_of.h"
 
 namespace bvconn::files_test {
+
+using test::error_of;
 
 /// Settings over two files of the test's own.
 class SettingsFixture : public testing::Test {
@@ -22,16 +23,6 @@ class SettingsFixture : public testing::Test {
   void put_user(std::string_view toml) const { put(user(), toml); }
 
   static std::unique_ptr<RegistryAccess> settings() { return make_settings_files(); }
-
-  static Error error_of(const std::function<void()>& action) {
-    try {
-      action();
-    } catch (const Error& error) {
-      return error;
-    }
-    ADD_FAILURE() << "nothing was thrown";
-    return Error(0, "", "");
-  }
 
   TempFolder folder_;
 

@@ -13,20 +13,10 @@
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/http/http_transport.h"
+#include "support/error_of.h"
 #include "support/misbehaving_server.h"
 
 namespace bvconn::test {
-
-/// The error that `action` fails with; a failed test where it does not.
-inline Error error_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error;
-  }
-  ADD_FAILURE() << "no error was raised";
-  return {0, "", ""};
-}
 
 /// Seconds that `action` takes.
 inline double seconds_of(const std::function<void()>& action) {

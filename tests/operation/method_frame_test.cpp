@@ -6,6 +6,7 @@
 
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
@@ -16,18 +17,9 @@ using error_numbers::kNoSuchNode;
 using error_numbers::kSoapFault;
 using Lines = std::vector<std::string>;
 using test::envelope_text;
+using test::error_of;
 using test::fault_text;
 using test::RecordingPlatform;
-
-Error error_of(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& error) {
-    return error;
-  }
-  ADD_FAILURE() << "no error was raised";
-  return Error(0, "", "");
-}
 
 // The reply of a data access layer operation, so that the frame's tails are seen without `sendXML`.
 Error error_of_reply(const Operation& operation, const std::string& reply) {

@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "bvconn/connectors/invoice/bv_invoice_connector.h"
-#include "bvconn/platform/error.h"
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/documents_fixture.h"
+#include "support/error_of.h"
 
 namespace bvconn::test {
 namespace {
@@ -31,12 +31,8 @@ class SandboxInvoices : public SandboxDocuments {
 };
 
 std::string number_of_error(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& error) {
-    return hex_number(error.number) + " " + error.source;
-  }
-  return "no error";
+  const Error error = error_of(call);
+  return hex_number(error.number) + " " + error.source;
 }
 
 /// The texts of the same child of all invoices.

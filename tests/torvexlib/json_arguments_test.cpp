@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "bvconn/platform/soap/soap_node.h"
+#include "support/error_of.h"
 
 namespace bvconn::detail {
 namespace {
@@ -14,14 +15,8 @@ std::string body_of(const std::vector<Variant>& arguments) {
   return json_arguments("SearchService.SearchForBrands", arguments);
 }
 
-Error error_of(const std::vector<Variant>& arguments) {
-  try {
-    body_of(arguments);
-  } catch (const Error& error) {
-    return error;
-  }
-  ADD_FAILURE() << "nothing was thrown";
-  return Error(0, "", "");
+Error error_of_arguments(const std::vector<Variant>& arguments) {
+  return test::error_of([&] { body_of(arguments); });
 }
 
 TEST(JsonArguments, AreAnArrayAlsoWithoutAny) {
@@ -66,20 +61,20 @@ TEST(JsonArguments, AQualifiedNameIsItsLocalPart) {
 
 TEST(JsonArguments, AnEmptyReferenceIsNullAndANodeIsRefused) {
   EXPECT_EQ(body_of({Variant(SoapNode())}), R"({"arguments":[null]})");
-  EXPECT_EQ(error_of({Variant(SoapNode::make("n"))}).number, 13);
+  EXPECT_EQ(error_of_arguments({Variant(SoapNode::make("n"))}).number, 13);
 }
 
 TEST(JsonArguments, WhatJsonCannotCarryIsATypeMismatch) {
-  const Error text = error_of({Variant("good"), Variant("b\xFF!")});
+  const Error text = error_of_arguments({Variant("good"), Variant("b\xFF!")});
   EXPECT_EQ(text.number, 13);
   EXPECT_EQ(text.source, "BVConn");
   EXPECT_EQ(text.description,
             "Argument 2 of SearchService.SearchForBrands cannot be sent: the text \"b\\xFF!\" is "
             "not UTF-8");
-  EXPECT_EQ(error_of({Variant(std::nan(""))}).number, 13);
-  EXPECT_EQ(error_of({Variant(-std::numeric_limits<double>::infinity())}).number, 13);
-  EXPECT_EQ(error_of({Variant(Bytes{std::byte{1}})}).number, 13);
-  EXPECT_EQ(error_of({Variant(VariantArray({Variant("\x80")}))}).number, 13);
+  EXPECT_EQ(error_of_arguments({Variant(std::nan(""))}).number, 13);
+  EXPECT_EQ(error_of_arguments({Variant(-std::numeric_limits<double>::infinity())}).number, 13);
+  EXPECT_EQ(error_of_arguments({Variant(Bytes{std::byte{1}})}).number, 13);
+  EXPECT_EQ(error_of_arguments({Variant(VariantArray({Variant("\x80")}))}).number, 13);
 }
 
 TEST(JsonError, TakesItsThreeValues) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "bvconn/platform/error.h"
+#include "support/error_of.h"
 #include "support/misbehaving_server.h"
 
 namespace bvconn::test {
@@ -15,13 +16,7 @@ using detail::JsonPoster;
 using detail::JsonReply;
 
 Error error_of_post(JsonPoster& poster, const std::string& url) {
-  try {
-    poster.post("QuoteService", url, "", "{}");
-  } catch (const Error& error) {
-    return error;
-  }
-  ADD_FAILURE() << "nothing was thrown";
-  return Error(0, "", "");
+  return error_of([&] { poster.post("QuoteService", url, "", "{}"); });
 }
 
 TEST(JsonPoster, GivesStatusReasonHeadersAndBody) {

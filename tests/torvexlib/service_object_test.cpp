@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "bvconn/platform/error.h"
+#include "support/error_of.h"
 #include "support/misbehaving_server.h"
 
 namespace bvconn::test {
@@ -33,13 +34,7 @@ class HttpServiceObject : public testing::Test {
 
   static Error error_of_call(std::string_view object, std::string_view operation,
                              const Arguments& arguments = {}) {
-    try {
-      call(object, operation, arguments);
-    } catch (const Error& error) {
-      return error;
-    }
-    ADD_FAILURE() << "nothing was thrown";
-    return Error(0, "", "");
+    return error_of([&] { call(object, operation, arguments); });
   }
 
   static std::string first_line(const SeenRequest& request) {
