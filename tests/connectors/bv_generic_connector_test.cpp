@@ -5,6 +5,7 @@
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/soap/xml_document.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
@@ -13,6 +14,7 @@ namespace {
 using error_numbers::kSoapFault;
 using Lines = std::vector<std::string>;
 using test::envelope_text;
+using test::error_of;
 using test::fault_text;
 using test::RecordingPlatform;
 
@@ -101,13 +103,10 @@ TEST(GenericConnector, AfterAFaultTheEnvelopeHoldsTheFaultstring) {
   RecordingPlatform world;
   world.reply(fault_text("Server", "server's words"));
   BVGenericConnector connector;
-  try {
-    connector.Send("urn:T", "m", "Root", document(), "http://h/");
-    FAIL() << "no error was raised";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, kSoapFault);
-    EXPECT_EQ(error.description, "server's words");
-  }
+  const Error error =
+      error_of([&] { connector.Send("urn:T", "m", "Root", document(), "http://h/"); });
+  EXPECT_EQ(error.number, kSoapFault);
+  EXPECT_EQ(error.description, "server's words");
   ASSERT_TRUE(connector.SoapEnvelope());
   EXPECT_EQ(connector.SoapEnvelope().Parameters().ItemByName("faultstring").Value(),
             Variant("server's words"));

@@ -6,6 +6,7 @@
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "bvconn/platform/soap/variant.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
@@ -13,6 +14,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 using test::envelope_text;
+using test::error_of;
 using test::fault_text;
 using test::RecordingPlatform;
 
@@ -212,12 +214,8 @@ TEST(HeartBeat, OnlyAnErrorInsideItsOwnTailLeavesIt) {
       "LogError BVHeartBeatConnector.sendHeartBeat 0x80044301 \"HTTPTransport\" \"dead\" 0";
   world.log_failure = {line, Error(70, "SessionLogger", "disk full")};
   world.fail_send(Error(error_numbers::kCannotConnect, "HTTPTransport", "dead"));
-  try {
-    BVHeartBeatConnector().sendHeartBeat("http://h/", "S");
-    FAIL() << "no error was raised";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, 70);
-  }
+  const Error error = error_of([&] { BVHeartBeatConnector().sendHeartBeat("http://h/", "S"); });
+  EXPECT_EQ(error.number, 70);
 }
 
 TEST(HeartBeat, OnTheRouteWithoutServiceObjectsLogsThatTheyAreMissing) {
@@ -240,13 +238,9 @@ TEST(UpdateHeartBeatTime, LogsAtLevelZeroAndMovesTheTime) {
 TEST(UpdateHeartBeatTime, HasThePlainTail) {
   RecordingPlatform world;
   world.log_failure = {kBeatLine, Error(70, "SessionLogger", "disk full", "h.chm", 4)};
-  try {
-    BVHeartBeatConnector().UpdateHeartBeatTime();
-    FAIL() << "no error was raised";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, 70);
-    EXPECT_EQ(error.helpContext, 0);
-  }
+  const Error error = error_of([&] { BVHeartBeatConnector().UpdateHeartBeatTime(); });
+  EXPECT_EQ(error.number, 70);
+  EXPECT_EQ(error.helpContext, 0);
   EXPECT_EQ(world.record.log.back(),
             "LogError BVHeartBeatConnector.UpdateHeartBeatTime 70 \"SessionLogger\" "
             "\"disk full\" 0");

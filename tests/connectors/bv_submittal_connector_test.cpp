@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "bvconn/platform/soap/variant.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
@@ -14,6 +15,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 using test::envelope_text;
+using test::error_of;
 using test::RecordingPlatform;
 
 static_assert(std::is_nothrow_destructible_v<BVSubmittalConnector>);
@@ -113,13 +115,9 @@ TEST(SubmittalConnector, LogsTheMakingAndTheEndOfEachObject) {
 TEST(SubmittalConnector, IsNotMadeWhenTheLoggerFailsAtTheErrorLineToo) {
   UnloggableWorld unloggable;
   unloggable.logger->fails = true;
-  try {
-    const BVSubmittalConnector connector;
-    FAIL() << "the second error of the logger leaves the constructor";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, 62);
-    EXPECT_EQ(error.description, "still full");
-  }
+  const Error error = error_of([&] { const BVSubmittalConnector connector; });
+  EXPECT_EQ(error.number, 62);
+  EXPECT_EQ(error.description, "still full");
   EXPECT_EQ(unloggable.logger->tried, (Lines{"BVSubmittalConnector.Class_Initialize()",
                                              "BVSubmittalConnector.Class_Initialize"}));
 }
@@ -136,15 +134,13 @@ TEST(SubmittalConnector, EndsQuietlyWhenTheLoggerFailsAtTheErrorLineToo) {
 
 TEST(SubmittalConnector, ThatEndsWhileAnErrorIsUnderWayLetsThatErrorPass) {
   UnloggableWorld unloggable;
-  try {
+  const Error error = error_of([&] {
     BVSubmittalConnector connector;
     unloggable.logger->tried.clear();
     unloggable.logger->fails = true;
     connector.CreateSubmittal("S-1", SoapNode::make("Sheet"), "http://h/");
-    FAIL() << "the send cannot log its start";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, 62);
-  }
+  });
+  EXPECT_EQ(error.number, 62);
   EXPECT_EQ(unloggable.logger->tried,
             (Lines{"Global.sendXML", "Global.sendXML", "BVSubmittalConnector.Class_Terminate()",
                    "BVSubmittalConnector.Class_Terminate"}));

@@ -6,12 +6,14 @@
 #include <vector>
 
 #include "bvconn/platform/error_numbers.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
 namespace {
 
 using test::envelope_text;
+using test::error_of;
 using test::RecordingPlatform;
 
 const StringArray kQuotes{"Q-3"};
@@ -20,13 +22,11 @@ const StringArray kOrders{"O-4", "O-5"};
 TEST(GetUserSummaryByGIDs, FailsOnAnArrayThatWasNeverAllocatedBeforeItCallsTheServiceObject) {
   RecordingPlatform world;
   world.use_dal();
-  try {
+  const Error error = error_of([&] {
     BVSummaryConnector().GetUserSummaryByGIDs(StringArray(), kQuotes, kOrders, "http://h/", "S-1");
-    FAIL() << "there is no element 0 to read";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, error_numbers::kSubscriptOutOfRange);
-    EXPECT_EQ(error.source, "BVConn");
-  }
+  });
+  EXPECT_EQ(error.number, error_numbers::kSubscriptOutOfRange);
+  EXPECT_EQ(error.source, "BVConn");
   EXPECT_TRUE(world.record.dal.empty());
 }
 
@@ -46,13 +46,11 @@ TEST(GetUserSummaryByGIDs, SendsAnArrayThatWasNeverAllocatedAsAnEmptyListBySoap)
 TEST(GetUserSummaryByGIDs, ReadsTheArraysInTheirOrder) {
   RecordingPlatform world;
   world.use_dal();
-  try {
+  const Error error = error_of([&] {
     BVSummaryConnector().GetUserSummaryByGIDs(kQuotes, "no array", StringArray(), "http://h/",
                                               "S-1");
-    FAIL() << "the second argument holds no array";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, error_numbers::kTypeMismatch);
-  }
+  });
+  EXPECT_EQ(error.number, error_numbers::kTypeMismatch);
 }
 
 }  // namespace

@@ -12,11 +12,13 @@
 
 #include "bvconn/dal/bv_connector_object.h"
 #include "bvconn/platform/error_numbers.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
 namespace {
 
+using test::error_of;
 using test::RecordingPlatform;
 
 class TemporaryFolder {
@@ -65,13 +67,10 @@ TEST(DALMessageToLog, AFileThatCannotBeOpenedIsAnErrorThatNamesIt) {
   TemporaryFolder folder;
   std::ofstream(folder.path() / "file") << "no folder";
   world.log_file = (folder.path() / "file" / "bvconn.log").string();
-  try {
-    BVConnectorObject().SendDALMessageToLog("SaveProject", "x");
-    FAIL() << "no error was raised";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, error_numbers::kLogFile);
-    EXPECT_NE(error.description.find(world.log_file), std::string::npos) << error.description;
-  }
+  const Error error =
+      error_of([&] { BVConnectorObject().SendDALMessageToLog("SaveProject", "x"); });
+  EXPECT_EQ(error.number, error_numbers::kLogFile);
+  EXPECT_NE(error.description.find(world.log_file), std::string::npos) << error.description;
 }
 
 TEST(DALMessageToLog, WritesNoLineThroughTheLogger) {
@@ -87,16 +86,13 @@ constexpr LogBlock kBlock{.cls = "C", .method = "m"};
 
 TEST(PlainTail, LogsTheErrorAndRaisesItWithoutItsHelp) {
   RecordingPlatform world;
-  try {
-    run_logged(kBlock, []() -> int { throw Error(5, "src", "what", "help.chm", 77); });
-    FAIL() << "no error was raised";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, 5);
-    EXPECT_EQ(error.source, "src");
-    EXPECT_EQ(error.description, "what");
-    EXPECT_EQ(error.helpFile, "");
-    EXPECT_EQ(error.helpContext, 0);
-  }
+  const Error error = error_of(
+      [&] { run_logged(kBlock, []() -> int { throw Error(5, "src", "what", "help.chm", 77); }); });
+  EXPECT_EQ(error.number, 5);
+  EXPECT_EQ(error.source, "src");
+  EXPECT_EQ(error.description, "what");
+  EXPECT_EQ(error.helpFile, "");
+  EXPECT_EQ(error.helpContext, 0);
   EXPECT_EQ(world.record.log,
             (std::vector<std::string>{"EnterMethod C.m 1", "LogError C.m 5 \"src\" \"what\" 0"}));
 }
@@ -105,13 +101,10 @@ TEST(PlainTail, AnErrorOfTheLoggerInTheTailLeavesAtOnceInItsPlace) {
   RecordingPlatform world;
   world.log_failure = {"LogError C.m 5 \"src\" \"what\" 0",
                        Error(70, "SessionLogger", "disk full")};
-  try {
-    run_logged(kBlock, []() -> int { throw Error(5, "src", "what"); });
-    FAIL() << "no error was raised";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, 70);
-    EXPECT_EQ(error.description, "disk full");
-  }
+  const Error error =
+      error_of([&] { run_logged(kBlock, []() -> int { throw Error(5, "src", "what"); }); });
+  EXPECT_EQ(error.number, 70);
+  EXPECT_EQ(error.description, "disk full");
 }
 
 TEST(PlainTail, AnErrorOfTheLoggerInTheEnterLineGoesThroughTheTail) {

@@ -6,12 +6,14 @@
 
 #include "bvconn/connectors/session/bv_generic_connector.h"
 #include "bvconn/platform/error_numbers.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
 namespace {
 
 using Lines = std::vector<std::string>;
+using test::error_of;
 using test::RecordingPlatform;
 
 constexpr char kTracePort[] = R"(hklm\software\brimvale\torvex\appdata\traceport)";
@@ -69,26 +71,19 @@ TEST(DefaultTimeout, ANegativeValueStands) {
 TEST(DefaultTimeout, ANumberBeyond32BitsOverflows) {
   RecordingPlatform world;
   world.settings[kDefaultTimeOut] = std::int64_t{3000000000};
-  try {
-    Global::DefaultTimeout();
-    FAIL() << "no error was raised";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, 6);
-  }
+  const Error error = error_of([&] { Global::DefaultTimeout(); });
+  EXPECT_EQ(error.number, 6);
   EXPECT_EQ(world.record.log.at(1).substr(0, 33), "LogError Global.DefaultTimeout 6 ");
 }
 
 TEST(Settings, UnavailableTheyReachTheCallerThroughSendXml) {
   RecordingPlatform world;
   world.settings_error = Error(error_numbers::kSettingsUnusable, "RegistryAccess", "no access");
-  try {
-    BVGenericConnector().Send("urn:x", "m", "root", SoapNode::make("n"), "http://h/");
-    FAIL() << "no error was raised";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, error_numbers::kSettingsUnusable);
-    EXPECT_EQ(error.source, "RegistryAccess");
-    EXPECT_EQ(error.description, "no access");
-  }
+  const Error error = error_of(
+      [&] { BVGenericConnector().Send("urn:x", "m", "root", SoapNode::make("n"), "http://h/"); });
+  EXPECT_EQ(error.number, error_numbers::kSettingsUnusable);
+  EXPECT_EQ(error.source, "RegistryAccess");
+  EXPECT_EQ(error.description, "no access");
   EXPECT_TRUE(world.sent.empty());
   const std::string tail = " 0x80041002 \"RegistryAccess\" \"no access\" 0";
   EXPECT_EQ(world.record.log,

@@ -4,12 +4,14 @@
 
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn {
 namespace {
 
 using Lines = std::vector<std::string>;
+using test::error_of;
 using test::RecordingPlatform;
 
 void script_login(RecordingPlatform& world) {
@@ -140,12 +142,8 @@ TEST(SearchServiceGetter, GivesTheHeartBeatObjectAndOnlyIfItOffersTheSearchInter
   BVConnectorObject object;
   EXPECT_EQ(object.SearchService(), nullptr) << "an empty field gives an empty reference";
   world.use_dal();
-  try {
-    object.SearchService();
-    FAIL() << "no error was raised";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, 13);
-  }
+  const Error error = error_of([&] { object.SearchService(); });
+  EXPECT_EQ(error.number, 13);
   world.dal_interfaces["HeartBeatService"] = {"SearchService"};
   EXPECT_EQ(object.SearchService(), session().HeartBeatService);
   EXPECT_NE(object.SearchService(), session().SearchService);

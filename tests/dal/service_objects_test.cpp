@@ -13,11 +13,13 @@
 
 #include "bvconn/platform/error.h"
 #include "dal/service_object_cases.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 namespace bvconn::dal {
 namespace {
 
+using bvconn::test::error_of;
 using test::all_cases;
 
 // "Object.Operation" of a line.
@@ -98,13 +100,9 @@ TEST(ServiceObjects, GoByNameInTheFourSearchesThatAreLookedUpAtRunTime) {
 TEST(ServiceObjects, FailWithObjectNotSetWhereNoneWasMade) {
   bvconn::test::RecordingPlatform world;
   for (const auto& operation : all_cases()) {
-    try {
-      operation.call(Services());
-      ADD_FAILURE() << operation.line << " did not fail";
-    } catch (const Error& error) {
-      EXPECT_EQ(error.number, 91) << operation.line;
-      EXPECT_EQ(error.source, "BVConn") << operation.line;
-    }
+    const Error error = error_of([&] { operation.call(Services()); });
+    EXPECT_EQ(error.number, 91) << operation.line;
+    EXPECT_EQ(error.source, "BVConn") << operation.line;
   }
   EXPECT_EQ(world.record.dal, std::vector<std::string>());
 }
@@ -114,14 +112,10 @@ TEST(ServiceObjects, LetAnOperationsOwnErrorThrough) {
   world.use_dal();
   world.dal_errors.insert(
       {"PrintingService.GetPrintInfos", Error(-77, "Printing", "out of paper")});
-  try {
-    Services().PrintingService().GetPrintInfos();
-    ADD_FAILURE() << "the error was swallowed";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, -77);
-    EXPECT_EQ(error.source, "Printing");
-    EXPECT_EQ(error.description, "out of paper");
-  }
+  const Error error = error_of([&] { Services().PrintingService().GetPrintInfos(); });
+  EXPECT_EQ(error.number, -77);
+  EXPECT_EQ(error.source, "Printing");
+  EXPECT_EQ(error.description, "out of paper");
 }
 
 // The booleans of a line, in order, as a text of 0 and 1.

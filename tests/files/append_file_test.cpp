@@ -4,11 +4,13 @@
 
 #include "bvconn/platform/error.h"
 #include "files/temp_folder.h"
+#include "support/error_of.h"
 
 namespace bvconn {
 namespace {
 
 using files_test::TempFolder;
+using test::error_of;
 
 TEST(AppendToFile, AddsBehindWhatIsThere) {
   const TempFolder folder;
@@ -28,14 +30,10 @@ TEST(AppendToFile, FailsWithTheLogFilesNumberAndNamesTheFile) {
   const TempFolder folder;
   files_test::put_bytes(folder.file("file"), "x");
   const std::string path = folder.file("file/a.log");
-  try {
-    append_to_file(path, "line");
-    FAIL() << "nothing was thrown";
-  } catch (const Error& error) {
-    EXPECT_EQ(hex_number(error.number), "0x80041003");
-    EXPECT_EQ(error.source, "SessionLogger");
-    EXPECT_EQ(error.description, "Cannot open the log file \"" + path + "\": Not a directory");
-  }
+  const Error error = error_of([&] { append_to_file(path, "line"); });
+  EXPECT_EQ(hex_number(error.number), "0x80041003");
+  EXPECT_EQ(error.source, "SessionLogger");
+  EXPECT_EQ(error.description, "Cannot open the log file \"" + path + "\": Not a directory");
   EXPECT_FALSE(try_append_to_file(path, "line"));
 }
 
@@ -43,13 +41,8 @@ TEST(AppendToFile, AFullDiskIsAnError) {
   if (!files_test::exists("/dev/full")) {
     GTEST_SKIP() << "no device that is always full";
   }
-  try {
-    append_to_file("/dev/full", "line");
-    FAIL() << "nothing was thrown";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.description,
-              "Cannot write the log file \"/dev/full\": No space left on device");
-  }
+  const Error error = error_of([&] { append_to_file("/dev/full", "line"); });
+  EXPECT_EQ(error.description, "Cannot write the log file \"/dev/full\": No space left on device");
 }
 
 }  // namespace

@@ -4,11 +4,13 @@
 
 #include "bvconn/platform/error.h"
 #include "files/temp_folder.h"
+#include "support/error_of.h"
 
 namespace bvconn::detail {
 namespace {
 
 using files_test::TempFolder;
+using test::error_of;
 using namespace std::chrono_literals;
 
 TEST(FileLock, IsHeldByOneAtATime) {
@@ -16,14 +18,10 @@ TEST(FileLock, IsHeldByOneAtATime) {
   const std::string path = folder.file("settings.toml.lock");
   const FileLock held(path, 0ms);
   const auto begin = std::chrono::steady_clock::now();
-  try {
-    const FileLock second(path, 50ms);
-    FAIL() << "the lock was given twice";
-  } catch (const Error& error) {
-    EXPECT_EQ(hex_number(error.number), "0x80041004");
-    EXPECT_EQ(error.source, "RegistryAccess");
-    EXPECT_EQ(error.description, "Another program has held the lock \"" + path + "\" for 50 ms");
-  }
+  const Error error = error_of([&] { const FileLock second(path, 50ms); });
+  EXPECT_EQ(hex_number(error.number), "0x80041004");
+  EXPECT_EQ(error.source, "RegistryAccess");
+  EXPECT_EQ(error.description, "Another program has held the lock \"" + path + "\" for 50 ms");
   EXPECT_GE(std::chrono::steady_clock::now() - begin, 50ms);
 }
 

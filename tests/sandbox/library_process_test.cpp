@@ -13,6 +13,7 @@
 #include "bvconn/platform/platform.h"
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/sandbox_process.h"
+#include "support/error_of.h"
 
 namespace bvconn::test {
 namespace {
@@ -56,13 +57,9 @@ TEST_F(LibraryAndSandbox, GetInvoiceGivesTheInvoice) {
 }
 
 TEST_F(LibraryAndSandbox, AnUnknownInvoiceIsItsMappedError) {
-  try {
-    BVInvoiceConnector().GetInvoice(soap_url(), "S1", "INV-0");
-    FAIL() << "no error";
-  } catch (const Error& error) {
-    EXPECT_EQ(hex_number(error.number), "0x80042739");
-    EXPECT_EQ(error.source, "BVInvoiceConnector");
-  }
+  const Error error = error_of([&] { BVInvoiceConnector().GetInvoice(soap_url(), "S1", "INV-0"); });
+  EXPECT_EQ(hex_number(error.number), "0x80042739");
+  EXPECT_EQ(error.source, "BVInvoiceConnector");
 }
 
 TEST_F(LibraryAndSandbox, TheHeartBeatGoesByTheDataAccessLayerUntilItIsDisabledThere) {
