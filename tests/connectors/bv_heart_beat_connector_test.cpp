@@ -235,6 +235,14 @@ TEST(UpdateHeartBeatTime, LogsAtLevelZeroAndMovesTheTime) {
                    "ExitMethod BVHeartBeatConnector.UpdateHeartBeatTime 0"}));
 }
 
+TEST(UpdateHeartBeatTime, AtMidnightLogsTheDateAlone) {
+  RecordingPlatform world;
+  world.now = from_civil({.year = 2007, .month = 1, .day = 6});
+  BVHeartBeatConnector().UpdateHeartBeatTime();
+  EXPECT_EQ(world.record.log.at(1),
+            "LogAtLevel 4 Global.LastHeartBeat \"Heart Beat Time Updated: 1/6/2007\" 0");
+}
+
 TEST(UpdateHeartBeatTime, HasThePlainTail) {
   RecordingPlatform world;
   world.log_failure = {kBeatLine, Error(70, "SessionLogger", "disk full", "h.chm", 4)};

@@ -124,6 +124,17 @@ TEST(SearchForAllAgents, SendsAnyNumberThatFits16BitsAsSuch) {
   }
 }
 
+TEST(SearchForCustomer, ATimeThatRoundsToNothingIsNotMinusZero) {
+  RecordingPlatform world;
+  world.use_dal();
+  world.dal_answers["SearchService.SearchForCustomer"] = envelope_text("r", "<return>R</return>");
+  // The start is taken in whole seconds: 101.
+  world.timer = {100.75, 100.996};
+  BVSearchConnector().SearchForCustomer("S", kUrl, "C");
+  EXPECT_EQ(world.record.log.at(1),
+            "LogAtLevel 16 BVSearchConnector.SearchForCustomer() \"Total time in method: 0\" 0");
+}
+
 TEST(SearchForManufacturers, GivesAVariantThatHoldsTheNode) {
   DalWorld world;
   const Variant result = BVSearchConnector().SearchForManufacturers("S", kUrl);

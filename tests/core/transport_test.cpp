@@ -217,6 +217,15 @@ TEST(SendXml, TakesTheTimerAsA32BitFloat) {
             "LogAtLevel 16 Global.sendXML \"Time to execute r: 0.1015625\" 0");
 }
 
+TEST(SendXml, ASpanOfAHundredThousandthOfASecondHasAnExponent) {
+  RecordingPlatform world;
+  world.timer = {0.0, 0.00001};
+  world.reply(envelope_text("r", ""));
+  Global::sendXML(request(), "a", "http://h/", 1);
+  EXPECT_EQ(world.record.log.at(world.record.log.size() - 2),
+            "LogAtLevel 16 Global.sendXML \"Time to execute r: 1E-05\" 0");
+}
+
 TEST(SendXml, AFailedRequestLeavesTheTransportForTheNext) {
   RecordingPlatform world;
   const auto transport = session().Transport();
