@@ -30,22 +30,9 @@ struct SessionState {
   /// 0 until `DefaultTimeout` has asked the settings once. Milliseconds.
   std::int32_t DefaultTimeoutCache = 0;
 
-  // The service objects of the data access layer, in the order in which `InitTorvexDAL` makes them.
-  std::shared_ptr<ServiceObject> AuthenticationService;
-  std::shared_ptr<ServiceObject> SummaryService;
-  std::shared_ptr<ServiceObject> HeartBeatService;
-  std::shared_ptr<ServiceObject> SearchService;
-  std::shared_ptr<ServiceObject> ProjectService;
-  std::shared_ptr<ServiceObject> QuoteService;
-  std::shared_ptr<ServiceObject> OrderService;
-  std::shared_ptr<ServiceObject> MaintenanceService;
-  std::shared_ptr<ServiceObject> InventoryInquiryService;
-  std::shared_ptr<ServiceObject> RMAService;
-  std::shared_ptr<ServiceObject> InvoiceService;
-  std::shared_ptr<ServiceObject> PriceAndAvailabilityService;
-  std::shared_ptr<ServiceObject> PrintingService;
-  std::shared_ptr<ServiceObject> SubmittalService;
-  std::shared_ptr<ServiceObject> SalesInstrumentService;
+  // The service objects of the data access layer; empty before `InitTorvexDAL`.
+#define BVCONN_SERVICE_OBJECT(name, ...) std::shared_ptr<ServiceObject> name;
+#include "bvconn/platform/torvexlib/service_object_rows.inc"
 
   std::string UserName;
   std::string Password;

@@ -14,21 +14,20 @@ constexpr std::string_view kCanadianSalesOrg = "2200";
 
 void make_service_objects(SessionState& state) {
   const auto& make = platform::current().service_object;
-  state.AuthenticationService = make("AuthenticationService");
-  state.SummaryService = make("SummaryService");
-  state.HeartBeatService = make("HeartBeatService");
-  state.SearchService = make("SearchService");
-  state.ProjectService = make("ProjectService");
-  state.QuoteService = make("QuoteService");
-  state.OrderService = make("OrderService");
-  state.MaintenanceService = make("MaintenanceService");
-  state.InventoryInquiryService = make("InventoryInquiryService");
-  state.RMAService = make("RMAService");
-  state.InvoiceService = make("InvoiceService");
-  state.PriceAndAvailabilityService = make("PriceAndAvailabilityService");
-  state.PrintingService = make("PrintingService");
-  state.SubmittalService = make("SubmittalService");
-  state.SalesInstrumentService = make("SalesInstrumentService");
+#define BVCONN_SERVICE_OBJECT(name, ...) state.name = make(#name);
+#include "bvconn/platform/torvexlib/service_object_rows.inc"
+}
+
+// What a getter gives: its field as it stands. Deliberate: the search getter does not look at its
+// own field, but gives the heart beat object where that offers the interface.
+std::shared_ptr<ServiceObject> gotten(std::shared_ptr<ServiceObject> SessionState::*field) {
+  if (field != &SessionState::SearchService) return session().*field;
+  const auto& object = session().HeartBeatService;
+  if (object && !object->offers("SearchService")) {
+    throw Error(error_numbers::kTypeMismatch, "BVConn",
+                "the heart beat service object does not offer the interface SearchService");
+  }
+  return object;
 }
 
 }  // namespace
@@ -95,34 +94,11 @@ void BVConnectorObject::SalesOrg(std::string_view value) {
   session().SalesOrg = value;
 }
 
-std::shared_ptr<ServiceObject> BVConnectorObject::SearchService() const {
-  const auto& object = session().HeartBeatService;
-  if (object && !object->offers("SearchService")) {
-    throw Error(error_numbers::kTypeMismatch, "BVConn",
-                "the heart beat service object does not offer the interface SearchService");
-  }
-  return object;
-}
-
-#define BVCONN_SERVICE_GETTER(name)                                \
+#define BVCONN_SERVICE_OBJECT(name, ...)                           \
   std::shared_ptr<ServiceObject> BVConnectorObject::name() const { \
-    return session().name;                                         \
+    return gotten(&SessionState::name);                            \
   }
-BVCONN_SERVICE_GETTER(AuthenticationService)
-BVCONN_SERVICE_GETTER(SummaryService)
-BVCONN_SERVICE_GETTER(HeartBeatService)
-BVCONN_SERVICE_GETTER(ProjectService)
-BVCONN_SERVICE_GETTER(QuoteService)
-BVCONN_SERVICE_GETTER(OrderService)
-BVCONN_SERVICE_GETTER(MaintenanceService)
-BVCONN_SERVICE_GETTER(InventoryInquiryService)
-BVCONN_SERVICE_GETTER(RMAService)
-BVCONN_SERVICE_GETTER(InvoiceService)
-BVCONN_SERVICE_GETTER(PriceAndAvailabilityService)
-BVCONN_SERVICE_GETTER(PrintingService)
-BVCONN_SERVICE_GETTER(SubmittalService)
-BVCONN_SERVICE_GETTER(SalesInstrumentService)
-#undef BVCONN_SERVICE_GETTER
+#include "bvconn/platform/torvexlib/service_object_rows.inc"
 
 void BVConnectorObject::InitTorvexDAL(std::string_view dal_server_url) {
   try {

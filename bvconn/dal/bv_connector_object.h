@@ -44,24 +44,12 @@ class BVCONN_EXPORT BVConnectorObject {
   void AppVer(std::string_view value);
   void SalesOrg(std::string_view value);
 
-  // The service objects as they stand; empty before `InitTorvexDAL`.
-  std::shared_ptr<ServiceObject> AuthenticationService() const;
-  std::shared_ptr<ServiceObject> SummaryService() const;
-  std::shared_ptr<ServiceObject> HeartBeatService() const;
-  /// Not the search object: the heart beat object, seen through the search interface. Fails with
-  /// type mismatch (13) unless that object offers it.
-  std::shared_ptr<ServiceObject> SearchService() const;
-  std::shared_ptr<ServiceObject> ProjectService() const;
-  std::shared_ptr<ServiceObject> QuoteService() const;
-  std::shared_ptr<ServiceObject> OrderService() const;
-  std::shared_ptr<ServiceObject> MaintenanceService() const;
-  std::shared_ptr<ServiceObject> InventoryInquiryService() const;
-  std::shared_ptr<ServiceObject> RMAService() const;
-  std::shared_ptr<ServiceObject> InvoiceService() const;
-  std::shared_ptr<ServiceObject> PriceAndAvailabilityService() const;
-  std::shared_ptr<ServiceObject> PrintingService() const;
-  std::shared_ptr<ServiceObject> SubmittalService() const;
-  std::shared_ptr<ServiceObject> SalesInstrumentService() const;
+  // The service objects as they stand, `AuthenticationService()` to `SalesInstrumentService()`;
+  // empty before `InitTorvexDAL`. But `SearchService()` is not the search object: it gives the
+  // heart beat object, seen through the search interface, and fails with type mismatch (13) unless
+  // that object offers it.
+#define BVCONN_SERVICE_OBJECT(name, ...) std::shared_ptr<ServiceObject> name() const;
+#include "bvconn/platform/torvexlib/service_object_rows.inc"
 
   /// Makes the 15 service objects anew, logs in and reads the disabled methods. Does not turn the
   /// route on. Any error ends it at once and silently; what was written before stays.

@@ -21,19 +21,11 @@ namespace dal {
 /// operation is called on it.
 class Services {
  public:
-  dal::AuthenticationService AuthenticationService() const;
-  dal::SummaryService SummaryService() const;
-  dal::HeartBeatService HeartBeatService() const;
-  dal::SearchService SearchService() const;
-  dal::ProjectService ProjectService() const;
-  dal::QuoteService QuoteService() const;
-  dal::OrderService OrderService() const;
-  dal::MaintenanceService MaintenanceService() const;
-  dal::InventoryInquiryService InventoryInquiryService() const;
-  dal::RMAService RMAService() const;
-  dal::PrintingService PrintingService() const;
-  dal::SubmittalService SubmittalService() const;
-  dal::SalesInstrumentService SalesInstrumentService() const;
+#define BVCONN_SERVICE_OBJECT(name, ...) \
+  dal::name name() const {               \
+    return dal::name(session().name);    \
+  }
+#include "bvconn/platform/torvexlib/service_object_rows.inc"
 };
 
 }  // namespace dal

@@ -10,8 +10,7 @@ Cases authentication_service() {
        }},
       {R"(AuthenticationService.SetServerUrl("http://dal.example/"))",
        [](const Services& s) {
-         s.AuthenticationService().SetServerUrl("http://dal.example/");
-         return std::string("text of AuthenticationService.SetServerUrl");
+         return s.AuthenticationService().SetServerUrl("http://dal.example/");
        }},
       {"AuthenticationService.GetDisabledServices()",
        [](const Services& s) { return s.AuthenticationService().GetDisabledServices(); }},

@@ -289,21 +289,8 @@ void RecordingPlatform::use_dal() {
   const auto make = [this](std::string_view name) {
     return std::make_shared<RecordingServiceObject>(*this, name);
   };
-  state.AuthenticationService = make("AuthenticationService");
-  state.SummaryService = make("SummaryService");
-  state.HeartBeatService = make("HeartBeatService");
-  state.SearchService = make("SearchService");
-  state.ProjectService = make("ProjectService");
-  state.QuoteService = make("QuoteService");
-  state.OrderService = make("OrderService");
-  state.MaintenanceService = make("MaintenanceService");
-  state.InventoryInquiryService = make("InventoryInquiryService");
-  state.RMAService = make("RMAService");
-  state.InvoiceService = make("InvoiceService");
-  state.PriceAndAvailabilityService = make("PriceAndAvailabilityService");
-  state.PrintingService = make("PrintingService");
-  state.SubmittalService = make("SubmittalService");
-  state.SalesInstrumentService = make("SalesInstrumentService");
+#define BVCONN_SERVICE_OBJECT(name, ...) state.name = make(#name);
+#include "bvconn/platform/torvexlib/service_object_rows.inc"
   state.UsingTorvexDAL = true;
 }
 
