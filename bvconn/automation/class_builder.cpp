@@ -29,18 +29,27 @@ Value default_of(ValueType type) {
   }
 }
 
-Argument declared(std::string_view text, ValueType type, const Value& default_value) {
-  const bool optional = text.ends_with('?');
-  if (optional) {
-    text.remove_suffix(1);
-  }
-  Argument argument{
-      .name = std::string(text), .type = type, .optional = optional, .default_value = {}};
-  if (optional) {
-    const bool given = !std::holds_alternative<std::monostate>(default_value);
-    argument.default_value = given ? default_value : default_of(type);
+Argument argument_of(const DeclaredArgument& declared, ValueType type) {
+  Argument argument{.name = std::string(declared.text), .type = type, .default_value = {}};
+  if (argument.name.ends_with('?')) {
+    argument.name.pop_back();
+    argument.optional = true;
+    const bool given = !std::holds_alternative<std::monostate>(declared.default_value);
+    argument.default_value = given ? declared.default_value : default_of(type);
   }
   return argument;
+}
+
+void add_fields(Member& member, const DeclaredFields& fields) {
+  Aggregate aggregate{.first = member.arguments.size(), .make = fields[0].make, .assign = {}};
+  for (const DeclaredField& field : fields) {
+    member.arguments.push_back({.name = field.name,
+                                .type = field.type,
+                                .optional = field.optional,
+                                .default_value = field.default_value});
+    aggregate.assign.push_back(field.assign);
+  }
+  member.thunks.aggregate = std::move(aggregate);
 }
 
 /// A declaration that contradicts the C++ interface is a mistake of ours, found by the first test.
@@ -51,35 +60,9 @@ Argument declared(std::string_view text, ValueType type, const Value& default_va
 
 }  // namespace
 
-const std::string& held_string(const Value& value) {
-  return std::get<Variant>(value).string();
-}
-bool held_boolean(const Value& value) {
-  return std::get<Variant>(value).boolean();
-}
-std::int16_t held_int16(const Value& value) {
-  return std::get<Variant>(value).int16();
-}
-std::int32_t held_int32(const Value& value) {
-  return std::get<Variant>(value).int32();
-}
-const Variant& held_variant(const Value& value) {
-  return std::get<Variant>(value);
-}
-const SoapNode& held_node(const Value& value) {
-  return std::get<Variant>(value).node();
-}
-const StringArray& held_array(const Value& value) {
-  return std::get<StringArray>(value);
-}
-XMLDocument* held_document(const Value& value) {
-  return std::get<XMLDocument*>(value);
-}
-
 void MemberList::add_callable(MemberKind kind, std::string_view name, ValueType result,
                               std::span<const ValueType> types,
-                              std::span<const ArgumentSpec> arguments,
-                              std::span<const FieldSpec> fields,
+                              std::span<const DeclaredArgument> arguments,
                               Value (*invoke)(void*, const void* const*)) {
   Member member;
   member.name = name;
@@ -87,31 +70,18 @@ void MemberList::add_callable(MemberKind kind, std::string_view name, ValueType 
   member.result = result;
   member.readable = kind == MemberKind::kProperty;
   member.thunks.invoke = invoke;
-  std::size_t named = 0;
-  for (const ValueType type : types) {
-    if (type != ValueType::kNone) {
-      if (named == arguments.size()) {
-        contradiction(name);
-      }
-      const ArgumentSpec& spec = arguments[named++];
-      member.arguments.push_back(declared(spec.text, type, spec.default_value));
-      if (member.arguments.back().optional && !fits(member.arguments.back().default_value, type)) {
-        contradiction(name);
-      }
+  for (std::size_t place = 0; place < types.size(); ++place) {
+    const DeclaredArgument& declared = arguments[place];
+    const bool is_aggregate = types[place] == ValueType::kNone;
+    if (is_aggregate == declared.fields.empty()) contradiction(name);
+    if (is_aggregate) {
+      if (member.thunks.aggregate) contradiction(name);
+      add_fields(member, declared.fields);
       continue;
     }
-    if (fields.empty() || member.thunks.aggregate) {
-      contradiction(name);
-    }
-    Aggregate aggregate{.first = member.arguments.size(), .make = fields[0].make, .assign = {}};
-    for (const FieldSpec& spec : fields) {
-      member.arguments.push_back(declared(spec.text, spec.type, spec.default_value));
-      aggregate.assign.push_back(spec.assign);
-    }
-    member.thunks.aggregate = std::move(aggregate);
-  }
-  if (named != arguments.size() || member.thunks.aggregate.has_value() == fields.empty()) {
-    contradiction(name);
+    member.arguments.push_back(argument_of(declared, types[place]));
+    const Argument& added = member.arguments.back();
+    if (added.optional && !fits(added.default_value, added.type)) contradiction(name);
   }
   members.push_back(std::move(member));
 }

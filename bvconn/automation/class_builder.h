@@ -13,121 +13,25 @@
 #include <vector>
 
 #include "bvconn/automation/interface.h"
+#include "bvconn/automation/value_bridge.h"
 
-/// How a class is declared: its members once, in slot order, one line each. Types come from the
-/// member pointers, so a declaration holds the names and which arguments may be left out:
+/// How a class is declared: its members once, in slot order. Types come from the member pointers,
+/// so a declaration holds the names and which arguments may be left out. The macros at the end of
+/// this file make a member's name and the pointer to it one word; `C` is the class:
 ///
-///     ClassBuilder<BVInvoiceConnector>("BVInvoiceConnector")
-///         .operation<&BVInvoiceConnector::GetInvoice>("GetInvoice", {"aServerURL", "aSessionID",
-///         "strInvoiceUID"}) .take();
+///     using C = BVInvoiceConnector;
+///     ClassBuilder<C>("BVInvoiceConnector")
+///         .BVCONN_OPERATION(GetInvoice, "aServerURL", "aSessionID", "strInvoiceUID")
+///         .BVCONN_OPERATION(InvoiceSearch, "aServerURL", "aSessionID",
+///                           BVCONN_OPTIONAL(InvoiceSearchCriteria, strInvoiceNumber, strStatus))
+///         .take();
 ///
 /// A name with a trailing "?" is an optional argument, whose default is its type's ("", false, 0,
 /// an empty reference, Missing for a variant) unless one is given: `{"aSessionID?", "NOTHING"}`.
+/// The fields of an aggregate stand in the aggregate's place.
 namespace bvconn::automation {
 
-/// The name of an argument as a declaration gives it.
-struct ArgumentSpec {
-  ArgumentSpec(const char* name_and_mark) : text(name_and_mark) {}
-  ArgumentSpec(const char* name_and_mark, Variant value)
-      : text(name_and_mark), default_value(std::move(value)) {}
-
-  std::string_view text;
-  Value default_value;  ///< nothing: the default of the type
-};
-
 namespace detail {
-
-/// How a type of the C++ interface travels as a `Value`. A type without one is an aggregate.
-template <class T>
-struct Bridge {
-  static constexpr ValueType kType = ValueType::kNone;
-};
-
-// What a value holds; it fits, so these do not fail.
-const std::string& held_string(const Value& value);
-bool held_boolean(const Value& value);
-std::int16_t held_int16(const Value& value);
-std::int32_t held_int32(const Value& value);
-const Variant& held_variant(const Value& value);
-const SoapNode& held_node(const Value& value);
-const StringArray& held_array(const Value& value);
-XMLDocument* held_document(const Value& value);
-
-template <>
-struct Bridge<void> {
-  static constexpr ValueType kType = ValueType::kNone;
-};
-template <>
-struct Bridge<std::string> {
-  static constexpr ValueType kType = ValueType::kString;
-  static const std::string& from(const Value& value) { return held_string(value); }
-  static Value to(std::string text) { return Variant(std::move(text)); }
-};
-template <>
-struct Bridge<std::string_view> {
-  static constexpr ValueType kType = ValueType::kString;
-  static std::string_view from(const Value& value) { return held_string(value); }
-  static Value to(std::string_view text) { return Variant(text); }
-};
-template <>
-struct Bridge<bool> {
-  static constexpr ValueType kType = ValueType::kBoolean;
-  static bool from(const Value& value) { return held_boolean(value); }
-  static Value to(bool value) { return Variant(value); }
-};
-template <>
-struct Bridge<std::int16_t> {
-  static constexpr ValueType kType = ValueType::kInt16;
-  static std::int16_t from(const Value& value) { return held_int16(value); }
-  static Value to(std::int16_t value) { return Variant(value); }
-};
-template <>
-struct Bridge<std::int32_t> {
-  static constexpr ValueType kType = ValueType::kInt32;
-  static std::int32_t from(const Value& value) { return held_int32(value); }
-  static Value to(std::int32_t value) { return Variant(value); }
-};
-template <>
-struct Bridge<Variant> {
-  static constexpr ValueType kType = ValueType::kVariant;
-  static const Variant& from(const Value& value) { return held_variant(value); }
-  static Value to(Variant value) { return value; }
-};
-template <>
-struct Bridge<SoapNode> {
-  static constexpr ValueType kType = ValueType::kSoapNode;
-  static const SoapNode& from(const Value& value) { return held_node(value); }
-  static Value to(SoapNode node) { return Variant(std::move(node)); }
-};
-template <>
-struct Bridge<StringArray> {
-  static constexpr ValueType kType = ValueType::kStringArray;
-  static const StringArray& from(const Value& value) { return held_array(value); }
-  static Value to(StringArray array) { return array; }
-};
-template <>
-struct Bridge<XMLDocument*> {
-  static constexpr ValueType kType = ValueType::kXMLDocument;
-  static XMLDocument* from(const Value& value) { return held_document(value); }
-};
-template <>
-struct Bridge<SoapEnvelope> {
-  static constexpr ValueType kType = ValueType::kSoapEnvelope;
-  static Value to(SoapEnvelope envelope) { return envelope; }
-};
-template <>
-struct Bridge<std::shared_ptr<HTTPTransport>> {
-  static constexpr ValueType kType = ValueType::kHTTPTransport;
-  static Value to(std::shared_ptr<HTTPTransport> transport) { return transport; }
-};
-template <>
-struct Bridge<std::shared_ptr<ServiceObject>> {
-  static constexpr ValueType kType = ValueType::kObject;
-  static Value to(std::shared_ptr<ServiceObject> object) { return object; }
-};
-
-template <class T>
-using BridgeOf = Bridge<std::remove_cvref_t<T>>;
 
 template <class T>
 concept IsAggregate =
@@ -184,28 +88,48 @@ struct FieldPointer<T C::*> {
 
 }  // namespace detail
 
-/// One field of an aggregate; made by `field`.
-struct FieldSpec {
-  std::string_view text;
+/// One field of an aggregate.
+struct DeclaredField {
+  std::string name;
   ValueType type = ValueType::kNone;
+  bool optional = false;
   Value default_value;
   void (*assign)(void* aggregate, const Value& value) = nullptr;
   std::shared_ptr<void> (*make)() = nullptr;
 };
+using DeclaredFields = std::vector<DeclaredField>;
 
-/// A field of an operation's aggregate, by a pointer to it: `field<&K::strStatus>("strStatus?")`.
-/// The default of an optional one is what the aggregate initialises the field with.
+/// What a declaration says about one argument of the C++ interface: its name, with a "?" behind it
+/// where it may be left out and then its default; or, where it is an aggregate, the fields.
+struct DeclaredArgument {
+  DeclaredArgument(const char* name_and_mark) : text(name_and_mark) {}
+  DeclaredArgument(const char* name_and_mark, Variant value)
+      : text(name_and_mark), default_value(std::move(value)) {}
+  DeclaredArgument(DeclaredFields all) : fields(std::move(all)) {}
+  DeclaredArgument(std::initializer_list<DeclaredFields> parts) {
+    for (const DeclaredFields& part : parts) fields.insert(fields.end(), part.begin(), part.end());
+  }
+
+  std::string_view text;
+  Value default_value;  ///< nothing: the default of the type
+  DeclaredFields fields;
+};
+
+/// A field by a pointer to it. The default of an optional one is what the aggregate initialises the
+/// field with.
 template <auto member>
-FieldSpec field(const char* name_and_mark) {
+DeclaredField field(const char* name, bool optional) {
   using Class = typename detail::FieldPointer<decltype(member)>::Class;
   using Bridge = detail::BridgeOf<typename detail::FieldPointer<decltype(member)>::Type>;
-  FieldSpec spec{.text = name_and_mark, .type = Bridge::kType, .default_value = {}};
-  spec.default_value = Bridge::to(Class{}.*member);
-  spec.assign = [](void* aggregate, const Value& value) {
-    static_cast<Class*>(aggregate)->*member = Bridge::from(value);
-  };
-  spec.make = []() -> std::shared_ptr<void> { return std::make_shared<Class>(); };
-  return spec;
+  return {.name = name,
+          .type = Bridge::kType,
+          .optional = optional,
+          .default_value = optional ? Bridge::to(Class{}.*member) : Value(),
+          .assign =
+              [](void* aggregate, const Value& value) {
+                static_cast<Class*>(aggregate)->*member = Bridge::from(value);
+              },
+          .make = []() -> std::shared_ptr<void> { return std::make_shared<Class>(); }};
 }
 
 namespace detail {
@@ -214,8 +138,8 @@ namespace detail {
 class MemberList {
  public:
   void add_callable(MemberKind kind, std::string_view name, ValueType result,
-                    std::span<const ValueType> types, std::span<const ArgumentSpec> arguments,
-                    std::span<const FieldSpec> fields, Value (*invoke)(void*, const void* const*));
+                    std::span<const ValueType> types, std::span<const DeclaredArgument> arguments,
+                    Value (*invoke)(void*, const void* const*));
   void add_property(std::string_view name, ValueType type, Value (*get)(void*),
                     void (*set)(void*, const Value&));
   void add_constant(std::string_view name, std::string value);
@@ -242,28 +166,20 @@ class ClassBuilder {
 
   template <auto function>
   ClassBuilder& operation(std::string_view name) {
-    return callable<function>(MemberKind::kOperation, name, {}, {});
+    return callable<function>(MemberKind::kOperation, name, {});
   }
   template <auto function, std::size_t n>
-  ClassBuilder& operation(std::string_view name, const ArgumentSpec (&arguments)[n]) {
+  ClassBuilder& operation(std::string_view name, const DeclaredArgument (&arguments)[n]) {
     static_assert(n == detail::Signature<decltype(function)>::kArity,
                   "an operation names each of its arguments");
-    return callable<function>(MemberKind::kOperation, name, arguments, {});
-  }
-  /// An operation with an aggregate: the aggregate's fields take its place among the arguments.
-  template <auto function, std::size_t n, std::size_t fields_n>
-  ClassBuilder& operation(std::string_view name, const ArgumentSpec (&arguments)[n],
-                          const FieldSpec (&fields)[fields_n]) {
-    static_assert(n + 1 == detail::Signature<decltype(function)>::kArity,
-                  "an operation names each of its arguments but the aggregate");
-    return callable<function>(MemberKind::kOperation, name, arguments, fields);
+    return callable<function>(MemberKind::kOperation, name, arguments);
   }
   /// A property that takes arguments, so that it is called and not read.
   template <auto function, std::size_t n>
-  ClassBuilder& property_with(std::string_view name, const ArgumentSpec (&arguments)[n]) {
+  ClassBuilder& property_with(std::string_view name, const DeclaredArgument (&arguments)[n]) {
     static_assert(n == detail::Signature<decltype(function)>::kArity,
                   "a property names each of its arguments");
-    return callable<function>(MemberKind::kProperty, name, arguments, {});
+    return callable<function>(MemberKind::kProperty, name, arguments);
   }
 
   template <class T, T (C::*get)() const,
@@ -309,14 +225,13 @@ class ClassBuilder {
  private:
   template <auto function>
   ClassBuilder& callable(MemberKind kind, std::string_view name,
-                         std::span<const ArgumentSpec> arguments,
-                         std::span<const FieldSpec> fields) {
+                         std::span<const DeclaredArgument> arguments) {
     using Signature = detail::Signature<decltype(function)>;
     static_assert(
         Signature::kResult != ValueType::kNone || std::is_void_v<typename Signature::Result>,
         "the result's type has no form outside the library");
     list_.add_callable(kind, name, Signature::kResult,
-                       std::span(Signature::kArguments, Signature::kArity), arguments, fields,
+                       std::span(Signature::kArguments, Signature::kArity), arguments,
                        &Signature::template thunk<function>);
     return *this;
   }
@@ -335,3 +250,34 @@ class ClassBuilder {
 };
 
 }  // namespace bvconn::automation
+
+// Members of the class `C`, whose names stand once.
+#define BVCONN_OPERATION(name, ...) operation<&C::name>(#name __VA_OPT__(, {__VA_ARGS__}))
+#define BVCONN_PROPERTY(type, name) property<type, &C::name, &C::name>(#name)
+#define BVCONN_PROPERTY_WITH(name, ...) property_with<&C::name>(#name, {__VA_ARGS__})
+#define BVCONN_READ_ONLY(name) read_only<&C::name>(#name)
+#define BVCONN_WRITE_ONLY(name) write_only<&C::name>(#name)
+#define BVCONN_CONSTANT(name) constant(#name, &C::name)
+#define BVCONN_EVENT(name) event<&C::name>(#name)
+
+// Fields of an aggregate that may be left out, and fields that may not. Where an aggregate has
+// both: `{BVCONN_REQUIRED(…), BVCONN_OPTIONAL(…)}`.
+#define BVCONN_OPTIONAL(aggregate, ...) BVCONN_FIELDS(aggregate, true, __VA_ARGS__)
+#define BVCONN_REQUIRED(aggregate, ...) BVCONN_FIELDS(aggregate, false, __VA_ARGS__)
+
+// The preprocessor does not repeat by itself: each reading of the list writes one field and leaves
+// a call for the next reading. More names than the readings reach do not compile.
+#define BVCONN_FIELDS(aggregate, optional, ...)                       \
+  bvconn::automation::DeclaredFields {                                \
+    BVCONN_READ_AGAIN(BVCONN_FIELD(aggregate, optional, __VA_ARGS__)) \
+  }
+#define BVCONN_FIELD(aggregate, optional, name, ...)            \
+  bvconn::automation::field<&aggregate::name>(#name, optional), \
+      __VA_OPT__(BVCONN_FIELD_LATER BVCONN_NO_ARGUMENTS(aggregate, optional, __VA_ARGS__))
+#define BVCONN_FIELD_LATER() BVCONN_FIELD
+#define BVCONN_NO_ARGUMENTS ()
+#define BVCONN_READ_AGAIN(...) \
+  BVCONN_READ_9(BVCONN_READ_9(BVCONN_READ_9(BVCONN_READ_9(__VA_ARGS__))))
+#define BVCONN_READ_9(...) BVCONN_READ_3(BVCONN_READ_3(BVCONN_READ_3(__VA_ARGS__)))
+#define BVCONN_READ_3(...) BVCONN_READ(BVCONN_READ(BVCONN_READ(__VA_ARGS__)))
+#define BVCONN_READ(...) __VA_ARGS__

@@ -73,32 +73,30 @@ class Sample {
 };
 
 inline automation::ClassInfo sample_class() {
-  using automation::ClassBuilder;
-  using automation::field;
-  return ClassBuilder<Sample>("Sample")
-      .operation<&Sample::Join>("Join", {"first", "second"})
-      .operation<&Sample::Types>("Types",
-                                 {"flag", "small", "large", "any", "list", "node", "document"})
-      .operation<&Sample::Defaults>(
-          "Defaults", {"text?", "flag?", "number?", "any?", "node?", {"word?", "NOTHING"}})
-      .operation<&Sample::Find>(
-          "Find", {"server", "last"},
-          {field<&FindCriteria::Name>("Name"), field<&FindCriteria::Exact>("Exact?"),
-           field<&FindCriteria::Codes>("Codes"), field<&FindCriteria::Limit>("Limit?"),
-           field<&FindCriteria::Extra>("Extra?")})
-      .operation<&Sample::Make>("Make", {"name"})
-      .operation<&Sample::Any>("Any")
-      .operation<&Sample::Small>("Small")
-      .operation<&Sample::Large>("Large")
-      .operation<&Sample::Nothing>("Nothing")
-      .operation<&Sample::Fail>("Fail")
-      .property<bool, &Sample::Flag, &Sample::Flag>("Flag")
-      .property<std::string, &Sample::Word, &Sample::Word>("Word")
-      .write_only<&Sample::Secret>("Secret")
-      .read_only<&Sample::Service>("Service")
-      .property_with<&Sample::IsKnown>("IsKnown", {"key"})
-      .constant("Row", &Sample::Row)
-      .event<&Sample::Happened>("Happened")
+  using C = Sample;
+  return automation::ClassBuilder<C>("Sample")
+      .BVCONN_OPERATION(Join, "first", "second")
+      .BVCONN_OPERATION(Types, "flag", "small", "large", "any", "list", "node", "document")
+      .BVCONN_OPERATION(Defaults, "text?", "flag?", "number?", "any?", "node?",
+                        {"word?", "NOTHING"})
+      .BVCONN_OPERATION(
+          Find, "server",
+          {BVCONN_REQUIRED(FindCriteria, Name), BVCONN_OPTIONAL(FindCriteria, Exact),
+           BVCONN_REQUIRED(FindCriteria, Codes), BVCONN_OPTIONAL(FindCriteria, Limit, Extra)},
+          "last")
+      .BVCONN_OPERATION(Make, "name")
+      .BVCONN_OPERATION(Any)
+      .BVCONN_OPERATION(Small)
+      .BVCONN_OPERATION(Large)
+      .BVCONN_OPERATION(Nothing)
+      .BVCONN_OPERATION(Fail)
+      .BVCONN_PROPERTY(bool, Flag)
+      .BVCONN_PROPERTY(std::string, Word)
+      .BVCONN_WRITE_ONLY(Secret)
+      .BVCONN_READ_ONLY(Service)
+      .BVCONN_PROPERTY_WITH(IsKnown, "key")
+      .BVCONN_CONSTANT(Row)
+      .BVCONN_EVENT(Happened)
       .take();
 }
 

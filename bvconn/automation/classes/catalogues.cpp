@@ -1,5 +1,5 @@
 #include "bvconn/automation/class_builder.h"
-#include "bvconn/automation/classes/groups.h"
+#include "bvconn/automation/classes/declared_classes.h"
 #include "bvconn/catalogues/bv_methods.h"
 #include "bvconn/catalogues/bv_services.h"
 

@@ -1,4 +1,4 @@
-#include "bvconn/automation/classes/groups.h"
+#include "bvconn/automation/classes/declared_classes.h"
 
 namespace bvconn::automation {
 

@@ -1,5 +1,5 @@
 #include "bvconn/automation/class_builder.h"
-#include "bvconn/automation/classes/groups.h"
+#include "bvconn/automation/classes/declared_classes.h"
 #include "bvconn/connectors/documents/bv_acknowledgement_connector.h"
 #include "bvconn/connectors/documents/bv_order_connector.h"
 #include "bvconn/connectors/documents/bv_project_connector.h"
@@ -11,22 +11,23 @@
 
 namespace bvconn::automation {
 
-// clang-format off
 const ClassInfo& project_connector_class() {
   using C = BVProjectConnector;
   static const ClassInfo info =
       ClassBuilder<C>("BVProjectConnector")
-          .operation<&C::CopyProject>("CopyProject", {"aServerURL", "aSessionID", "aGID"})
-          .operation<&C::generateQuotes>("generateQuotes", {"aServerURL", "aSessionID", "aGenQuoteContainer", "aProjectGID?", "aProject?"})
-          .operation<&C::getNewProject>("getNewProject", {"aServerURL", "aSessionID"})
-          .operation<&C::getExistingProject>("getExistingProject", {"aServerURL", "aSessionID", "aGID"})
-          .operation<&C::getRevertedProject>("getRevertedProject", {"aServerURL", "aSessionID", "aGID"})
-          .operation<&C::setStatusToNegotiating>("setStatusToNegotiating", {"aServerURL", "aSessionID", "aGID"})
-          .operation<&C::setStatusToLostOpportunity>("setStatusToLostOpportunity", {"aServerURL", "aSessionID", "aGID", "aMessage"})
-          .operation<&C::SaveProject>("SaveProject", {"aServerURL", "aSessionID", "aProject"})
-          .operation<&C::RequestReview>("RequestReview", {"aServerURL", "aSessionID", "aProject"})
-          .operation<&C::ReturnToAgent>("ReturnToAgent", {"aServerURL", "aSessionID", "aProject"})
-          .operation<&C::CheckSingleSaveStatus>("CheckSingleSaveStatus", {"aServerURL", "aSessionID", "aGID"})
+          .BVCONN_OPERATION(CopyProject, "aServerURL", "aSessionID", "aGID")
+          .BVCONN_OPERATION(generateQuotes, "aServerURL", "aSessionID", "aGenQuoteContainer",
+                            "aProjectGID?", "aProject?")
+          .BVCONN_OPERATION(getNewProject, "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(getExistingProject, "aServerURL", "aSessionID", "aGID")
+          .BVCONN_OPERATION(getRevertedProject, "aServerURL", "aSessionID", "aGID")
+          .BVCONN_OPERATION(setStatusToNegotiating, "aServerURL", "aSessionID", "aGID")
+          .BVCONN_OPERATION(setStatusToLostOpportunity, "aServerURL", "aSessionID", "aGID",
+                            "aMessage")
+          .BVCONN_OPERATION(SaveProject, "aServerURL", "aSessionID", "aProject")
+          .BVCONN_OPERATION(RequestReview, "aServerURL", "aSessionID", "aProject")
+          .BVCONN_OPERATION(ReturnToAgent, "aServerURL", "aSessionID", "aProject")
+          .BVCONN_OPERATION(CheckSingleSaveStatus, "aServerURL", "aSessionID", "aGID")
           .take();
   return info;
 }
@@ -35,21 +36,22 @@ const ClassInfo& quote_connector_class() {
   using C = BVQuoteConnector;
   static const ClassInfo info =
       ClassBuilder<C>("BVQuoteConnector")
-          .operation<&C::getExistingQuote>("getExistingQuote", {"aServerURL", "aSessionID", "aGID"})
-          .operation<&C::SetQuoteStatusToQuoted>("SetQuoteStatusToQuoted", {"aServerURL", "aSessionID", "aGID"})
-          .operation<&C::canExpirationBeOveridden>("canExpirationBeOveridden", {"aServerURL", "aSessionID", "aQuoteGID"})
-          .operation<&C::getNewPriceExpirationDate>("getNewPriceExpirationDate", {"aServerURL", "aSessionID", "aQuoteGID"})
+          .BVCONN_OPERATION(getExistingQuote, "aServerURL", "aSessionID", "aGID")
+          .BVCONN_OPERATION(SetQuoteStatusToQuoted, "aServerURL", "aSessionID", "aGID")
+          .BVCONN_OPERATION(canExpirationBeOveridden, "aServerURL", "aSessionID", "aQuoteGID")
+          .BVCONN_OPERATION(getNewPriceExpirationDate, "aServerURL", "aSessionID", "aQuoteGID")
           .take();
   return info;
 }
 
 const ClassInfo& order_connector_class() {
   using C = BVOrderConnector;
-  static const ClassInfo info =
-      ClassBuilder<C>("BVOrderConnector")
-          .operation<&C::getSAPOrderView>("getSAPOrderView", {"aSessionID", "aServerURL", "aOrderGID", "aIncludePrice"})
-          .operation<&C::getSAPInfo>("getSAPInfo", {"aSessionID", "aServerURL", "aOrderGID", "aAgentGID", "aCustomerGID"})
-          .take();
+  static const ClassInfo info = ClassBuilder<C>("BVOrderConnector")
+                                    .BVCONN_OPERATION(getSAPOrderView, "aSessionID", "aServerURL",
+                                                      "aOrderGID", "aIncludePrice")
+                                    .BVCONN_OPERATION(getSAPInfo, "aSessionID", "aServerURL",
+                                                      "aOrderGID", "aAgentGID", "aCustomerGID")
+                                    .take();
   return info;
 }
 
@@ -57,8 +59,8 @@ const ClassInfo& request_for_quote_connector_class() {
   using C = BVRequestForQuoteConnector;
   static const ClassInfo info =
       ClassBuilder<C>("BVRequestForQuoteConnector")
-          .operation<&C::updateRFQ>("updateRFQ", {"RFQGID", "mfrQuoteNumber", "aServerURL", "aSessionID"})
-          .operation<&C::getRFQs>("getRFQs", {"QuoteGID", "aServerURL", "aSessionID"})
+          .BVCONN_OPERATION(updateRFQ, "RFQGID", "mfrQuoteNumber", "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(getRFQs, "QuoteGID", "aServerURL", "aSessionID")
           .take();
   return info;
 }
@@ -67,22 +69,33 @@ const ClassInfo& sales_instrument_connector_class() {
   using C = BVSalesInstrumentConnector;
   static const ClassInfo info =
       ClassBuilder<C>("BVSalesInstrumentConnector")
-          .operation<&C::GetProductApprovals>("GetProductApprovals", {"aServerURL", "aSessionID", "aAgentGID", "aLineItemsNode"})
-          .operation<&C::GetHeaderComments>("GetHeaderComments", {"aSalesInstrumentGID", "aCommentTypeCode", "aServerURL", "aSessionID"})
-          .operation<&C::GetLineComments>("GetLineComments", {"aSalesInstrumentGID", "aLineItemGID", "aServerURL", "aSessionID"})
-          .operation<&C::UpdateHeaderComments>("UpdateHeaderComments", {"aSessionID", "aSoapNode", "aServerURL"})
-          .operation<&C::SetLineComments>("SetLineComments", {"aSalseInstrType", "aCommentXML", "aServerURL", "aSessionID"})
-          .operation<&C::getPreviousSalesInstrumentColumnPrices>("getPreviousSalesInstrumentColumnPrices", {"astrSIGid", "astrSIType", "aServerURL", "aSessionID"})
-          .operation<&C::pilferSalesInstrument>("pilferSalesInstrument", {"SIGID", "doc", "SIType", "aServerURL", "aSessionID"})
-          .operation<&C::UpdateCommSalesPeople>("UpdateCommSalesPeople", {"aSessionID", "aServerURL", "aGID", "aNode"})
-          .operation<&C::GetProductCost>("GetProductCost", {"aSessionID", "aServerURL", "aAgentGID", "aCustomerGID", "aNationalAccountGID", "aLineItemsNode"})
-          .operation<&C::GetOrderHeaderComments>("GetOrderHeaderComments", {"aOrderGID", "aCommentType", "aSessionID", "aServerURL"})
-          .operation<&C::GetQuoteHeaderComments>("GetQuoteHeaderComments", {"aQuoteGID", "aCommentType", "aSessionID", "aServerURL"})
-          .operation<&C::getHeaderCommentsForCopyToOrder>("getHeaderCommentsForCopyToOrder", {"aQuoteGID", "aCommentType", "aSessionID", "aServerURL"})
-          .operation<&C::GetProjectHeaderComments>("GetProjectHeaderComments", {"aProjectGID", "aCommentType", "aSessionID", "aServerURL"})
-          .operation<&C::UpdateOrderHeaderComments>("UpdateOrderHeaderComments", {"aNode", "aSessionID", "aServerURL"})
-          .operation<&C::UpdateQuoteHeaderComments>("UpdateQuoteHeaderComments", {"aNode", "aSessionID", "aServerURL"})
-          .operation<&C::UpdateProjectHeaderComments>("UpdateProjectHeaderComments", {"aNode", "aSessionID", "aServerURL"})
+          .BVCONN_OPERATION(GetProductApprovals, "aServerURL", "aSessionID", "aAgentGID",
+                            "aLineItemsNode")
+          .BVCONN_OPERATION(GetHeaderComments, "aSalesInstrumentGID", "aCommentTypeCode",
+                            "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(GetLineComments, "aSalesInstrumentGID", "aLineItemGID", "aServerURL",
+                            "aSessionID")
+          .BVCONN_OPERATION(UpdateHeaderComments, "aSessionID", "aSoapNode", "aServerURL")
+          .BVCONN_OPERATION(SetLineComments, "aSalseInstrType", "aCommentXML", "aServerURL",
+                            "aSessionID")
+          .BVCONN_OPERATION(getPreviousSalesInstrumentColumnPrices, "astrSIGid", "astrSIType",
+                            "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(pilferSalesInstrument, "SIGID", "doc", "SIType", "aServerURL",
+                            "aSessionID")
+          .BVCONN_OPERATION(UpdateCommSalesPeople, "aSessionID", "aServerURL", "aGID", "aNode")
+          .BVCONN_OPERATION(GetProductCost, "aSessionID", "aServerURL", "aAgentGID", "aCustomerGID",
+                            "aNationalAccountGID", "aLineItemsNode")
+          .BVCONN_OPERATION(GetOrderHeaderComments, "aOrderGID", "aCommentType", "aSessionID",
+                            "aServerURL")
+          .BVCONN_OPERATION(GetQuoteHeaderComments, "aQuoteGID", "aCommentType", "aSessionID",
+                            "aServerURL")
+          .BVCONN_OPERATION(getHeaderCommentsForCopyToOrder, "aQuoteGID", "aCommentType",
+                            "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetProjectHeaderComments, "aProjectGID", "aCommentType", "aSessionID",
+                            "aServerURL")
+          .BVCONN_OPERATION(UpdateOrderHeaderComments, "aNode", "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(UpdateQuoteHeaderComments, "aNode", "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(UpdateProjectHeaderComments, "aNode", "aSessionID", "aServerURL")
           .take();
   return info;
 }
@@ -91,9 +104,9 @@ const ClassInfo& acknowledgement_connector_class() {
   using C = BVAcknowledgementConnector;
   static const ClassInfo info =
       ClassBuilder<C>("BVAcknowledgementConnector")
-          .operation<&C::getOverview>("getOverview", {"orderGID", "aServerURL", "aSessionID"})
-          .operation<&C::GetExistingAcknowledgement>("GetExistingAcknowledgement", {"ackGID", "aServerURL", "aSessionID"})
-          .operation<&C::getNewAcknowledgment>("getNewAcknowledgment", {"serializedAckObject", "aServerURL", "aSessionID"})
+          .BVCONN_OPERATION(getOverview, "orderGID", "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(GetExistingAcknowledgement, "ackGID", "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(getNewAcknowledgment, "serializedAckObject", "aServerURL", "aSessionID")
           .take();
   return info;
 }
@@ -102,21 +115,26 @@ const ClassInfo& submittal_connector_class() {
   using C = BVSubmittalConnector;
   static const ClassInfo info =
       ClassBuilder<C>("BVSubmittalConnector")
-          .operation<&C::GetAllParagraphs>("GetAllParagraphs", {"aSessionID", "aServerURL"})
-          .operation<&C::GetAllRemarks>("GetAllRemarks", {"aSessionID", "aServerURL"})
-          .operation<&C::GetSubmittal>("GetSubmittal", {"aSessionID", "aSubmittalUID", "aServerURL"})
-          .operation<&C::GetSubmittalCriteria>("GetSubmittalCriteria", {"aSessionID", "aSubmittalUID", "aServerURL"})
-          .operation<&C::GetSubmittalCommentsForProjectLineItem>("GetSubmittalCommentsForProjectLineItem", {"aSessionID", "aLineItemGID", "aServerURL"})
-          .operation<&C::GetSubmittalCommentsForProjectLineItems>("GetSubmittalCommentsForProjectLineItems", {"aSessionID", "aLineItemGIDs", "aServerURL"})
-          .operation<&C::GetSubmittalCommentsForQuoteLineItem>("GetSubmittalCommentsForQuoteLineItem", {"aSessionID", "aLineItemGID", "aServerURL"})
-          .operation<&C::GetSubmittalCommentsForQuoteLineItems>("GetSubmittalCommentsForQuoteLineItems", {"aSessionID", "aLineItemGIDs", "aServerURL"})
-          .operation<&C::CreateSubmittal>("CreateSubmittal", {"aSessionID", "aSoapNode", "aServerURL"})
-          .operation<&C::ReviseSubmittal>("ReviseSubmittal", {"aSessionID", "aSoapNode", "aServerURL"})
-          .operation<&C::UpdateSubmittal>("UpdateSubmittal", {"aSessionID", "aSoapNode", "aServerURL"})
-          .operation<&C::GetAllSubmittalsForProject>("GetAllSubmittalsForProject", {"aSessionID", "aProjectGID", "aServerURL"})
-          .operation<&C::GetAllSubmittalsForQuote>("GetAllSubmittalsForQuote", {"aSessionID", "aQuoteNbr", "aServerURL"})
-          .operation<&C::GetUpdatableSubmittalsForProject>("GetUpdatableSubmittalsForProject", {"aSessionID", "aProjectGID", "aServerURL"})
-          .operation<&C::GetUpdatableSubmittalsForQuote>("GetUpdatableSubmittalsForQuote", {"aSessionID", "aQuoteNbr", "aServerURL"})
+          .BVCONN_OPERATION(GetAllParagraphs, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetAllRemarks, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetSubmittal, "aSessionID", "aSubmittalUID", "aServerURL")
+          .BVCONN_OPERATION(GetSubmittalCriteria, "aSessionID", "aSubmittalUID", "aServerURL")
+          .BVCONN_OPERATION(GetSubmittalCommentsForProjectLineItem, "aSessionID", "aLineItemGID",
+                            "aServerURL")
+          .BVCONN_OPERATION(GetSubmittalCommentsForProjectLineItems, "aSessionID", "aLineItemGIDs",
+                            "aServerURL")
+          .BVCONN_OPERATION(GetSubmittalCommentsForQuoteLineItem, "aSessionID", "aLineItemGID",
+                            "aServerURL")
+          .BVCONN_OPERATION(GetSubmittalCommentsForQuoteLineItems, "aSessionID", "aLineItemGIDs",
+                            "aServerURL")
+          .BVCONN_OPERATION(CreateSubmittal, "aSessionID", "aSoapNode", "aServerURL")
+          .BVCONN_OPERATION(ReviseSubmittal, "aSessionID", "aSoapNode", "aServerURL")
+          .BVCONN_OPERATION(UpdateSubmittal, "aSessionID", "aSoapNode", "aServerURL")
+          .BVCONN_OPERATION(GetAllSubmittalsForProject, "aSessionID", "aProjectGID", "aServerURL")
+          .BVCONN_OPERATION(GetAllSubmittalsForQuote, "aSessionID", "aQuoteNbr", "aServerURL")
+          .BVCONN_OPERATION(GetUpdatableSubmittalsForProject, "aSessionID", "aProjectGID",
+                            "aServerURL")
+          .BVCONN_OPERATION(GetUpdatableSubmittalsForQuote, "aSessionID", "aQuoteNbr", "aServerURL")
           .take();
   return info;
 }
@@ -125,15 +143,14 @@ const ClassInfo& rma_connector_class() {
   using C = BVRMAConnector;
   static const ClassInfo info =
       ClassBuilder<C>("BVRMAConnector")
-          .operation<&C::GetNewRMA>("GetNewRMA", {"aManufacturerGID", "aServerURL", "aSessionID"})
-          .operation<&C::GetExistingRMA>("GetExistingRMA", {"aServerURL", "aSessionID", "aUID"})
-          .operation<&C::SaveRMA>("SaveRMA", {"aServerURL", "aSessionID", "aSerializedRMA"})
-          .operation<&C::SubmitRMA>("SubmitRMA", {"aServerURL", "aSessionID", "aSerializedRMA"})
-          .operation<&C::openRMA>("openRMA", {"aServerURL", "aSessionID", "aUID"})
-          .operation<&C::GetInvoiceInfo>("GetInvoiceInfo", {"aServerURL", "aSessionID", "aInvoiceNumber"})
+          .BVCONN_OPERATION(GetNewRMA, "aManufacturerGID", "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(GetExistingRMA, "aServerURL", "aSessionID", "aUID")
+          .BVCONN_OPERATION(SaveRMA, "aServerURL", "aSessionID", "aSerializedRMA")
+          .BVCONN_OPERATION(SubmitRMA, "aServerURL", "aSessionID", "aSerializedRMA")
+          .BVCONN_OPERATION(openRMA, "aServerURL", "aSessionID", "aUID")
+          .BVCONN_OPERATION(GetInvoiceInfo, "aServerURL", "aSessionID", "aInvoiceNumber")
           .take();
   return info;
 }
-// clang-format on
 
 }  // namespace bvconn::automation

@@ -1,62 +1,73 @@
 #include "bvconn/automation/class_builder.h"
-#include "bvconn/automation/classes/groups.h"
+#include "bvconn/automation/classes/declared_classes.h"
 #include "bvconn/connectors/maintenance/bv_maintenance_connector.h"
 
 namespace bvconn::automation {
 
-// clang-format off
 const ClassInfo& maintenance_connector_class() {
   using C = BVMaintenanceConnector;
   static const ClassInfo info =
       ClassBuilder<C>("BVMaintenanceConnector")
-          .operation<&C::GetAllParagraphs>("GetAllParagraphs", {"aSessionID", "aServerURL"})
-          .operation<&C::CreateParagraph>("CreateParagraph", {"aSessionID", "aSoapNode", "aServerURL"})
-          .operation<&C::UpdateParagraph>("UpdateParagraph", {"aSessionID", "aSoapNode", "aServerURL"})
-          .operation<&C::DeleteParagraph>("DeleteParagraph", {"aSessionID", "aParagraphUID", "aServerURL"})
-          .operation<&C::OrderParagraphs>("OrderParagraphs", {"aSessionID", "aParagraphUID", "aServerURL"})
-          .operation<&C::GetAllRemarks>("GetAllRemarks", {"aSessionID", "aServerURL"})
-          .operation<&C::CreateRemark>("CreateRemark", {"aSessionID", "aSoapNode", "aServerURL"})
-          .operation<&C::UpdateRemark>("UpdateRemark", {"aSessionID", "aSoapNode", "aServerURL"})
-          .operation<&C::DeleteRemark>("DeleteRemark", {"aSessionID", "aRemarkUID", "aServerURL"})
-          .operation<&C::OrderRemarks>("OrderRemarks", {"aSessionID", "aRemarkUID", "aServerURL"})
-          .operation<&C::GetUserLogo>("GetUserLogo", {"aSessionID", "aServerURL"})
-          .operation<&C::GetUserLogoList>("GetUserLogoList", {"aSessionID", "aServerURL"})
-          .operation<&C::SetUserLogo>("SetUserLogo", {"aSessionID", "aLogo", "aServerURL"})
-          .operation<&C::UpdatePassword>("UpdatePassword", {"aSessionID", "aPassword", "aServerURL"})
-          .operation<&C::SaveQuotePrintoutDefault>("SaveQuotePrintoutDefault", {"aSessionID", "aServerURL", "aQuotePrintoutNode"})
-          .operation<&C::SaveAgentQuotePrintoutDefault>("SaveAgentQuotePrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::SaveAgentOrderPrintoutDefault>("SaveAgentOrderPrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::SaveAgentProjectPrintoutDefault>("SaveAgentProjectPrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::SaveAgentSAPPrintoutDefault>("SaveAgentSAPPrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::SaveAgentOrderSubmitPrintoutDefault>("SaveAgentOrderSubmitPrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::SaveAgentRFQPrintoutDefault>("SaveAgentRFQPrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::GetAgentQuotePrintoutDefault>("GetAgentQuotePrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::GetAgentOrderPrintoutDefault>("GetAgentOrderPrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::GetAgentSAPPrintoutDefault>("GetAgentSAPPrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::GetAgentProjectPrintoutDefault>("GetAgentProjectPrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::GetAgentOrderSubmitPrintoutDefault>("GetAgentOrderSubmitPrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::GetAgentRFQPrintoutDefault>("GetAgentRFQPrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::SetUserProfile>("SetUserProfile", {"aSessionID", "aServerURL", "theNode"})
-          .operation<&C::SetUserQuotePrintoutDefault>("SetUserQuotePrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::SetUserOrderPrintoutDefault>("SetUserOrderPrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::SetUserOrderSubmitPrintoutDefault>("SetUserOrderSubmitPrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::SetUserSAPPrintoutDefault>("SetUserSAPPrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::SetUserProjectPrintoutDefault>("SetUserProjectPrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::SetUserRFQPrintoutDefault>("SetUserRFQPrintoutDefault", {"aSessionID", "aServerURL", "aPrintInfoUID"})
-          .operation<&C::GetUserQuotePrintoutDefault>("GetUserQuotePrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::SaveOrderPrintoutDefault>("SaveOrderPrintoutDefault", {"aSessionID", "aServerURL", "aOrderPrintoutNode"})
-          .operation<&C::SaveSAPPrintoutDefault>("SaveSAPPrintoutDefault", {"aSessionID", "aServerURL", "aSAPPrintoutNode"})
-          .operation<&C::SaveProjectPrintoutDefault>("SaveProjectPrintoutDefault", {"aSessionID", "aServerURL", "aProjectPrintoutNode"})
-          .operation<&C::SaveRFQPrintoutDefault>("SaveRFQPrintoutDefault", {"aSessionID", "aServerURL", "aRFQPrintoutNode"})
-          .operation<&C::GetUserOrderPrintoutDefault>("GetUserOrderPrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::GetUserOrderSubmitPrintoutDefault>("GetUserOrderSubmitPrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::GetUserRFQPrintoutDefault>("GetUserRFQPrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::GetUserSAPPrintoutDefault>("GetUserSAPPrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::GetUserProjectPrintoutDefault>("GetUserProjectPrintoutDefault", {"aSessionID", "aServerURL"})
-          .operation<&C::CheckTypeAheadFile>("CheckTypeAheadFile", {"aSessionID", "aServerURL"})
+          .BVCONN_OPERATION(GetAllParagraphs, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(CreateParagraph, "aSessionID", "aSoapNode", "aServerURL")
+          .BVCONN_OPERATION(UpdateParagraph, "aSessionID", "aSoapNode", "aServerURL")
+          .BVCONN_OPERATION(DeleteParagraph, "aSessionID", "aParagraphUID", "aServerURL")
+          .BVCONN_OPERATION(OrderParagraphs, "aSessionID", "aParagraphUID", "aServerURL")
+          .BVCONN_OPERATION(GetAllRemarks, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(CreateRemark, "aSessionID", "aSoapNode", "aServerURL")
+          .BVCONN_OPERATION(UpdateRemark, "aSessionID", "aSoapNode", "aServerURL")
+          .BVCONN_OPERATION(DeleteRemark, "aSessionID", "aRemarkUID", "aServerURL")
+          .BVCONN_OPERATION(OrderRemarks, "aSessionID", "aRemarkUID", "aServerURL")
+          .BVCONN_OPERATION(GetUserLogo, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetUserLogoList, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(SetUserLogo, "aSessionID", "aLogo", "aServerURL")
+          .BVCONN_OPERATION(UpdatePassword, "aSessionID", "aPassword", "aServerURL")
+          .BVCONN_OPERATION(SaveQuotePrintoutDefault, "aSessionID", "aServerURL",
+                            "aQuotePrintoutNode")
+          .BVCONN_OPERATION(SaveAgentQuotePrintoutDefault, "aSessionID", "aServerURL",
+                            "aPrintInfoUID")
+          .BVCONN_OPERATION(SaveAgentOrderPrintoutDefault, "aSessionID", "aServerURL",
+                            "aPrintInfoUID")
+          .BVCONN_OPERATION(SaveAgentProjectPrintoutDefault, "aSessionID", "aServerURL",
+                            "aPrintInfoUID")
+          .BVCONN_OPERATION(SaveAgentSAPPrintoutDefault, "aSessionID", "aServerURL",
+                            "aPrintInfoUID")
+          .BVCONN_OPERATION(SaveAgentOrderSubmitPrintoutDefault, "aSessionID", "aServerURL",
+                            "aPrintInfoUID")
+          .BVCONN_OPERATION(SaveAgentRFQPrintoutDefault, "aSessionID", "aServerURL",
+                            "aPrintInfoUID")
+          .BVCONN_OPERATION(GetAgentQuotePrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetAgentOrderPrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetAgentSAPPrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetAgentProjectPrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetAgentOrderSubmitPrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetAgentRFQPrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(SetUserProfile, "aSessionID", "aServerURL", "theNode")
+          .BVCONN_OPERATION(SetUserQuotePrintoutDefault, "aSessionID", "aServerURL",
+                            "aPrintInfoUID")
+          .BVCONN_OPERATION(SetUserOrderPrintoutDefault, "aSessionID", "aServerURL",
+                            "aPrintInfoUID")
+          .BVCONN_OPERATION(SetUserOrderSubmitPrintoutDefault, "aSessionID", "aServerURL",
+                            "aPrintInfoUID")
+          .BVCONN_OPERATION(SetUserSAPPrintoutDefault, "aSessionID", "aServerURL", "aPrintInfoUID")
+          .BVCONN_OPERATION(SetUserProjectPrintoutDefault, "aSessionID", "aServerURL",
+                            "aPrintInfoUID")
+          .BVCONN_OPERATION(SetUserRFQPrintoutDefault, "aSessionID", "aServerURL", "aPrintInfoUID")
+          .BVCONN_OPERATION(GetUserQuotePrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(SaveOrderPrintoutDefault, "aSessionID", "aServerURL",
+                            "aOrderPrintoutNode")
+          .BVCONN_OPERATION(SaveSAPPrintoutDefault, "aSessionID", "aServerURL", "aSAPPrintoutNode")
+          .BVCONN_OPERATION(SaveProjectPrintoutDefault, "aSessionID", "aServerURL",
+                            "aProjectPrintoutNode")
+          .BVCONN_OPERATION(SaveRFQPrintoutDefault, "aSessionID", "aServerURL", "aRFQPrintoutNode")
+          .BVCONN_OPERATION(GetUserOrderPrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetUserOrderSubmitPrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetUserRFQPrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetUserSAPPrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(GetUserProjectPrintoutDefault, "aSessionID", "aServerURL")
+          .BVCONN_OPERATION(CheckTypeAheadFile, "aSessionID", "aServerURL")
           .take();
   return info;
 }
-// clang-format on
 
 }  // namespace bvconn::automation

@@ -1,43 +1,22 @@
 #include "bvconn/automation/class_builder.h"
-#include "bvconn/automation/classes/groups.h"
+#include "bvconn/automation/classes/declared_classes.h"
+#include "bvconn/connectors/session/bv_config_connector.h"
+#include "bvconn/connectors/session/bv_document_connector.h"
+#include "bvconn/connectors/session/bv_export_connector.h"
 #include "bvconn/connectors/session/bv_generic_connector.h"
 #include "bvconn/connectors/session/bv_heart_beat_connector.h"
-#include "bvconn/dal/bv_connector_object.h"
+#include "bvconn/connectors/session/bv_postal_connector.h"
+#include "bvconn/connectors/session/bv_summary_connector.h"
 
 namespace bvconn::automation {
-
-// clang-format off
-const ClassInfo& connector_object_class() {
-  using C = BVConnectorObject;
-  static const ClassInfo info =
-      ClassBuilder<C>("BVConnectorObject")
-          .predeclared()
-          .read_only<&C::HTTPTransportObject>("HTTPTransportObject")
-          .property<bool, &C::UsingTorvexDAL, &C::UsingTorvexDAL>("UsingTorvexDAL")
-          .property<bool, &C::AllowDisabledDALMethods, &C::AllowDisabledDALMethods>("AllowDisabledDALMethods")
-          .property<bool, &C::UseDALSave, &C::UseDALSave>("UseDALSave")
-          .property_with<&C::SendDALMessageToLog>("SendDALMessageToLog", {"evalMethod", "evalMessage"})
-          .property_with<&C::IsDALDisabled>("IsDALDisabled", {"evalMethod", "evalService"})
-          .property<std::string, &C::GetDisabledDALServices, &C::GetDisabledDALServices>("GetDisabledDALServices")
-          .property<std::string, &C::DALUrl, &C::DALUrl>("DALUrl")
-          .write_only<&C::UserName>("UserName")
-          .write_only<&C::Password>("Password")
-          .write_only<&C::AppVer>("AppVer")
-          .write_only<&C::SalesOrg>("SalesOrg")
-#define BVCONN_SERVICE_OBJECT(name, ...) .read_only<&C::name>(#name)
-#include "bvconn/platform/torvexlib/service_object_rows.inc"
-          .operation<&C::InitTorvexDAL>("InitTorvexDAL", {"dal_server_url"})
-          .operation<&C::UseTorvexDAL>("UseTorvexDAL")
-          .take();
-  return info;
-}
 
 const ClassInfo& generic_connector_class() {
   using C = BVGenericConnector;
   static const ClassInfo info =
       ClassBuilder<C>("BVGenericConnector")
-          .operation<&C::Send>("Send", {"aService", "aMethod", "aRootNodeName", "aSoapNode", "aServerURL", "aTimeout?", {"aSessionID?", "NOTHING"}})
-          .read_only<&C::SoapEnvelope>("SoapEnvelope")
+          .BVCONN_OPERATION(Send, "aService", "aMethod", "aRootNodeName", "aSoapNode", "aServerURL",
+                            "aTimeout?", {"aSessionID?", "NOTHING"})
+          .BVCONN_READ_ONLY(SoapEnvelope)
           .take();
   return info;
 }
@@ -46,12 +25,64 @@ const ClassInfo& heart_beat_connector_class() {
   using C = BVHeartBeatConnector;
   static const ClassInfo info =
       ClassBuilder<C>("BVHeartBeatConnector")
-          .operation<&C::sendHeartBeat>("sendHeartBeat", {"aServerURL", "aSessionID", "isBrimvale?"})
-          .operation<&C::UpdateHeartBeatTime>("UpdateHeartBeatTime")
-          .event<&C::HeartBeatError>("HeartBeatError")
+          .BVCONN_OPERATION(sendHeartBeat, "aServerURL", "aSessionID", "isBrimvale?")
+          .BVCONN_OPERATION(UpdateHeartBeatTime)
+          .BVCONN_EVENT(HeartBeatError)
           .take();
   return info;
 }
-// clang-format on
+
+const ClassInfo& summary_connector_class() {
+  using C = BVSummaryConnector;
+  static const ClassInfo info =
+      ClassBuilder<C>("BVSummaryConnector")
+          .BVCONN_OPERATION(GetUserSummary, "numProjects", "numQuotes", "numOrders", "aServerURL",
+                            "aSessionID")
+          .BVCONN_OPERATION(GetUserSummaryByGIDs, "projectGIDs", "quoteGIDs", "orderGIDs",
+                            "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(getProjectSummary, "ProjectGID", "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(getQuoteSummary, "QuoteGID", "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(getProposalsForQuote, "QuoteGID", "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(getOrdersForQuote, "QuoteGID", "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(getQuotesForProject, "ProjectGID", "aServerURL", "aSessionID")
+          .BVCONN_OPERATION(getOrderSummary, "orderGID", "aServerURL", "aSessionID")
+          .take();
+  return info;
+}
+
+const ClassInfo& postal_connector_class() {
+  using C = BVPostalConnector;
+  static const ClassInfo info =
+      ClassBuilder<C>("BVPostalConnector")
+          .BVCONN_OPERATION(GetCountries, "aServerURL", "aSessionID", "aLazyLoad")
+          .take();
+  return info;
+}
+
+const ClassInfo& export_connector_class() {
+  using C = BVExportConnector;
+  static const ClassInfo info =
+      ClassBuilder<C>("BVExportConnector")
+          .BVCONN_OPERATION(SetExportComplete, "aServerURL", "aSessionID", "aOrderGID")
+          .take();
+  return info;
+}
+
+const ClassInfo& document_connector_class() {
+  using C = BVDocumentConnector;
+  static const ClassInfo info = ClassBuilder<C>("BVDocumentConnector")
+                                    .BVCONN_OPERATION(GetDocuments, "aServerURL", "aGID")
+                                    .take();
+  return info;
+}
+
+const ClassInfo& config_connector_class() {
+  using C = BVConfigConnector;
+  static const ClassInfo info =
+      ClassBuilder<C>("BVConfigConnector")
+          .BVCONN_OPERATION(GetConfiguredProduct, "aServerURL", "aSalesInstrumentGID")
+          .take();
+  return info;
+}
 
 }  // namespace bvconn::automation

@@ -5,10 +5,8 @@
 /// The declared classes, one function each; classes.cpp joins them into the interface.
 namespace bvconn::automation {
 
-// session.cpp
+// connector_object.cpp
 const ClassInfo& connector_object_class();
-const ClassInfo& generic_connector_class();
-const ClassInfo& heart_beat_connector_class();
 
 // catalogues.cpp
 const ClassInfo& services_class();
@@ -36,7 +34,9 @@ const ClassInfo& maintenance_connector_class();
 // print.cpp
 const ClassInfo& print_connector_class();
 
-// small.cpp
+// session.cpp
+const ClassInfo& generic_connector_class();
+const ClassInfo& heart_beat_connector_class();
 const ClassInfo& summary_connector_class();
 const ClassInfo& postal_connector_class();
 const ClassInfo& export_connector_class();
