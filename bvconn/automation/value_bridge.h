@@ -96,3 +96,11 @@ template <class T>
 using BridgeOf = Bridge<std::remove_cvref_t<T>>;
 
 }  // namespace bvconn::automation::detail
+
+namespace bvconn::automation {
+
+/// The type that a parameter of the C++ interface has outside the library.
+template <class T>
+inline constexpr ValueType kValueTypeOf = detail::BridgeOf<T>::kType;
+
+}  // namespace bvconn::automation

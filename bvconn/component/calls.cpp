@@ -114,6 +114,14 @@ class ArgumentReader {
   std::vector<std::optional<std::uint32_t>> places_;
 };
 
+// A positive result is no failure, so hosts would lose the small numbers (91, say) as they stand.
+// They look for them in a range of their own, and show them again without it.
+Hresult scode_of(std::int32_t number) {
+  constexpr std::uint32_t kSmallNumbers = 0x800A0000;
+  if (number < 1 || number > 0xFFFF) return number;
+  return result_from_bits(kSmallNumbers + static_cast<std::uint32_t>(number));
+}
+
 Hresult report(const Error& error, ExceptionRecord* exception) {
   if (exception == nullptr) return kException;
   *exception = ExceptionRecord{};
@@ -122,7 +130,7 @@ Hresult report(const Error& error, ExceptionRecord* exception) {
     exception->description = string_from_utf8(error.description);
     exception->help_file = string_from_utf8(error.helpFile);
     exception->help_context = static_cast<std::uint32_t>(error.helpContext);
-    exception->result = error.number;
+    exception->result = scode_of(error.number);
   } catch (...) {
     free_string(exception->source);
     free_string(exception->description);

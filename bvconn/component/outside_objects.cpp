@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "bvconn/component/named_object.h"
+#include "bvconn/component/service_operations.h"
 #include "bvconn/component/shapes.h"
 #include "bvconn/component/values.h"
 
@@ -73,20 +74,31 @@ class TransportObject final : public NamedObject<> {
 class ServiceObjectObject final : public NamedObject<> {
  public:
   explicit ServiceObjectObject(std::shared_ptr<ServiceObject> object)
-      : object_(std::move(object)) {}
+      : object_(std::move(object)), table_(members_of(*object_)) {}
 
  private:
-  enum : DispatchId { kName = 1, kInvoke, kOffers };
+  // The operations are numbered behind the object's own members, by their place among those of all
+  // objects, so that a number means one operation whichever object offers it.
+  enum : DispatchId { kName = 1, kInvoke, kOffers, kFirstOperation };
 
-  const MemberTable& table() const override {
-    static const MemberTable kTable(
-        {read_only(kName, "name"),
-         method(kInvoke, "invoke",
-                {required("operation", ValueType::kString),
-                 optional("arguments", ValueType::kVariant)}),
-         method(kOffers, "offers", {required("interfaceName", ValueType::kString)})});
-    return kTable;
+  static MemberTable members_of(const ServiceObject& object) {
+    std::vector<NamedMember> members{
+        read_only(kName, "name"),
+        method(kInvoke, "invoke",
+               {required("operation", ValueType::kString),
+                optional("arguments", ValueType::kVariant)}),
+        method(kOffers, "offers", {required("interfaceName", ValueType::kString)})};
+    DispatchId id = kFirstOperation;
+    for (const ServiceOperation& operation : service_operations()) {
+      if (operation.object == object.name() || object.offers(operation.object)) {
+        members.push_back(method(id, std::string(operation.name), operation.arguments));
+      }
+      ++id;
+    }
+    return MemberTable(std::move(members));
   }
+
+  const MemberTable& table() const override { return table_; }
 
   OwnedVariant call(const NamedMember& member, std::span<const Value> values) override {
     switch (member.id) {
@@ -94,14 +106,25 @@ class ServiceObjectObject final : public NamedObject<> {
         return record_from_variant(Variant(object_->name()));
       case kInvoke:
         return invoke_operation(text_at(values, 0), variant_at(values, 1));
-      default:
+      case kOffers:
         return record_from_variant(Variant(object_->offers(text_at(values, 0))));
+      default:
+        return call_operation(member.name, values);
     }
   }
 
   void put(const NamedMember& /*member*/, std::span<const Value> /*values*/) override {}
 
-  // The arguments come as one array; a host's caller looks the operation up at run time.
+  // A host's caller looks every operation up at run time.
+  OwnedVariant call_operation(const std::string& operation, std::span<const Value> values) {
+    std::vector<Variant> given;
+    for (std::size_t place = 0; place < values.size(); ++place) {
+      given.push_back(variant_at(values, place));
+    }
+    return record_from_variant(Variant(object_->invoke(operation, given, true)));
+  }
+
+  // Any operation, also one that no connector calls; the arguments come as one array.
   OwnedVariant invoke_operation(const std::string& operation, const Variant& arguments) {
     static const std::vector<Variant> kNone;
     const bool none = arguments.missing() || arguments.empty();
@@ -110,6 +133,7 @@ class ServiceObjectObject final : public NamedObject<> {
   }
 
   std::shared_ptr<ServiceObject> object_;
+  MemberTable table_;
 };
 
 }  // namespace

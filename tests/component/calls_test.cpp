@@ -70,6 +70,7 @@ class RecordingObject final : public NamedObject<> {
 
   [[noreturn]] static void fail(const std::string& how) {
     if (how == "error") throw Error(result_from_bits(0x80042739), "Order", "Locked", "h.chm", 42);
+    if (how.starts_with("number ")) throw Error(std::stoi(how.substr(7)), "Order", "Odd");
     if (how == "memory") throw std::bad_alloc();
     if (how == "other") throw std::runtime_error("from below");
     throw 1;
@@ -310,6 +311,20 @@ TEST_F(Calls, WhateverElseIsRaisedStopsAtTheBoundary) {
   EXPECT_EQ(outcome.exception.result, kFailed);
   EXPECT_EQ(test::text_behind(outcome.exception.source), u"BVConn");
   EXPECT_EQ(test::text_behind(outcome.exception.description), u"from below");
+}
+
+// Hosts take a positive result for success, and look for the small numbers in a range of their own.
+TEST_F(Calls, SmallErrorNumbersComeAsResultsThatFail) {
+  const auto result_of = [&](std::u16string how) {
+    HostString text(how.c_str());
+    return test::call(*object, u"Fail", {test::of_string(text)}).exception.result;
+  };
+  EXPECT_EQ(result_of(u"number 1"), result_from_bits(0x800A0001));
+  EXPECT_EQ(result_of(u"number 91"), result_from_bits(0x800A005B));
+  EXPECT_EQ(result_of(u"number 65535"), result_from_bits(0x800AFFFF));
+  EXPECT_EQ(result_of(u"number 65536"), 65536);
+  EXPECT_EQ(result_of(u"number 0"), 0);
+  EXPECT_EQ(result_of(u"number -1"), -1);
 }
 
 TEST_F(Calls, ResultExceptionAndIndexMayBeLeftOut) {

@@ -123,8 +123,79 @@ TEST(ServiceObjectByName, ArgumentsThatAreNoArrayAreError13) {
   const Outcome outcome =
       test::call(*object, u"invoke", {test::of_string(operation), test::of_int32(5)});
   EXPECT_EQ(outcome.result, kException);
-  EXPECT_EQ(outcome.exception.result, 13);
+  EXPECT_EQ(outcome.exception.result, result_from_bits(0x800A000D));
   EXPECT_TRUE(lines.empty());
+}
+
+TEST(ServiceObjectByName, ItsOperationsAreCalledByTheirNames) {
+  Lines lines;
+  Held<IDispatchAbi> object(make_service_object_object(std::make_shared<NotingService>(lines)));
+  HostString key(u"C1");
+  HostString agent(u"A7");
+  EXPECT_EQ(test::call(*object, u"SearchForBrands").text(), u"<answer/>");
+  EXPECT_EQ(test::call(*object, u"searchforcustomer", {test::of_string(key)}).result, kOk);
+  EXPECT_EQ(test::call(*object, u"SearchForCustomerAxillaryInfo",
+                       {test::of_string(key), test::of_string(agent)})
+                .result,
+            kOk);
+  EXPECT_EQ(lines, (Lines{"SearchForBrands|by name", "SearchForCustomer|C1|by name",
+                          "SearchForCustomerAxillaryInfo|C1|A7|by name"}));
+}
+
+TEST(ServiceObjectByName, AnOperationsArgumentsHaveNames) {
+  Lines lines;
+  Held<IDispatchAbi> object(make_service_object_object(std::make_shared<NotingService>(lines)));
+  char16_t operation[] = u"SearchForGLCodes";
+  char16_t code[] = u"Code";
+  char16_t desc[] = u"Desc";
+  char16_t misc[] = u"Misc";
+  char16_t* names[] = {operation, code, desc, misc};
+  DispatchId ids[4] = {};
+  ASSERT_EQ(object->GetIDsOfNames(&kNullGuid, names, 4, 0, ids), kOk);
+  EXPECT_EQ(ids[1], 0);
+  EXPECT_EQ(ids[2], 1);
+  EXPECT_EQ(ids[3], 2);
+  HostString text(u"text");
+  const VariantRecord value = test::of_string(text);
+  const test::Named all{{ids[3], ids[1], ids[2]}, {test::of_boolean(-1), value, value}};
+  EXPECT_EQ(test::call_id(*object, ids[0], call_flag::kMethod, {}, all).result, kOk);
+  EXPECT_EQ(lines, (Lines{"SearchForGLCodes|text|text|True|by name"}));
+}
+
+TEST(ServiceObjectByName, TheLastOfManyArgumentsHasItsNameToo) {
+  Lines lines;
+  Held<IDispatchAbi> object(make_service_object_object(std::make_shared<NotingService>(lines)));
+  char16_t operation[] = u"OrdersSearchEmailExport";
+  char16_t first[] = u"userGID";
+  char16_t last[] = u"ContractorFirstPO";
+  char16_t* names[] = {operation, first, last};
+  DispatchId ids[3] = {};
+  ASSERT_EQ(object->GetIDsOfNames(&kNullGuid, names, 3, 0, ids), kOk);
+  EXPECT_EQ(ids[1], 0);
+  EXPECT_EQ(ids[2], 24);
+}
+
+TEST(ServiceObjectByName, AnOperationsArgumentsTakeItsTypes) {
+  Lines lines;
+  Held<IDispatchAbi> object(make_service_object_object(std::make_shared<NotingService>(lines)));
+  HostString number(u"0012");
+  HostString word(u"twelve");
+  EXPECT_EQ(test::call(*object, u"SearchForAllAgents", {test::of_string(number)}).result, kOk);
+  EXPECT_EQ(test::call(*object, u"SearchForCustomer", {test::of_int32(12)}).result, kOk);
+  EXPECT_EQ(lines, (Lines{"SearchForAllAgents|12|by name", "SearchForCustomer|12|by name"}));
+  const Outcome outcome = test::call(*object, u"SearchForAllAgents", {test::of_string(word)});
+  EXPECT_EQ(outcome.result, kTypeMismatch);
+  EXPECT_EQ(outcome.argument_index, 0u);
+  EXPECT_EQ(test::call(*object, u"SearchForCustomer").result, kBadParameterCount);
+  EXPECT_EQ(lines.size(), 2u);
+}
+
+TEST(ServiceObjectByName, HasTheOperationsOfTheInterfacesThatItOffersAndNoOthers) {
+  Lines lines;
+  Held<IDispatchAbi> object(make_service_object_object(std::make_shared<NotingService>(lines)));
+  EXPECT_EQ(test::call(*object, u"sendHeartBeat").result, kOk);
+  EXPECT_EQ(test::call(*object, u"SaveRMA").result, kUnknownName);
+  EXPECT_EQ(lines, (Lines{"sendHeartBeat|by name"}));
 }
 
 }  // namespace

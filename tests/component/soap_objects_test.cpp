@@ -137,7 +137,7 @@ TEST_F(NodeByName, AppendingNothingIsError91) {
   const Outcome nodes = test::get(*object, u"Nodes");
   const Outcome outcome = test::call(nodes.object(), u"Append", {test::of_object(nullptr)});
   EXPECT_EQ(outcome.result, kException);
-  EXPECT_EQ(outcome.exception.result, 91);
+  EXPECT_EQ(outcome.exception.result, result_from_bits(0x800A005B));
 }
 
 class Enumeration : public NodeByName {

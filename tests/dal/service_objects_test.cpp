@@ -43,7 +43,7 @@ std::vector<std::string> declared_operations() {
 #define BVCONN_SERVICE_OBJECT(name, ...) \
   object = #name ".", operations.insert(operations.end(), {__VA_ARGS__});
 #define BVCONN_SERVICE_OPERATION(name, ...) object + #name,
-#define BVCONN_SERVICE_OPERATION_BY_NAME(name, ...) object + #name,
+#define BVCONN_SERVICE_OPERATION_BY_NAME BVCONN_SERVICE_OPERATION
 #include "bvconn/platform/torvexlib/service_object_rows.inc"
   return operations;
 }
