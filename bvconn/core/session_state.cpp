@@ -1,5 +1,8 @@
 #include "bvconn/core/session_state.h"
 
+#include "bvconn/platform/live_error.h"
+#include "bvconn/platform/thread_record.h"
+
 namespace bvconn {
 
 SessionLogger& SessionState::Logger() {
@@ -28,8 +31,11 @@ Clock& SessionState::clock() {
 }
 
 SessionState& session() {
-  thread_local SessionState state;
-  return state;
+  return only_errors([]() -> SessionState& { return detail::ThreadRecord<SessionState>::get(); });
+}
+
+void release_late_session() noexcept {
+  detail::ThreadRecord<SessionState>::release_late();
 }
 
 }  // namespace bvconn

@@ -13,7 +13,8 @@ namespace bvconn {
 
 /// Everything that outlives one call: one record for each thread, zeroed when the thread starts.
 /// No call is needed to set it up, no two threads ever share one, and what it made is released when
-/// its thread ends, without a log line or a call to a server.
+/// its thread ends, without a log line or a call to a server. A `platform::ScopedPlatform` puts a
+/// fresh one in its place.
 ///
 /// The four accessors create their object at first use. The fields are as the application or
 /// `InitTorvexDAL` left them.
@@ -58,7 +59,11 @@ struct SessionState {
   std::shared_ptr<Clock> clock_;
 };
 
-/// The calling thread's record.
+/// The calling thread's record. A call that comes after the thread has released it, from the
+/// destructor of an object that outlives it, is given one more, zeroed.
 BVCONN_EXPORT SessionState& session();
+
+/// Releases that one more record, if there is one.
+void release_late_session() noexcept;
 
 }  // namespace bvconn

@@ -15,9 +15,12 @@ inline constexpr std::int32_t kObjectErrorBase = from_bits(0x80040000);
 
 // The platform's own, raised with the source "BVConn".
 inline constexpr std::int32_t kOverflow = 6;
+inline constexpr std::int32_t kOutOfMemory = 7;
 inline constexpr std::int32_t kSubscriptOutOfRange = 9;
 inline constexpr std::int32_t kTypeMismatch = 13;
 inline constexpr std::int32_t kObjectNotSet = 91;
+/// An exception that is no `Error`, with its words as the description.
+inline constexpr std::int32_t kFailed = from_bits(0x80004005);
 
 // SOAP: envelopes, nodes, XML.
 inline constexpr std::int32_t kSoapFault = from_bits(0x80044201);

@@ -2,11 +2,14 @@
 
 #include <utility>
 
+#include "bvconn/platform/thread_record.h"
+
 namespace bvconn::platform {
 namespace {
 
 Platform& installed() {
-  static Platform platform = system_platform();
+  // Never destroyed: an object of static lifetime may write its last log lines later than anything.
+  static auto& platform = *new Platform(system_platform());
   return platform;
 }
 
@@ -32,9 +35,12 @@ void install(Platform platform) {
 }
 
 ScopedPlatform::ScopedPlatform(Platform platform)
-    : previous_(std::exchange(installed(), std::move(platform))) {}
+    : session_(std::make_unique<detail::ThreadScope>()) {
+  previous_ = std::exchange(installed(), std::move(platform));
+}
 
 ScopedPlatform::~ScopedPlatform() {
+  session_.reset();
   installed() = std::move(previous_);
 }
 

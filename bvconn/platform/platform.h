@@ -12,6 +12,10 @@
 #include "bvconn/platform/settings/registry_access.h"
 #include "bvconn/platform/torvexlib/service_object.h"
 
+namespace bvconn::detail {
+class ThreadScope;
+}
+
 namespace bvconn::platform {
 
 /// The outside world as the library sees it: one factory for each thing. Every thread's session
@@ -36,8 +40,10 @@ BVCONN_EXPORT const Platform& current();
 /// made their objects keep them.
 BVCONN_EXPORT void install(Platform platform);
 
-/// Replaces the platform for the lifetime of this object, for tests. No other thread may be inside
-/// the library when it is made or destroyed.
+/// Replaces the platform for the lifetime of this object, for tests, and gives the thread that made
+/// it a fresh session, which makes its objects through that platform. At its end, on the same
+/// thread, platform and session are those that it found, untouched. Scopes nest. No other thread
+/// may be inside the library when it is made or destroyed; the sessions of other threads stay.
 class BVCONN_EXPORT ScopedPlatform {
  public:
   explicit ScopedPlatform(Platform platform);
@@ -47,6 +53,7 @@ class BVCONN_EXPORT ScopedPlatform {
 
  private:
   Platform previous_;
+  std::unique_ptr<detail::ThreadScope> session_;
 };
 
 }  // namespace bvconn::platform

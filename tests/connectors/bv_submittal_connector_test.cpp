@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <iostream>
 #include <memory>
 #include <optional>
+#include <thread>
 #include <type_traits>
 
 #include "bvconn/platform/soap/variant.h"
@@ -130,6 +133,84 @@ TEST(SubmittalConnector, EndsQuietlyWhenTheLoggerFailsAtTheErrorLineToo) {
   connector.reset();
   EXPECT_EQ(unloggable.logger->tried, (Lines{"BVSubmittalConnector.Class_Terminate()",
                                              "BVSubmittalConnector.Class_Terminate"}));
+}
+
+/// A logger that shows on standard error which of the world's loggers was given each line, and when
+/// it goes.
+class NumberedLogger final : public SessionLogger {
+ public:
+  explicit NumberedLogger(int number) : number_(number) {}
+  ~NumberedLogger() override { std::cerr << "logger " << number_ << " goes\n"; }
+
+  std::string LogFilePath() override { return ""; }
+  std::int32_t LogMask() override { return 0; }
+  std::string TracingFilePath() override { return ""; }
+  void LogError(std::string_view, std::string_view, const Error&, std::int32_t) override {}
+  void LogWarning(std::string_view, std::string_view, std::string_view, std::int32_t) override {}
+  void LogInfo(std::string_view, std::string_view method, std::string_view text,
+               std::int32_t) override {
+    std::cerr << "logger " << number_ << ": " << method << " " << text << "\n";
+  }
+  void LogAtLevel(std::int32_t, std::string_view, std::string_view, std::string_view,
+                  std::int32_t) override {}
+  void EnterMethod(std::string_view, std::string_view, std::int32_t) override {}
+  void ExitMethod(std::string_view, std::string_view, std::int32_t) override {}
+
+ private:
+  int number_;
+};
+
+void install_numbered_loggers() {
+  platform::Platform changed = platform::system_platform();
+  changed.logger = [] {
+    static int made = 0;
+    return std::make_shared<NumberedLogger>(++made);
+  };
+  platform::install(changed);
+}
+
+const std::string kLinesOfOneObject =
+    "logger 1: Class_Initialize\\(\\) Entering Method...\n"
+    "logger 1: Class_Initialize\\(\\) Exiting Method...\n"
+    "logger 1 goes\n"
+    "logger 2: Class_Terminate\\(\\) Entering Method...\n"
+    "logger 2: Class_Terminate\\(\\) Exiting Method...\n"
+    "logger 2 goes\n$";
+
+TEST(SubmittalConnectorDeathTest, OfStaticLifetimeWritesItsLastLinesWithALoggerThatStillLives) {
+  EXPECT_EXIT(
+      {
+        install_numbered_loggers();
+        static const BVSubmittalConnector connector;
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), kLinesOfOneObject);
+}
+
+TEST(SubmittalConnectorDeathTest, MadeLateInAStaticPlaceOutlivesThePlatformsFirstUseToo) {
+  EXPECT_EXIT(
+      {
+        static std::optional<BVSubmittalConnector> place;
+        install_numbered_loggers();
+        place.emplace();
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), kLinesOfOneObject);
+}
+
+TEST(SubmittalConnectorDeathTest, ThatOutlivesItsThreadsSessionReleasesWhatItsLastLinesNeeded) {
+  EXPECT_EXIT(
+      {
+        install_numbered_loggers();
+        std::thread([] {
+          // Destroyed after the session, since its place was there before.
+          thread_local std::unique_ptr<BVSubmittalConnector> place;
+          place.reset();
+          place = std::make_unique<BVSubmittalConnector>();
+        }).join();
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), kLinesOfOneObject);
 }
 
 TEST(SubmittalConnector, ThatEndsWhileAnErrorIsUnderWayLetsThatErrorPass) {

@@ -262,14 +262,12 @@ platform::Platform recording(RecordingPlatform& world) {
 }  // namespace
 
 RecordingPlatform::RecordingPlatform() : scope_(recording(*this)) {
-  session() = SessionState();
   // Most tests are not about this setting; it stands there as the application leaves it.
   settings[R"(hkcu\software\brimvale\torvex\appdata\tracesoaptraffic)"] = std::string("False");
 }
 
 RecordingPlatform::~RecordingPlatform() {
   EXPECT_TRUE(exchanges_.empty()) << exchanges_.size() << " scripted replies were never asked for";
-  session() = SessionState();
 }
 
 void RecordingPlatform::reply(std::string body) {
@@ -297,6 +295,7 @@ void RecordingPlatform::use_dal() {
 void RecordingPlatform::note(std::vector<std::string> Record::*list, const std::string& line) {
   (record.*list).push_back(line);
   record.all.push_back(line);
+  if (on_line) on_line(line);
 }
 
 std::string envelope_text(std::string_view method, std::string_view parameters) {

@@ -29,7 +29,7 @@ struct Record {
 
 /// A world made for a test: a scripted transport and settings, fake service objects, a recording
 /// logger, a clock that stands still unless stated otherwise. While it lives it is the process's
-/// platform, and the calling thread's session starts anew with it.
+/// platform, and the calling thread has a fresh session. Worlds nest.
 ///
 /// Nothing happens unless it was scripted: a send without a scripted reply fails the test.
 class RecordingPlatform {
@@ -71,6 +71,9 @@ class RecordingPlatform {
   std::string tracing_file = "/nowhere/traffic.log";
   /// The line (as recorded) whose writing fails.
   std::optional<std::pair<std::string, Error>> log_failure;
+
+  /// Called with each line of any of the objects once it is recorded; may throw what it likes.
+  std::function<void(const std::string& line)> on_line;
 
   // The clock. Each reading of the timer takes the next scripted value, the last one stays.
   Date now = from_civil({.year = 2007, .month = 1, .day = 5, .hour = 13, .minute = 4, .second = 9});

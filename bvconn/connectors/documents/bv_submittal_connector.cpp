@@ -1,5 +1,6 @@
 #include "bvconn/connectors/documents/bv_submittal_connector.h"
 
+#include "bvconn/core/session_state.h"
 #include "bvconn/operation/method_frame.h"
 
 namespace bvconn {
@@ -110,6 +111,9 @@ BVSubmittalConnector::~BVSubmittalConnector() {
   } catch (...) {
     // The logger failed at the error line too: there is nobody left to tell.
   }
+  // An object of static lifetime gets here when the thread's session is gone; what its lines needed
+  // goes with it.
+  release_late_session();
 }
 
 SoapNode BVSubmittalConnector::GetAllParagraphs(std::string_view aSessionID,

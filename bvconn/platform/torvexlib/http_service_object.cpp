@@ -2,6 +2,7 @@
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/http/http_url.h"
+#include "bvconn/platform/thread_record.h"
 #include "bvconn/platform/torvexlib/json_arguments.h"
 #include "bvconn/platform/torvexlib/json_poster.h"
 #include "bvconn/platform/torvexlib/service_object.h"
@@ -25,8 +26,7 @@ struct Session {
 };
 
 Session& session_of_thread() {
-  static thread_local Session session;
-  return session;
+  return detail::ThreadRecord<Session>::get();
 }
 
 /// A name as one segment of a path, whatever it holds.
