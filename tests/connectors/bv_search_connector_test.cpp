@@ -197,6 +197,28 @@ TEST(InventorySearches, GoOutUnderTheSoapActionOfTheRequestBefore) {
   EXPECT_EQ(actions, Lines{"SOAPAction \"urn:SearchService\""});
 }
 
+TEST(SearchForTotalInventory, SubtractsTwoReadingsOfThe32BitTimer) {
+  // The steps of the timer are 1/256 of a second in the morning and 1/16384 soon after
+  // midnight. Each reading is the nearest step, and their difference is shown in full.
+  struct Case {
+    double start;
+    double end;
+    std::string seconds;
+  };
+  for (const Case& each :
+       {Case{36000.1, 36000.35, "0.25"}, Case{1000.0, 1000.7, "0.70001220703125"},
+        Case{86399.9, 0.5, "-86399.3984375"}}) {
+    RecordingPlatform world;
+    world.timer = {each.start, each.end};
+    world.reply(envelope_text("r", "<a>1</a>"));
+    BVSearchConnector().SearchForTotalInventory("<info/>", "S", kUrl);
+    EXPECT_EQ(world.record.log.back(),
+              "LogAtLevel 16 BVSearchConnectory.SearchForTotalInventory \"Time to search Total "
+              "Inventory: " +
+                  each.seconds + "\" 0");
+  }
+}
+
 TEST(InventorySearches, FailInReceiveWithTheErrorAsItWasRaisedAndNoContact) {
   for (const bool total : {true, false}) {
     RecordingPlatform world;

@@ -142,7 +142,9 @@ SoapNode BVSearchConnector::SearchForTotalInventory(std::string_view strInfo,
                                                     std::string_view aSessionID,
                                                     std::string_view aServerURL) {
   return ConnectorMethodFrame(kSearchForTotalInventory, {aServerURL, aSessionID}, [&](Call& call) {
-    const double start = session().clock().timer();
+    // Both readings are those of the 32-bit timer, widened: the line shows their difference in
+    // full.
+    const double start = timer_seconds();
     const std::string text = call.literal_request(strInfo);
     if (call.takes_dal()) {
       // The whole request, where SearchForInventory passes `strInfo` alone.
@@ -152,7 +154,7 @@ SoapNode BVSearchConnector::SearchForTotalInventory(std::string_view strInfo,
     }
     Global::LastHeartBeat(session().clock().now());
     SoapNode result = call.first();
-    const double seconds = static_cast<double>(timer_seconds()) - start;
+    const double seconds = timer_seconds() - start;
     // The class's name ends in "y" in this one line.
     session().Logger().LogAtLevel(
         16, "BVSearchConnectory", "SearchForTotalInventory",
