@@ -47,8 +47,10 @@ void log_error(std::string_view cls, std::string_view method, const Error& error
 }
 
 void plain_tail(const LogBlock& log, const Error& error) {
-  log_error(log, error);
-  throw Error(error.number, error.source, error.description);
+  throw only_errors([&] {
+    log_error(log, error);
+    return Error(error.number, error.source, error.description);
+  });
 }
 
 namespace Global {

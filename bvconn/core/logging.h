@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "bvconn/platform/error.h"
+#include "bvconn/platform/live_error.h"
 
 namespace bvconn {
 
@@ -41,17 +41,25 @@ void log_error(std::string_view cls, std::string_view method, const Error& error
 /// Logs the error as it is alive now and raises it again with number, source and description alone.
 [[noreturn]] void plain_tail(const LogBlock& log, const Error& error);
 
-/// Runs a function that logs by `log` and ends in the plain tail when it fails.
+/// Runs a function that ends in the plain tail when it fails.
+template <class Body>
+auto with_plain_tail(const LogBlock& log, Body&& body) -> decltype(body()) {
+  try {
+    return body();
+  } catch (...) {
+    plain_tail(log, live_error());
+  }
+}
+
+/// The same for a function that logs by `log` that it was entered and left.
 template <class Body>
 auto run_logged(const LogBlock& log, Body&& body) -> decltype(body()) {
-  try {
+  return with_plain_tail(log, [&] {
     log_enter(log);
     auto result = body();
     log_exit(log);
     return result;
-  } catch (const Error& error) {
-    plain_tail(log, error);
-  }
+  });
 }
 
 namespace Global {

@@ -66,8 +66,8 @@ bool TraceSoapTraffic() {
     // The closing line has the words of the opening one.
     logger.LogInfo("Global", kTraceReader, "Entering Method...", 0);
     return value;
-  } catch (const Error& error) {
-    log_error("Global", kTraceReader, error);
+  } catch (...) {
+    only_errors([error = live_error()] { log_error("Global", kTraceReader, error); });
     return false;
   }
 }
@@ -79,8 +79,8 @@ void TraceSoapTraffic(bool value) {
                                "One or more values have been changed... saving to registry.", 0);
     settings()->Write(kTraceSoapTrafficPath, conversions::boolean_text(value), "REG_SZ");
     log_exit(kTraceWriterLog);
-  } catch (const Error& error) {
-    log_error(kTraceWriterLog, error);
+  } catch (...) {
+    only_errors([error = live_error()] { log_error(kTraceWriterLog, error); });
   }
 }
 

@@ -76,15 +76,17 @@ Variant sendXML(const SoapEnvelope& envelope, std::string_view soapAction, std::
     log_duration(envelope, start);
     log_exit(kSendXmlLog);
     return {};
-  } catch (const Error& error) {
-    std::string description = error.description;
-    // By name alone, whatever the error: before a reply was parsed these are the request's own
-    // parameters.
-    for (const SoapNode node : envelope.Parameters()) {
-      if (node.Name() == "faultstring") description = to_text(node.Value());
-    }
-    log_error(kSendXmlLog, error);
-    throw Error(error.number, error.source, description);
+  } catch (...) {
+    throw only_errors([&, error = live_error()] {
+      std::string description = error.description;
+      // By name alone, whatever the error: before a reply was parsed these are the request's own
+      // parameters.
+      for (const SoapNode node : envelope.Parameters()) {
+        if (node.Name() == "faultstring") description = to_text(node.Value());
+      }
+      log_error(kSendXmlLog, error);
+      return Error(error.number, error.source, description);
+    });
   }
 }
 
@@ -101,13 +103,15 @@ SoapEnvelope getResponseEnvelope(const SoapEnvelope& envelope,
     LastHeartBeat(session().clock().now());
     log_exit(kGetResponseEnvelopeLog);
     return envelope;
-  } catch (const Error& error) {
-    std::string description = error.description;
-    if (error.number == error_numbers::kSoapFault) {
-      description = to_text(envelope.Parameters().ItemByName("faultstring", "").Value());
-    }
-    log_error(kGetResponseEnvelopeLog, error);
-    throw Error(error.number, error.source, description);
+  } catch (...) {
+    throw only_errors([&, error = live_error()] {
+      std::string description = error.description;
+      if (error.number == error_numbers::kSoapFault) {
+        description = to_text(envelope.Parameters().ItemByName("faultstring", "").Value());
+      }
+      log_error(kGetResponseEnvelopeLog, error);
+      return Error(error.number, error.source, description);
+    });
   }
 }
 

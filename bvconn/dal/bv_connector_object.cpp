@@ -3,11 +3,19 @@
 #include "bvconn/core/logging.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/dal/dal_switch.h"
-#include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/live_error.h"
 
 namespace bvconn {
 namespace {
+
+// The plain getters and setters have no tail, but texts and objects take memory.
+void set_text(std::string SessionState::*field, std::string_view value) {
+  only_errors([&] { session().*field = value; });
+}
+std::string text_of(std::string SessionState::*field) {
+  return only_errors([&] { return session().*field; });
+}
 
 // The one sales organisation of the other country.
 constexpr std::string_view kCanadianSalesOrg = "2200";
@@ -22,18 +30,20 @@ void make_service_objects(SessionState& state) {
 // own field, but gives the heart beat object where that offers the interface.
 std::shared_ptr<ServiceObject> gotten(std::shared_ptr<ServiceObject> SessionState::*field) {
   if (field != &SessionState::SearchService) return session().*field;
-  const auto& object = session().HeartBeatService;
-  if (object && !object->offers("SearchService")) {
-    throw Error(error_numbers::kTypeMismatch, "BVConn",
-                "the heart beat service object does not offer the interface SearchService");
-  }
-  return object;
+  return only_errors([] {
+    const auto& object = session().HeartBeatService;
+    if (object && !object->offers("SearchService")) {
+      throw Error(error_numbers::kTypeMismatch, "BVConn",
+                  "the heart beat service object does not offer the interface SearchService");
+    }
+    return object;
+  });
 }
 
 }  // namespace
 
 std::shared_ptr<HTTPTransport> BVConnectorObject::HTTPTransportObject() const {
-  return session().Transport();
+  return only_errors([] { return session().Transport(); });
 }
 
 void BVConnectorObject::UsingTorvexDAL(bool value) {
@@ -59,7 +69,7 @@ bool BVConnectorObject::UseDALSave() const {
 
 bool BVConnectorObject::SendDALMessageToLog(std::string_view evalMethod,
                                             std::string_view evalMessage) const {
-  return Global::DALMessageToLog(evalMethod, evalMessage);
+  return only_errors([&] { return Global::DALMessageToLog(evalMethod, evalMessage); });
 }
 
 bool BVConnectorObject::IsDALDisabled(std::string_view evalMethod,
@@ -68,30 +78,30 @@ bool BVConnectorObject::IsDALDisabled(std::string_view evalMethod,
 }
 
 void BVConnectorObject::GetDisabledDALServices(std::string_view value) {
-  session().DisabledDALServices = value;
+  set_text(&SessionState::DisabledDALServices, value);
 }
 std::string BVConnectorObject::GetDisabledDALServices() const {
-  return session().DisabledDALServices;
+  return text_of(&SessionState::DisabledDALServices);
 }
 
 void BVConnectorObject::DALUrl(std::string_view value) {
-  session().DALUrl = value;
+  set_text(&SessionState::DALUrl, value);
 }
 std::string BVConnectorObject::DALUrl() const {
-  return session().DALUrl;
+  return text_of(&SessionState::DALUrl);
 }
 
 void BVConnectorObject::UserName(std::string_view value) {
-  session().UserName = value;
+  set_text(&SessionState::UserName, value);
 }
 void BVConnectorObject::Password(std::string_view value) {
-  session().Password = value;
+  set_text(&SessionState::Password, value);
 }
 void BVConnectorObject::AppVer(std::string_view value) {
-  session().AppVer = value;
+  set_text(&SessionState::AppVer, value);
 }
 void BVConnectorObject::SalesOrg(std::string_view value) {
-  session().SalesOrg = value;
+  set_text(&SessionState::SalesOrg, value);
 }
 
 #define BVCONN_SERVICE_OBJECT(name, ...)                           \
@@ -110,8 +120,9 @@ void BVConnectorObject::InitTorvexDAL(std::string_view dal_server_url) {
     const std::string_view country = state.SalesOrg == kCanadianSalesOrg ? "CAN" : "US";
     authentication.Login(state.UserName, state.Password, state.AppVer, country);
     GetDisabledDALServices(authentication.GetDisabledServices());
-  } catch (const Error&) {
+  } catch (...) {
     // Deliberate: the application goes on by SOAP, and nothing is reported to it.
+    live_error();
   }
 }
 
@@ -120,9 +131,11 @@ void BVConnectorObject::UseTorvexDAL() {
     session().UsingTorvexDAL = true;
     session().UseDALSave = true;
     UsingTorvexDAL(true);
-  } catch (const Error& error) {
-    platform::current().message_box()->show("Init Torvex DAL",
-                                            "UseTorvexDAL error:" + error.description);
+  } catch (...) {
+    only_errors([error = live_error()] {
+      platform::current().message_box()->show("Init Torvex DAL",
+                                              "UseTorvexDAL error:" + error.description);
+    });
   }
 }
 

@@ -12,14 +12,12 @@ constexpr LogBlock kIsDalMethodDisabledLog{.cls = "Global", .method = "isDALMeth
 }  // namespace
 
 bool isDALMethodDisabled(std::string_view method, std::string_view service) {
-  try {
+  return with_plain_tail(kIsDalMethodDisabledLog, [&] {
     if (session().AllowDisabledDALMethods) return false;
     std::string key(service);
     key.append(".").append(method).append("|");
     return session().DisabledDALServices.find(key) != std::string::npos;
-  } catch (const Error& error) {
-    plain_tail(kIsDalMethodDisabledLog, error);
-  }
+  });
 }
 
 }  // namespace bvconn::Global

@@ -69,11 +69,6 @@ Call& Call::append(const SoapNode& node) {
   return *this;
 }
 
-const SoapEnvelope& Call::envelope() {
-  if (!envelope_) envelope_ = SoapEnvelope::make();
-  return envelope_;
-}
-
 std::string Call::literal_request(std::string_view xml) {
   std::string text = Global::getEnvelopeStart(session_id_, method(), service());
   text.append(xml);
@@ -122,11 +117,13 @@ bool Call::boolean() {
   return to_boolean(answer);
 }
 
-void Call::tail(Error& error) {
+void Call::tail(Error error) {
   LogBlock log = operation_.log;
   if (!error_name_.empty()) log.error = error_name_;
-  apply_tail(operation_.tail, {.log = log, .envelope = envelope_, .faults = operation_.faults},
-             error);
+  only_errors([&] {
+    apply_tail(operation_.tail, {.log = log, .envelope = envelope_, .faults = operation_.faults},
+               error);
+  });
 }
 
 }  // namespace bvconn

@@ -86,8 +86,8 @@ class Call {
     return *this;
   }
 
-  /// The envelope as it stands.
-  const SoapEnvelope& envelope();
+  /// The envelope as it stands, made at its first use.
+  const SoapEnvelope& envelope() { return made(envelope_); }
   SoapNodes& parameters() { return envelope().Parameters(); }
   /// The request as text, as it would be sent.
   std::string request_text() { return envelope().Serialize(); }
@@ -123,7 +123,7 @@ class Call {
   // The frame's own steps.
   void enter() { log_enter(operation_.log); }
   void exit() { log_exit(operation_.log); }
-  void tail(Error& error);
+  void tail(Error error);
 
  private:
   std::string soap_action();
@@ -138,7 +138,7 @@ class Call {
 };
 
 /// The shape of nearly every operation: enter line, body, exit line, and the operation's tail when
-/// an error is raised anywhere on the way.
+/// an error is raised anywhere on the way. Nothing but an `Error` leaves it, whatever was thrown.
 template <class Body>
 auto ConnectorMethodFrame(const Operation& operation, CallContext context, Body&& body)
     -> std::invoke_result_t<Body, Call&> {
@@ -154,8 +154,8 @@ auto ConnectorMethodFrame(const Operation& operation, CallContext context, Body&
       call.exit();
       return result;
     }
-  } catch (Error& error) {
-    call.tail(error);
+  } catch (...) {
+    call.tail(live_error());
     // Only a tail that swallows gets here: the operation returns as if nothing had happened.
     return Result();
   }

@@ -13,8 +13,8 @@ namespace {
 using error_numbers::kObjectErrorBase;
 using error_numbers::kSoapFault;
 
-std::string fault_text(const SoapEnvelope& envelope, std::string_view name) {
-  return to_text(envelope.Parameters().ItemByName(name, "").Value());
+std::string fault_text(const TailContext& context, std::string_view name) {
+  return to_text(made(context.envelope).Parameters().ItemByName(name, "").Value());
 }
 
 std::int32_t with_object_error_base(std::int32_t code) {
@@ -29,7 +29,7 @@ std::int32_t with_object_error_base(std::int32_t code) {
 [[noreturn]] void fault_code_tail(const TailContext& context, const Error& error) {
   log_error(context.log, error);
   if (error.number == kSoapFault) {
-    const std::string code = fault_text(context.envelope, "faultcode");
+    const std::string code = fault_text(context, "faultcode");
     if (conversions::number_of(code)) {
       const std::int32_t number = with_object_error_base(conversions::text_to_int32(code));
       for (const FaultRow& row : context.faults) {
@@ -44,13 +44,13 @@ std::int32_t with_object_error_base(std::int32_t code) {
 
 [[noreturn]] void fault_string_tail(const TailContext& context, const Error& error) {
   std::string description = error.description;
-  if (error.number == kSoapFault) description = fault_text(context.envelope, "faultstring");
+  if (error.number == kSoapFault) description = fault_text(context, "faultstring");
   throw Error(error.number, error.source, description);
 }
 
 [[noreturn]] void rfq_tail(const TailContext& context, Error& error) {
   if (error.number == kSoapFault) {
-    error.description = fault_text(context.envelope, "faultstring");
+    error.description = fault_text(context, "faultstring");
     error.number = error_numbers::kRfqFault;
   }
   throw Error(error);
@@ -67,6 +67,11 @@ std::int32_t with_object_error_base(std::int32_t code) {
 }
 
 }  // namespace
+
+const SoapEnvelope& made(SoapEnvelope& envelope) {
+  if (!envelope) envelope = SoapEnvelope::make();
+  return envelope;
+}
 
 void apply_tail(Tail tail, const TailContext& context, Error& error) {
   switch (tail) {

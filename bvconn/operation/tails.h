@@ -30,10 +30,13 @@ struct FaultRow {
   std::int32_t number;  ///< the error that is raised for it
 };
 
+/// An operation's envelope, made at its first use: by the body, or by a tail that looks into it.
+const SoapEnvelope& made(SoapEnvelope& envelope);
+
 /// What a tail can look at.
 struct TailContext {
   const LogBlock& log;
-  const SoapEnvelope& envelope;  ///< as the operation left it; the tail's errors name what it lacks
+  SoapEnvelope& envelope;  ///< as the operation left it
   std::span<const FaultRow> faults;
 };
 

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <new>
+#include <stdexcept>
+
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"
 #include "support/error_of.h"
@@ -126,6 +130,59 @@ TEST(InitTorvexDAL, AnObjectThatCannotBeMadeEndsItThereAndKeepsTheEarlierOnes) {
   EXPECT_NE(object.ProjectService(), nullptr);
   EXPECT_EQ(object.QuoteService(), nullptr);
   EXPECT_TRUE(world.record.dal.empty());
+}
+
+TEST(InitTorvexDAL, WhateverAnObjectOrItsFactoryThrowsEndsItSilently) {
+  const std::vector<std::function<void()>> thrown{
+      [] { throw std::bad_alloc(); }, [] { throw std::runtime_error("words"); }, [] { throw 42; }};
+  for (const auto& raise : thrown) {
+    for (const std::string where : {"AuthenticationService.SetServerUrl", "make QuoteService"}) {
+      RecordingPlatform world;
+      script_login(world);
+      world.on_line = [&](const std::string& line) {
+        if (line.starts_with(where)) raise();
+      };
+      platform::Platform failing = platform::current();
+      failing.service_object = [&, make = failing.service_object](std::string_view name) {
+        if (where == std::string("make ").append(name)) raise();
+        return make(name);
+      };
+      const platform::ScopedPlatform scope(failing);
+      BVConnectorObject object;
+      EXPECT_NO_THROW(object.InitTorvexDAL("http://dal/"));
+      EXPECT_EQ(object.DALUrl(), "http://dal/");
+      EXPECT_NE(object.ProjectService(), nullptr);
+      EXPECT_EQ(object.QuoteService() != nullptr, where.starts_with("Authentication"));
+      EXPECT_TRUE(world.record.log.empty());
+      EXPECT_TRUE(world.record.messages.empty());
+    }
+  }
+}
+
+TEST(BVConnectorObject, GivesWhatThePlatformThrowsAsAnError) {
+  RecordingPlatform world;
+  platform::Platform failing = platform::current();
+  failing.transport = []() -> std::shared_ptr<HTTPTransport> {
+    throw std::runtime_error("its words");
+  };
+  failing.logger = []() -> std::shared_ptr<SessionLogger> { throw std::bad_alloc(); };
+  const platform::ScopedPlatform scope(failing);
+  const BVConnectorObject object;
+  const auto error_of = [](const std::function<void()>& call) {
+    try {
+      call();
+    } catch (const Error& error) {
+      return error;
+    }
+    return Error(0, "", "no error was raised");
+  };
+  const Error transport = error_of([&] { object.HTTPTransportObject(); });
+  EXPECT_EQ(transport.number, error_numbers::from_bits(0x80004005));
+  EXPECT_EQ(transport.source, "BVConn");
+  EXPECT_EQ(transport.description, "its words");
+  const Error logger = error_of([&] { object.SendDALMessageToLog("method", "message"); });
+  EXPECT_EQ(logger.number, 7);
+  EXPECT_EQ(logger.source, "BVConn");
 }
 
 TEST(UseTorvexDAL, TurnsTheRouteAndTheSavesOn) {

@@ -1,8 +1,13 @@
 #include "bvconn/operation/method_frame.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <array>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <thread>
 
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"
@@ -356,6 +361,180 @@ TEST(FaultCodeTail, AnErrorThatIsNoFaultLosesItsHelp) {
   EXPECT_EQ(error.source, "deep");
   EXPECT_EQ(error.description, "why");
   EXPECT_EQ(error.helpContext, 0);
+}
+
+/// What a body can throw besides an `Error`, and what becomes of it.
+struct Thrown {
+  std::function<void()> raise;
+  std::int32_t number;
+  std::string description;
+};
+
+std::vector<Thrown> thrown_things() {
+  return {
+      {[] { throw std::bad_alloc(); }, 7, "out of memory"},
+      {[] { throw std::bad_array_new_length(); }, 7, "out of memory"},
+      {[] { throw std::runtime_error("its words"); }, from_bits(0x80004005), "its words"},
+      {[] { throw std::length_error("too long a text"); }, from_bits(0x80004005),
+       "too long a text"},
+      {[] { throw 42; }, from_bits(0x80004005), "an exception that says nothing of itself"},
+  };
+}
+
+Error error_of_raise(const Operation& operation, const Thrown& thrown) {
+  return error_of([&] { ConnectorMethodFrame(operation, [&](Call&) { thrown.raise(); }); });
+}
+
+TEST(NothingButErrors, LeaveAnOperationWhoseTailLogs) {
+  for (const Tail tail : {Tail::kPlain, Tail::kFaultCode}) {
+    for (const Thrown& thrown : thrown_things()) {
+      RecordingPlatform world;
+      const Error error = error_of_raise({.log = kLog, .tail = tail}, thrown);
+      EXPECT_EQ(error.number, thrown.number);
+      EXPECT_EQ(error.source, "BVConn");
+      EXPECT_EQ(error.description, thrown.description);
+      const std::string number = thrown.number == 7 ? "7" : "0x80004005";
+      EXPECT_EQ(world.record.log, (Lines{"EnterMethod BVThing.Do 1",
+                                         "LogError BVThing.Do " + number + " \"BVConn\" \"" +
+                                             thrown.description + "\" 0"}));
+    }
+  }
+}
+
+TEST(NothingButErrors, LeaveAnOperationWhoseTailDoesNotLog) {
+  for (const Tail tail :
+       {Tail::kBare, Tail::kFaultString, Tail::kRfq, Tail::kThreeValues, Tail::kNone}) {
+    for (const Thrown& thrown : thrown_things()) {
+      RecordingPlatform world;
+      const LogBlock silent{.cls = "BVThing", .method = "Do", .form = LogForm::kNone};
+      const Error error = error_of_raise({.log = silent, .tail = tail}, thrown);
+      EXPECT_EQ(error.number, thrown.number);
+      EXPECT_EQ(error.source, "BVConn");
+      EXPECT_EQ(error.description, thrown.description);
+      EXPECT_TRUE(world.record.log.empty());
+    }
+  }
+}
+
+TEST(NothingButErrors, LoseTheirDescriptionInTheOverviewTail) {
+  for (const Thrown& thrown : thrown_things()) {
+    RecordingPlatform world;
+    const Error error = error_of_raise({.log = kLog, .tail = Tail::kOverview}, thrown);
+    EXPECT_EQ(error.number, thrown.number);
+    EXPECT_EQ(error.source, "BVConn");
+    EXPECT_EQ(error.description, "");
+  }
+}
+
+TEST(NothingButErrors, AndNotEvenTheyLeaveATailThatSwallows) {
+  for (const Thrown& thrown : thrown_things()) {
+    RecordingPlatform world;
+    constexpr Operation kOperation{.log = kLog, .tail = Tail::kSwallow};
+    EXPECT_EQ(ConnectorMethodFrame(kOperation,
+                                   [&](Call&) -> std::string {
+                                     thrown.raise();
+                                     return "not reached";
+                                   }),
+              "");
+    EXPECT_TRUE(world.record.log.back().starts_with("LogError BVThing.Do ")) << world.record.log[1];
+  }
+}
+
+TEST(NothingButErrors, LeaveAnOperationWhoseLoggerThrowsAnythingAtItsErrorLine) {
+  for (const Tail tail : {Tail::kPlain, Tail::kFaultCode, Tail::kOverview, Tail::kSwallow}) {
+    for (const Thrown& thrown : thrown_things()) {
+      RecordingPlatform world;
+      world.on_line = [&](const std::string& line) {
+        if (line.starts_with("LogError")) thrown.raise();
+      };
+      const Error error = error_of_raise({.log = kLog, .tail = tail});
+      EXPECT_EQ(error.number, thrown.number);
+      EXPECT_EQ(error.source, "BVConn");
+      EXPECT_EQ(error.description, thrown.description);
+    }
+  }
+}
+
+TEST(NothingButErrors, LeaveAnOperationWhoseLoggerOrServiceObjectThrowsAnything) {
+  constexpr Operation kOperation{.log = kLog};
+  for (const Thrown& thrown : thrown_things()) {
+    for (const std::string where : {"EnterMethod BVThing.Do 1", "ExitMethod BVThing.Do 1",
+                                    "HeartBeatService.sendHeartBeat()"}) {
+      RecordingPlatform world;
+      world.use_dal();
+      world.dal_answers["HeartBeatService.sendHeartBeat"] = "";
+      world.on_line = [&](const std::string& line) {
+        if (line == where) thrown.raise();
+      };
+      const Error error = error_of([&] {
+        ConnectorMethodFrame(kOperation,
+                             [](Call& call) { call.dal().HeartBeatService().sendHeartBeat(); });
+      });
+      EXPECT_EQ(error.number, thrown.number);
+      EXPECT_EQ(error.description, thrown.description);
+      EXPECT_TRUE(world.record.log.back().starts_with("LogError BVThing.Do ")) << where;
+    }
+  }
+}
+
+TEST(NothingButErrors, LeaveAnOperationWhosePlatformLacksAFactory) {
+  RecordingPlatform world;
+  platform::Platform without_logger = platform::current();
+  without_logger.logger = nullptr;
+  const platform::ScopedPlatform scope(without_logger);
+  constexpr Operation kOperation{.log = kLog};
+  const Error error = error_of([&] { ConnectorMethodFrame(kOperation, [](Call&) {}); });
+  EXPECT_EQ(error.number, from_bits(0x80004005));
+  EXPECT_EQ(error.source, "BVConn");
+}
+
+TEST(NothingButErrors, ComeFromAnErrorThatTheApplicationMadeMoreOf) {
+  RecordingPlatform world;
+  struct Special : Error {
+    Special() : Error(51, "deep", "why", "help.chm", 12) {}
+  };
+  constexpr Operation kOperation{.log = {.cls = "BVThing", .method = "Do", .form = LogForm::kNone},
+                                 .tail = Tail::kBare};
+  const Error error =
+      error_of([&] { ConnectorMethodFrame(kOperation, [](Call&) { throw Special(); }); });
+  EXPECT_EQ(error.number, 51);
+  EXPECT_EQ(error.helpContext, 12);
+}
+
+TEST(NothingButErrors, ButTheEndOfAThreadPassesAnOperationByAndTakesEverythingWithIt) {
+  std::shared_ptr<int> held = std::make_shared<int>(0);
+  const std::weak_ptr<int> watched = held;
+  std::thread([held = std::move(held)] {
+    RecordingPlatform world;
+    constexpr Operation kOperation{.log = kLog};
+    ConnectorMethodFrame(kOperation, [kept = held](Call&) { pthread_exit(nullptr); });
+    ADD_FAILURE() << "the thread went on";
+  }).join();
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST(AFaultThatAServiceObjectRaises, FindsAnEmptyEnvelopeWhereTheTailLooksIntoIt) {
+  for (const Tail tail : {Tail::kFaultCode, Tail::kFaultString, Tail::kRfq}) {
+    RecordingPlatform world;
+    const Operation operation{.log = kLog, .tail = tail, .faults = {}};
+    const Error error = error_of([&] {
+      ConnectorMethodFrame(operation,
+                           [](Call&) { throw Error(kSoapFault, "SearchService", "a fault"); });
+    });
+    EXPECT_EQ(error.number, kNoSuchNode);
+    EXPECT_EQ(error.source, "SoapNodes");
+  }
+}
+
+TEST(AFaultThatAServiceObjectRaises, PassesTheTailsThatDoNotLookIntoTheEnvelope) {
+  RecordingPlatform world;
+  constexpr Operation kOperation{.log = kLog};
+  const Error error = error_of([&] {
+    ConnectorMethodFrame(kOperation,
+                         [](Call&) { throw Error(kSoapFault, "SearchService", "a fault"); });
+  });
+  EXPECT_EQ(error.number, kSoapFault);
+  EXPECT_EQ(error.description, "a fault");
 }
 
 TEST(Exchange, RunsInTwoStepsWithoutATimingLine) {

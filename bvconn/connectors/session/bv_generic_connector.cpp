@@ -20,7 +20,7 @@ SoapNode BVGenericConnector::Send(std::string_view aService, std::string_view aM
                                   std::string_view aRootNodeName, const SoapNode& aSoapNode,
                                   std::string_view aServerURL, std::int32_t aTimeout,
                                   std::string_view aSessionID) {
-  envelope_ = bvconn::SoapEnvelope::make();
+  with_plain_tail(kSend.log, [&] { envelope_ = bvconn::SoapEnvelope::make(); });
   return ConnectorMethodFrame(kSend, {aServerURL, aSessionID, envelope_}, [&](Call& call) {
     call.service(std::string(aService));
     call.envelope().SetMethod(aMethod, aService);
