@@ -14,6 +14,7 @@
 #include "bvconn/core/transport.h"
 #include "bvconn/dal/dal_switch.h"
 #include "bvconn/operation/tails.h"
+#include "bvconn/platform/live_error.h"
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "bvconn/platform/soap/variant.h"
 

@@ -18,8 +18,8 @@ constexpr std::string_view kBeat =
     R"({"id":3,"call":"BVHeartBeatConnector.sendHeartBeat","args":{"aServerURL":"u","aSessionID":"S"}})";
 constexpr std::string_view kBeatAnswer = R"({"id":4,"result":"beat"})";
 
-/// Output that fails for the line of an event: what an event's handler throws leaves the operation
-/// as something else than an `Error`.
+/// Output that fails for the line of an event: the operation keeps what an event's handler throws,
+/// but the batch knows that a line is missing.
 class FailingOutput {
  public:
   void operator()(std::string_view line) {

@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
+#include <new>
+#include <stdexcept>
+
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/soap_envelope.h"
@@ -206,6 +211,106 @@ TEST(HeartBeat, WithoutAHandlerALongSilenceIsJustLogged) {
             (Lines{"LogInfo BVHeartBeatConnector.sendHeartBeat() \"Entering Method...\" 0",
                    "LogError BVHeartBeatConnector.sendHeartBeat 0x80044301 \"HTTPTransport\" "
                    "\"dead\" 0"}));
+}
+
+TEST(HeartBeat, WhatAHandlerThrowsIsLoggedAndGoesNoFurther) {
+  struct Case {
+    std::function<void()> handler;
+    std::string shown;
+  };
+  const std::vector<Case> cases{
+      {[] { throw Error(51, "deep", "why"); }, "51 \"deep\" \"why\" 0"},
+      {[] { throw std::runtime_error("its words"); }, "0x80004005 \"BVConn\" \"its words\" 0"},
+      {[] { throw std::bad_alloc(); }, "7 \"BVConn\" \"out of memory\" 0"},
+      {[] { throw 42; }, "0x80004005 \"BVConn\" \"an exception that says nothing of itself\" 0"},
+  };
+  for (const Case& each : cases) {
+    RecordingPlatform world;
+    BVHeartBeatConnector connector;
+    connector.HeartBeatError = each.handler;
+    world.fail_send(Error(error_numbers::kCannotConnect, "HTTPTransport", "dead"));
+    EXPECT_NO_THROW(connector.sendHeartBeat("http://h/", "S"));
+    ASSERT_GE(world.record.log.size(), 2U);
+    EXPECT_EQ(
+        world.record.log[world.record.log.size() - 2],
+        "LogError BVHeartBeatConnector.sendHeartBeat 0x80044301 \"HTTPTransport\" \"dead\" 0");
+    EXPECT_EQ(world.record.log.back(), "LogError BVHeartBeatConnector.sendHeartBeat " + each.shown);
+  }
+}
+
+TEST(HeartBeat, AHandlerThatPutsAnotherInItsPlaceLivesUntilItReturns) {
+  RecordingPlatform world;
+  BVHeartBeatConnector connector;
+  bool lived = false;
+  int others = 0;
+  connector.HeartBeatError = [&connector, &lived, &others, kept = std::make_shared<int>(0)] {
+    const std::weak_ptr<int> watched = kept;
+    bool& result = lived;
+    connector.HeartBeatError = [&others] { ++others; };
+    result = !watched.expired();
+  };
+  world.fail_send(Error(error_numbers::kCannotConnect, "HTTPTransport", "dead"));
+  connector.sendHeartBeat("http://h/", "S");
+  EXPECT_TRUE(lived);
+  EXPECT_EQ(others, 0);
+  world.fail_send(Error(error_numbers::kCannotConnect, "HTTPTransport", "dead"));
+  connector.sendHeartBeat("http://h/", "S");
+  EXPECT_EQ(others, 1);
+}
+
+TEST(HeartBeat, AHandlerThatDeletesTheConnectorLivesUntilItReturns) {
+  RecordingPlatform world;
+  auto connector = std::make_unique<BVHeartBeatConnector>();
+  bool lived = false;
+  connector->HeartBeatError = [&connector, &lived, kept = std::make_shared<int>(0)] {
+    const std::weak_ptr<int> watched = kept;
+    bool& result = lived;
+    connector.reset();
+    result = !watched.expired();
+    throw Error(51, "handler", "after the connector is gone");
+  };
+  world.fail_send(Error(error_numbers::kCannotConnect, "HTTPTransport", "dead"));
+  BVHeartBeatConnector* const plain = connector.get();
+  EXPECT_NO_THROW(plain->sendHeartBeat("http://h/", "S"));
+  EXPECT_EQ(connector, nullptr);
+  EXPECT_TRUE(lived);
+  EXPECT_TRUE(
+      world.record.log.back().ends_with("51 \"handler\" \"after the connector is gone\" 0"));
+}
+
+TEST(HeartBeat, WhateverIsThrownOnTheWayIsLoggedAndDoesNotReachTheCaller) {
+  const std::vector<std::function<void()>> thrown{
+      [] { throw std::bad_alloc(); }, [] { throw std::runtime_error("words"); }, [] { throw 42; }};
+  for (const auto& raise : thrown) {
+    for (const std::string& where : {kEnter, std::string("NoProxy"), kOkLine}) {
+      RecordingPlatform world;
+      if (where == kOkLine) world.reply(ok_reply());
+      world.on_line = [&](const std::string& line) {
+        if (line == where) raise();
+      };
+      EXPECT_NO_THROW(BVHeartBeatConnector().sendHeartBeat("http://h/", "S", true)) << where;
+      EXPECT_TRUE(
+          world.record.log.back().starts_with("LogError BVHeartBeatConnector."
+                                              "sendHeartBeat "))
+          << world.record.log.back();
+      EXPECT_EQ(session().isBrimvale, where != kEnter);
+    }
+  }
+}
+
+TEST(HeartBeat, WhatTheLoggerThrowsInItsTailLeavesItAsAnError) {
+  RecordingPlatform world;
+  world.on_line = [](const std::string& line) {
+    if (line.starts_with("LogError BVHeartBeatConnector")) throw std::runtime_error("its words");
+  };
+  world.fail_send(Error(error_numbers::kCannotConnect, "HTTPTransport", "dead"));
+  try {
+    BVHeartBeatConnector().sendHeartBeat("http://h/", "S");
+    FAIL() << "no error was raised";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.number, error_numbers::from_bits(0x80004005));
+    EXPECT_EQ(error.description, "its words");
+  }
 }
 
 TEST(HeartBeat, OnlyAnErrorInsideItsOwnTailLeavesIt) {

@@ -166,6 +166,7 @@ Batch::~Batch() {
 void Batch::run(std::string_view line) {
   if (trimmed(line).empty()) return;
   id_ = "null";
+  event_failure_ = nullptr;
   std::string text;
   try {
     const Json request = parse_json(line);
@@ -205,7 +206,9 @@ std::string Batch::call(const Json& request) {
   const CallAnswer answer(member, arguments);
   try {
     if (!target.object) target.object = make_object(*target.info);
-    return answer.with_result(member.invoke(target.object.get(), arguments.values));
+    const Value result = member.invoke(target.object.get(), arguments.values);
+    if (event_failure_) std::rethrow_exception(std::exchange(event_failure_, nullptr));
+    return answer.with_result(result);
   } catch (const Error& error) {
     return answer.with_error(json_error(error));
   } catch (const std::exception& error) {
@@ -307,7 +310,13 @@ std::shared_ptr<void> Batch::make_object(const ClassInfo& info) {
   for (const Member& member : info.members) {
     if (member.kind != MemberKind::kEvent) continue;
     member.connect(object.get(), [this, event = json_string(info.name + "." + member.name)] {
-      output_("{\"event\":" + event + ",\"id\":" + id_ + "}");
+      // An operation keeps what its event's handlers throw; this is for the call that it is part
+      // of.
+      try {
+        output_("{\"event\":" + event + ",\"id\":" + id_ + "}");
+      } catch (...) {
+        event_failure_ = std::current_exception();
+      }
     });
   }
   return object;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <map>
 #include <memory>
@@ -65,7 +66,8 @@ class Batch {
 
   Output output_;
   std::vector<Instance> instances_;
-  std::string id_;  ///< of the request that runs, as it was written
+  std::string id_;                    ///< of the request that runs, as it was written
+  std::exception_ptr event_failure_;  ///< of the line of an event in it
   int status_ = kDone;
 };
 

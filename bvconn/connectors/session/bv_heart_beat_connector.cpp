@@ -4,6 +4,7 @@
 #include "bvconn/core/session_state.h"
 #include "bvconn/operation/method_frame.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/live_error.h"
 
 namespace bvconn {
 namespace {
@@ -44,6 +45,21 @@ void log_failure(const Error& error) {
   }
 }
 
+bool is_long_silence() {
+  const Date now = session().clock().now();
+  return minutes_between(Global::LastHeartBeat(), now) > kSilenceLimit_min;
+}
+
+// A handler may put another one in its place, or delete the connector: what runs is a copy. What it
+// throws is logged and goes no further, since the beat's caller did not ask for it.
+void raise(const std::function<void()>& event) {
+  try {
+    if (const auto handler = event) handler();
+  } catch (...) {
+    log_error(kSendHeartBeat.log, live_error());
+  }
+}
+
 }  // namespace
 
 void BVHeartBeatConnector::sendHeartBeat(std::string_view aServerURL, std::string_view aSessionID,
@@ -53,16 +69,11 @@ void BVHeartBeatConnector::sendHeartBeat(std::string_view aServerURL, std::strin
     session().isBrimvale = isBrimvale;
     send_beat(aServerURL, aSessionID);
     log_exit(kSendHeartBeat.log);
-  } catch (const Error& error) {
-    log_failure(error);
-    beat_failed();
-  }
-}
-
-void BVHeartBeatConnector::beat_failed() {
-  const Date now = session().clock().now();
-  if (minutes_between(Global::LastHeartBeat(), now) > kSilenceLimit_min && HeartBeatError) {
-    HeartBeatError();
+  } catch (...) {
+    only_errors([this, error = live_error()] {
+      log_failure(error);
+      if (is_long_silence()) raise(HeartBeatError);
+    });
   }
 }
 

@@ -13,8 +13,9 @@ namespace bvconn {
 /// Threads: one object per thread; the time of the last contact belongs to the thread's session.
 class BVCONN_EXPORT BVHeartBeatConnector {
  public:
-  /// Sends a beat, with a time-out of five seconds. Never throws: a failure is written to the log,
-  /// and past 15 minutes without any reply it raises `HeartBeatError`, at each failed beat anew.
+  /// Sends a beat, with a time-out of five seconds. A failure is written to the log and not thrown
+  /// (only a logger that fails at that line is), and past 15 minutes without any reply it raises
+  /// `HeartBeatError`, at each failed beat anew.
   /// @param isBrimvale  Kept in the session at each call; it matters for traffic tracing alone.
   /// Route: data access layer where the session allows it, else SOAP `beat`.
   void sendHeartBeat(std::string_view aServerURL, std::string_view aSessionID,
@@ -23,12 +24,9 @@ class BVCONN_EXPORT BVHeartBeatConnector {
   /// Counts the current time as a contact with the server.
   void UpdateHeartBeatTime();
 
-  /// The event: the server has been out of reach for more than 15 minutes. What a handler throws
-  /// leaves `sendHeartBeat`.
+  /// The event: the server has been out of reach for more than 15 minutes. A handler may replace
+  /// itself and may delete the connector. What it throws is logged and goes no further.
   std::function<void()> HeartBeatError;
-
- private:
-  void beat_failed();
 };
 
 }  // namespace bvconn
