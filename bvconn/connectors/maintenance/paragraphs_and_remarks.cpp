@@ -43,7 +43,8 @@ std::string update(const Operation& operation, const CallContext& context,
 }
 
 // Deletes one, or puts several in order: a key as text, or keys as they stand, is the parameter.
-std::string send_keys(const Operation& operation, const CallContext& context, const Variant& keys) {
+template <class Keys>
+std::string send_keys(const Operation& operation, const CallContext& context, const Keys& keys) {
   return ConnectorMethodFrame(operation, context, [&](Call& call) {
     return call.getEnvelope().params(keys).exchange().text();
   });
