@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "bvconn/core/session_state.h"
 #include "bvconn/dal/bv_connector_object.h"
 #include "bvconn/observation/world.h"
 #include "bvconn/platform/platform.h"
@@ -20,11 +19,7 @@ namespace bvconn::test {
 /// The library with its real connections against the real server.
 class SandboxDocuments : public ::testing::Test {
  protected:
-  SandboxDocuments() : scope_(real_connections()) {
-    session() = SessionState();
-    start({"--port", "0", "--verbose"});
-  }
-  ~SandboxDocuments() override { session() = SessionState(); }
+  SandboxDocuments() : scope_(real_connections()) { start({"--port", "0", "--verbose"}); }
 
   void start(const std::vector<std::string>& arguments) {
     sandbox_ = std::make_unique<SandboxProcess>(arguments);

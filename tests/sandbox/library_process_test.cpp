@@ -6,7 +6,6 @@
 
 #include "bvconn/connectors/invoice/bv_invoice_connector.h"
 #include "bvconn/connectors/session/bv_heart_beat_connector.h"
-#include "bvconn/core/session_state.h"
 #include "bvconn/dal/bv_connector_object.h"
 #include "bvconn/observation/world.h"
 #include "bvconn/platform/error.h"
@@ -22,8 +21,7 @@ namespace {
 /// silent, against the real server.
 class LibraryAndSandbox : public ::testing::Test {
  protected:
-  LibraryAndSandbox() : scope_(real_connections()) { session() = SessionState(); }
-  ~LibraryAndSandbox() override { session() = SessionState(); }
+  LibraryAndSandbox() : scope_(real_connections()) {}
 
   std::string soap_url() const { return base() + "/soap"; }
   std::string dal_url() const { return base() + "/dal"; }

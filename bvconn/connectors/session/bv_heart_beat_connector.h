@@ -13,9 +13,9 @@ namespace bvconn {
 /// Threads: one object per thread; the time of the last contact belongs to the thread's session.
 class BVCONN_EXPORT BVHeartBeatConnector {
  public:
-  /// Sends a beat, with a time-out of five seconds. A failure is written to the log and not thrown
-  /// (only a logger that fails at that line is), and past 15 minutes without any reply it raises
-  /// `HeartBeatError`, at each failed beat anew.
+  /// Sends a beat, with a time-out of five seconds. A failure is written to the log and not thrown,
+  /// and past 15 minutes without any reply it raises `HeartBeatError`, at each failed beat anew.
+  /// Only what fails in that, such as the logger at its line, leaves as an `Error`.
   /// @param isBrimvale  Kept in the session at each call; it matters for traffic tracing alone.
   /// Route: data access layer where the session allows it, else SOAP `beat`.
   void sendHeartBeat(std::string_view aServerURL, std::string_view aSessionID,
