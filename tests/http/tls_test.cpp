@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "http/tls_server.h"
 #include "http/transport_fixture.h"
+#include "support/tls_server.h"
 
 namespace bvconn::test {
 namespace {

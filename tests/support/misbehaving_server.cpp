@@ -225,8 +225,11 @@ struct MisbehavingServer::Connection {
   std::thread thread{};
 };
 
-MisbehavingServer::MisbehavingServer()
-    : MisbehavingServer([](int socket) { return std::make_unique<PlainStream>(socket); }) {}
+std::function<std::unique_ptr<ServerStream>(int socket)> plain_streams() {
+  return [](int socket) { return std::make_unique<PlainStream>(socket); };
+}
+
+MisbehavingServer::MisbehavingServer() : MisbehavingServer(plain_streams()) {}
 
 MisbehavingServer::MisbehavingServer(StreamMaker make_stream)
     : make_stream_(std::move(make_stream)), listener_(::socket(AF_INET, SOCK_STREAM, 0)) {
@@ -394,6 +397,9 @@ bool MisbehavingServer::play_step(const Step& step, Connection& connection, Serv
       ::setsockopt(connection.socket, SOL_SOCKET, SO_LINGER, &at_once, sizeof(at_once));
       return false;
     }
+    case Kind::kDeaf:
+      shut_down(listener_);
+      return true;
   }
   return false;
 }

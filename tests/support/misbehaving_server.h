@@ -38,6 +38,7 @@ struct Step {
     kClose,   ///< closes in order
     kCut,     ///< closes without the closing words of TLS; over plain sockets as kClose
     kReset,   ///< resets the connection
+    kDeaf,    ///< takes no further connections from now on
   };
   Kind kind = Kind::kSend;
   std::string bytes{};
@@ -104,6 +105,9 @@ class ServerStream {
   /// Says goodbye where the protocol has words for it; the socket is closed by the server.
   virtual void say_goodbye() {}
 };
+
+/// Streams over the sockets as they are.
+std::function<std::unique_ptr<ServerStream>(int socket)> plain_streams();
 
 /// A server on 127.0.0.1 that answers each request with the next scripted answer, and with "<ok/>"
 /// when none is left. It records every request, whole. One thread for each connection; all of them

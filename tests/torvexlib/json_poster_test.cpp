@@ -5,6 +5,7 @@
 #include "bvconn/platform/error.h"
 #include "support/error_of.h"
 #include "support/misbehaving_server.h"
+#include "support/tls_server.h"
 
 namespace bvconn::test {
 namespace {
@@ -19,17 +20,21 @@ Error error_of_post(JsonPoster& poster, const std::string& url) {
   return error_of([&] { poster.post("QuoteService", url, "", "{}"); });
 }
 
-TEST(JsonPoster, GivesStatusReasonHeadersAndBody) {
+TEST(JsonPoster, GivesBodyTokenAndARefusalThatNamesStatusReasonAndLocation) {
   MisbehavingServer server;
   server.answer(reply("short", "418 I am a teapot", "text/plain",
                       {{"Location", "/there"}, {"SESSION-TOKEN", " t "}}));
   JsonPoster poster;
   const JsonReply reply = poster.post("QuoteService", server.url("/x"), "", "{}");
-  EXPECT_EQ(reply.status, 418);
-  EXPECT_EQ(reply.reason, "I am a teapot");
-  EXPECT_EQ(reply.location, "/there");
   EXPECT_EQ(reply.session_token, "t");
   EXPECT_EQ(reply.body, "short");
+  ASSERT_TRUE(reply.refusal.has_value());
+  EXPECT_EQ(hex_number(reply.refusal->number), "0x80044305");
+  EXPECT_EQ(reply.refusal->source, "QuoteService");
+  EXPECT_EQ(reply.refusal->description,
+            "The server answered to " + server.url("/x") +
+                " with the status 418 I am a teapot and names another location, /there, which is "
+                "not followed: short");
 }
 
 TEST(JsonPoster, HeadersOfAnInterimReplyDoNotCount) {
@@ -38,8 +43,7 @@ TEST(JsonPoster, HeadersOfAnInterimReplyDoNotCount) {
                 reply("ok", "200 Fine"));
   JsonPoster poster;
   const JsonReply reply = poster.post("QuoteService", server.url(), "", "{}");
-  EXPECT_EQ(reply.status, 200);
-  EXPECT_EQ(reply.reason, "Fine");
+  EXPECT_FALSE(reply.refusal.has_value());
   EXPECT_EQ(reply.session_token, "");
   EXPECT_EQ(reply.body, "ok");
 }
@@ -68,23 +72,36 @@ TEST(JsonPoster, AReplyThatWasCutIsALostConnection) {
   }
 }
 
+TEST(JsonPoster, ATlsStreamThatWasCutIsALostConnectionWhereOnlyItsEndToldTheEnd) {
+  const TlsIdentity identity;
+  MisbehavingServer server(tls_streams(identity));
+  server.answer({answers::close_delimited("to the end"),
+                 raw("HTTP/1.1 200 OK\r\n\r\npart") + Answer{{.kind = Step::Kind::kCut}}});
+  JsonPoster poster({.ca_file = identity.certificate_file()});
+  const std::string url = server.url("/", "https");
+  EXPECT_EQ(poster.post("QuoteService", url, "", "{}").body, "to the end");
+  const Error error = error_of_post(poster, url);
+  EXPECT_EQ(hex_number(error.number), "0x80044307") << error.description;
+  EXPECT_EQ(error.source, "QuoteService");
+}
+
+TEST(JsonPoster, TrustsNobodyWhomTheSystemDoesNotKnow) {
+  const TlsIdentity identity;
+  const MisbehavingServer server(tls_streams(identity));
+  JsonPoster poster;
+  EXPECT_EQ(hex_number(error_of_post(poster, server.url("/", "https")).number), "0x80044303");
+  EXPECT_TRUE(server.requests().empty());
+}
+
 TEST(JsonPoster, AStatusSaysMoreThanItsPageThatWasCut) {
   MisbehavingServer server;
   server.answer(then_close(raw("HTTP/1.1 502 Bad Gateway\r\nContent-Length: 99\r\n\r\n<html>")));
   JsonPoster poster;
   const JsonReply reply = poster.post("QuoteService", server.url(), "", "{}");
-  EXPECT_EQ(reply.status, 502);
+  ASSERT_TRUE(reply.refusal.has_value());
+  EXPECT_NE(reply.refusal->description.find("502 Bad Gateway: <html>"), std::string::npos)
+      << reply.refusal->description;
   EXPECT_EQ(reply.body, "<html>");
-}
-
-TEST(JsonPoster, NothingIsSentTwiceAfterASilentClose) {
-  MisbehavingServer server;
-  server.answer({reply("first"), answers::close_before_status(), reply("a second time")});
-  JsonPoster poster;
-  EXPECT_EQ(poster.post("QuoteService", server.url(), "", "{}").body, "first");
-  const Error error = error_of_post(poster, server.url());
-  EXPECT_EQ(hex_number(error.number), "0x80044307") << error.description;
-  EXPECT_EQ(server.requests().size(), 2U);
 }
 
 TEST(JsonPoster, AKeptConnectionThatWasClosedIsReplaced) {
@@ -122,7 +139,8 @@ TEST(JsonPoster, OfALongErrorPageOnlyTheBeginningIsRead) {
   server.answer(reply(std::string(3 << 20, 'x'), "500 Oops"));
   JsonPoster poster;
   const JsonReply reply = poster.post("QuoteService", server.url(), "", "{}");
-  EXPECT_EQ(reply.status, 500);
+  ASSERT_TRUE(reply.refusal.has_value());
+  EXPECT_EQ(hex_number(reply.refusal->number), "0x80044305");
   EXPECT_LE(reply.body.size(), std::size_t{1} << 20);
   EXPECT_GT(reply.body.size(), 1000U);
 }

@@ -1,10 +1,5 @@
 #include "bvconn/platform/http/curl_errors.h"
 
-#include <string>
-
-#include "bvconn/platform/error.h"
-#include "bvconn/platform/error_numbers.h"
-
 namespace bvconn::detail {
 namespace {
 

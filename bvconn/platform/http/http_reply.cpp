@@ -17,8 +17,6 @@ using conversions::equal_ignoring_case;
 constexpr std::uint64_t kHeaderSizeMax = 256 << 10;
 // A length in a header is a claim: more than this is not reserved for it in advance.
 constexpr std::uint64_t kReserveMax = 1 << 20;
-// Of a reply that is refused for its status only the beginning is shown, so little is kept.
-constexpr std::size_t kRefusedBodyMax = 16 << 10;
 constexpr std::size_t kShownBodyMax = 300;
 constexpr std::size_t kShownFieldMax = 300;
 
@@ -47,8 +45,10 @@ bool is_xml_content_type(std::string_view content_type) {
           equal_ignoring_case(type.substr(type.size() - kSuffix.size()), kSuffix));
 }
 
-HttpReply::HttpReply(std::string shown_url, std::uint64_t body_size_max)
-    : shown_url_(std::move(shown_url)), body_size_max_(body_size_max) {}
+HttpReply::HttpReply(std::string_view source, std::string_view shown_url, const ReplyRules& rules)
+    : source_(source), shown_url_(shown_url), rules_(rules) {}
+
+HttpReply::HttpReply(HttpReply&& other) noexcept = default;
 
 HttpReply::~HttpReply() = default;
 
@@ -85,50 +85,48 @@ bool HttpReply::take_status_line(std::string_view line) {
 }
 
 bool HttpReply::take_field(std::string_view name, std::string_view value) {
-  if (equal_ignoring_case(name, "Content-Type")) {
-    content_type_ = value;
-  } else if (equal_ignoring_case(name, "Content-Encoding")) {
-    content_encoding_ = value;
-  } else if (equal_ignoring_case(name, "Location")) {
-    location_ = value;
-  } else if (equal_ignoring_case(name, "Transfer-Encoding")) {
-    is_chunked_ = equal_ignoring_case(value, "chunked");
-  } else if (equal_ignoring_case(name, "Content-Length")) {
-    if (!content_length_.empty() && content_length_ != value) {
+  if (equal_ignoring_case(name, "Content-Length")) {
+    const std::string_view stated = field(name);
+    if (!stated.empty() && stated != value) {
       return give_up(error_numbers::kBadReply, "it states two different lengths");
     }
-    content_length_ = value;
   }
+  fields_.emplace_back(name, value);
   return true;
+}
+
+std::string_view HttpReply::field(std::string_view name) const {
+  const auto found = std::find_if(fields_.rbegin(), fields_.rend(), [&](const auto& field) {
+    return equal_ignoring_case(field.first, name);
+  });
+  return found == fields_.rend() ? std::string_view() : std::string_view(found->second);
 }
 
 bool HttpReply::end_headers() {
   in_headers_ = false;
   if (!has_status()) {
-    // An interim reply; the final one begins with a status line of its own.
-    content_type_.clear();
-    content_encoding_.clear();
-    content_length_.clear();
-    is_chunked_ = false;
-    location_.clear();
+    fields_.clear();  // An interim reply; the final one begins with a status line of its own.
     return true;
   }
   headers_complete_ = true;
-  if (equal_ignoring_case(content_encoding_, "gzip") ||
-      equal_ignoring_case(content_encoding_, "x-gzip")) {
+  const std::string_view encoding = field("Content-Encoding");
+  if (rules_.takes_gzip &&
+      (equal_ignoring_case(encoding, "gzip") || equal_ignoring_case(encoding, "x-gzip"))) {
     gzip_ = std::make_unique<GzipReader>();
-  } else if (!content_encoding_.empty() && !equal_ignoring_case(content_encoding_, "identity")) {
+  } else if (!encoding.empty() && !equal_ignoring_case(encoding, "identity")) {
     return give_up(error_numbers::kBadReply, "it has the content encoding \"" +
-                                                 excerpt(content_encoding_, kShownFieldMax) + "\"");
+                                                 excerpt(encoding, kShownFieldMax) +
+                                                 "\", which was not asked for");
   }
-  const std::uint64_t length = length_of(content_length_).value_or(0);
-  body_.reserve(static_cast<std::size_t>(std::min({length, kReserveMax, body_size_max_})));
+  const std::uint64_t length = length_of(field("Content-Length")).value_or(0);
+  body_.reserve(static_cast<std::size_t>(std::min({length, kReserveMax, rules_.body_size_max})));
   return true;
 }
 
 bool HttpReply::take_body(std::string_view bytes) {
-  const std::uint64_t size_max =
-      is_refused() ? std::min<std::uint64_t>(kRefusedBodyMax, body_size_max_) : body_size_max_;
+  const std::uint64_t size_max = is_refused()
+                                     ? std::min(rules_.refused_body_size_max, rules_.body_size_max)
+                                     : rules_.body_size_max;
   auto outcome = GzipReader::Outcome::kGood;
   if (gzip_ != nullptr) {
     outcome = gzip_->read(bytes, body_, size_max);
@@ -146,7 +144,7 @@ bool HttpReply::take_body(std::string_view bytes) {
   if (outcome == GzipReader::Outcome::kTooLarge) {
     return give_up(error_numbers::kBadReply,
                    "it has more than " +
-                       conversions::integer_text(static_cast<std::int64_t>(body_size_max_)) +
+                       conversions::integer_text(static_cast<std::int64_t>(rules_.body_size_max)) +
                        " bytes, which is the limit");
   }
   return true;
@@ -154,11 +152,12 @@ bool HttpReply::take_body(std::string_view bytes) {
 
 bool HttpReply::ends_with_connection() const {
   const bool bodiless = status_ == 204 || status_ == 304;
-  return headers_complete_ && !bodiless && content_length_.empty() && !is_chunked_;
+  return headers_complete_ && !bodiless && field("Content-Length").empty() &&
+         !equal_ignoring_case(field("Transfer-Encoding"), "chunked");
 }
 
-std::optional<Error> HttpReply::finish(std::optional<Error> trouble) {
-  if (headers_complete_ && is_refused()) {
+void HttpReply::finish(std::optional<Error> trouble) {
+  if (is_refused()) {
     // The status says more than whatever happened to the page that explains it.
     error_ = refusal();
   } else if (!error_ && trouble) {
@@ -168,11 +167,10 @@ std::optional<Error> HttpReply::finish(std::optional<Error> trouble) {
   } else if (!error_ && gzip_ != nullptr && !gzip_->complete()) {
     error_ = failure(error_numbers::kConnectionLost, "its gzip stream was cut");
   }
-  return error_;
 }
 
 bool HttpReply::is_refused() const {
-  return status_ >= 300 && !is_xml_content_type(content_type_);
+  return headers_complete_ && !rules_.accepts(status_, field("Content-Type"));
 }
 
 Error HttpReply::refusal() const {
@@ -181,12 +179,11 @@ Error HttpReply::refusal() const {
   if (!reason_.empty()) {
     text += " " + excerpt(reason_, kShownFieldMax);
   }
-  if (!location_.empty()) {
-    text += " and names another location, " + shown_url(location_) + ", which is not followed";
+  if (const std::string_view location = field("Location"); !location.empty()) {
+    text += " and names another location, " + shown_url(location) + ", which is not followed";
   }
   const std::string beginning = excerpt(body_, kShownBodyMax);
-  return {error_numbers::kHttpStatus, "HTTPTransport",
-          beginning.empty() ? text : text + ": " + beginning};
+  return {error_numbers::kHttpStatus, source_, beginning.empty() ? text : text + ": " + beginning};
 }
 
 bool HttpReply::give_up(std::int32_t number, std::string_view reason) {
@@ -196,7 +193,7 @@ bool HttpReply::give_up(std::int32_t number, std::string_view reason) {
 }
 
 Error HttpReply::failure(std::int32_t number, std::string_view reason) const {
-  return {number, "HTTPTransport",
+  return {number, source_,
           "The reply of " + shown_url_ + " cannot be used: " + std::string(reason)};
 }
 

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "bvconn/platform/error.h"
 
@@ -12,16 +14,27 @@ namespace bvconn::detail {
 
 class GzipReader;
 
-/// A reply while it arrives: its status line, the few headers that count, its body.
+/// What a client makes of the replies to its requests.
+struct ReplyRules {
+  /// Whether a reply with this status and content type is one that the client asked for; any other
+  /// is refused with the error 0x80044305.
+  bool (*accepts)(int status, std::string_view content_type) = nullptr;
+  std::uint64_t body_size_max = std::uint64_t{1} << 30;  ///< counted after unpacking
+  /// So much is kept of the body of a reply that is refused.
+  std::uint64_t refused_body_size_max = 16 << 10;
+  bool takes_gzip = false;  ///< where it was asked for
+};
+
+/// A reply while it arrives, and afterwards: its status line, its headers, its body.
 ///
 /// Nothing that a server sends or claims makes it grow beyond the limits: header lines are counted,
 /// the body is counted after unpacking, and a length that a header claims reserves little.
 class HttpReply {
  public:
-  HttpReply(std::string shown_url, std::uint64_t body_size_max);
+  HttpReply(std::string_view source, std::string_view shown_url, const ReplyRules& rules);
+  HttpReply(HttpReply&& other) noexcept;
+  HttpReply& operator=(HttpReply&& other) = delete;
   ~HttpReply();
-  HttpReply(const HttpReply&) = delete;
-  HttpReply& operator=(const HttpReply&) = delete;
 
   /// A header line with its line end; the empty line too. False: the reply is to be given up.
   bool take_header(std::string_view line);
@@ -36,32 +49,37 @@ class HttpReply {
   bool given_up() const { return given_up_; }
 
   /// Ends the reply. `trouble` is what the connection has to say against it, when anything.
-  /// @return The error to raise when the reply is asked for; nothing when its body is good.
-  std::optional<Error> finish(std::optional<Error> trouble);
+  void finish(std::optional<Error> trouble);
+
+  // Of a reply that ended.
+
+  /// What is wrong with it; nothing where its body is good.
+  const std::optional<Error>& error() const { return error_; }
+  /// Whether the rules refuse it, which says more than whatever happened to its body.
+  bool is_refused() const;
+  /// The last header of this name, whatever its case; "" where there is none.
+  std::string_view field(std::string_view name) const;
+  /// Its body, also where it is refused: then only the beginning.
   std::string take() { return std::move(body_); }
 
  private:
   bool take_status_line(std::string_view line);
   bool take_field(std::string_view name, std::string_view value);
   bool end_headers();
-  bool is_refused() const;
   Error refusal() const;
   bool give_up(std::int32_t number, std::string_view reason);
   Error failure(std::int32_t number, std::string_view reason) const;
 
+  std::string source_;
   std::string shown_url_;
-  std::uint64_t body_size_max_;
+  ReplyRules rules_;
   std::uint64_t header_size_ = 0;
   bool in_headers_ = false;
   bool headers_complete_ = false;
   bool given_up_ = false;
   int status_ = 0;
   std::string reason_;
-  std::string content_type_;
-  std::string content_encoding_;
-  std::string content_length_;
-  bool is_chunked_ = false;
-  std::string location_;
+  std::vector<std::pair<std::string, std::string>> fields_;
   std::string body_;
   std::unique_ptr<GzipReader> gzip_;
   std::optional<Error> error_;

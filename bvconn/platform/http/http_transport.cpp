@@ -1,13 +1,13 @@
 #include "bvconn/platform/http/http_transport.h"
 
-#include "bvconn/platform/http/curl_transport.h"
+#include "bvconn/platform/http/socket_transport.h"
 
 namespace bvconn {
 
 HTTPTransport::~HTTPTransport() = default;
 
 std::shared_ptr<HTTPTransport> make_http_transport() {
-  return std::make_shared<detail::CurlTransport>();
+  return std::make_shared<detail::SocketTransport>();
 }
 
 }  // namespace bvconn

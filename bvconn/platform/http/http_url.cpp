@@ -3,7 +3,9 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include "bvconn/platform/conversions/conversions.h"
@@ -44,9 +46,17 @@ std::string shown_bad_url(std::string_view url) {
   return at < begin ? without(url, 0, at + 1) : without(url, begin, at + 1);
 }
 
-[[noreturn]] void refuse(std::string_view url, std::string_view reason) {
-  throw Error(error_numbers::kBadUrlOrHeader, "HTTPTransport",
-              "The URL \"" + shown_bad_url(url) + "\" cannot be used: " + std::string(reason));
+bool is_proxy_host(std::string_view host) {
+  return !host.empty() && std::all_of(host.begin(), host.end(), [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+           std::string_view(".-_:[]").find(c) != std::string_view::npos;
+  });
+}
+
+bool is_port(std::string_view text) {
+  std::uint16_t port = 0;
+  const auto [end, code] = std::from_chars(text.data(), text.data() + text.size(), port);
+  return code == std::errc() && end == text.data() + text.size() && port != 0;
 }
 
 bool has_http_scheme(std::string_view url) {
@@ -58,22 +68,26 @@ bool has_http_scheme(std::string_view url) {
 
 }  // namespace
 
-void check_url(std::string_view url) {
+void check_url(std::string_view url, std::string_view source) {
+  const auto refuse = [&](std::string_view reason) {
+    throw Error(error_numbers::kBadUrlOrHeader, source,
+                "The URL \"" + shown_bad_url(url) + "\" cannot be used: " + std::string(reason));
+  };
   if (std::any_of(url.begin(), url.end(), is_blank_or_control)) {
-    refuse(url, "it holds white space or a control character");
+    refuse("it holds white space or a control character");
   }
   if (!has_http_scheme(url)) {
-    refuse(url, "it does not begin with http:// or https://");
+    refuse("it does not begin with http:// or https://");
   }
   // libcurl takes a third slash for a slip of the pen and the path's first word for the host.
   if (url.substr(authority_begin(url)).starts_with('/')) {
-    refuse(url, "it names no host");
+    refuse("it names no host");
   }
   const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> parts(curl_url(), &curl_url_cleanup);
   const CURLUcode code =
       curl_url_set(parts.get(), CURLUPART_URL, std::string(url).c_str(), CURLU_PATH_AS_IS);
   if (code != CURLUE_OK) {
-    refuse(url, curl_url_strerror(code));
+    refuse(curl_url_strerror(code));
   }
 }
 
@@ -85,6 +99,16 @@ std::string shown_url(std::string_view url) {
     return excerpt(url, kShownUrlMax);
   }
   return without(url, begin, at + 1);
+}
+
+std::optional<std::string> proxy_url(std::string_view host, std::string_view port) {
+  if (!is_proxy_host(host) || !is_port(port)) {
+    return std::nullopt;
+  }
+  const bool bare_ipv6 = host.find(':') != std::string_view::npos && !host.starts_with('[');
+  std::string url("http://");
+  url.append(bare_ipv6 ? "[" : "").append(host).append(bare_ipv6 ? "]" : "");
+  return url.append(":").append(port);
 }
 
 std::string excerpt(std::string_view text, std::size_t length_max) {

@@ -1,17 +1,21 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 /// URLs as the transport takes them, and as it shows them to people.
 namespace bvconn::detail {
 
-/// Fails with 0x80044308 unless `url` is an absolute http or https URL that can be sent as it
-/// stands: no white space, no control characters, a host, a port in range.
-void check_url(std::string_view url);
+/// Fails with 0x80044308 and this source unless `url` is an absolute http or https URL that can be
+/// sent as it stands: no white space, no control characters, a host, a port in range.
+void check_url(std::string_view url, std::string_view source);
 
 /// The URL without user name and password, as one line of printable text.
 std::string shown_url(std::string_view url);
+
+/// The URL of an HTTP proxy; nothing where host or port cannot be one.
+std::optional<std::string> proxy_url(std::string_view host, std::string_view port);
 
 /// At most `length_max` bytes of the text on one line, for a description: white space becomes a
 /// single blank, and whatever cannot be printed is escaped.

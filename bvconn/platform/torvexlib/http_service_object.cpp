@@ -1,7 +1,5 @@
-#include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
-#include "bvconn/platform/http/http_url.h"
 #include "bvconn/platform/thread_record.h"
 #include "bvconn/platform/torvexlib/json_arguments.h"
 #include "bvconn/platform/torvexlib/json_poster.h"
@@ -14,9 +12,6 @@ ServiceObject::~ServiceObject() = default;
 namespace {
 
 constexpr std::string_view kAuthentication = "AuthenticationService";
-constexpr std::size_t kShownBodyBytes = 300;
-constexpr std::size_t kShownReasonBytes = 100;
-constexpr int kOk = 200;
 
 /// What the service objects of a thread share.
 struct Session {
@@ -73,8 +68,8 @@ class HttpServiceObject final : public ServiceObject {
     Session& session = session_of_thread();
     const std::string url = url_of(session, operation);
     detail::JsonReply reply = session.poster.post(name_, url, session.token, body);
-    if (reply.status != kOk) {
-      raise(url, reply);
+    if (reply.refusal) {
+      throw Error(detail::json_error(reply.body).value_or(*reply.refusal));
     }
     if (name_ == kAuthentication && operation == "Login") {
       session.token = is_token(reply.session_token) ? reply.session_token : "";
@@ -101,27 +96,6 @@ class HttpServiceObject final : public ServiceObject {
     }
     url.erase(url.find_last_not_of('/') + 1);
     return url.append("/").append(path_segment(name_)).append("/").append(path_segment(operation));
-  }
-
-  [[noreturn]] void raise(const std::string& url, const detail::JsonReply& reply) const {
-    if (const std::optional<Error> reported = detail::json_error(reply.body)) {
-      throw *reported;
-    }
-    std::string text = "The server answered to " + detail::shown_url(url) + " with the status " +
-                       conversions::integer_text(reply.status);
-    if (!reply.reason.empty()) {
-      text.append(" ").append(detail::excerpt(reply.reason, kShownReasonBytes));
-    }
-    if (!reply.location.empty()) {
-      text.append(" and names another location, ")
-          .append(detail::shown_url(reply.location))
-          .append(", which is not followed");
-    }
-    const std::string beginning = detail::excerpt(reply.body, kShownBodyBytes);
-    if (!beginning.empty()) {
-      text.append(": ").append(beginning);
-    }
-    throw Error(error_numbers::kHttpStatus, name_, text);
   }
 
   std::string name_;

@@ -1,54 +1,44 @@
 #pragma once
 
-#include <curl/curl.h>
-
 #include <chrono>
 #include <cstdint>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/http/http_client.h"
 
 namespace bvconn::detail {
 
 /// A reply of the data access layer, whatever its status.
 struct JsonReply {
-  int status = 0;
-  std::string reason;
-  std::string location;
-  std::string session_token;
   std::string body;
+  std::string session_token;
+  /// For any status but 200, which only the body can explain better: 0x80044305.
+  std::optional<Error> refusal;
 };
 
 /// Posts JSON over a connection of its own, which stays open between calls.
 class JsonPoster {
  public:
-  struct Limits {
+  struct Settings {
     std::chrono::milliseconds time_out{300'000};
     std::uint64_t reply_bytes = std::uint64_t{1} << 30;
+    std::string ca_file{};  ///< in place of the system's store, unless empty
   };
 
   JsonPoster();
-  explicit JsonPoster(const Limits& limits);
+  explicit JsonPoster(Settings settings);
 
   /// Runs one exchange; with a token that is not "", as its bearer. Whatever keeps a whole reply
-  /// from arriving is an `Error` with this source and the transport's numbers; a status is not.
+  /// from arriving is an `Error` with this source and the transport's numbers.
   JsonReply post(std::string_view source, const std::string& url, const std::string& token,
                  std::string_view body);
 
  private:
-  struct HandleDeleter {
-    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
-  };
-  struct Exchange;
-
-  void take_clean_handle(std::string_view source);
-  void prepare(Exchange& exchange, const std::string& url, std::string_view body,
-               curl_slist* headers);
-  template <typename Value>
-  void set(std::string_view source, CURLoption option, Value value);
-
-  Limits limits_;
-  std::unique_ptr<CURL, HandleDeleter> handle_;
+  Settings settings_;
+  HttpClient client_;
 };
 
 }  // namespace bvconn::detail

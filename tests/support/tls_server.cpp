@@ -1,4 +1,4 @@
-#include "http/tls_server.h"
+#include "support/tls_server.h"
 
 #include <openssl/err.h>
 #include <openssl/evp.h>

@@ -1,0 +1,150 @@
+#include "bvconn/platform/http/http_client.h"
+
+#include <poll.h>
+
+#include <optional>
+#include <utility>
+
+#include "bvconn/platform/conversions/text.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/http/curl_errors.h"
+#include "bvconn/platform/http/http_exchange.h"
+#include "bvconn/platform/http/http_url.h"
+
+namespace bvconn::detail {
+namespace {
+
+// Shorter than the five seconds after which servers begin to close idle connections, so that the
+// client lets go of a connection before the server does.
+constexpr long kIdleConnectionMaxSeconds = 3;
+constexpr long kReceiveBufferSize = 128L << 10;
+
+struct ListDeleter {
+  void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+};
+using HeaderList = std::unique_ptr<curl_slist, ListDeleter>;
+
+[[noreturn]] void fail_without_memory(std::string_view source) {
+  throw Error(error_numbers::kCannotConnect, source, "libcurl has no memory");
+}
+
+void append(HeaderList& list, const std::string& line, std::string_view source) {
+  curl_slist* longer = curl_slist_append(list.get(), line.c_str());
+  if (longer == nullptr) {
+    fail_without_memory(source);
+  }
+  static_cast<void>(list.release());
+  list.reset(longer);
+}
+
+HeaderList header_list(const HttpRequest& request) {
+  HeaderList list;
+  for (const std::string& line : request.headers) {
+    append(list, line, request.source);
+  }
+  // Without a value it is not sent: no wait for an interim reply before a large request.
+  append(list, "Expect:", request.source);
+  return list;
+}
+
+// For libcurl an empty proxy means that one of the environment does not count either.
+std::string proxy_of(const HttpRequest& request) {
+  if (!request.proxy) {
+    return "";
+  }
+  std::optional<std::string> url = proxy_url(request.proxy->host, request.proxy->port);
+  if (!url) {
+    throw Error(error_numbers::kProxy, request.source,
+                "The proxy with the host " + shown(request.proxy->host) + " and the port " +
+                    shown(request.proxy->port) + " cannot be used for " + shown_url(request.url));
+  }
+  return *std::move(url);
+}
+
+}  // namespace
+
+HttpReply HttpClient::post(const HttpRequest& request, const ReplyRules& rules) {
+  check_url(request.url, request.source);
+  const std::string proxy = proxy_of(request);
+  const HeaderList headers = header_list(request);
+  take_clean_handle(request.source);
+  HttpExchange exchange(request, rules);
+  prepare(request, proxy, headers.get());
+  exchange.attach_to(handle_.get());
+  const CURLcode code = curl_easy_perform(handle_.get());
+  if (code == CURLE_OK) {
+    curl_easy_reset(handle_.get());  // It keeps its connection, but nothing that points to here.
+  } else {
+    disconnect();
+  }
+  return exchange.finish(code);
+}
+
+// A kept connection has nothing to say between two calls. One that has was closed by the server,
+// or brings what nobody asked for, which must not be taken for the next reply.
+void HttpClient::take_clean_handle(std::string_view source) {
+  if (handle_ != nullptr) {
+    pollfd kept{-1, POLLIN, 0};
+    curl_easy_getinfo(handle_.get(), CURLINFO_ACTIVESOCKET, &kept.fd);
+    if (kept.fd == CURL_SOCKET_BAD || poll(&kept, 1, 0) == 0) {
+      return;
+    }
+  }
+  start_libcurl(source);
+  handle_.reset(curl_easy_init());
+  if (handle_ == nullptr) {
+    fail_without_memory(source);
+  }
+}
+
+void HttpClient::prepare(const HttpRequest& request, const std::string& proxy,
+                         curl_slist* headers) {
+  const auto option = [&](CURLoption key, auto value) {
+    set_option(handle_.get(), request.source, key, value);
+  };
+  option(CURLOPT_URL, request.url.c_str());
+  option(CURLOPT_PATH_AS_IS, 1L);
+  option(CURLOPT_PROTOCOLS_STR, "http,https");
+  option(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+  option(CURLOPT_FOLLOWLOCATION, 0L);
+  option(CURLOPT_POST, 1L);
+  option(CURLOPT_POSTFIELDS, request.body.empty() ? "" : request.body.data());
+  option(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
+  option(CURLOPT_HTTPHEADER, headers);
+  option(CURLOPT_PROXY, proxy.c_str());
+  option(CURLOPT_NOPROXY, "");
+  option(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  option(CURLOPT_NOSIGNAL, 1L);
+  option(CURLOPT_TIMEOUT_MS, static_cast<long>(request.time_out.count()));
+  // libcurl has a limit for connecting of its own unless it is given one.
+  option(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(request.connect_time_out.count()));
+  option(CURLOPT_BUFFERSIZE, kReceiveBufferSize);
+  option(CURLOPT_MAXCONNECTS, 1L);
+  option(CURLOPT_MAXAGE_CONN, kIdleConnectionMaxSeconds);
+  prepare_tls(request);
+}
+
+void HttpClient::prepare_tls(const HttpRequest& request) {
+  const auto option = [&](CURLoption key, auto value) {
+    set_option(handle_.get(), request.source, key, value);
+  };
+  option(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+  option(CURLOPT_SSL_VERIFYPEER, 1L);
+  option(CURLOPT_SSL_VERIFYHOST, 2L);
+  if (!request.tls.ca_file.empty()) {
+    // Who names an authority trusts that one, not the system's store besides.
+    option(CURLOPT_CAINFO, request.tls.ca_file.c_str());
+    option(CURLOPT_CAPATH, static_cast<char*>(nullptr));
+  }
+  if (!request.tls.client_cert.empty()) {
+    option(CURLOPT_SSLCERT, request.tls.client_cert.c_str());
+  }
+  if (!request.tls.client_key.empty()) {
+    option(CURLOPT_SSLKEY, request.tls.client_key.c_str());
+  }
+  // Otherwise the TLS library would ask for the pass phrase of a key on the terminal, and wait.
+  option(CURLOPT_KEYPASSWD, "");
+}
+
+}  // namespace bvconn::detail

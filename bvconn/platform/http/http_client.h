@@ -1,0 +1,41 @@
+#pragma once
+
+#include <curl/curl.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "bvconn/platform/http/http_reply.h"
+#include "bvconn/platform/http/http_request.h"
+
+namespace bvconn::detail {
+
+/// The one owner of a libcurl handle, which keeps at most one connection alive between exchanges.
+///
+/// No request goes out twice, kept connection or new: once it began to go out, the server may have
+/// acted on it, whatever became of the connection then. A kept connection is looked at before it is
+/// used, and let go of where it was closed or is about to be.
+class HttpClient {
+ public:
+  /// Runs one exchange. Fails where no reply came about: a bad URL, nothing to connect to, a proxy
+  /// that leads nowhere, TLS, a time-out, a connection that was lost before the status line.
+  /// @return The reply as far as it came; what is wrong with it is its own `error`.
+  HttpReply post(const HttpRequest& request, const ReplyRules& rules);
+
+  /// Lets go of the kept connection, so that the next request makes a new one.
+  void disconnect() { handle_.reset(); }
+
+ private:
+  struct HandleDeleter {
+    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+  };
+
+  void take_clean_handle(std::string_view source);
+  void prepare(const HttpRequest& request, const std::string& proxy, curl_slist* headers);
+  void prepare_tls(const HttpRequest& request);
+
+  std::unique_ptr<CURL, HandleDeleter> handle_;
+};
+
+}  // namespace bvconn::detail

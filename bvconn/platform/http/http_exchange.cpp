@@ -1,0 +1,169 @@
+#include "bvconn/platform/http/http_exchange.h"
+
+#include <exception>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/http/curl_errors.h"
+#include "bvconn/platform/http/http_url.h"
+
+namespace bvconn::detail {
+namespace {
+
+// With OpenSSL, libcurl takes the bare end of a connection for the end of its TLS stream, but shows
+// the messages of TLS; the other TLS libraries fail by themselves.
+bool takes_bare_end_for_tls_end() {
+  const std::string_view library = curl_version_info(CURLVERSION_NOW)->ssl_version;
+  return library.starts_with("OpenSSL") || library.starts_with("LibreSSL");
+}
+
+// What fails before a request goes out. After one did, it is about a second connection.
+bool is_about_connecting(CURLcode code) {
+  return code == CURLE_ABORTED_BY_CALLBACK || code == CURLE_COULDNT_CONNECT ||
+         code == CURLE_COULDNT_RESOLVE_HOST || code == CURLE_COULDNT_RESOLVE_PROXY ||
+         code == CURLE_PROXY;
+}
+
+}  // namespace
+
+HttpExchange::HttpExchange(const HttpRequest& request, const ReplyRules& rules)
+    : request_(request),
+      shown_url_(shown_url(request.url)),
+      secure_(conversions::equal_ignoring_case(shown_url_.substr(0, 6), "https:")),
+      reply_(request.source, shown_url_, rules),
+      traffic_(request.tracing_file, shown_url_) {}
+
+void HttpExchange::attach_to(CURL* handle) {
+  const auto option = [&](CURLoption key, auto value) {
+    set_option(handle, request_.source, key, value);
+  };
+  option(CURLOPT_ERRORBUFFER, error_text_.data());
+  option(CURLOPT_HEADERFUNCTION, &HttpExchange::on_header);
+  option(CURLOPT_HEADERDATA, this);
+  option(CURLOPT_WRITEFUNCTION, &HttpExchange::on_body);
+  option(CURLOPT_WRITEDATA, this);
+  option(CURLOPT_SOCKOPTFUNCTION, &HttpExchange::on_new_socket);
+  option(CURLOPT_SOCKOPTDATA, this);
+  option(CURLOPT_PREREQFUNCTION, &HttpExchange::on_request);
+  option(CURLOPT_PREREQDATA, this);
+  option(CURLOPT_DEBUGFUNCTION, &HttpExchange::on_traffic);
+  option(CURLOPT_DEBUGDATA, this);
+  option(CURLOPT_VERBOSE, secure_ || !request_.tracing_file.empty() ? 1L : 0L);
+}
+
+// No exception may pass through libcurl.
+template <typename Take>
+std::size_t HttpExchange::guarded(std::size_t size, Take take) noexcept {
+  try {
+    return take() ? size : 0;
+  } catch (const std::exception&) {
+    out_of_memory_ = true;
+    return 0;
+  }
+}
+
+std::size_t HttpExchange::on_header(char* data, std::size_t size, std::size_t count, void* self) {
+  auto& exchange = *static_cast<HttpExchange*>(self);
+  const std::string_view line(data, size * count);
+  return exchange.guarded(line.size(), [&] { return exchange.reply_.take_header(line); });
+}
+
+std::size_t HttpExchange::on_body(char* data, std::size_t size, std::size_t count, void* self) {
+  auto& exchange = *static_cast<HttpExchange*>(self);
+  const std::string_view bytes(data, size * count);
+  return exchange.guarded(bytes.size(), [&] { return exchange.reply_.take_body(bytes); });
+}
+
+int HttpExchange::on_traffic(CURL*, curl_infotype type, char* data, std::size_t size, void* self) {
+  using std::string_view_literals::operator""sv;
+  constexpr auto kCloseNotify = "\x01\x00"sv;  // A warning (1) with the number 0.
+  auto& exchange = *static_cast<HttpExchange*>(self);
+  const std::string_view bytes(data, size);
+  exchange.guarded(size, [&] {
+    if (type == CURLINFO_SSL_DATA_IN) {
+      exchange.tls_ended_ |= bytes == kCloseNotify;
+    } else if (type == CURLINFO_HEADER_OUT || type == CURLINFO_DATA_OUT) {
+      exchange.traffic_.add(TrafficFile::Direction::kOut, bytes);
+    } else if (type == CURLINFO_HEADER_IN || type == CURLINFO_DATA_IN) {
+      exchange.traffic_.add(TrafficFile::Direction::kIn, bytes);
+    }
+    return true;
+  });
+  return 0;
+}
+
+// Where a kept connection ends without a byte of reply, libcurl connects anew and sends the request
+// again. The server may have acted on it already: so there is no new connection after the request
+// began to go out...
+int HttpExchange::on_new_socket(void* self, curl_socket_t, curlsocktype) {
+  return static_cast<HttpExchange*>(self)->request_went_out_ ? CURL_SOCKOPT_ERROR : CURL_SOCKOPT_OK;
+}
+
+// ...and no second request, whatever connection libcurl may have for it.
+int HttpExchange::on_request(void* self, char*, char*, int, int) {
+  auto& exchange = *static_cast<HttpExchange*>(self);
+  return std::exchange(exchange.request_went_out_, true) ? CURL_PREREQFUNC_ABORT
+                                                         : CURL_PREREQFUNC_OK;
+}
+
+HttpReply HttpExchange::finish(CURLcode code) {
+  std::optional<Error> against;
+  if (out_of_memory_) {
+    against = Error(error_numbers::kBadReply, request_.source,
+                    "There is no memory for the reply of " + shown_url_);
+  } else if (!reply_.given_up() && (code != CURLE_OK || !reply_.has_status())) {
+    against = trouble(code);
+    const bool about_reply = against->number == error_numbers::kBadReply || reply_.has_status();
+    if (against->number == error_numbers::kTimeout || !about_reply) {
+      throw *std::move(against);
+    }
+  } else if (was_cut_by_tls(code)) {
+    against =
+        failure(error_numbers::kConnectionLost, "it ended without the closing message of TLS");
+  }
+  reply_.finish(std::move(against));
+  return std::move(reply_);
+}
+
+bool HttpExchange::was_cut_by_tls(CURLcode code) const {
+  return code == CURLE_OK && secure_ && reply_.ends_with_connection() && !tls_ended_ &&
+         takes_bare_end_for_tls_end();
+}
+
+// What the run's code says against the exchange, with what libcurl has to say about it.
+Error HttpExchange::trouble(CURLcode code) const {
+  if (code == CURLE_OK || (request_went_out_ && is_about_connecting(code))) {
+    return failure(error_numbers::kConnectionLost, "the server ended it before its reply began");
+  }
+  const std::string_view words = error_text_.data();
+  const std::string_view detail = words.empty() ? curl_easy_strerror(code) : words;
+  return failure(trouble_number(code, detail), detail);
+}
+
+std::int32_t HttpExchange::trouble_number(CURLcode code, std::string_view detail) const {
+  const std::int32_t number = number_for(code, detail);
+  if (number == error_numbers::kTimeout || number == error_numbers::kBadReply) {
+    return number;
+  }
+  if (reply_.has_status()) {
+    return error_numbers::kConnectionLost;
+  }
+  const bool unreached =
+      number == error_numbers::kCannotConnect || number == error_numbers::kConnectionLost;
+  if (unreached && !request_went_out_) {
+    // With a proxy it is the proxy that cannot be reached or makes no tunnel.
+    return request_.proxy ? error_numbers::kProxy : error_numbers::kCannotConnect;
+  }
+  return number;
+}
+
+Error HttpExchange::failure(std::int32_t number, std::string_view detail) const {
+  std::string text(trouble_text(number));
+  text.append(shown_url_).append(": ").append(excerpt(detail, CURL_ERROR_SIZE));
+  return {number, request_.source, text};
+}
+
+}  // namespace bvconn::detail

@@ -1,0 +1,146 @@
+#include "bvconn/platform/http/socket_transport.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+#include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/conversions/text.h"
+#include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/http/curl_errors.h"
+
+namespace bvconn::detail {
+namespace {
+
+constexpr std::string_view kSource = "HTTPTransport";
+
+Error failure(std::int32_t number, std::string_view description) {
+  return {number, kSource, description};
+}
+
+template <typename Integer>
+Integer positive_number(std::string_view key, std::string_view text, Integer max) {
+  Integer number = 0;
+  const auto [end, code] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (code != std::errc() || end != text.data() + text.size() || number < 1 || number > max) {
+    throw failure(error_numbers::kUnknownOption,
+                  "The option " + std::string(key) + " takes a number from 1 to " +
+                      conversions::integer_text(static_cast<std::int64_t>(max)) + ", not " +
+                      shown(text));
+  }
+  return number;
+}
+
+std::string file_name(std::string_view key, std::string_view value) {
+  if (value.find('\0') != std::string_view::npos) {
+    throw failure(error_numbers::kUnknownOption,
+                  "The option " + std::string(key) + " takes a file name, not " + shown(value));
+  }
+  return std::string(value);
+}
+
+// A fault is XML, and comes with a status of its own.
+bool accepts(int status, std::string_view content_type) {
+  return status < 300 || is_xml_content_type(content_type);
+}
+
+}  // namespace
+
+SocketTransport::SocketTransport()
+    : no_body_(failure(error_numbers::kBadReply, "There is no reply: nothing was sent")) {
+  start_libcurl(kSource);
+}
+
+void SocketTransport::Option(std::string_view key, std::string_view value) {
+  if (key == "tracing.file") {
+    tracing_file_ = file_name(key, value);
+  } else if (key == "tls.ca_file") {
+    set_tls_file(tls_.ca_file, file_name(key, value));
+  } else if (key == "tls.client_cert") {
+    set_tls_file(tls_.client_cert, file_name(key, value));
+  } else if (key == "tls.client_key") {
+    set_tls_file(tls_.client_key, file_name(key, value));
+  } else if (key == "http.max_reply_bytes") {
+    constexpr auto kMax = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+    reply_size_max_ = positive_number<std::uint64_t>(key, value, kMax);
+  } else if (key == "http.connect_timeout_ms") {
+    constexpr auto kMax = std::numeric_limits<std::int32_t>::max();
+    connect_time_out_ = std::chrono::milliseconds(positive_number<std::int32_t>(key, value, kMax));
+  } else {
+    throw failure(error_numbers::kUnknownOption, "There is no option " + shown(key));
+  }
+}
+
+// A kept connection was trusted under the old setting, and libcurl does not compare all of them.
+void SocketTransport::set_tls_file(std::string& setting, std::string file) {
+  if (setting != file) {
+    setting = std::move(file);
+    client_.disconnect();
+  }
+}
+
+void SocketTransport::setProxy(std::string_view host, std::string_view port) {
+  proxy_ = HttpProxy{.host = std::string(host), .port = std::string(port)};
+}
+
+void SocketTransport::NoProxy() {
+  proxy_.reset();
+}
+
+void SocketTransport::SOAPAction(std::string_view value) {
+  const auto breaks_header = [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < 0x20 && c != '\t') || byte == 0x7F;
+  };
+  if (std::any_of(value.begin(), value.end(), breaks_header)) {
+    throw failure(error_numbers::kBadUrlOrHeader,
+                  "The SOAPAction " + shown(value) + " holds a control character");
+  }
+  soap_action_ = value;
+}
+
+void SocketTransport::Timeout(std::int32_t milliseconds) {
+  time_out_ = std::chrono::milliseconds(std::max(milliseconds, 0));
+}
+
+void SocketTransport::Send(std::string_view url, std::string_view text) {
+  body_.reset();
+  no_body_ = failure(error_numbers::kBadReply, "There is no reply: the last request failed");
+  HttpReply reply =
+      client_.post({.source = kSource,
+                    .url = std::string(url),
+                    .body = text,
+                    .headers = request_headers(),
+                    .proxy = proxy_,
+                    .time_out = time_out_,
+                    .connect_time_out = connect_time_out_,
+                    .tls = tls_,
+                    .tracing_file = tracing_file_},
+                   {.accepts = &accepts, .body_size_max = reply_size_max_, .takes_gzip = true});
+  if (reply.error()) {
+    no_body_ = *reply.error();
+  } else {
+    body_ = reply.take();
+  }
+}
+
+std::string SocketTransport::Receive(std::string_view /*encoding*/) {
+  if (!body_) {
+    throw Error(no_body_);
+  }
+  std::string body = *std::move(body_);
+  body_.reset();
+  no_body_ = failure(error_numbers::kBadReply, "There is no reply: it was received already");
+  return body;
+}
+
+std::vector<std::string> SocketTransport::request_headers() const {
+  std::vector<std::string> headers{"Accept-Encoding: gzip",
+                                   "Content-Type: text/xml; charset=utf-8"};
+  if (soap_action_) {
+    headers.push_back("SOAPAction: \"" + *soap_action_ + "\"");
+  }
+  return headers;
+}
+
+}  // namespace bvconn::detail

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/http/http_client.h"
+#include "bvconn/platform/http/http_transport.h"
+
+namespace bvconn::detail {
+
+/// The transport over the system's sockets: what SOAP needs of HTTP, on a client of its own.
+class SocketTransport final : public HTTPTransport {
+ public:
+  SocketTransport();
+
+  void Option(std::string_view key, std::string_view value) override;
+  void setProxy(std::string_view host, std::string_view port) override;
+  void NoProxy() override;
+  void SOAPAction(std::string_view value) override;
+  void Timeout(std::int32_t milliseconds) override;
+  void Send(std::string_view url, std::string_view text) override;
+  std::string Receive(std::string_view encoding) override;
+
+ private:
+  void set_tls_file(std::string& setting, std::string file);
+  std::vector<std::string> request_headers() const;
+
+  HttpClient client_;
+  TlsFiles tls_;
+  std::string tracing_file_;
+  std::uint64_t reply_size_max_ = std::uint64_t{1} << 30;
+  std::chrono::milliseconds connect_time_out_{std::numeric_limits<std::int32_t>::max()};
+  std::chrono::milliseconds time_out_{0};
+  std::optional<HttpProxy> proxy_;
+  std::optional<std::string> soap_action_;
+
+  // What the last Send brought: the body of the reply, or why Receive has none to give.
+  std::optional<std::string> body_;
+  Error no_body_;
+};
+
+}  // namespace bvconn::detail
