@@ -51,6 +51,7 @@ class ShownTransport final : public HTTPTransport {
     real_->Send(url, text);
   }
   std::string Receive(std::string_view encoding) override { return real_->Receive(encoding); }
+  std::string LastReply() const override { return real_->LastReply(); }
 
  private:
   std::shared_ptr<HTTPTransport> real_ = make_http_transport();

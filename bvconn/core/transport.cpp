@@ -1,5 +1,7 @@
 #include "bvconn/core/transport.h"
 
+#include <utility>
+
 #include "bvconn/core/heart_beat_time.h"
 #include "bvconn/core/logging.h"
 #include "bvconn/core/session_state.h"
@@ -51,7 +53,7 @@ std::shared_ptr<HTTPTransport> ready_transport(std::string_view soap_action, std
 
 void exchange(HTTPTransport& transport, const SoapEnvelope& envelope, std::string_view url) {
   transport.Send(url, envelope.Serialize());
-  envelope.Parse(transport.Receive("UTF-8"), "");
+  receive_envelope(transport, envelope);
 }
 
 void log_duration(const SoapEnvelope& envelope, float start) {
@@ -131,6 +133,20 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 }
 
 }  // namespace Global
+
+void receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {
+  std::string text = transport.Receive("UTF-8");
+  try {
+    envelope.Parse(std::move(text), "");
+  } catch (Error& error) {
+    const std::string reply = transport.LastReply();
+    // A fault is what the caller asked for, with words of its own.
+    if (error.number != error_numbers::kSoapFault && !reply.empty()) {
+      error.description.append("; ").append(reply);
+    }
+    throw;
+  }
+}
 
 std::shared_ptr<HTTPTransport> inline_transport(TracingRule rule) {
   auto transport = session().Transport();

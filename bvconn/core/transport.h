@@ -48,6 +48,10 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 
 }  // namespace Global
 
+/// Reads the reply to the last `Send` into the envelope. What `Parse` says against its text is
+/// followed by where the reply came from and its status, as far as the transport knows.
+void receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope);
+
 /// The thread's transport with tracing, proxy and default time-out set, and its SOAPAction left as
 /// the last request had it: for operations that run their exchange themselves.
 std::shared_ptr<HTTPTransport> inline_transport(TracingRule rule);

@@ -97,7 +97,8 @@ Call& Call::exchange() {
 
 Call& Call::exchange_text(HTTPTransport& transport, std::string_view text) {
   transport.Send(url_, text);
-  return parse(transport.Receive("UTF-8"));
+  receive_envelope(transport, envelope());
+  return *this;
 }
 
 Call& Call::parse(std::string text) {

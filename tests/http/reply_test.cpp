@@ -84,7 +84,8 @@ TEST_F(Reply, OfManyMegabytesArrivesWhole) {
 TEST_F(Reply, ThatIsXmlIsHandedOutWithAnyStatus) {
   server.answer(answers::fault("No such invoice"));
   EXPECT_THAT(call(), HasSubstr("<faultstring>No such invoice</faultstring>"));
-  for (const char* status : {"302 Found", "400 Bad Request", "404 Not Found", "503 Busy"}) {
+  for (const char* status :
+       {"300 Multiple Choices", "400 Bad Request", "404 Not Found", "503 Busy"}) {
     server.answer(answers::reply("<page/>", status));
     EXPECT_EQ(call(), "<page/>") << status;
   }
@@ -148,6 +149,41 @@ TEST_F(Reply, ThatNamesAnotherLocationIsNotFollowed) {
   EXPECT_THAT(expect_receive_fails(error_numbers::kHttpStatus).description,
               AllOf(HasSubstr("302 Found"), HasSubstr("http://" + other.host() + "/elsewhere")));
   EXPECT_EQ(other.connections(), 0);
+}
+
+TEST_F(Reply, ThatIsARedirectIsRefusedWithItsLocationThoughItIsXml) {
+  for (const char* status : {"301 Moved Permanently", "302 Found", "303 See Other",
+                             "307 Temporary Redirect", "308 Permanent Redirect"}) {
+    server.answer(answers::reply("<moved/>", status, "text/xml", {{"Location", "/elsewhere"}}));
+    EXPECT_THAT(expect_receive_fails(error_numbers::kHttpStatus).description,
+                AllOf(HasSubstr(status), HasSubstr("/elsewhere, which is not followed: <moved/>")));
+  }
+  server.answer(answers::reply("<as before/>", "304 Not Modified", "text/xml"));
+  EXPECT_EQ(call(), "");
+}
+
+// What a transport says of its last reply.
+
+TEST_F(Reply, IsSummedUpWithItsUrlAndStatusUntilTheNextSend) {
+  EXPECT_EQ(transport->LastReply(), "");
+  server.answer(answers::reply("<a/>", "500 Internal Server Error"));
+  transport->Send(secret_url(), "<a/>");
+  const std::string summary = "the server answered to http://" + server.host() +
+                              "/soap?q=1 with the status 500 Internal Server Error";
+  EXPECT_EQ(transport->LastReply(), summary);
+  EXPECT_EQ(transport->Receive("UTF-8"), "<a/>");
+  EXPECT_EQ(transport->LastReply(), summary);
+  error_of([&] { transport->Send("ftp://nowhere", "<a/>"); });
+  EXPECT_EQ(transport->LastReply(), "");
+}
+
+TEST_F(Reply, IsSummedUpThoughItIsRefused) {
+  server.answer(answers::reply("no", "403 ", "text/plain"));
+  expect_receive_fails(error_numbers::kHttpStatus);
+  server.answer(answers::reply("no", "403 ", "text/plain"));
+  transport->Send(server.url(), "<a/>");
+  EXPECT_EQ(transport->LastReply(),
+            "the server answered to " + server.url() + " with the status 403");
 }
 
 TEST_F(Reply, WithAnEndlessErrorPageIsNotReadToItsEnd) {

@@ -165,6 +165,7 @@ class TracedTransport final : public HTTPTransport {
           line.add("bytes", static_cast<std::int64_t>(bytes.size()));
         });
   }
+  std::string LastReply() const override { return inner_->LastReply(); }
 
  private:
   static Line begin(std::string_view action) { return Line("HTTPTransport", action); }

@@ -173,12 +173,14 @@ bool HttpReply::is_refused() const {
   return headers_complete_ && !rules_.accepts(status_, field("Content-Type"));
 }
 
+std::string HttpReply::summary() const {
+  const std::string text =
+      "answered to " + shown_url_ + " with the status " + conversions::integer_text(status_);
+  return reason_.empty() ? text : text + " " + excerpt(reason_, kShownFieldMax);
+}
+
 Error HttpReply::refusal() const {
-  std::string text = "The server answered to " + shown_url_ + " with the status " +
-                     conversions::integer_text(status_);
-  if (!reason_.empty()) {
-    text += " " + excerpt(reason_, kShownFieldMax);
-  }
+  std::string text = "The server " + summary();
   if (const std::string_view location = field("Location"); !location.empty()) {
     text += " and names another location, " + shown_url(location) + ", which is not followed";
   }

@@ -57,6 +57,8 @@ class HttpReply {
   const std::optional<Error>& error() const { return error_; }
   /// Whether the rules refuse it, which says more than whatever happened to its body.
   bool is_refused() const;
+  /// Where it came from and its status: "answered to URL with the status 200 OK".
+  std::string summary() const;
   /// The last header of this name, whatever its case; "" where there is none.
   std::string_view field(std::string_view name) const;
   /// Its body, also where it is refused: then only the beginning.

@@ -6,6 +6,10 @@ namespace bvconn {
 
 HTTPTransport::~HTTPTransport() = default;
 
+std::string HTTPTransport::LastReply() const {
+  return "";
+}
+
 std::shared_ptr<HTTPTransport> make_http_transport() {
   return std::make_shared<detail::SocketTransport>();
 }

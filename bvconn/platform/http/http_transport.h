@@ -12,6 +12,9 @@ namespace bvconn {
 /// One HTTP conversation with the server: what a request sets on it stays set until the next one
 /// overwrites it. A transport is used on one thread only.
 ///
+/// A request goes out once: where the connection is lost, closed or reset after it began to go out,
+/// that is error 0x80044307, and the server may have acted on it.
+///
 /// Errors are `Error`s with the source "HTTPTransport" and the numbers 0x80044301 to 0x80044309.
 class BVCONN_EXPORT HTTPTransport {
  public:
@@ -39,6 +42,10 @@ class BVCONN_EXPORT HTTPTransport {
   /// none: nothing was sent, the last `Send` failed, or it was received already. `encoding` is
   /// "UTF-8"; the bytes are not changed.
   virtual std::string Receive(std::string_view encoding) = 0;
+  /// What the server answered to the last `Send`, for people: "the server answered to URL with the
+  /// status 500 Internal Server Error", without user and password. Errors over the text of a reply
+  /// add it to their descriptions. "" where no reply came; a transport of one's own need not say.
+  virtual std::string LastReply() const;
 };
 
 /// The transport over the system's sockets.

@@ -39,9 +39,14 @@ std::string file_name(std::string_view key, std::string_view value) {
   return std::string(value);
 }
 
+// Whatever a redirect brings along, it is not the answer to the request.
+bool is_redirect(int status) {
+  return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+
 // A fault is XML, and comes with a status of its own.
 bool accepts(int status, std::string_view content_type) {
-  return status < 300 || is_xml_content_type(content_type);
+  return status < 300 || (is_xml_content_type(content_type) && !is_redirect(status));
 }
 
 }  // namespace
@@ -105,6 +110,7 @@ void SocketTransport::Timeout(std::int32_t milliseconds) {
 
 void SocketTransport::Send(std::string_view url, std::string_view text) {
   body_.reset();
+  last_reply_.clear();
   no_body_ = failure(error_numbers::kBadReply, "There is no reply: the last request failed");
   HttpReply reply =
       client_.post({.source = kSource,
@@ -117,6 +123,7 @@ void SocketTransport::Send(std::string_view url, std::string_view text) {
                     .tls = tls_,
                     .tracing_file = tracing_file_},
                    {.accepts = &accepts, .body_size_max = reply_size_max_, .takes_gzip = true});
+  last_reply_ = "the server " + reply.summary();
   if (reply.error()) {
     no_body_ = *reply.error();
   } else {

@@ -26,6 +26,7 @@ class SocketTransport final : public HTTPTransport {
   void Timeout(std::int32_t milliseconds) override;
   void Send(std::string_view url, std::string_view text) override;
   std::string Receive(std::string_view encoding) override;
+  std::string LastReply() const override { return last_reply_; }
 
  private:
   void set_tls_file(std::string& setting, std::string file);
@@ -43,6 +44,7 @@ class SocketTransport final : public HTTPTransport {
   // What the last Send brought: the body of the reply, or why Receive has none to give.
   std::optional<std::string> body_;
   Error no_body_;
+  std::string last_reply_;
 };
 
 }  // namespace bvconn::detail
