@@ -23,8 +23,7 @@ GzipReader::~GzipReader() {
   inflateEnd(&stream_);
 }
 
-GzipReader::Outcome GzipReader::read(std::string_view piece, std::string& out,
-                                     std::uint64_t size_max) {
+GzipReader::Outcome GzipReader::read(std::string_view piece, const Take& take) {
   std::array<Bytef, kBlockSize> block;
   // zlib reads through a pointer that is not const, but does not write there.
   stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(piece.data()));
@@ -43,9 +42,8 @@ GzipReader::Outcome GzipReader::read(std::string_view piece, std::string& out,
     }
     at_start_ = false;
     at_end_ = code == Z_STREAM_END;
-    out.append(reinterpret_cast<const char*>(block.data()), block.size() - stream_.avail_out);
-    if (out.size() > size_max) {
-      return Outcome::kTooLarge;
+    if (!take({reinterpret_cast<const char*>(block.data()), block.size() - stream_.avail_out})) {
+      return Outcome::kRefused;
     }
     // A full block may hide output that waits inside zlib, even where all input was taken.
     more = stream_.avail_in > 0 || (stream_.avail_out == 0 && !at_end_);

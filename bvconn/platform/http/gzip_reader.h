@@ -2,8 +2,7 @@
 
 #include <zlib.h>
 
-#include <cstdint>
-#include <string>
+#include <functional>
 #include <string_view>
 
 namespace bvconn::detail {
@@ -12,16 +11,18 @@ namespace bvconn::detail {
 /// for a complete one.
 class GzipReader {
  public:
-  enum class Outcome { kGood, kTooLarge, kMalformed };
+  enum class Outcome { kGood, kRefused, kMalformed };
+  /// Takes what was unpacked, in small pieces; false when it wants no more.
+  using Take = std::function<bool(std::string_view)>;
 
   GzipReader();
   ~GzipReader();
   GzipReader(const GzipReader&) = delete;
   GzipReader& operator=(const GzipReader&) = delete;
 
-  /// Appends what the piece unpacks to, and stops soon after `out` has passed `size_max`. After
-  /// another outcome than kGood the reader is not to be used again.
-  Outcome read(std::string_view piece, std::string& out, std::uint64_t size_max);
+  /// Hands on what the piece unpacks to, until that is refused. After another outcome than kGood
+  /// the reader is not to be used again.
+  Outcome read(std::string_view piece, const Take& take);
 
   /// Whether the stream may end here: nothing came at all, or its last check sum did and was right.
   bool complete() const { return at_start_ || at_end_; }

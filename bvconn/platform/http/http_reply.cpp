@@ -124,30 +124,43 @@ bool HttpReply::end_headers() {
 }
 
 bool HttpReply::take_body(std::string_view bytes) {
-  const std::uint64_t size_max = is_refused()
-                                     ? std::min(rules_.refused_body_size_max, rules_.body_size_max)
-                                     : rules_.body_size_max;
-  auto outcome = GzipReader::Outcome::kGood;
+  using Outcome = GzipReader::Outcome;
+  Outcome outcome = Outcome::kGood;
   if (gzip_ != nullptr) {
-    outcome = gzip_->read(bytes, body_, size_max);
-  } else if (bytes.size() > size_max - body_.size()) {
-    outcome = GzipReader::Outcome::kTooLarge;
-    if (is_refused()) {
-      body_.append(bytes.substr(0, static_cast<std::size_t>(size_max) - body_.size()));
-    }
-  } else {
-    body_.append(bytes);
+    outcome = gzip_->read(bytes, [this](std::string_view plain) { return add_to_body(plain); });
+  } else if (!add_to_body(bytes)) {
+    outcome = Outcome::kRefused;
   }
-  if (outcome == GzipReader::Outcome::kMalformed) {
+  if (outcome == Outcome::kMalformed) {
     return give_up(error_numbers::kBadReply, "its gzip stream is malformed");
   }
-  if (outcome == GzipReader::Outcome::kTooLarge) {
+  if (outcome == Outcome::kRefused) {
     return give_up(error_numbers::kBadReply,
                    "it has more than " +
                        conversions::integer_text(static_cast<std::int64_t>(rules_.body_size_max)) +
                        " bytes, which is the limit");
   }
   return true;
+}
+
+// A string that grows holds its old memory and its new memory at once. As long as the new one is at
+// most half of the limit they keep within it together, and the next step is the limit itself, which
+// is never outgrown; memory that is not written to costs nothing until then. The steps are long
+// where they are large, since not every block that is freed goes back to the system.
+bool HttpReply::add_to_body(std::string_view bytes) {
+  const std::uint64_t size_max = is_refused()
+                                     ? std::min(rules_.refused_body_size_max, rules_.body_size_max)
+                                     : rules_.body_size_max;
+  const auto fitting =
+      static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), size_max - body_.size()));
+  const std::size_t size = body_.size() + fitting;
+  if (size > body_.capacity()) {
+    const std::size_t factor = body_.capacity() < kReserveMax ? 2 : 8;
+    const std::size_t grown = std::max(size, factor * body_.capacity());
+    body_.reserve(grown > size_max / 2 ? static_cast<std::size_t>(size_max) : grown);
+  }
+  body_.append(bytes.substr(0, fitting));
+  return fitting == bytes.size();
 }
 
 bool HttpReply::ends_with_connection() const {

@@ -68,6 +68,7 @@ class HttpReply {
   bool take_status_line(std::string_view line);
   bool take_field(std::string_view name, std::string_view value);
   bool end_headers();
+  bool add_to_body(std::string_view bytes);
   Error refusal() const;
   bool give_up(std::int32_t number, std::string_view reason);
   Error failure(std::int32_t number, std::string_view reason) const;
