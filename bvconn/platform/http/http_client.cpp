@@ -5,7 +5,6 @@
 #include <optional>
 #include <utility>
 
-#include "bvconn/platform/conversions/text.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/http/curl_errors.h"
@@ -56,8 +55,9 @@ std::string proxy_of(const HttpRequest& request) {
   std::optional<std::string> url = proxy_url(request.proxy->host, request.proxy->port);
   if (!url) {
     throw Error(error_numbers::kProxy, request.source,
-                "The proxy with the host " + shown(request.proxy->host) + " and the port " +
-                    shown(request.proxy->port) + " cannot be used for " + shown_url(request.url));
+                "The proxy with the host " + shown_proxy_part(request.proxy->host) +
+                    " and the port " + shown_proxy_part(request.proxy->port) +
+                    " cannot be used for " + shown_url(request.url));
   }
   return *std::move(url);
 }

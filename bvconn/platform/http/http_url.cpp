@@ -29,6 +29,20 @@ std::size_t authority_begin(std::string_view url) {
   return slashes == std::string_view::npos ? 0 : slashes + 2;
 }
 
+// Any text without what may be user and password in the URLs that it holds.
+std::string without_user_info(std::string_view text) {
+  std::string kept;
+  for (std::size_t slashes = text.find("//"); slashes != std::string_view::npos;
+       slashes = text.find("//")) {
+    const std::size_t begin = slashes + 2;
+    kept.append(text.substr(0, begin));
+    text.remove_prefix(begin);
+    const std::size_t end = text.find_first_of("/?# \t\r\n");
+    text.remove_prefix(text.substr(0, end).rfind('@') + 1);
+  }
+  return kept.append(text);
+}
+
 std::string without(std::string_view url, std::size_t begin, std::size_t end) {
   std::string kept(url.substr(0, begin));
   kept.append(url.substr(end));
@@ -101,6 +115,10 @@ std::string shown_url(std::string_view url) {
   return without(url, begin, at + 1);
 }
 
+std::string shown_proxy_part(std::string_view text) {
+  return shown(text.substr(text.rfind('@') + 1));
+}
+
 std::optional<std::string> proxy_url(std::string_view host, std::string_view port) {
   if (!is_proxy_host(host) || !is_port(port)) {
     return std::nullopt;
@@ -112,6 +130,8 @@ std::optional<std::string> proxy_url(std::string_view host, std::string_view por
 }
 
 std::string excerpt(std::string_view text, std::size_t length_max) {
+  const std::string kept = without_user_info(text);
+  text = kept;
   std::string line;
   bool blank = false;
   for (std::size_t at = 0; at < text.size();) {
