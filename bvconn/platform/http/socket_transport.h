@@ -36,7 +36,7 @@ class SocketTransport final : public HTTPTransport {
   TlsFiles tls_;
   std::string tracing_file_;
   std::uint64_t reply_size_max_ = std::uint64_t{1} << 30;
-  std::chrono::milliseconds connect_time_out_{std::numeric_limits<std::int32_t>::max()};
+  std::chrono::milliseconds connect_time_out_{(std::numeric_limits<std::int32_t>::max)()};
   std::chrono::milliseconds time_out_{0};
   std::optional<HttpProxy> proxy_;
   std::optional<std::string> soap_action_;
