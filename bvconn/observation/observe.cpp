@@ -45,8 +45,9 @@ std::vector<std::optional<FixedText>> cases_of(const Member& operation) {
   return {std::nullopt};
 }
 
-void add_once(std::vector<std::string>& texts, const std::string& text) {
-  if (std::find(texts.begin(), texts.end(), text) == texts.end()) texts.push_back(text);
+template <class Value>
+void add_once(std::vector<Value>& values, const Value& value) {
+  if (std::find(values.begin(), values.end(), value) == values.end()) values.push_back(value);
 }
 
 std::string constant_text(const Variant& value) {
@@ -138,14 +139,15 @@ class Observer {
   }
 
   ObservedOperation run() {
-    for (const bool dal : {false, true}) {
-      for (const auto& fixed : cases_of(operation_)) observe_route(dal, fixed);
+    for (const auto& fixed : cases_of(operation_)) {
+      requests_of_case_.clear();
+      for (const bool dal : {false, true}) observe_route(dal, fixed);
     }
     for (ObservedRequest& request : observed_.requests) {
       for (ObservedParameter& parameter : request.parameters) finish(parameter);
     }
     for (ObservedDalCall& call : observed_.dal_calls) {
-      for (auto& argument : call.arguments) finish(argument.origin);
+      for (auto& argument : call.arguments) finish(argument);
     }
     return std::move(observed_);
   }
@@ -205,6 +207,7 @@ class Observer {
 
   void take(const PostedRequest& posted, const MarkedCall& marked, Series& series) {
     const std::size_t place = place_of(observed_.requests, posted.form);
+    add_once(requests_of_case_, place);
     ObservedRequest& request = observed_.requests[place];
     if (request.timeout_ms != posted.form.timeout_ms) request.timeout_ms.reset();
     const auto& first_texts = series.request_texts.try_emplace(place, posted.texts).first->second;
@@ -221,18 +224,22 @@ class Observer {
     ObservedDalCall form{.object = seen.object,
                          .operation = seen.operation,
                          .by_name = seen.by_name,
-                         .arguments = {}};
+                         .arguments = {},
+                         .requests = {}};
     std::vector<std::string> texts;
     for (const Variant& value : seen.arguments) {
       texts.push_back(constant_text(value));
       form.arguments.push_back({.types = {std::string(bvconn::type_name(value.type()))},
+                                .any_type = false,
                                 .request_text = texts.back().find(":Envelope") != std::string::npos,
                                 .origin = {.arguments = {}, .constant = texts.back()}});
     }
     const std::size_t place = place_of(observed_.dal_calls, form);
+    ObservedDalCall& dal_call = observed_.dal_calls[place];
+    for (const std::size_t request : requests_of_case_) add_once(dal_call.requests, request);
     const auto& first_texts = series.dal_texts.try_emplace(place, texts).first->second;
     for (std::size_t i = 0; i < texts.size(); ++i) {
-      auto& known = observed_.dal_calls[place].arguments[i];
+      auto& known = dal_call.arguments[i];
       add_once(known.types, form.arguments[i].types.front());
       note_origin(known.origin, texts[i], first_texts[i], marked, series.form);
     }
@@ -275,10 +282,20 @@ class Observer {
     }
   }
 
+  void finish(ObservedDalCall::Argument& argument) const {
+    finish(argument.origin);
+    for (const std::string& name : argument.origin.arguments) {
+      if (operation_.find_argument(name)->type != ValueType::kVariant) continue;
+      argument.any_type = argument.any_type || argument.types.size() > 1;
+    }
+  }
+
   const ClassInfo& info_;
   const Member& operation_;
   detail::World& world_;
   ObservedOperation observed_;
+  /// The places of the requests that the present case showed on the SOAP route.
+  std::vector<std::size_t> requests_of_case_;
 };
 
 /// Runs an observation on a thread of its own, so with a session of its own.

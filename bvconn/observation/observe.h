@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -54,6 +55,8 @@ struct ObservedDalCall {
   struct Argument {
     /// Names of the types that it was seen with, as `type_name(Variant::Type)` gives them.
     std::vector<std::string> types;
+    /// It passes on a value whose type is the caller's choice.
+    bool any_type = false;
     /// It is the text of the whole request that the SOAP route would send.
     bool request_text = false;
     Origin origin;
@@ -64,6 +67,9 @@ struct ObservedDalCall {
   /// Looked up at run time, every argument by reference.
   bool by_name = false;
   std::vector<Argument> arguments;
+  /// Which of the operation's requests the SOAP route sends in place of it, the usual one first;
+  /// none for what the data access layer alone serves.
+  std::vector<std::size_t> requests;
 };
 
 struct ObservedOperation {

@@ -188,6 +188,49 @@ TEST(Observe, AServiceThatATextDecidesIsSeenForEachText) {
   EXPECT_EQ(services, (Names{"urn:ProjectService", "urn:QuoteService", "urn:OrderService"}));
 }
 
+TEST(Observe, ADalCallGoesWithTheRequestThatTheSameArgumentsSend) {
+  const auto operation =
+      observed("BVSalesInstrumentConnector", "getPreviousSalesInstrumentColumnPrices");
+  ASSERT_EQ(operation.dal_calls.size(), 2U);
+  for (const ObservedDalCall& call : operation.dal_calls) {
+    ASSERT_EQ(call.requests.size(), 1U);
+    EXPECT_EQ(operation.requests.at(call.requests[0]).service, "urn:" + call.object);
+  }
+}
+
+TEST(Observe, ADalCallGoesWithEveryFormOfItsRequestTheUsualOneFirst) {
+  const auto operation = observed("BVSearchConnector", "SearchForAllAgents");
+  ASSERT_EQ(operation.dal_calls.size(), 1U);
+  ASSERT_EQ(operation.dal_calls[0].requests, (std::vector<std::size_t>{0, 1}));
+  EXPECT_EQ(names_of(operation.requests[0]), Names{"agentID"});
+  EXPECT_EQ(names_of(operation.requests[1]), Names{});
+}
+
+TEST(Observe, WhatTheDataAccessLayerAloneServesGoesWithNoRequest) {
+  const auto operation = observed("BVSearchConnector", "SearchForQuotes");
+  ASSERT_EQ(operation.dal_calls.size(), 1U);
+  EXPECT_TRUE(operation.dal_calls[0].requests.empty());
+}
+
+TEST(Observe, AVariantThatIsPassedToTheDataAccessLayerKeepsAnyType) {
+  const auto operation = observed("BVSearchConnector", "SearchForOrdersForEmail");
+  ASSERT_EQ(operation.dal_calls.size(), 1U);
+  const auto& arguments = operation.dal_calls[0].arguments;
+  ASSERT_EQ(arguments.size(), 25U);
+  EXPECT_TRUE(arguments.back().any_type);
+  EXPECT_EQ(arguments.back().origin.arguments, Names{"ContractorFirstPO"});
+  EXPECT_FALSE(arguments.front().any_type);
+}
+
+TEST(Observe, AVariantThatBecomesATextOnTheWayIsOne) {
+  const auto operation = observed("BVSearchConnector", "SearchForOrders");
+  ASSERT_EQ(operation.dal_calls.size(), 1U);
+  const auto& last = operation.dal_calls[0].arguments.at(22);
+  EXPECT_EQ(last.origin.arguments, Names{"ContractorFirstPO"});
+  EXPECT_EQ(last.types, Names{"string"});
+  EXPECT_FALSE(last.any_type);
+}
+
 TEST(Observe, AMethodThatTheCallerNamesHasNoName) {
   const auto operation = observed("BVGenericConnector", "Send");
   // With and without a session.
