@@ -33,8 +33,11 @@ void tell_exchange(const Request& request, const Reply& reply) {
 }
 
 void serve(const Options& options) {
+  // Runs the whole library, so before there is a second thread.
+  const auto observations = automation::observe_all();
   Sandbox sandbox{.store = Store(options.database, options.seed),
-                  .contract = observed_contract(),
+                  .contract = Contract(contract_of(observations)),
+                  .dal_routes = dal_routes_of(observations),
                   .disabled_services = options.disabled_services,
                   .logins = {}};
   const Operations operations = all_operations();

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "sandbox/contract/contract.h"
+#include "sandbox/contract/dal_routes.h"
 #include "sandbox/store/store.h"
 
 namespace bvconn::sandbox {
@@ -26,6 +27,7 @@ class Logins {
 struct Sandbox {
   Store store;
   Contract contract;
+  DalRoutes dal_routes;
   /// The answer to GetDisabledServices.
   std::string disabled_services;
   Logins logins;

@@ -130,6 +130,10 @@ Complaint header_complaint(const RequestFacts& request, const MethodContract& me
   return "the SOAP headers are " + text(request.headers) + ", expected " + text(method.headers);
 }
 
+std::string told(const RequestFacts& request, const std::string& wrong) {
+  return request.method + " in " + request.service + ": " + wrong;
+}
+
 }  // namespace
 
 Contract::Contract(std::vector<MethodContract> methods) : methods_(std::move(methods)) {}
@@ -137,11 +141,17 @@ Contract::Contract(std::vector<MethodContract> methods) : methods_(std::move(met
 Complaint Contract::complaint(const RequestFacts& request) const {
   const MethodContract* method = find(request.service, request.method);
   if (!method) return unknown_method(request);
-  auto wrong = action_complaint(request, *method);
-  if (!wrong) wrong = header_complaint(request, *method);
+  if (const auto wrong = action_complaint(request, *method)) return told(request, *wrong);
+  return envelope_complaint(request);
+}
+
+Complaint Contract::envelope_complaint(const RequestFacts& request) const {
+  const MethodContract* method = find(request.service, request.method);
+  if (!method) return unknown_method(request);
+  auto wrong = header_complaint(request, *method);
   if (!wrong) wrong = parameters_complaint(request, *method);
   if (!wrong) return std::nullopt;
-  return request.method + " in " + request.service + ": " + *wrong;
+  return told(request, *wrong);
 }
 
 const MethodContract* Contract::find(std::string_view service, std::string_view name) const {

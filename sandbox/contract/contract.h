@@ -62,6 +62,8 @@ class Contract {
   /// What is wrong with a request and what was expected, or nothing for one that fits: "getInvoice
   /// in urn:InvoiceService: parameter 1 is named 'UID', expected 'param'".
   std::optional<std::string> complaint(const RequestFacts& request) const;
+  /// The same without a look at SOAPAction, which the text of a request does not have.
+  std::optional<std::string> envelope_complaint(const RequestFacts& request) const;
 
  private:
   const MethodContract* find(std::string_view service, std::string_view name) const;

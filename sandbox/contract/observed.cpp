@@ -60,8 +60,4 @@ std::vector<MethodContract> contract_of(
   return methods;
 }
 
-Contract observed_contract() {
-  return Contract(contract_of(automation::observe_all()));
-}
-
 }  // namespace bvconn::sandbox

@@ -12,8 +12,4 @@ namespace bvconn::sandbox {
 std::vector<MethodContract> contract_of(
     const std::vector<automation::ObservedOperation>& observations);
 
-/// The contract of the library's own operations. Runs them all; no other thread may be inside the
-/// library meanwhile.
-Contract observed_contract();
-
 }  // namespace bvconn::sandbox

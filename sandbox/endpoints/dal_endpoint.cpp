@@ -1,7 +1,10 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "sandbox/endpoints/dal_answer.h"
+#include "sandbox/endpoints/dal_arguments.h"
 #include "sandbox/endpoints/endpoints.h"
 
 namespace bvconn::sandbox {
@@ -32,35 +35,36 @@ std::optional<std::string> user_of(const Sandbox& sandbox, const Request& reques
   return sandbox.logins.user_of(std::string_view(*authorization).substr(kScheme.size()));
 }
 
-json arguments_of(const Request& request, const DalTarget& target) {
-  json body = json::parse(request.body, nullptr, /*allow_exceptions=*/false);
-  if (body.is_object() && body.size() == 1 && body.contains("arguments") &&
-      body["arguments"].is_array()) {
-    return std::move(body["arguments"]);
-  }
-  throw DalError{400, dal_numbers::kBadRequest, target.object,
-                 target.operation + ": the body is not JSON of the form {\"arguments\":[...]}"};
+[[noreturn]] void refuse_without_login(const DalTarget& target) {
+  throw DalError{401, dal_numbers::kNotLoggedIn, target.object,
+                 target.operation +
+                     " needs a login: call AuthenticationService/Login and send "
+                     "its Session-Token as 'Authorization: Bearer ...'"};
 }
 
-DalAnswer run(Sandbox& sandbox, const Operations& operations, const Request& request,
-              const DalTarget& target) {
-  const auto found = operations.dal.find({target.object, target.operation});
-  if (found == operations.dal.end()) {
-    throw DalError{404, dal_numbers::kNoSuchOperation, target.object,
-                   "The sandbox has no operation '" + target.operation + "' of the object '" +
-                       target.object + "'"};
+const DalRoute& route_to(const Sandbox& sandbox, const Operations& operations,
+                         const DalTarget& target) {
+  const auto found = sandbox.dal_routes.find({target.object, target.operation});
+  if (found != sandbox.dal_routes.end() && is_served(operations, found->second)) {
+    return found->second;
   }
+  throw DalError{404, dal_numbers::kNoSuchOperation, target.object,
+                 "The sandbox has no operation '" + target.operation + "' of the object '" +
+                     target.object + "'"};
+}
+
+SessionAnswer run(Sandbox& sandbox, const Operations& operations, const Request& request,
+                  const DalTarget& target) {
+  const DalRoute& route = route_to(sandbox, operations, target);
+  const auto session = operations.session.find({target.object, target.operation});
+  const bool is_session = session != operations.session.end();
   const auto user = user_of(sandbox, request);
-  if (found->second.needs_login && !user) {
-    throw DalError{401, dal_numbers::kNotLoggedIn, target.object,
-                   target.operation +
-                       " needs a login: call AuthenticationService/Login and send "
-                       "its Session-Token as 'Authorization: Bearer ...'"};
-  }
-  const json arguments = arguments_of(request, target);
-  DalCall call{
-      .sandbox = sandbox, .arguments = arguments, .user = user ? *user : std::string_view()};
-  return found->second.run(call);
+  const bool needs_login = !is_session || session->second.needs_login;
+  if (needs_login && !user) refuse_without_login(target);
+  const std::vector<Variant> arguments = read_arguments(request.body, route);
+  if (!is_session) return {.text = dal_answer(sandbox, operations, route, arguments, *user)};
+  SessionCall call{.sandbox = sandbox, .arguments = arguments};
+  return session->second.run(call);
 }
 
 Reply error_reply(const DalError& error) {
@@ -72,7 +76,7 @@ Reply error_reply(const DalError& error) {
 
 Reply answer_target(Sandbox& sandbox, const Operations& operations, const Request& request,
                     const DalTarget& target) {
-  const DalAnswer answer = run(sandbox, operations, request, target);
+  const SessionAnswer answer = run(sandbox, operations, request, target);
   Reply reply = text_reply(200, answer.text);
   if (!answer.token.empty()) {
     reply.headers.push_back({.name = "Session-Token", .value = answer.token});

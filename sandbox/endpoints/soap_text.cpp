@@ -34,11 +34,15 @@ void append_element(std::string& xml, std::string_view name, std::string_view te
 
 }  // namespace
 
-std::string reply_text(std::string_view service, std::string_view method,
-                       const std::function<void(SoapNodes results)>& add) {
+std::string reply_text(const Operations::Name& name, const Method& method, Sandbox& sandbox,
+                       std::string_view user_id, const SoapNodes& parameters) {
   const auto envelope = SoapEnvelope::make();
-  envelope.SetMethod(std::string(method) + "Response", service);
-  add(envelope.Parameters());
+  envelope.SetMethod(name.second + "Response", name.first);
+  SoapCall call{.sandbox = sandbox,
+                .user_id = user_id,
+                .parameters = parameters,
+                .results = envelope.Parameters()};
+  method(call);
   return envelope.Serialize();
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -9,9 +8,9 @@
 
 namespace bvconn::sandbox {
 
-/// The text of an envelope that answers `method` of `service`, with the results that `add` appends.
-std::string reply_text(std::string_view service, std::string_view method,
-                       const std::function<void(SoapNodes results)>& add);
+/// Runs what bears this name and gives the text of the envelope that answers it.
+std::string reply_text(const Operations::Name& name, const Method& method, Sandbox& sandbox,
+                       std::string_view user_id, const SoapNodes& parameters);
 
 /// The text of an envelope that holds a fault.
 std::string fault_text(const Fault& fault);

@@ -4,7 +4,6 @@
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {

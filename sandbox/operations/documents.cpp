@@ -4,20 +4,13 @@
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
-namespace {
-
-constexpr const char* kClient = "SOAP-ENV:Client";
-
-}  // namespace
 
 void refuse_key(std::string_view what, std::string_view field, std::string_view key) {
   const std::string text = "There is no " + std::string(what) + " with the " + std::string(field) +
                            " '" + std::string(key) + "'";
-  throw Fault{.code = kClient, .text = text, .detail = {{std::string(field), std::string(key)}}};
-}
-
-void refuse_document(const std::string& text) {
-  throw Fault{.code = kClient, .text = text, .detail = {{"message", text}}};
+  throw Fault{.code = fault_codes::kClient,
+              .text = text,
+              .detail = {{std::string(field), std::string(key)}}};
 }
 
 std::string key_at(const SoapCall& call, std::size_t index) {
@@ -26,9 +19,9 @@ std::string key_at(const SoapCall& call, std::size_t index) {
 
 SoapNode document_at(const SoapCall& call, std::size_t index) {
   const SoapNode tree = call.parameters.Item(index);
-  if (tree.nil()) refuse_document("'" + tree.Name() + "' is nil, expected a document");
+  if (tree.nil()) refuse("'" + tree.Name() + "' is nil, expected a document");
   if (tree.Nodes().Count() == 0 && !to_text(tree.Value()).empty()) {
-    refuse_document("'" + tree.Name() + "' holds a text, expected a document with elements");
+    refuse("'" + tree.Name() + "' holds a text, expected a document with elements");
   }
   return tree;
 }
@@ -75,8 +68,8 @@ Document keep_document(SoapCall& call, const DocumentKind& kind, const SoapNode&
     set_child(tree, kind.key_field, document.gid);
   } else if (auto known = documents.find(document.gid)) {
     if (known->kind != kind.name) {
-      refuse_document("'" + document.gid + "' is the key of a document of the kind '" +
-                      known->kind + "', not '" + std::string(kind.name) + "'");
+      refuse("'" + document.gid + "' is the key of a document of the kind '" + known->kind +
+             "', not '" + std::string(kind.name) + "'");
     }
     document = std::move(*known);
   }
@@ -98,6 +91,13 @@ void answer_state(SoapCall& call, const DocumentKind& kind, const Document& docu
   fields.Create(kind.key_field, document.gid);
   fields.Create("Status", document.status);
   fields.Create("Revision", static_cast<std::int32_t>(document.revision));
+}
+
+void add_documents(Operations& operations) {
+  for (const auto rows : {project_rows, quote_rows, order_rows, comment_rows, instrument_rows,
+                          submittal_rows, rma_rows}) {
+    for (const DocumentRow& row : rows()) add_method(operations, row.service, row.method, row.run);
+  }
 }
 
 }  // namespace bvconn::sandbox

@@ -28,7 +28,6 @@ std::vector<DocumentRow> submittal_rows();
 std::vector<DocumentRow> rma_rows();
 
 [[noreturn]] void refuse_key(std::string_view what, std::string_view field, std::string_view key);
-[[noreturn]] void refuse_document(const std::string& text);
 
 /// A parameter that holds a key.
 std::string key_at(const SoapCall& call, std::size_t index);

@@ -37,7 +37,7 @@ void keep_header(SoapCall& call, const Document& document, const SoapNode& comme
 std::string need_name(const SoapNode& comments) {
   std::string gid = document_named_in(comments);
   if (gid.empty()) {
-    refuse_document("'" + comments.Name() + "' names no document: there is no GID in it");
+    refuse("'" + comments.Name() + "' names no document: there is no GID in it");
   }
   return gid;
 }
@@ -81,7 +81,7 @@ template <const DocumentKind& kKind>
 void update_line(SoapCall& call) {
   const SoapNode encoding = call.parameters.Item(0);
   const std::string line = find_text(encoding, {"LineItemGID"});
-  if (line.empty()) refuse_document("The comments name no line: there is no LineItemGID in them");
+  if (line.empty()) refuse("The comments name no line: there is no LineItemGID in them");
   Documents documents = call.sandbox.store.documents();
   std::string gid = document_named_in(encoding);
   if (gid.empty()) gid = documents.owner_of_line(kKind, line).value_or("");

@@ -95,7 +95,7 @@ void get_acknowledgement(SoapCall& call) {
 void new_acknowledgement(SoapCall& call) {
   const SoapNode written = call.parameters.Item(0);
   const std::string order_gid = find_text(written, {"OrderGID", "orderGID"});
-  if (order_gid.empty()) refuse_document("The acknowledgement names no order: no OrderGID in it");
+  if (order_gid.empty()) refuse("The acknowledgement names no order: no OrderGID in it");
   const Document order = need(call, kOrderKind, order_gid);
   Documents documents = call.sandbox.store.documents();
   Document acknowledgement;

@@ -62,7 +62,7 @@ void check_save_status(SoapCall& call) {
 /// The project that quotes are asked for: a key, or a whole project, which is saved first.
 Document project_of_quotes(SoapCall& call) {
   const SoapNode project = call.parameters.Item(0);
-  if (project.nil()) refuse_document("'Project' is nil, expected a key or a project");
+  if (project.nil()) refuse("'Project' is nil, expected a key or a project");
   if (project.Nodes().Count() == 0) return need(call, kProjectKind, to_text(project.Value()));
   return keep_document(call, kProjectKind, project);
 }

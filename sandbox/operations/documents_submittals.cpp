@@ -110,7 +110,7 @@ void create_submittal(SoapCall& call) {
   const SoapNode tree = document_at(call, 0);
   const std::string uid = child_text(tree, "UID");
   if (!uid.empty() && call.sandbox.store.documents().find(uid)) {
-    refuse_document("There is a submittal with the UID '" + uid + "' already");
+    refuse("There is a submittal with the UID '" + uid + "' already");
   }
   if (child_text(tree, "Status").empty()) set_child(tree, "Status", "DRAFT");
   answer_text(call, keep_submittal(call, tree, owner_named_in(call, tree)).gid);

@@ -5,7 +5,6 @@
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
@@ -102,7 +101,7 @@ std::string date_criterion(const SoapCall& call, std::size_t place) {
   const std::string text = criterion(call, place);
   if (text.empty()) return text;
   const auto date = conversions::date_of(text);
-  if (!date) refuse_document("'" + text + "' is no date");
+  if (!date) refuse("'" + text + "' is no date");
   return conversions::iso_date_text(*date).substr(0, std::string_view("2024-01-31").size());
 }
 

@@ -4,14 +4,12 @@
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/operations/defaults.h"
 #include "sandbox/operations/documents.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
 namespace {
 
 constexpr const char* kService = "urn:MaintenanceService";
-constexpr const char* kObject = "MaintenanceService";
 
 constexpr std::string_view kLogo = "user logo";
 constexpr std::string_view kProfile = "user profile";
@@ -42,7 +40,7 @@ void set_logo(SoapCall& call) {
 
 void update_password(SoapCall& call) {
   const std::string password = key_at(call, 0);
-  if (password.empty()) refuse_document("The password is empty");
+  if (password.empty()) refuse("The password is empty");
   if (!call.sandbox.store.change_password(call.user_id, password)) {
     refuse_key("user", "name", call.user_id);
   }
@@ -82,7 +80,7 @@ std::string print_info_at(SoapCall& call) {
 void save_house_default(SoapCall& call, const std::string& kind) {
   const SoapNode printout = call.parameters.Item(0);
   if (printout.Nodes().Count() == 0) {
-    refuse_document("'" + printout.Name() + "' has no content, expected a printout");
+    refuse("'" + printout.Name() + "' has no content, expected a printout");
   }
   call.sandbox.store.entries().keep(kHouseDefault, "", kind, node_to_xml(printout));
   call.results.Append(printout);
@@ -120,12 +118,9 @@ void add_defaults(Operations& operations, const std::string& kind) {
   add_default(operations, "getUser" + name, kind, [](SoapCall& call, const std::string& each) {
     answer_text(call, user_default(call, each));
   });
-  add_route(operations, {kObject, "SetUser" + name, kService, "setUser" + name, 1});
-  add_route(operations, {kObject, "GetUser" + name, kService, "getUser" + name, 0});
   // A submitted order has no printout of its own.
   if (kind == "OrderSubmit") return;
   add_default(operations, "save" + name, kind, save_house_default);
-  add_route(operations, {kObject, "Save" + name, kService, "save" + name, kRequestText});
 }
 
 }  // namespace
@@ -156,10 +151,6 @@ void add_maintenance(Operations& operations) {
   add_method(operations, kService, "updateUserProfile", update_profile);
   add_method(operations, kService, "checkTypeAheadFileIfItDoesNotExistThenKickOffPrimeTypeAhead",
              check_type_ahead);
-  add_route(operations, {kObject, "GetUserLogo", kService, "getUserLogo", 0});
-  add_route(operations, {kObject, "GetUserLogoList", kService, "getUserLogoList", 0});
-  add_route(operations, {kObject, "SetUserLogo", kService, "setUserLogo", 1});
-  add_route(operations, {kObject, "SetUserProfile", kService, "updateUserProfile", kRequestText});
   for (const char* kind : {"Quote", "Order", "OrderSubmit", "SAP", "Project", "RFQ"}) {
     add_defaults(operations, kind);
   }

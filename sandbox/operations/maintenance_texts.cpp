@@ -4,7 +4,6 @@
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/operations/documents.h"
 #include "sandbox/operations/keys.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
@@ -19,7 +18,7 @@ constexpr TextKind kRemarks{"remark", "RMK-", 601, "UID", "UID"};
 
 void refuse_what_is_no_text(const SoapNode& tree) {
   if (tree.Nodes().Count() != 0) return;
-  refuse_document("'" + tree.Name() + "' has no content, expected elements");
+  refuse("'" + tree.Name() + "' has no content, expected elements");
 }
 
 void need_text(SoapCall& call, const TextKind& kind, const std::string& uid) {
@@ -41,7 +40,7 @@ void create(SoapCall& call, const TextKind& kind) {
   Entries entries = call.sandbox.store.entries();
   std::string uid = child_text(tree, kind.key_field);
   if (!uid.empty() && entries.find(kind.name, "", uid)) {
-    refuse_document("There is a " + std::string(kind.name) + " with the UID '" + uid + "' already");
+    refuse("There is a " + std::string(kind.name) + " with the UID '" + uid + "' already");
   }
   // Clients may have made texts under keys of their own choice.
   while (uid.empty() || entries.find(kind.name, "", uid)) {

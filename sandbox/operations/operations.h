@@ -2,13 +2,13 @@
 
 #include <functional>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "bvconn/platform/soap/soap_node.h"
+#include "bvconn/platform/soap/variant.h"
 #include "sandbox/sandbox.h"
 
 /// What the server can do: the operations by their names on the two routes. Each family of them has
@@ -22,6 +22,15 @@ struct Fault {
   /// Elements of the fault's detail, name and text.
   std::vector<std::pair<std::string, std::string>> detail{};
 };
+
+namespace fault_codes {
+inline constexpr const char* kClient = "SOAP-ENV:Client";
+inline constexpr const char* kServer = "SOAP-ENV:Server";
+inline constexpr const char* kVersionMismatch = "SOAP-ENV:VersionMismatch";
+}  // namespace fault_codes
+
+/// Throws the fault of a client that asks for something wrong; its detail repeats the words.
+[[noreturn]] void refuse(const std::string& text);
 
 /// Thrown by an operation of the data access layer: the answer is an error in JSON.
 struct DalError {
@@ -49,29 +58,43 @@ struct SoapCall {
   SoapNodes results;
 };
 
-struct DalCall {
+using Method = std::function<void(SoapCall&)>;
+
+/// A call that begins or belongs to a session of the data access layer itself.
+struct SessionCall {
   Sandbox& sandbox;
-  const nlohmann::json& arguments;  ///< an array
-  std::string_view user{};          ///< of the login
+  const std::vector<Variant>& arguments;  ///< of the number and the types that the library passes
 };
 
-struct DalAnswer {
+struct SessionAnswer {
   std::string text;
   /// Sent back as Session-Token where there is one.
   std::string token{};
 };
 
-struct DalOperation {
-  std::function<DalAnswer(DalCall&)> run;
+struct SessionOperation {
+  std::function<SessionAnswer(SessionCall&)> run;
   bool needs_login = true;
 };
 
 struct Operations {
   using Name = std::pair<std::string, std::string>;  ///< service and method, object and operation
 
-  std::map<Name, std::function<void(SoapCall&)>> soap;
-  std::map<Name, DalOperation> dal;
+  /// The methods of the services. Calls of the data access layer lead here as well.
+  std::map<Name, Method> soap;
+  /// The few operations that the data access layer alone serves. Their parameters are the
+  /// arguments, each under its name.
+  std::map<Name, Method> dal_alone;
+  /// Those of the data access layer's own session, which answer no envelope.
+  std::map<Name, SessionOperation> session;
 };
+
+/// A method of a service. It runs within a transaction, which a fault rolls back.
+void add_method(Operations& operations, const std::string& service, const std::string& name,
+                Method method);
+/// An operation that the data access layer alone serves; it runs within a transaction as well.
+void add_dal_method(Operations& operations, const std::string& object, const std::string& operation,
+                    Method method);
 
 void add_authentication(Operations& operations);
 void add_heart_beat(Operations& operations);

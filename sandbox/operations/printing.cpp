@@ -4,14 +4,12 @@
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/operations/defaults.h"
 #include "sandbox/operations/documents.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
 namespace {
 
 constexpr const char* kService = "urn:PrintingService";
-constexpr const char* kObject = "PrintingService";
 
 constexpr DocumentKind kPrintouts{"printout", "PRN-", 11'001, "UID", "UID"};
 
@@ -62,7 +60,7 @@ void get_printout(SoapCall& call, const std::string& root, const DocumentKind& d
 void save_printout(SoapCall& call, const std::string& root) {
   const SoapNode tree = call.parameters.Item(0);
   if (tree.Nodes().Count() == 0) {
-    refuse_document("'" + tree.Name() + "' has no content, expected a printout");
+    refuse("'" + tree.Name() + "' has no content, expected a printout");
   }
   Entries entries = call.sandbox.store.entries();
   std::string uid = child_text(tree, "UID");
@@ -107,30 +105,20 @@ void get_rfq_info(SoapCall& call) {
 
 void add_printing(Operations& operations) {
   add_method(operations, kService, "getPrintInfos", list_of("print info"));
-  add_route(operations, {kObject, "GetPrintInfos", kService, "getPrintInfos", 0});
   add_method(operations, kService, "getPrintTemplates", list_of("print template"));
-  add_route(operations, {kObject, "GetPrintTemplates", kService, "getPrintTemplates", 0});
   for (const std::string kind : {"Quote", "Order", "Project", "RFQ", "SAP"}) {
     const std::string name = kind + "PrintoutDefaults";
     add_method(operations, kService, "get" + name,
                [kind](SoapCall& call) { get_defaults(call, kind); });
-    add_route(operations, {kObject, "Get" + name, kService, "get" + name, 1});
   }
   add_printouts(operations, "Quote", kQuoteKind);
   add_printouts(operations, "Order", kOrderKind);
   add_printouts(operations, "RFQ", kRfqKind);
-  add_route(operations, {kObject, "GetQuotePrintout", kService, "getQuotePrint", 1});
 
   add_method(operations, "urn:SearchService", "searchForProposalComments",
              list_of("proposal comment"));
-  add_route(operations, {"SearchService", "getProposalComments", "urn:SearchService",
-                         "searchForProposalComments", 0});
   add_method(operations, "urn:QuoteService", "getRFQAuxiliaryInfo", get_rfq_info<kQuoteKind>);
-  add_route(operations,
-            {"QuoteService", "getRFQAuxiliaryInfo", "urn:QuoteService", "getRFQAuxiliaryInfo", 2});
   add_method(operations, "urn:ProjectService", "getRFQFromProjAuxInfo", get_rfq_info<kProjectKind>);
-  add_route(operations, {"ProjectService", "getRFQFromProjAuxInfo", "urn:ProjectService",
-                         "getRFQFromProjAuxInfo", 2});
 }
 
 }  // namespace bvconn::sandbox

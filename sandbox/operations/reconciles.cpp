@@ -5,7 +5,6 @@
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
 #include "sandbox/operations/keys.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/store/documents_tree.h"
 #include "sandbox/store/reconciles.h"
 
@@ -20,7 +19,6 @@ constexpr const char* kLockedByAnother = "10012";
 constexpr const char* kCannotAssociate = "10061";
 constexpr const char* kCannotReconcile = "10071";
 constexpr const char* kNothingToSave = "10081";
-constexpr const char* kClient = "SOAP-ENV:Client";
 
 [[noreturn]] void refuse(const char* code, const std::string& text) {
   throw Fault{.code = code, .text = text, .detail = {{"message", text}}};
@@ -73,7 +71,7 @@ void save_reconcile(SoapCall& call) {
   const SoapNode tree = call.parameters.Item(0);
   if (tree.Nodes().Count() == 0) refuse(kNothingToSave, "The order reconcile has no content");
   const auto known = call.sandbox.store.documents().find(child_text(tree, "GID"));
-  if (known) refuse_lock_of_another(call, *known, kClient);
+  if (known) refuse_lock_of_another(call, *known, fault_codes::kClient);
   set_child(tree, "LockedBy", call.user_id);
   call.results.Append(keep_document(call, kReconcileKind, tree).tree());
 }
@@ -86,7 +84,7 @@ void pilfer_reconcile(SoapCall& call) {
 
 void unlock_reconcile(SoapCall& call) {
   Document reconcile = need(call, kReconcileKind, key_at(call, 0));
-  refuse_lock_of_another(call, reconcile, kClient);
+  refuse_lock_of_another(call, reconcile, fault_codes::kClient);
   const SoapNode tree = reconcile.tree();
   if (to_boolean(call.parameters.Item(1).Value())) {
     set_child(tree, "Lines", SoapNode::make("Lines"));

@@ -40,10 +40,36 @@ bool flag_at(const SoapCall& call, std::size_t place) {
   return value.is(Variant::Type::kString) ? lower(value.string()) == "true" : to_boolean(value);
 }
 
+/// The data access layer has a list as one text, joined like this.
+void append_texts(std::vector<std::string>& texts, std::string_view joined) {
+  while (!joined.empty()) {
+    const auto end = joined.find(';');
+    texts.push_back(trimmed(joined.substr(0, end)));
+    joined.remove_prefix(end == std::string_view::npos ? joined.size() : end + 1);
+  }
+}
+
+/// The texts of an argument, trimmed; none for one that is missing, nil or empty.
+std::vector<std::string> texts_at(const SoapCall& call, std::size_t place) {
+  std::vector<std::string> texts;
+  if (place >= call.parameters.Count()) return texts;
+  const SoapNode node = call.parameters.Item(place);
+  if (node.nil()) return texts;
+  const Variant value = node.Value();
+  if (value.is(Variant::Type::kArray)) {
+    for (const Variant& each : value.array().items()) texts.push_back(trimmed(simple_text(each)));
+  } else if (node.Nodes().Count() != 0) {
+    for (const SoapNode& each : node.Nodes()) texts.push_back(trimmed(simple_text(each.Value())));
+  } else {
+    append_texts(texts, simple_text(value));
+  }
+  return texts;
+}
+
 /// A criterion with its argument.
-class Test {
+class BoundCriterion {
  public:
-  Test(const SoapCall& call, const Criterion& criterion) : criterion_(criterion) {
+  BoundCriterion(const SoapCall& call, const Criterion& criterion) : criterion_(criterion) {
     if (is_flag()) {
       open_ = !flag_at(call, criterion.place);
       return;
@@ -56,7 +82,7 @@ class Test {
     open_ = wanted_.empty();
     if (!open_ && (criterion.match == Match::kFrom || criterion.match == Match::kTo)) {
       day_ = conversions::date_of(wanted_.front());
-      if (!day_) refuse_document("'" + wanted_.front() + "' is no date");
+      if (!day_) refuse("'" + wanted_.front() + "' is no date");
     }
   }
 
@@ -78,7 +104,7 @@ class Test {
   bool open_ = true;
 };
 
-bool Test::fits(const SoapNode& row) const {
+bool BoundCriterion::fits(const SoapNode& row) const {
   if (criterion_.match == Match::kNot) {
     return child_text(row, criterion_.field) != criterion_.value;
   }
@@ -88,7 +114,7 @@ bool Test::fits(const SoapNode& row) const {
   return false;
 }
 
-bool Test::fits_text(const std::string& text) const {
+bool BoundCriterion::fits_text(const std::string& text) const {
   if (is_flag()) return text == criterion_.value;
   if (day_) return fits_day(text);
   for (const std::string& each : wanted_) {
@@ -104,7 +130,7 @@ bool Test::fits_text(const std::string& text) const {
   return false;
 }
 
-bool Test::fits_day(const std::string& text) const {
+bool BoundCriterion::fits_day(const std::string& text) const {
   constexpr std::int64_t kDay = 86'400'000;
   const auto date = conversions::date_of(text);
   if (!date) return false;
@@ -112,55 +138,31 @@ bool Test::fits_day(const std::string& text) const {
   return date->milliseconds < day_->milliseconds + kDay;
 }
 
-bool fits_all(const SoapNode& row, const std::vector<Test>& tests) {
+bool fits_all(const SoapNode& row, const std::vector<BoundCriterion>& bound) {
   std::map<std::string, bool> groups;
-  for (const Test& test : tests) {
-    const bool fits = test.fits(row);
-    if (test.criterion().match == Match::kAny) {
-      bool& group = groups[test.criterion().field];
+  for (const BoundCriterion& each : bound) {
+    const bool fits = each.fits(row);
+    if (each.criterion().match == Match::kAny) {
+      bool& group = groups[each.criterion().field];
       group = group || fits;
     } else if (!fits) {
       return false;
     }
   }
-  return std::all_of(groups.begin(), groups.end(), [](const auto& each) { return each.second; });
-}
-
-void append_texts(std::vector<std::string>& texts, std::string_view joined) {
-  while (!joined.empty()) {
-    const auto end = joined.find(';');
-    texts.push_back(trimmed(joined.substr(0, end)));
-    joined.remove_prefix(end == std::string_view::npos ? joined.size() : end + 1);
-  }
+  return std::all_of(groups.begin(), groups.end(), [](const auto& group) { return group.second; });
 }
 
 }  // namespace
 
-std::vector<std::string> texts_at(const SoapCall& call, std::size_t place) {
-  std::vector<std::string> texts;
-  if (place >= call.parameters.Count()) return texts;
-  const SoapNode node = call.parameters.Item(place);
-  if (node.nil()) return texts;
-  const Variant value = node.Value();
-  if (value.is(Variant::Type::kArray)) {
-    for (const Variant& each : value.array().items()) texts.push_back(trimmed(simple_text(each)));
-  } else if (node.Nodes().Count() != 0) {
-    for (const SoapNode& each : node.Nodes()) texts.push_back(trimmed(simple_text(each.Value())));
-  } else {
-    append_texts(texts, simple_text(value));
-  }
-  return texts;
-}
-
 Rows matching(const SoapCall& call, const Rows& rows, const std::vector<Criterion>& criteria) {
-  std::vector<Test> tests;
+  std::vector<BoundCriterion> bound;
   for (const Criterion& each : criteria) {
-    Test test(call, each);
-    if (!test.open()) tests.push_back(std::move(test));
+    BoundCriterion criterion(call, each);
+    if (!criterion.open()) bound.push_back(std::move(criterion));
   }
   Rows found;
   for (const SoapNode& row : rows) {
-    if (fits_all(row, tests)) found.push_back(row);
+    if (fits_all(row, bound)) found.push_back(row);
   }
   return found;
 }

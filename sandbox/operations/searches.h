@@ -23,8 +23,7 @@ enum class Match {
   kNot,       ///< a flag; when it is set the field may not be `value`
 };
 
-/// The argument in this place, and the field of a row that it is compared with. Both routes have
-/// their arguments in the same places.
+/// The parameter in this place, and the field of a row that it is compared with.
 struct Criterion {
   std::size_t place;
   const char* field;
@@ -36,8 +35,6 @@ using Rows = std::vector<SoapNode>;
 
 /// The rows that all criteria fit; an argument that is missing leaves its criterion open.
 Rows matching(const SoapCall& call, const Rows& rows, const std::vector<Criterion>& criteria);
-/// The texts of an argument, trimmed; none for one that is missing, nil or empty.
-std::vector<std::string> texts_at(const SoapCall& call, std::size_t place);
 void answer_rows(SoapCall& call, const Rows& rows);
 
 /// A row of each document of a kind that is not deactivated.

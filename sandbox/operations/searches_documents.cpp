@@ -1,88 +1,108 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <string>
 
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/operations/searches.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
 namespace {
 
-constexpr const char* kSearch = "urn:SearchService";
-constexpr const char* kRma = "urn:RMAService";
+/// A criterion by the name of its argument: on the data access layer's own searches each has one.
+struct NamedCriterion {
+  const char* argument;
+  const char* field;
+  Match match = Match::kEquals;
+  const char* value = "";
+};
+using NamedCriteria = std::vector<NamedCriterion>;
 
-std::vector<Criterion> order_criteria(std::size_t first) {
-  return {{first, "OrderNumber"},
-          {first + 1, "SAPOrderNumber"},
-          {first + 2, "Status"},
-          {first + 3, "Name", Match::kContains},
-          {first + 4, "PONumber"},
-          {first + 5, "QuoteNumber"},
-          {first + 6, "AgentID", Match::kNumber},
-          {first + 7, "CatalogNumber"},
-          {first + 8, "CustomerGID"},
-          {first + 9, "CustomerName", Match::kContains},
-          {first + 10, "CustomerCity", Match::kContains},
-          {first + 11, "CustomerState"},
-          {first + 12, "CustomerCountry"},
-          {first + 13, "NationalAccount"},
-          {first + 14, "CFAccount"},
-          {first + 15, "ManufacturerGID"},
-          {first + 16, "CreateDate", Match::kFrom},
-          {first + 17, "CreateDate", Match::kTo},
-          {first + 19, "HFR", Match::kOnly, "Y"},
-          {first + 20, "OrderSource"},
-          {first + 21, "DodgeNumber"},
-          {first + 22, "ContractorFirstPO"}};
+const NamedCriteria& order_criteria() {
+  static const NamedCriteria rows{{"OrderNbr", "OrderNumber"},
+                                  {"SAPOrderNumber", "SAPOrderNumber"},
+                                  {"OrderStatus", "Status"},
+                                  {"ProjName", "Name", Match::kContains},
+                                  {"PONbr", "PONumber"},
+                                  {"QuoteNbr", "QuoteNumber"},
+                                  {"AgentID", "AgentID", Match::kNumber},
+                                  {"CatalogNbr", "CatalogNumber"},
+                                  {"CustGID", "CustomerGID"},
+                                  {"CustName", "CustomerName", Match::kContains},
+                                  {"CustCity", "CustomerCity", Match::kContains},
+                                  {"CustState", "CustomerState"},
+                                  {"CustCountry", "CustomerCountry"},
+                                  {"NationalAccount", "NationalAccount"},
+                                  {"CFAccount", "CFAccount"},
+                                  {"MfgGID", "ManufacturerGID"},
+                                  {"CreateDateStart", "CreateDate", Match::kFrom},
+                                  {"CreateDateEnd", "CreateDate", Match::kTo},
+                                  {"OnlyHFR", "HFR", Match::kOnly, "Y"},
+                                  {"OrderSource", "OrderSource"},
+                                  {"DodgeNumber", "DodgeNumber"},
+                                  {"ContractorFirstPO", "ContractorFirstPO"}};
+  return rows;
 }
 
 // A quote's customer is looked for as its distributor.
-std::vector<Criterion> quote_criteria(std::size_t first) {
-  return {{first, "QuoteNumber"},
-          {first + 1, "Status"},
-          {first + 2, "Name", Match::kContains},
-          {first + 3, "City", Match::kContains},
-          {first + 4, "State"},
-          {first + 5, "AgentID", Match::kNumber},
-          {first + 6, "CatalogNumber"},
-          {first + 7, "CustomerGID"},
-          {first + 8, "CustomerName", Match::kContains},
-          {first + 9, "ContractorGID"},
-          {first + 10, "ContractorName", Match::kContains},
-          {first + 11, "SpecifierGID"},
-          {first + 12, "SpecifierName", Match::kContains},
-          {first + 13, "BidDate", Match::kFrom},
-          {first + 14, "BidDate", Match::kTo},
-          {first + 15, "NationalAccount"},
-          {first + 17, "Country"},
-          {first + 18, "DodgeNumber"}};
+const NamedCriteria& quote_criteria() {
+  static const NamedCriteria rows{{"QuoteNbr", "QuoteNumber"},
+                                  {"QuoteStatus", "Status"},
+                                  {"ProjName", "Name", Match::kContains},
+                                  {"ProjCity", "City", Match::kContains},
+                                  {"ProjState", "State"},
+                                  {"AgentID", "AgentID", Match::kNumber},
+                                  {"CatNbr", "CatalogNumber"},
+                                  {"DistGID", "CustomerGID"},
+                                  {"DistName", "CustomerName", Match::kContains},
+                                  {"ContGID", "ContractorGID"},
+                                  {"ContName", "ContractorName", Match::kContains},
+                                  {"SpecGID", "SpecifierGID"},
+                                  {"SpecName", "SpecifierName", Match::kContains},
+                                  {"BidStart", "BidDate", Match::kFrom},
+                                  {"BidEnd", "BidDate", Match::kTo},
+                                  {"NationalAccount", "NationalAccount"},
+                                  {"ProjCountry", "Country"},
+                                  {"DodgeNumber", "DodgeNumber"}};
+  return rows;
 }
 
-std::vector<Criterion> project_criteria(std::size_t first) {
-  return {{first, "ProjectNumber"},
-          {first + 1, "Name", Match::kContains},
-          {first + 2, "City", Match::kContains},
-          {first + 3, "State"},
-          {first + 4, "Country"},
-          {first + 5, "Status"},
-          {first + 6, "AgentID", Match::kNumber},
-          {first + 7, "CatalogNumber"},
-          {first + 8, "CustomerGID"},
-          {first + 9, "CustomerName", Match::kContains},
-          {first + 10, "BidDate", Match::kFrom},
-          {first + 11, "BidDate", Match::kTo},
-          {first + 12, "QuoteNumber"},
-          {first + 13, "AppNumber"},
-          {first + 14, "SpecStatus"},
-          {first + 15, "SpecNumber"},
-          {first + 16, "NationalAccount"},
-          {first + 17, "DodgeNumber"},
-          {first + 18, "NSCustomerGID"},
-          {first + 19, "NSCustomerName", Match::kContains},
-          {first + 20, "SpecType"}};
+const NamedCriteria& project_criteria() {
+  static const NamedCriteria rows{{"ProjNbr", "ProjectNumber"},
+                                  {"ProjName", "Name", Match::kContains},
+                                  {"ProjCity", "City", Match::kContains},
+                                  {"ProjState", "State"},
+                                  {"ProjCountry", "Country"},
+                                  {"ProjStatus", "Status"},
+                                  {"AgentID", "AgentID", Match::kNumber},
+                                  {"CatNbr", "CatalogNumber"},
+                                  {"CustomerGID", "CustomerGID"},
+                                  {"CustomerName", "CustomerName", Match::kContains},
+                                  {"BidStart", "BidDate", Match::kFrom},
+                                  {"BidEnd", "BidDate", Match::kTo},
+                                  {"QuoteNbr", "QuoteNumber"},
+                                  {"AppNbr", "AppNumber"},
+                                  {"SpecStatus", "SpecStatus"},
+                                  {"SpecNbr", "SpecNumber"},
+                                  {"NatlAcct", "NationalAccount"},
+                                  {"DodgeNumber", "DodgeNumber"},
+                                  {"nsCustomerGID", "NSCustomerGID"},
+                                  {"nsCustomerName", "NSCustomerName", Match::kContains},
+                                  {"SpecType", "SpecType"}};
+  return rows;
+}
+
+/// The criteria by the places that the arguments have in this call.
+std::vector<Criterion> placed(const SoapCall& call, const NamedCriteria& criteria) {
+  std::map<std::string, std::size_t> places;
+  for (const SoapNode& each : call.parameters) places.emplace(each.Name(), places.size());
+  std::vector<Criterion> result;
+  for (const NamedCriterion& each : criteria) {
+    result.push_back({places.at(each.argument), each.field, each.match, each.value});
+  }
+  return result;
 }
 
 void add_texts(const SoapNode& from, const SoapNode& row) {
@@ -148,33 +168,29 @@ class DocumentRows {
   std::map<std::string, SoapNode> customers_;
 };
 
+/// A search that the data access layer alone has, and its form that mails what it finds.
 struct DocumentSearch {
-  const char *method, *object, *operation;
-  const DocumentKind* kind;
-  int keys;
-  std::vector<Criterion> criteria;
+  const char *object, *operation, *mailing;
+  const DocumentKind& kind;
+  const NamedCriteria& criteria;
 };
 
-void add_search(Operations& operations, const DocumentSearch& search) {
-  add_method(operations, kSearch, search.method,
-             [kind = search.kind, criteria = search.criteria](SoapCall& call) {
-               answer_rows(call, matching(call, document_rows(call, *kind), criteria));
-             });
-  add_route(operations, {search.object, search.operation, kSearch, search.method, search.keys});
+Rows rows_found(SoapCall& call, const DocumentSearch& search) {
+  return matching(call, document_rows(call, search.kind), placed(call, search.criteria));
 }
 
-/// No mail leaves the sandbox: it says to whom how much would go.
-void add_export(Operations& operations, const DocumentSearch& search) {
-  add_method(operations, kSearch, search.method,
-             [kind = search.kind, criteria = search.criteria](SoapCall& call) {
-               const Rows found = matching(call, document_rows(call, *kind), criteria);
-               const std::string user = key_at(call, 1);
-               SoapNodes fields = begin_answer(call);
-               fields.Create("UserName", user);
-               fields.Create("Count", static_cast<std::int32_t>(found.size()));
-             });
-  add_route(operations,
-            {search.object, search.operation, kSearch, search.method, search.keys, true});
+// No mail leaves the sandbox: it says to whom how much would go.
+void answer_mailing(SoapCall& call, const Rows& rows) {
+  SoapNodes fields = begin_answer(call);
+  fields.Create("UserName", to_text(call.parameters.ItemByName("UserName").Value()));
+  fields.Create("Count", static_cast<std::int32_t>(rows.size()));
+}
+
+void add_search(Operations& operations, const DocumentSearch& search) {
+  add_dal_method(operations, search.object, search.operation,
+                 [search](SoapCall& call) { answer_rows(call, rows_found(call, search)); });
+  add_dal_method(operations, "SearchService", search.mailing,
+                 [search](SoapCall& call) { answer_mailing(call, rows_found(call, search)); });
 }
 
 void search_rma(SoapCall& call) {
@@ -202,20 +218,13 @@ Rows document_rows(SoapCall& call, const DocumentKind& kind) {
 }
 
 void add_document_searches(Operations& operations) {
-  add_search(operations, {"searchForOrders", "SearchService", "SearchForOrders", &kOrderKind, 23,
-                          order_criteria(0)});
-  add_search(operations, {"searchForQuotes", "SearchService", "SearchForQuotes", &kQuoteKind, 19,
-                          quote_criteria(0)});
-  add_search(operations, {"searchForProjects", "ProjectService", "SearchForProjects", &kProjectKind,
-                          21, project_criteria(0)});
-  add_export(operations, {"exportOrders", "SearchService", "OrdersSearchEmailExport", &kOrderKind,
-                          25, order_criteria(2)});
-  add_export(operations, {"exportQuotes", "SearchService", "QuotesSearchEmailExport", &kQuoteKind,
-                          21, quote_criteria(2)});
-  add_export(operations, {"exportProjects", "SearchService", "ProjectsSearchEmailExport",
-                          &kProjectKind, 23, project_criteria(2)});
-  add_method(operations, kRma, "searchRMA", search_rma);
-  add_route(operations, {"RMAService", "SearchForRMA", kRma, "searchRMA", kRequestText});
+  add_search(operations, {"SearchService", "SearchForOrders", "OrdersSearchEmailExport", kOrderKind,
+                          order_criteria()});
+  add_search(operations, {"SearchService", "SearchForQuotes", "QuotesSearchEmailExport", kQuoteKind,
+                          quote_criteria()});
+  add_search(operations, {"ProjectService", "SearchForProjects", "ProjectsSearchEmailExport",
+                          kProjectKind, project_criteria()});
+  add_method(operations, "urn:RMAService", "searchRMA", search_rma);
 }
 
 }  // namespace bvconn::sandbox

@@ -1,4 +1,3 @@
-#include "sandbox/operations/routes.h"
 #include "sandbox/operations/searches.h"
 #include "sandbox/store/documents_tree.h"
 
@@ -7,15 +6,11 @@ namespace {
 
 constexpr const char* kSearch = "urn:SearchService";
 constexpr const char* kRma = "urn:RMAService";
-constexpr int kNoRoute = -2;
 
 struct ListSearch {
   const char *method, *list;
   std::vector<Criterion> criteria{};
-  const char* operation = "";
-  int keys = kNoRoute;
   const char* service = kSearch;
-  const char* object = "SearchService";
 };
 
 std::vector<Criterion> approval_criteria() {
@@ -102,20 +97,12 @@ std::vector<ListSearch> people_searches() {
         {2, "PartnerID"},
         {3, "State"},
         {4, "Country"}}},
-      {"searchForAllAgents", "agent", {{0, "AgentID", Match::kNumber}}, "SearchForAllAgents", 1},
-      {"searchForCustomers", "customer", customer_criteria(), "SearchForCustomers", 13},
-      {"searchForCustomerAxillaryInfo",
-       "customer",
-       {{0, "GID"}, {1, "AgentID", Match::kNumber}},
-       "SearchForCustomerAxillaryInfo",
-       2},
-      {"searchForAllCustomersLite",
-       "customer",
-       {{0, "AgentID", Match::kNumber}},
-       "SearchForAllCustomers",
-       1},
-      {"searchForCustomer", "customer", {{0, "GID"}}, "SearchForCustomer", 1},
-      {"searchForSalesPeople", "sales person", {{0, "AgentGID"}}, "SearchForSalesPeople", 1},
+      {"searchForAllAgents", "agent", {{0, "AgentID", Match::kNumber}}},
+      {"searchForCustomers", "customer", customer_criteria()},
+      {"searchForCustomerAxillaryInfo", "customer", {{0, "GID"}, {1, "AgentID", Match::kNumber}}},
+      {"searchForAllCustomersLite", "customer", {{0, "AgentID", Match::kNumber}}},
+      {"searchForCustomer", "customer", {{0, "GID"}}},
+      {"searchForSalesPeople", "sales person", {{0, "AgentGID"}}},
       {"searchForNatlAccts",
        "national account",
        {{0, "Name", Match::kContains},
@@ -124,53 +111,35 @@ std::vector<ListSearch> people_searches() {
         {3, "SpecType"},
         {4, "Kind", Match::kAny, "NA"},
         {5, "Kind", Match::kAny, "NS"},
-        {6, "Kind", Match::kAny, "CF"}},
-       "SearchForNatlAccts",
-       7},
+        {6, "Kind", Match::kAny, "CF"}}},
       {"searchForApprovals", "approval", approval_criteria()},
-      {"searchApprovalQueue", "approval", queue_criteria(), "SearchApprovalQueue", 26},
+      {"searchApprovalQueue", "approval", queue_criteria()},
   };
 }
 
 std::vector<ListSearch> code_searches() {
   return {
-      {"searchForAuthorizations", "authorization", {}, "SearchForAuthorizations", 0},
-      {"getShippingMethodsToDisplayInTheApprovalQueue",
-       "queue shipping method",
-       {},
-       "SearchForApprovalQueueShippingMethods",
-       0},
-      {"searchForBrands", "brand", {}, "SearchForBrands", 0},
-      {"searchForManufacturers", "manufacturer", {}, "SearchForManufacturers", 0},
-      {"searchForAllDistCenters", "distribution centre", {}, "SearchForDistributionCenters", 0},
-      {"searchForSpecialCreditTerms", "credit terms", {}, "SearchForSpecialCreditTerms", 0},
+      {"searchForAuthorizations", "authorization"},
+      {"getShippingMethodsToDisplayInTheApprovalQueue", "queue shipping method"},
+      {"searchForBrands", "brand"},
+      {"searchForManufacturers", "manufacturer"},
+      {"searchForAllDistCenters", "distribution centre"},
+      {"searchForSpecialCreditTerms", "credit terms"},
       {"searchForUserNamesAtSalesOrg", "user name"},
       {"searchForShippingMethods", "shipping method"},
       {"searchForHeaderCommentInfo", "header comment"},
-      {"searchForAllCUDCodes", "CUD code", {}, "SearchForAllCUDCodes", 0},
-      {"searchForVendors", "vendor", {{0, "AccountGroup"}}, "SearchForVendors", 1},
-      {"searchForPromotions", "promotion", {}, "SearchForPromotions", 0},
+      {"searchForAllCUDCodes", "CUD code"},
+      {"searchForVendors", "vendor", {{0, "AccountGroup"}}},
+      {"searchForPromotions", "promotion"},
       {"searchForEnumeration", "enumeration", {{0, "Group"}}},
-      {"searchForEnumerationGroup", "enumeration", {{0, "Group"}}, "SearchForEnumerationGroup", 1},
+      {"searchForEnumerationGroup", "enumeration", {{0, "Group"}}},
       {"searchForGLCodes",
        "GL code",
-       {{0, "Code"}, {1, "Description", Match::kContains}, {2, "Misc", Match::kOnly, "Y"}},
-       "SearchForGLCodes",
-       3},
-      {"searchForRMAStatuses", "RMA status", {}, "SearchForRMAStatuses", 0},
-      {"searchForOrderReasons",
-       "order reason",
-       {{0, "DocumentTypeCode"}},
-       "SearchForReturnReasons",
-       1},
-      {"getRMAReturnCodes", "RMA code", {}, "", kNoRoute, kRma},
-      {"getRMAProcessingTerms",
-       "RMA term",
-       {},
-       "searchForRMAProcessingTerms",
-       0,
-       kRma,
-       "RMAService"},
+       {{0, "Code"}, {1, "Description", Match::kContains}, {2, "Misc", Match::kOnly, "Y"}}},
+      {"searchForRMAStatuses", "RMA status"},
+      {"searchForOrderReasons", "order reason", {{0, "DocumentTypeCode"}}},
+      {"getRMAReturnCodes", "RMA code", {}, kRma},
+      {"getRMAProcessingTerms", "RMA term", {}, kRma},
       {"searchForCatalogNbrs",
        "catalogue number",
        {{0, "BrandGID"},
@@ -201,9 +170,6 @@ void add_search(Operations& operations, const ListSearch& search) {
              [list = search.list, criteria = search.criteria](SoapCall& call) {
                answer_rows(call, matching(call, rows_of(call, list), criteria));
              });
-  if (search.keys == kNoRoute) return;
-  add_route(operations,
-            {search.object, search.operation, search.service, search.method, search.keys, true});
 }
 
 void search_for_default_agents(SoapCall& call) {
@@ -220,8 +186,6 @@ void add_list_searches(Operations& operations) {
   for (const ListSearch& each : people_searches()) add_search(operations, each);
   for (const ListSearch& each : code_searches()) add_search(operations, each);
   add_method(operations, kSearch, "searchForDefaultAgents", search_for_default_agents);
-  add_route(operations,
-            {"SearchService", "SearchForDefaultAgents", kSearch, "searchForDefaultAgents", 0});
 }
 
 }  // namespace bvconn::sandbox

@@ -5,7 +5,6 @@
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/operations/documents.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/operations/searches.h"
 #include "sandbox/store/documents_tree.h"
 
@@ -80,18 +79,10 @@ void get_inventory(SoapCall& call) {
 
 void add_price_searches(Operations& operations) {
   add_method(operations, kSearch, "searchForPriceHistory", search_for_price_history);
-  add_route(operations,
-            {"SearchService", "SearchForPriceHistory", kSearch, "searchForPriceHistory", 6});
   add_method(operations, kSearch, "searchForPH", search_for_ph);
-  add_route(operations, {"SearchService", "SearchForPH", kSearch, "searchForPH", 4});
   add_method(operations, kSearch, "searchForPHAverage", search_for_ph_average);
-  add_route(operations, {"SearchService", "searchForPHAverage", kSearch, "searchForPHAverage", 5});
   add_method(operations, kInventory, "getInventoryInfo", get_inventory);
-  add_route(operations,
-            {"InventoryInquiryService", "SearchForInventory", kInventory, "getInventoryInfo", 1});
   add_method(operations, kInventory, "getTotalInventoryInfo", get_inventory);
-  add_route(operations, {"InventoryInquiryService", "SearchForTotalInventory", kInventory,
-                         "getTotalInventoryInfo", kRequestText});
 }
 
 }  // namespace bvconn::sandbox

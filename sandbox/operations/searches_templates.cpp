@@ -1,6 +1,5 @@
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/operations/searches.h"
 #include "sandbox/store/documents_forms.h"
 #include "sandbox/store/documents_tree.h"
@@ -71,13 +70,9 @@ void get_carrier_tracking_url(SoapCall& call) {
 
 void add_templates(Operations& operations) {
   add_method(operations, kProjects, "convertToTemplate", convert_to_template);
-  add_route(operations, {"ProjectService", "ConvertToTemplate", kProjects, "convertToTemplate", 1});
   add_method(operations, kProjects, "copyProjectFromTemplate", copy_project_from_template);
-  add_route(operations, {"ProjectService", "CreateProjectFromTemplate", kProjects,
-                         "copyProjectFromTemplate", 1});
   add_method(operations, kOrders, "createOrderFromTemplate", create_order_from_template);
   add_method(operations, kInstruments, "deactivate", deactivate);
-  add_route(operations, {"SalesInstrumentService", "Deactivate", kInstruments, "deactivate", 1});
   add_method(operations, kZelt, "getCarrierTrackingURL", get_carrier_tracking_url);
 }
 

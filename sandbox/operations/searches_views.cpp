@@ -3,7 +3,6 @@
 
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/operations/searches.h"
 #include "sandbox/store/documents_tree.h"
 
@@ -117,18 +116,10 @@ void catalog_numbers_of_invoice(SoapCall& call) {
 
 void add_order_views(Operations& operations) {
   add_method(operations, kSearch, "searchForSAPOrderView", search_for_sap_order_view);
-  add_route(operations,
-            {"SearchService", "SearchForSAPOrderView", kSearch, "searchForSAPOrderView", 3});
   add_method(operations, kOrders, "getOrderTorvexView", get_torvex_view);
-  add_route(operations,
-            {"OrderService", "SearchForOrderTorvexView", kOrders, "getOrderTorvexView", 1});
   add_method(operations, kZelt, "find", find_zelt_view);
   add_method(operations, kSearch, "searchForOrderHeaderHistory", search_for_header_history);
-  add_route(operations, {"SearchService", "SearchForOrderHeaderHistory", kSearch,
-                         "searchForOrderHeaderHistory", 1});
   add_method(operations, kSearch, "searchForOrderLineHistory", search_for_line_history);
-  add_route(operations, {"SearchService", "SearchForOrderLineHistory", kSearch,
-                         "searchForOrderLineHistory", 1});
   add_method(operations, "urn:RMAService", "getInvoiceInformation", catalog_numbers_of_invoice);
 }
 

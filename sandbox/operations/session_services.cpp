@@ -6,7 +6,6 @@
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/operations/documents.h"
 #include "sandbox/operations/keys.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
@@ -17,7 +16,7 @@ constexpr const char* kOrders = "urn:OrderService";
 
 /// With their states, unless a client wants to load those only when it needs them.
 void get_countries(SoapCall& call) {
-  const bool lazily = call.parameters.Count() != 0 && to_boolean(call.parameters.Item(0).Value());
+  const bool lazily = to_boolean(call.parameters.Item(0).Value());
   SoapNodes answer = begin_answer(call);
   for (const Entry& each : call.sandbox.store.entries().all("country", "")) {
     const SoapNode country = node_from_xml(each.body);
@@ -75,7 +74,7 @@ void append_configuration(SoapNodes products, const Document& document, const So
 
 void get_configuration(SoapCall& call) {
   const auto gids = keys_in(call.parameters.Item(0));
-  if (gids.empty()) refuse_document("'aGuids' has no keys");
+  if (gids.empty()) refuse("'aGuids' has no keys");
   SoapNodes products = append_group(call.results, "GetConfigXMLResult").Nodes();
   for (const std::string& gid : gids) {
     const Document document = need_instrument(call, gid);
@@ -93,7 +92,6 @@ std::string service(std::string_view row) {
 
 void add_session_services(Operations& operations) {
   add_method(operations, kPostal, "getCountries", get_countries);
-  add_route(operations, {"SearchService", "GetCountries", kPostal, "getCountries", 0});
   add_method(operations, kOrders, "exportComplete", export_complete);
   add_method(operations, service("TorvexService"), "getDocuments", get_documents);
   add_method(operations, service("ConfigService"), "GetConfigXML", get_configuration);

@@ -5,14 +5,12 @@
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
 #include "sandbox/operations/keys.h"
-#include "sandbox/operations/routes.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
 namespace {
 
 constexpr const char* kService = "urn:SummaryService";
-constexpr const char* kObject = "SummaryService";
 /// The first key of a list that is to have none.
 constexpr const char* kNoKey = "nogid";
 
@@ -106,10 +104,6 @@ void add_summaries(Operations& operations) {
   add_method(operations, kService, "getProposalsForQuote", get_proposals);
   add_method(operations, kService, "getOrdersForQuote", get_children<kQuoteKind, kOrderKind>);
   add_method(operations, kService, "getQuotesForProject", get_children<kProjectKind, kQuoteKind>);
-  add_route(operations, {kObject, "GetUserSummaryByGIDs", kService, "getUserSummary", 3});
-  for (const char* name : {"getProjectSummary", "getQuoteSummary", "getOrderSummary"}) {
-    add_route(operations, {kObject, name, kService, name, 1});
-  }
 }
 
 }  // namespace bvconn::sandbox

@@ -173,6 +173,16 @@ TEST(Contract, WhereAnySoapActionWillDoItIsNotLookedAt) {
   EXPECT_EQ(complaint_of(method, request), "fits");
 }
 
+TEST(Contract, AnEnvelopeByItselfNeedsNoSoapAction) {
+  auto request = fitting_request();
+  request.soap_action.reset();
+  EXPECT_EQ(Contract({get_invoice()}).envelope_complaint(request), std::nullopt);
+  request.parameters[0].type = "int";
+  EXPECT_EQ(Contract({get_invoice()}).envelope_complaint(request),
+            "getInvoice in urn:InvoiceService: parameter 1 ('param') has type 'int', expected type "
+            "'string'");
+}
+
 TEST(Contract, AMissingHeaderIsTold) {
   auto request = fitting_request();
   request.headers.clear();

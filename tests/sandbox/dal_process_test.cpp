@@ -49,12 +49,66 @@ TEST(SandboxDal, ALoginWithoutAPasswordIsRefused) {
 
 TEST(SandboxDal, ALoginWithoutFourTextsIsABadRequest) {
   SandboxProcess sandbox;
-  for (const char* body :
-       {R"({"arguments":["anna","secret"]})", R"({"arguments":["anna","secret",1,"US"]})"}) {
-    EXPECT_EQ(error_text(sandbox.dal("AuthenticationService/Login", body)),
-              "400 AuthenticationService: Login takes four texts: user, password, version, "
-              "country code");
+  const auto error_of = [&](const char* arguments) {
+    return error_text(sandbox.dal("AuthenticationService/Login",
+                                  R"({"arguments":)" + std::string(arguments) + "}"));
+  };
+  EXPECT_EQ(error_of(R"(["anna","secret"])"),
+            "400 AuthenticationService: Login: has 2 arguments, expected 4 (a text, a text, "
+            "a text, a text)");
+  EXPECT_EQ(error_of(R"(["anna","secret",1,"US"])"),
+            "400 AuthenticationService: Login: argument 3 is a whole number of 32 bits, "
+            "expected a text");
+}
+
+TEST(SandboxDal, ArgumentsThatDoNotFitAreRefusedWithTheirPlace) {
+  struct Case {
+    const char *path, *arguments, *told;
+  };
+  const Case cases[] = {
+      {"OrderService/getSAPOrderView", R"(["ORD-5001"])",
+       "OrderService: getSAPOrderView: has 1 argument, expected 2 ('aOrderGID', 'aIncludePrice')"},
+      {"OrderService/getSAPOrderView", R"([true,"ORD-5001"])",
+       "OrderService: getSAPOrderView: argument 1 ('aOrderGID') is a boolean, expected a text"},
+      {"OrderService/getSAPOrderView", R"(["ORD-5001",null])",
+       "OrderService: getSAPOrderView: argument 2 ('aIncludePrice') is null, expected a boolean"},
+      {"SearchService/SearchForGLCodes", R"(["","","True"])",
+       "SearchService: SearchForGLCodes: argument 3 ('Misc') is a text, expected a boolean"},
+      {"SearchService/SearchForAllAgents", R"(["92"])",
+       "SearchService: SearchForAllAgents: argument 1 ('aAgentID') is a text, expected a whole "
+       "number of 32 bits"},
+      {"SearchService/SearchForAllAgents", R"([5000000000])",
+       "SearchService: SearchForAllAgents: argument 1 ('aAgentID') is a whole number of 64 bits, "
+       "expected a whole number of 32 bits"},
+      {"ProjectService/SaveProject", R"([{"Project":"PRJ-3001"}])",
+       "ProjectService: SaveProject: argument 1 is an object or a nested array, expected a text"},
+      {"HeartBeatService/sendHeartBeat", R"([1])",
+       "HeartBeatService: sendHeartBeat: has 1 argument, expected 0"},
+  };
+  SandboxProcess sandbox;
+  const std::string token = sandbox.login();
+  for (const Case& each : cases) {
+    const std::string body = R"({"arguments":)" + std::string(each.arguments) + "}";
+    EXPECT_EQ(error_text(sandbox.dal(each.path, body, token)), "400 " + std::string(each.told));
   }
+}
+
+TEST(SandboxDal, AVariantOfTheCallersTypeIsTakenAndOneThatNestsIsNot) {
+  SandboxProcess sandbox;
+  const std::string token = sandbox.login();
+  const auto status = [&](const std::string& first_po) {
+    std::string arguments = R"("","anna")";
+    for (int i = 0; i < 18; ++i) arguments += R"(,"")";
+    arguments += R"(,false,false,"","",)" + first_po;
+    return sandbox
+        .dal("SearchService/OrdersSearchEmailExport", "{\"arguments\":[" + arguments + "]}", token)
+        .status;
+  };
+  for (const char* each : {"null", "\"4711\"", "4711", "true", "0.5", "[\"4711\",4712]"}) {
+    EXPECT_EQ(status(each), 200) << each;
+  }
+  EXPECT_EQ(status("[[1]]"), 400);
+  EXPECT_EQ(status(std::string(100'000, '[') + std::string(100'000, ']')), 400);
 }
 
 TEST(SandboxDal, WithoutATokenTheHeartBeatIsRefused) {
