@@ -3,29 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "sandbox/contract/words.h"
+
 namespace bvconn::sandbox {
 namespace {
 
 using Complaint = std::optional<std::string>;
-
-std::string quoted(std::string_view text) {
-  return "'" + std::string(text) + "'";
-}
-
-std::string listed(const std::vector<std::string>& texts, std::string_view joint) {
-  std::string list;
-  for (const std::string& each : texts) {
-    if (!list.empty()) list.append(joint);
-    list.append(each);
-  }
-  return list;
-}
-
-std::vector<std::string> all_quoted(const std::vector<std::string>& texts) {
-  std::vector<std::string> result;
-  for (const std::string& each : texts) result.push_back(quoted(each));
-  return result;
-}
 
 bool holds(const std::vector<std::string>& texts, std::string_view wanted) {
   return std::find(texts.begin(), texts.end(), wanted) != texts.end();
@@ -40,9 +23,7 @@ std::string namespace_text(std::string_view name_space) {
 }
 
 std::string types_text(const std::vector<std::string>& types) {
-  std::vector<std::string> texts;
-  for (const std::string& each : types) texts.push_back(type_text(each));
-  return listed(texts, " or ");
+  return listed(types, " or ", type_text);
 }
 
 Complaint parameter_complaint(const RequestFacts::Parameter& found,
@@ -64,17 +45,14 @@ Complaint parameter_complaint(const RequestFacts::Parameter& found,
          types_text(expected.types);
 }
 
-std::string count_text(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " parameter" : " parameters");
-}
-
 std::string names_text(const RequestShape& shape) {
   if (shape.parameters.empty()) return {};
-  std::vector<std::string> names;
-  for (const ParameterContract& each : shape.parameters) {
-    names.push_back(each.name.empty() ? "a document" : quoted(each.name));
-  }
-  return " (" + listed(names, ", ") + ")";
+  return " (" +
+         listed(shape.parameters, ", ",
+                [](const ParameterContract& each) {
+                  return each.name.empty() ? "a document" : quoted(each.name);
+                }) +
+         ")";
 }
 
 /// How a request departs from one shape: the first difference, and how far the request had fitted
@@ -88,7 +66,7 @@ std::optional<Departure> departure(const RequestFacts& request, const RequestSha
   const std::size_t found = request.parameters.size();
   const std::size_t expected = shape.parameters.size();
   const bool count_fits = shape.open_ended ? found >= expected : found == expected;
-  const std::string count = "has " + count_text(found) + ", expected " +
+  const std::string count = "has " + counted(found, "parameter") + ", expected " +
                             (shape.open_ended ? "at least " : "") + std::to_string(expected) +
                             names_text(shape);
   for (std::size_t i = 0; i < std::min(found, expected); ++i) {
@@ -119,13 +97,13 @@ Complaint action_complaint(const RequestFacts& request, const MethodContract& me
   if (request.soap_action && holds(method.soap_actions, *request.soap_action)) return std::nullopt;
   return (request.soap_action ? "SOAPAction is " + quoted(*request.soap_action)
                               : std::string("the SOAPAction header is missing")) +
-         ", expected " + listed(all_quoted(method.soap_actions), " or ");
+         ", expected " + listed(method.soap_actions, " or ", quoted);
 }
 
 Complaint header_complaint(const RequestFacts& request, const MethodContract& method) {
   if (request.headers == method.headers) return std::nullopt;
   const auto text = [](const std::vector<std::string>& names) {
-    return names.empty() ? std::string("none") : listed(all_quoted(names), ", ");
+    return names.empty() ? std::string("none") : listed(names, ", ", quoted);
   };
   return "the SOAP headers are " + text(request.headers) + ", expected " + text(method.headers);
 }
@@ -166,14 +144,14 @@ std::string Contract::unknown_method(const RequestFacts& request) const {
   std::vector<std::string> siblings;
   for (const MethodContract& each : methods_) {
     if (!holds(services, each.service)) services.push_back(each.service);
-    if (each.service == request.service) siblings.push_back(quoted(each.name));
+    if (each.service == request.service) siblings.push_back(each.name);
   }
   if (siblings.empty()) {
     return "there is no service " + quoted(request.service) + " (asked for method " +
-           quoted(request.method) + "), expected one of " + listed(all_quoted(services), ", ");
+           quoted(request.method) + "), expected one of " + listed(services, ", ", quoted);
   }
   return request.service + " has no method " + quoted(request.method) + ", expected one of " +
-         listed(siblings, ", ");
+         listed(siblings, ", ", quoted);
 }
 
 }  // namespace bvconn::sandbox

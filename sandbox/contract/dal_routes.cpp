@@ -1,7 +1,10 @@
 #include "sandbox/contract/dal_routes.h"
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
+
+#include "sandbox/contract/words.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -135,23 +138,18 @@ std::string type_text(JsonType type) {
 
 std::string expected_text(const DalArgument& argument) {
   if (argument.types.empty()) return "a plain value or an array of them";
-  std::string text;
-  for (const JsonType type : argument.types) {
-    if (!text.empty()) text += " or ";
-    text += type_text(type);
-  }
-  return text;
+  return listed(argument.types, " or ", type_text);
 }
 
 std::string arguments_text(const DalRoute& route) {
   if (route.arguments.empty()) return {};
   if (route.takes_request_text) return " (the text of a request)";
-  std::string text;
-  for (const DalArgument& each : route.arguments) {
-    if (!text.empty()) text += ", ";
-    text += each.name.empty() ? expected_text(each) : "'" + each.name + "'";
-  }
-  return " (" + text + ")";
+  return " (" +
+         listed(route.arguments, ", ",
+                [](const DalArgument& each) {
+                  return each.name.empty() ? expected_text(each) : quoted(each.name);
+                }) +
+         ")";
 }
 
 }  // namespace
@@ -171,8 +169,7 @@ DalRoutes dal_routes_of(const std::vector<ObservedOperation>& observations) {
 std::optional<std::string> complaint(const DalRoute& route, const std::vector<JsonType>& found) {
   const std::size_t expected = route.arguments.size();
   if (found.size() != expected) {
-    return route.operation + ": has " + std::to_string(found.size()) +
-           (found.size() == 1 ? " argument" : " arguments") + ", expected " +
+    return route.operation + ": has " + counted(found.size(), "argument") + ", expected " +
            std::to_string(expected) + arguments_text(route);
   }
   for (std::size_t i = 0; i < expected; ++i) {

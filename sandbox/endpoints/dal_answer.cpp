@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "bvconn/platform/soap/soap_envelope.h"
+#include "sandbox/contract/words.h"
 #include "sandbox/endpoints/soap_request.h"
 #include "sandbox/endpoints/soap_text.h"
 
@@ -11,12 +12,8 @@ namespace bvconn::sandbox {
 namespace {
 
 std::string methods_text(const DalRoute& route) {
-  std::string text;
-  for (const auto& [service, method] : route.methods) {
-    if (!text.empty()) text += " or ";
-    text += method + " in '" + service + "'";
-  }
-  return text;
+  return listed(route.methods, " or ",
+                [](const auto& name) { return name.second + " in " + quoted(name.first); });
 }
 
 /// The text has to be what the SOAP route would send for the same operation.
