@@ -53,8 +53,8 @@ const DalRoute& route_to(const Sandbox& sandbox, const Operations& operations,
                      target.object + "'"};
 }
 
-SessionAnswer run(Sandbox& sandbox, const Operations& operations, const Request& request,
-                  const DalTarget& target) {
+DalAnswer run(Sandbox& sandbox, const Operations& operations, const Request& request,
+              const DalTarget& target) {
   const DalRoute& route = route_to(sandbox, operations, target);
   const auto session = operations.session.find({target.object, target.operation});
   const bool is_session = session != operations.session.end();
@@ -76,7 +76,7 @@ Reply error_reply(const DalError& error) {
 
 Reply answer_target(Sandbox& sandbox, const Operations& operations, const Request& request,
                     const DalTarget& target) {
-  const SessionAnswer answer = run(sandbox, operations, request, target);
+  const DalAnswer answer = run(sandbox, operations, request, target);
   Reply reply = text_reply(200, answer.text);
   if (!answer.token.empty()) {
     reply.headers.push_back({.name = "Session-Token", .value = answer.token});

@@ -6,7 +6,7 @@ namespace {
 constexpr const char* kObject = "AuthenticationService";
 
 /// User, password, version of the application, country code.
-SessionAnswer login(SessionCall& call) {
+DalAnswer login(SessionCall& call) {
   const std::string& user = call.arguments[0].string();
   if (!call.sandbox.store.admits(user, call.arguments[1].string())) {
     throw DalError{401, dal_numbers::kLoginRefused, kObject,
@@ -19,9 +19,8 @@ SessionAnswer login(SessionCall& call) {
 
 void add_authentication(Operations& operations) {
   operations.session[{kObject, "Login"}] = {.run = login, .needs_login = false};
-  operations.session[{kObject, "GetDisabledServices"}] = {.run = [](SessionCall& call) {
-    return SessionAnswer{.text = call.sandbox.disabled_services};
-  }};
+  operations.session[{kObject, "GetDisabledServices"}] = {
+      .run = [](SessionCall& call) { return DalAnswer{.text = call.sandbox.disabled_services}; }};
 }
 
 }  // namespace bvconn::sandbox

@@ -66,14 +66,14 @@ struct SessionCall {
   const std::vector<Variant>& arguments;  ///< of the number and the types that the library passes
 };
 
-struct SessionAnswer {
+struct DalAnswer {
   std::string text;
   /// Sent back as Session-Token where there is one.
   std::string token{};
 };
 
 struct SessionOperation {
-  std::function<SessionAnswer(SessionCall&)> run;
+  std::function<DalAnswer(SessionCall&)> run;
   bool needs_login = true;
 };
 
