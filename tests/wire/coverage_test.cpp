@@ -13,6 +13,7 @@
 
 #include "bvconn/automation/interface.h"
 #include "bvconn/observation/observe.h"
+#include "laws.h"
 #include "wire_file.h"
 
 namespace bvconn::test {
@@ -99,10 +100,20 @@ const automation::Member* find_operation(const std::string& member) {
   return found != nullptr && found->callable() ? found : nullptr;
 }
 
+/// The cases that the laws make of a file.
+LawCases by_law(const FoundFile& file) {
+  const std::string other_route = file.route == "soap" ? ".dal" : ".soap";
+  const auto other = files().find(file.cls + "." + file.operation + other_route);
+  return law_cases(file.content, other == files().end() ? nullptr : &other->second.content);
+}
+
 template <class Holds>
 bool any_step(const FoundFile& file, Holds holds) {
-  for (const WireCase& wire_case : file.content.cases) {
-    if (std::any_of(wire_case.steps.begin(), wire_case.steps.end(), holds)) return true;
+  const LawCases lawful = by_law(file);
+  for (const auto* cases : {&file.content.cases, &lawful.cases}) {
+    for (const WireCase& wire_case : *cases) {
+      if (std::any_of(wire_case.steps.begin(), wire_case.steps.end(), holds)) return true;
+    }
   }
   return false;
 }
@@ -164,10 +175,32 @@ TEST(WireFiles, EveryDalFileHasADisabledMethodAndAFault) {
   }
 }
 
+TEST(WireFiles, EveryFirstCaseListsAllThatIsAskedOfTheTransport) {
+  for (const auto& [name, file] : files()) {
+    ASSERT_FALSE(file.content.cases.empty()) << name;
+    const auto& steps = file.content.cases.front().steps;
+    EXPECT_TRUE(!steps.empty() && !steps.front().transport.empty())
+        << name << ": state `transport` (none: it is not touched)";
+  }
+}
+
+TEST(WireFiles, EveryLawHoldsSomewhere) {
+  std::map<std::string, int> holds;
+  for (const auto& [name, file] : files()) {
+    for (const WireCase& lawful : by_law(file).cases) ++holds[lawful.claim];
+  }
+  for (const Law& law : laws()) {
+    EXPECT_GT(holds["law: " + std::string(law.claim)], 1) << law.name;
+  }
+  EXPECT_EQ(holds.size(), laws().size()) << "a case is of no law";
+}
+
 TEST(WireFiles, EveryFileCanBeReadAndCallsWhatThereIs) {
   for (const auto& [name, file] : files()) {
-    for (const std::string& problem : file.content.problems)
-      ADD_FAILURE() << name << ": " << problem;
+    const LawCases lawful = by_law(file);
+    for (const auto* problems : {&file.content.problems, &lawful.problems}) {
+      for (const std::string& problem : *problems) ADD_FAILURE() << name << ": " << problem;
+    }
     for (const WireCase& wire_case : file.content.cases) {
       bool its_own = false;
       for (const WireStep& step : wire_case.steps) {

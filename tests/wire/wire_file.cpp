@@ -52,14 +52,32 @@ class Reader {
       given_.clear();
       file_.cases.emplace_back();
     } else if (file_.cases.empty()) {
-      problem("a claim comes first");
-      file_.cases.emplace_back();
+      if (!is_head()) problem("a claim comes before \"" + key_ + "\"");
     } else if (key_ == "call") {
       WireStep& step = file_.cases.back().steps.emplace_back();
       step.line = line_;
       step.given = std::exchange(given_, {});
     } else if (auto* text = text_field()) {
       *text = "";
+    }
+  }
+
+  // The keys in front of the first claim say what the laws have to know of the operation.
+  bool is_head() const {
+    return key_ == "tail" || key_ == "returns" || key_ == "disabled by" || key_ == "not";
+  }
+
+  void head(std::string_view value) {
+    if (key_ == "tail") {
+      file_.tail = value;
+    } else if (key_ == "disabled by") {
+      file_.disabled_by = value;
+    } else if (key_ == "not") {
+      file_.exceptions.emplace_back(value);
+    } else if (key_ == "returns" && value == "text") {
+      file_.returns_text = true;
+    } else if (is_head()) {
+      problem("nothing is known of \"" + std::string(value) + "\"");
     }
   }
 
@@ -89,7 +107,7 @@ class Reader {
   }
 
   void value(std::string_view value) {
-    if (file_.cases.empty()) return problem("a claim comes first");
+    if (file_.cases.empty()) return head(value);
     if (key_ == "claim") {
       file_.cases.back().claim.append(value);
     } else if (key_ == "call") {

@@ -40,6 +40,10 @@ struct WireCase {
 };
 
 struct WireFile {
+  std::string tail;                     ///< how an error ends, and under which name it is logged
+  bool returns_text = false;            ///< the result is the text of the first parameter
+  std::string disabled_by;              ///< the entry that takes the other route away
+  std::vector<std::string> exceptions;  ///< the laws that do not hold, each with its reason
   std::vector<WireCase> cases;
   std::vector<std::string> problems;  ///< what is wrong with the file itself
 };

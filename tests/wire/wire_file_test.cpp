@@ -66,6 +66,32 @@ TEST(WireFile, AKeyWithoutAValueIsAnEmptyTextAndOneThatIsLeftOutIsNone) {
   EXPECT_EQ(file.cases[0].steps.at(0).fault, std::nullopt);
 }
 
+TEST(WireFile, TheHeadTellsWhatTheLawsHaveToKnow) {
+  const WireFile file = read_wire_file(
+      "tail: plain C.one\n"
+      "returns: text\n"
+      "disabled by: urn:S.one\n"
+      "not:\n"
+      "  fault: it has none\n"
+      "  empty texts: it takes none\n"
+      "claim: a\n"
+      "call: C.one {}\n");
+  EXPECT_THAT(file.problems, IsEmpty());
+  EXPECT_EQ(file.tail, "plain C.one");
+  EXPECT_TRUE(file.returns_text);
+  EXPECT_EQ(file.disabled_by, "urn:S.one");
+  EXPECT_THAT(file.exceptions, ElementsAre("fault: it has none", "empty texts: it takes none"));
+}
+
+TEST(WireFile, TheHeadHoldsItsOwnKeysAlone) {
+  EXPECT_THAT(read_wire_file("call: C.one {}\nclaim: a\ncall: C.one {}\n").problems,
+              ElementsAre(HasSubstr("a claim comes before \"call\"")));
+  EXPECT_THAT(read_wire_file("returns: node\nclaim: a\ncall: C.one {}\n").problems,
+              ElementsAre(HasSubstr("nothing is known of \"node\"")));
+  EXPECT_THAT(read_wire_file("claim: a\ncall: C.one {}\ntail: bare\n").problems,
+              ElementsAre(HasSubstr("there is no key \"tail\" here")));
+}
+
 TEST(WireFile, UnknownKeysAndEmptyFilesAreProblems) {
   EXPECT_THAT(read_wire_file("").problems, ElementsAre(HasSubstr("no case")));
   EXPECT_THAT(read_wire_file("claim: a\ncall: C.one {}\nanswers: x\n").problems,

@@ -11,6 +11,7 @@
 #include "batch.h"
 #include "bvconn/core/session_state.h"
 #include "files/temp_folder.h"
+#include "laws.h"
 #include "support/recording_platform.h"
 #include "wire_file.h"
 
@@ -231,10 +232,12 @@ class CaseRunner {
     EXPECT_EQ(timeout, step.timeout.value_or("300000"));
   }
 
-  // All that was asked of the transport, in order, where the step tells it.
+  // All that was asked of the transport, in order, where the step tells it; nothing where nothing
+  // goes out.
   void expect_transport(const WireStep& step) {
-    if (step.transport.empty()) return;
+    if (step.transport.empty() && step.url) return;
     Lines lines = step.transport;
+    if (lines == Lines{"none"}) lines.clear();
     for (std::string& line : lines) {
       replace_all(line, "{log file}", world_.log_file);
       replace_all(line, "{tracing file}", world_.tracing_file);
@@ -295,17 +298,19 @@ class CaseRunner {
     } else if (line == "@getHTTPTransport" || line == "@sendXMLAndLoadDoc") {
       Lines inside = kTraceLines;
       append(inside, kTracePortLines);
-      append(inside, timeout_lines());
+      append(inside, kTimeoutLines);
       if (line == "@sendXMLAndLoadDoc") inside.push_back(kBeatLine);
       function(lines, line.substr(1), inside);
       if (line == "@sendXMLAndLoadDoc" && step.broken) {
         lines.resize(lines.size() - 2);
         lines.push_back(error_line("sendXMLAndLoadDoc", step));
       }
-    } else if (line == "@inline") {
-      append(lines, kTraceLines);
+    } else if (line == "@inline" || line == "@inlineUntraced") {
+      const bool untraced = line == "@inlineUntraced";
+      if (!untraced) append(lines, kTraceLines);
       append(lines, kTracePortLines);
-      append(lines, timeout_lines());
+      append(lines, kTimeoutLines);
+      if (untraced && !failed) lines.push_back(kBeatLine);
     } else {
       EXPECT_NE(line.front(), '@') << "nothing is known of " << line;
       lines.push_back(line);
@@ -316,7 +321,7 @@ class CaseRunner {
     lines.emplace_back("EnterMethod Global.sendXML 1");
     append(lines, kTraceLines);
     append(lines, kTracePortLines);
-    if (step.timeout.value_or("300000") == "300000") append(lines, timeout_lines());
+    if (step.timeout.value_or("300000") == "300000") append(lines, kTimeoutLines);
     if (step.fault || step.broken) {
       lines.push_back(error_line("sendXML", step));
       return;
@@ -328,8 +333,6 @@ class CaseRunner {
                     "Response: " + seconds + "\" 0");
     lines.emplace_back("ExitMethod Global.sendXML 1");
   }
-
-  static const Lines& timeout_lines() { return kTimeoutLines; }
 
   void expect_state(const std::string& line) {
     const auto& state = session();
@@ -366,22 +369,40 @@ std::string test_name(const std::string& claim) {
   return name;
 }
 
-bool register_file(const std::string& path) {
+std::optional<WireFile> read_file(const std::filesystem::path& path) {
   std::ifstream stream(path, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(stream), {}};
-  if (!stream && text.empty()) {
+  if (!stream && text.empty()) return std::nullopt;
+  return read_wire_file(text);
+}
+
+// The file of the same operation's other route, if there is one.
+std::optional<WireFile> read_other_route(const std::filesystem::path& path) {
+  const std::string operation = path.stem().stem().string();
+  const bool soap = path.stem().extension() == ".soap";
+  return read_file(path.parent_path() / (operation + (soap ? ".dal" : ".soap") + ".wire"));
+}
+
+bool register_file(const std::string& path) {
+  const std::optional<WireFile> file = read_file(path);
+  if (!file) {
     std::cerr << path << ": cannot be read\n";
     return false;
   }
-  const WireFile file = read_wire_file(text);
-  for (const std::string& problem : file.problems) std::cerr << path << ": " << problem << "\n";
+  const std::optional<WireFile> other = read_other_route(path);
+  const LawCases by_law = law_cases(*file, other ? &*other : nullptr);
   const std::string suite = std::filesystem::path(path).stem().string();
-  for (const WireCase& wire_case : file.cases) {
-    ::testing::RegisterTest(suite.c_str(), test_name(wire_case.claim).c_str(), nullptr, nullptr,
-                            path.c_str(), 1,
-                            [wire_case]() -> ::testing::Test* { return new WireTest(wire_case); });
+  for (const auto* problems : {&file->problems, &by_law.problems}) {
+    for (const std::string& problem : *problems) std::cerr << path << ": " << problem << "\n";
   }
-  return file.problems.empty();
+  for (const auto* cases : {&file->cases, &by_law.cases}) {
+    for (const WireCase& wire_case : *cases) {
+      ::testing::RegisterTest(
+          suite.c_str(), test_name(wire_case.claim).c_str(), nullptr, nullptr, path.c_str(), 1,
+          [wire_case]() -> ::testing::Test* { return new WireTest(wire_case); });
+    }
+  }
+  return file->problems.empty() && by_law.problems.empty();
 }
 
 }  // namespace
