@@ -12,23 +12,28 @@ using Lines = std::vector<std::string>;
 
 constexpr Law kLostConnection{"lost connection", "a lost connection ends as the tail says"};
 constexpr Law kFault{"fault", "a fault ends as the tail says"};
+constexpr Law kNoXml{"no XML", "an answer that is no XML is an error"};
 constexpr Law kNoParameter{"no parameter", "an answer without a parameter is an error"};
 constexpr Law kEmptyTexts{"empty texts", "empty texts are sent as they are"};
 constexpr Law kDalOn{"DAL on", "it stays on SOAP when the data access layer is on"};
 constexpr Law kSwitchedOff{"switched off", "without the switch it goes by SOAP"};
 constexpr Law kDisabled{"disabled", "a disabled method goes by SOAP"};
+constexpr Law kOtherEntries{"other entries", "an entry that is only like its own disables nothing"};
 constexpr Law kNoObjects{"no service objects", "without service objects it fails on its route"};
 constexpr Law kFailingObject{"failing service object",
                              "the error of a service object ends as the tail says"};
 constexpr Law kEmptyResult{"empty result", "an empty first parameter comes back as an empty text"};
+constexpr Law kNilResult{"nil result", "a nil comes back as an empty text"};
+constexpr Law kTruthValue{"truth value", "a truth value comes back as its word"};
 constexpr Law kPlainText{"plain text",
                          "a first parameter that is a plain text comes back as any other"};
 constexpr Law kChildren{"children in the result",
                         "a first parameter with children has no text and is an error"};
 
-constexpr Law kLaws[] = {kLostConnection, kFault,       kNoParameter, kEmptyTexts,
-                         kDalOn,          kSwitchedOff, kDisabled,    kNoObjects,
-                         kFailingObject,  kPlainText,   kEmptyResult, kChildren};
+constexpr Law kLaws[] = {kLostConnection, kFault,     kNoXml,         kNoParameter,
+                         kEmptyTexts,     kDalOn,     kSwitchedOff,   kDisabled,
+                         kOtherEntries,   kNoObjects, kFailingObject, kPlainText,
+                         kEmptyResult,    kNilResult, kTruthValue,    kChildren};
 
 /// How an operation ends after an error.
 struct Tail {
@@ -60,6 +65,7 @@ struct Failure {
 
 const Failure kSoapFault{"-2147204607", "0x80044201", "0x80044201", "SoapEnvelope",
                          "The reply is a SOAP fault"};
+const Failure kNotWellFormed{"-2147204606", "0x80044202", "0x80044202", "SoapEnvelope", "{words}"};
 const Failure kNoSuchNode{"-2147204604", "0x80044204", "0x80044204", "SoapNodes", "{words}"};
 const Failure kNotSet{"91", "0x0000005B", "91", "BVConn", "{words}"};
 const Failure kMismatch{"13", "0x0000000D", "13", "BVConn", "{words}"};
@@ -186,7 +192,7 @@ class Lawyer {
     } else if (!first_.dal.empty()) {
       dal_laws();
     }
-    if (first_.url || !first_.dal.empty()) result_laws();
+    if (first_.url || !first_.dal.empty()) answer_laws();
     for (const auto& exception : file_.exceptions) {
       if (!contains(used_, exception)) problem("not: \"" + exception + "\" keeps no law away");
     }
@@ -254,10 +260,6 @@ class Lawyer {
       });
       fault(step, own_parse ? kSoapFault.description : "the server's words");
     });
-    hold(kNoParameter, [this](WireStep& step) {
-      step.reply = "";
-      fail(step, kNoSuchNode);
-    });
     if (first_.request) {
       hold(kEmptyTexts, [this](WireStep& step) { empty(step); });
     }
@@ -278,6 +280,7 @@ class Lawyer {
         if (file_.disabled_by.empty()) problem("`disabled by` is not stated");
         by_soap(step, "disabled urn:OtherService.other|" + file_.disabled_by + "|");
       });
+      hold(kOtherEntries, [this](WireStep& step) { step.given.push_back(other_entries()); });
     }
     hold(kNoObjects, [this](WireStep& step) {
       const auto on = std::find(step.given.begin(), step.given.end(), "UsingTorvexDAL");
@@ -299,13 +302,19 @@ class Lawyer {
       step.fault = "20041 the server's words";
       fault(step, kSoapFault.description);
     });
+    hold(kNoXml, [this](WireStep& step) {
+      step.reply.reset();
+      step.raw = "no such document";
+      fail(step, kNotWellFormed);
+      no_contact(step);
+    });
+  }
+
+  void answer_laws() {
     hold(kNoParameter, [this](WireStep& step) {
       step.reply = "";
       fail(step, kNoSuchNode);
     });
-  }
-
-  void result_laws() {
     if (first_.answer.value_or("").starts_with("{\"result\":{\"node\":")) {
       hold(kPlainText, [](WireStep& step) {
         step.reply = "<return>R-5</return>";
@@ -315,10 +324,15 @@ class Lawyer {
       });
     }
     if (!file_.returns_text) return;
-    hold(kEmptyResult, [](WireStep& step) {
-      step.reply = "<return/>";
-      step.answer = "{\"result\":\"\"" + behind_result(step.answer.value_or(""));
-    });
+    const auto comes_back = [this](const Law& law, const char* reply, const std::string& text) {
+      hold(law, [&](WireStep& step) {
+        step.reply = reply;
+        step.answer = "{\"result\":\"" + text + "\"" + behind_result(step.answer.value_or(""));
+      });
+    };
+    comes_back(kEmptyResult, "<return/>", "");
+    comes_back(kNilResult, "<return xsi:nil=\"true\"/>", "");
+    comes_back(kTruthValue, "<return xsi:type=\"xsd:boolean\">true</return>", "True");
     hold(kChildren, [this](WireStep& step) {
       step.reply = "<return><GID>G-7</GID></return>";
       fail(step, kMismatch);
@@ -375,6 +389,17 @@ class Lawyer {
       std::erase(step.after, "not UseDALSave");
       step.after.emplace_back("UseDALSave");
     }
+  }
+
+  // The entry in other letters, of a longer method, of another service, and without its end.
+  std::string other_entries() const {
+    const std::string& entry = file_.disabled_by;
+    const std::size_t dot = entry.rfind('.') + 1;
+    const std::string method = entry.substr(dot);
+    std::string letters = method;
+    for (char& c : letters) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    return "disabled " + entry.substr(0, dot) + letters + "|" + entry + "s|urn:OtherService." +
+           method + "|" + entry;
   }
 
   static void stop_at_send(WireStep& step) {

@@ -162,6 +162,17 @@ TEST(Laws, TheOtherRouteIsTheFirstCaseOfItsFile) {
               ElementsAre("UsingTorvexDAL", "disabled urn:OtherService.other|urn:Service.get|"));
 }
 
+TEST(Laws, EntriesThatAreNearlyItsOwnLeaveTheRouteOpen) {
+  const WireFile soap = file("tail: plain BVC.get\n", kSoap);
+  const WireFile dal = file("tail: plain BVC.Get\ndisabled by: urn:Service.get\n", kDal);
+  const WireStep open = step(law_cases(dal, &soap), "only like its own");
+  EXPECT_THAT(open.given,
+              ElementsAre("UsingTorvexDAL",
+                          "disabled urn:Service.GET|urn:Service.gets|urn:OtherService.get|"
+                          "urn:Service.get"));
+  EXPECT_THAT(open.dal, ElementsAre("GetService.Get(\"G-2\")"));
+}
+
 TEST(Laws, AnOperationWithoutTheOtherRouteStaysOnSoap) {
   const WireFile soap = file("tail: plain BVC.get\n", kSoap);
   const LawCases alone = law_cases(soap, nullptr);
