@@ -181,9 +181,9 @@ Log taken_apart(Lines lines) {
   return log;
 }
 
-class Lawyer {
+class LawBook {
  public:
-  Lawyer(const WireFile& file, const WireFile* other) : file_(file), other_(other) {}
+  LawBook(const WireFile& file, const WireFile* other) : file_(file), other_(other) {}
 
   LawCases cases() {
     if (!begin()) return std::move(found_);
@@ -193,6 +193,9 @@ class Lawyer {
       dal_laws();
     }
     if (first_.url || !first_.dal.empty()) answer_laws();
+    if (!file_.disabled_by.empty() && (first_.dal.empty() || other_ == nullptr)) {
+      problem("disabled by: there is no other route");
+    }
     for (const auto& exception : file_.exceptions) {
       if (!contains(used_, exception)) problem("not: \"" + exception + "\" keeps no law away");
     }
@@ -429,7 +432,7 @@ std::span<const Law> laws() {
 }
 
 LawCases law_cases(const WireFile& file, const WireFile* other) {
-  return Lawyer(file, other).cases();
+  return LawBook(file, other).cases();
 }
 
 }  // namespace bvconn::test

@@ -204,6 +204,13 @@ TEST(Laws, AnExceptionNamesALawThatWouldHoldAndAReason) {
               ElementsAre(HasSubstr("keeps no law away")));
 }
 
+TEST(Laws, OnlyARouteBesideAnotherCanBeDisabled) {
+  const WireFile soap = file("tail: bare\ndisabled by: urn:Service.get\n", kSoap);
+  EXPECT_THAT(law_cases(soap, nullptr).problems, ElementsAre(HasSubstr("no other route")));
+  const WireFile dal = file("tail: bare\n", kDal);
+  EXPECT_THAT(law_cases(dal, &soap).problems, ElementsAre(HasSubstr("is not stated")));
+}
+
 TEST(Laws, ATailThatLogsHasANameAndTheOthersHaveNone) {
   for (const char* tail : {"plain", "plain get", "bare BVC.get", "fault BVC.get", ""}) {
     const WireFile soap = file("tail: " + std::string(tail) + "\n", kSoap);
