@@ -10,13 +10,14 @@
 namespace bvconn {
 
 /// Submittals of projects and quotes. Service "urn:SubmittalService". Every argument list begins
-/// with `aSessionID` and ends with `aServerURL`.
+/// with `aSessionID` and ends with `aServerURL`. Keys go out as they stand, "" too.
 ///
 /// Making and destroying an object writes log lines. A logger that fails there is logged and fails
 /// nothing; one that fails at that error line too makes the constructor fail, never the destructor.
 ///
-/// Threads: one object per thread. Errors: every failure leaves as `Error`. Node results are the
-/// reply's first parameter, text results its value.
+/// Threads: one object per thread. Errors: every failure leaves as `Error`; a server fault as
+/// 0x80044201, on the SOAP route with the server's text. Node results are the reply's first
+/// parameter, text results its value; a reply without one fails with 0x80044204.
 class BVCONN_EXPORT BVSubmittalConnector {
  public:
   BVSubmittalConnector();
@@ -24,19 +25,22 @@ class BVCONN_EXPORT BVSubmittalConnector {
   BVSubmittalConnector(const BVSubmittalConnector&) = delete;
   BVSubmittalConnector& operator=(const BVSubmittalConnector&) = delete;
 
-  /// The paragraphs that a submittal can hold. SOAP `getAllParagraphs`.
+  /// The paragraphs that a submittal can hold. Route: SOAP `getAllParagraphs`.
   SoapNode GetAllParagraphs(std::string_view aSessionID, std::string_view aServerURL);
-  /// The remarks that a submittal can hold. SOAP `getAllRemarks`. Writes no exit line.
+  /// The remarks that a submittal can hold. Deliberately writes no exit line.
+  /// Route: SOAP `getAllRemarks`.
   SoapNode GetAllRemarks(std::string_view aSessionID, std::string_view aServerURL);
-  /// The submittal with this key. SOAP `getSubmittal`.
+  /// The submittal with this key. Route: SOAP `getSubmittal`.
   SoapNode GetSubmittal(std::string_view aSessionID, std::string_view aSubmittalUID,
                         std::string_view aServerURL);
-  /// The criteria of a submittal. SOAP `getSubmittalCriteria`.
+  /// The criteria of the submittal with this key. Route: SOAP `getSubmittalCriteria`.
   SoapNode GetSubmittalCriteria(std::string_view aSessionID, std::string_view aSubmittalUID,
                                 std::string_view aServerURL);
 
-  // Comments of line items: one server method, which learns whether the items are a project's.
-  // `aLineItemGIDs` goes out as it stands: an array stays one array.
+  // The submittal comments of one line item, or of several. The four share one server method, which
+  // learns from a flag whether the items are a project's or a quote's. `aLineItemGIDs` is a list of
+  // keys and goes out as it stands: an array as one array, an empty one too.
+  // Route: SOAP `getSubmittalCommentsForLineItem`.
   SoapNode GetSubmittalCommentsForProjectLineItem(std::string_view aSessionID,
                                                   std::string_view aLineItemGID,
                                                   std::string_view aServerURL);
@@ -50,25 +54,35 @@ class BVCONN_EXPORT BVSubmittalConnector {
                                                  const Variant& aLineItemGIDs,
                                                  std::string_view aServerURL);
 
-  // A submittal is sent as the content of "Submittal"; the answer is a text.
-  /// SOAP `createSubmittal`. Writes no log line, not even on failure.
+  // What the server says to a submittal, as text; an array or a node fails with error 13.
+  // `aSoapNode` is sent as the content of "Submittal", an empty reference as nil.
+  /// A new one. Deliberately writes no log line of its own, not even on failure.
+  /// Route: SOAP `createSubmittal`.
   std::string CreateSubmittal(std::string_view aSessionID, const SoapNode& aSoapNode,
                               std::string_view aServerURL);
-  /// SOAP `reviseSubmittal`.
+  /// A new revision of one. Route: SOAP `reviseSubmittal`.
   std::string ReviseSubmittal(std::string_view aSessionID, const SoapNode& aSoapNode,
                               std::string_view aServerURL);
-  /// SOAP `updateSubmittal`.
+  /// One that is there already. Route: SOAP `updateSubmittal`.
   std::string UpdateSubmittal(std::string_view aSessionID, const SoapNode& aSoapNode,
                               std::string_view aServerURL);
 
-  // Lists: of a project by its key, of a quote by its number. Route: data access layer, else SOAP.
+  // The submittals of a project, by its key, or of a quote, by its number: all of them, or those
+  // that can still be updated.
+  /// Route: DAL `SubmittalService.GetAllSubmittalsForProject`, else SOAP
+  /// `getAllSubmittalsForProject`.
   SoapNode GetAllSubmittalsForProject(std::string_view aSessionID, std::string_view aProjectGID,
                                       std::string_view aServerURL);
+  /// Route: DAL `SubmittalService.GetAllSubmittalsForQuote`, else SOAP `getAllSubmittalsForQuote`.
   SoapNode GetAllSubmittalsForQuote(std::string_view aSessionID, std::string_view aQuoteNbr,
                                     std::string_view aServerURL);
+  /// Route: DAL `SubmittalService.GetUpdatableSubmittalsForProject`, else SOAP
+  /// `getUpdatableSubmittalsForProject`.
   SoapNode GetUpdatableSubmittalsForProject(std::string_view aSessionID,
                                             std::string_view aProjectGID,
                                             std::string_view aServerURL);
+  /// Route: DAL `SubmittalService.GetUpdatableSubmittalsForQuote`, else SOAP
+  /// `getUpdatableSubmittalsForQuote`.
   SoapNode GetUpdatableSubmittalsForQuote(std::string_view aSessionID, std::string_view aQuoteNbr,
                                           std::string_view aServerURL);
 };

@@ -15,215 +15,254 @@ namespace bvconn {
 
 /// Lists, look-ups and searches, and the few commands that stand beside them.
 ///
-/// Text goes out exactly as given: no date is formatted, no number parsed, no criterion filled in.
-/// What is left out is sent all the same, as "" or false, since the server knows a criterion by its
-/// place alone. Results are the reply's first parameter. Where no service is named it is
-/// "urn:SearchService".
+/// Text goes out exactly as given: no date is formatted, no number parsed, no criterion filled in,
+/// unless stated otherwise. What is left out is sent all the same, as "" or false, since the server
+/// knows a criterion by its place alone. Results are the reply's first parameter; a reply without
+/// one fails with 0x80044204. Where no service is named it is "urn:SearchService". `aSessionID` and
+/// `aServerURL` matter to the SOAP route alone, and where the data access layer gets the request's
+/// text.
 ///
 /// Threads: one object per thread. Errors: every failure leaves as `Error`; a server fault as
-/// 0x80044201, on the SOAP route with the server's text (the two inventory searches: without it),
-/// on the other one without it (`SearchForAuthorizations` and `SearchForCustomers`: with it).
+/// 0x80044201, on the SOAP route with the server's text unless stated otherwise, on the other one
+/// without it unless stated otherwise.
 class BVCONN_EXPORT BVSearchConnector {
  public:
-  /// Agents by any of five criteria. SOAP `searchForAgents`.
+  /// Agents by any of five criteria. Route: SOAP `searchForAgents`.
   SoapNode SearchForAgents(std::string_view aSessionID, std::string_view aServerURL,
                            std::string_view AgentID = "", std::string_view Name = "",
                            std::string_view PartnerID = "", std::string_view State = "",
                            std::string_view Country = "");
-  /// Documents that wait for an approval. SOAP `searchForApprovals`.
+  /// Documents that wait for an approval. Route: SOAP `searchForApprovals`.
   SoapNode SearchForApprovals(std::string_view aSessionID, std::string_view aServerURL,
                               const SearchForApprovalsCriteria& criteria = {});
-  /// The approval queue. The four arrays go whole by SOAP, joined with ";" and trimmed by the
-  /// data access layer, where one that was never allocated fails with 9. Route: data access
-  /// layer, else SOAP `searchApprovalQueue`.
+  /// The approval queue. The four arrays go whole by SOAP; the DAL route joins each with ";" and
+  /// without the blanks around its elements, an empty array as "", where one that was never
+  /// allocated fails with error 9.
+  /// Route: DAL `SearchService.SearchApprovalQueue`, else SOAP `searchApprovalQueue`.
   SoapNode SearchApprovalQueue(std::string_view aSessionID, std::string_view aServerURL,
                                const SearchApprovalQueueCriteria& criteria);
-  /// Authorizations. Route: data access layer, else SOAP `searchForAuthorizations`.
+  /// Authorizations. A fault has the server's text on either route.
+  /// Route: DAL `SearchService.SearchForAuthorizations`, else SOAP `searchForAuthorizations`.
   SoapNode SearchForAuthorizations(std::string_view aSessionID, std::string_view aServerURL);
-  /// Brands. Route: data access layer, else SOAP `searchForBrands`.
+  /// Brands. Route: DAL `SearchService.SearchForBrands`, else SOAP `searchForBrands`.
   SoapNode SearchForBrands(std::string_view aSessionID, std::string_view aServerURL);
-  /// Catalogue numbers of an invoice. SOAP `getInvoiceInformation` of the RMA service; errors
-  /// leave as they arose.
+  /// Catalogue numbers of an invoice. Errors leave as they arose.
+  /// Route: SOAP `getInvoiceInformation` of "urn:RMAService".
   SoapNode SearchForCatalogNumbersFromInvoice(std::string_view aSessionID,
                                               std::string_view aServerURL,
                                               std::string_view aInvoiceNumber);
-  /// The SAP view of an order. Route: data access layer, else SOAP `searchForSAPOrderView`.
+  /// The SAP view of an order, by either of its numbers.
+  /// Route: DAL `SearchService.SearchForSAPOrderView`, else SOAP `searchForSAPOrderView`.
   SoapNode SearchForSAPOrderView(std::string_view aSessionID, std::string_view aServerURL,
                                  std::string_view aTORVEXOrderNumber,
                                  std::string_view aSAPOrderNumber, bool aIncludePrices);
-  /// Catalogue numbers by ten criteria. SOAP `searchForCatalogNbrs`.
+  /// Catalogue numbers by ten criteria. Route: SOAP `searchForCatalogNbrs`.
   SoapNode SearchForCatalogNbrs(std::string_view aSessionID, std::string_view aServerURL,
                                 const SearchForCatalogNbrsCriteria& criteria = {});
   /// Customers. `ExSearch`, `OnlyActive` and `OnlyBrimvale` are texts that read as booleans; one
-  /// that does not, "" included, fails with 13 before anything is sent. Route: data access layer,
-  /// else SOAP `searchForCustomers`.
+  /// that does not, "" included, fails with error 13 before anything is sent. A fault has the
+  /// server's text on either route.
+  /// Route: DAL `SearchService.SearchForCustomers`, else SOAP `searchForCustomers`.
   SoapNode SearchForCustomers(std::string_view aSessionID, std::string_view aServerURL,
                               const SearchForCustomersCriteria& criteria = {});
-  /// What else is known of a customer. Route: data access layer, else SOAP
-  /// `searchForCustomerAxillaryInfo`.
+  /// What else is known of a customer. Route: DAL `SearchService.SearchForCustomerAxillaryInfo`,
+  /// else SOAP `searchForCustomerAxillaryInfo`.
   SoapNode SearchForCustomerAxillaryInfo(std::string_view aSessionID, std::string_view aServerURL,
                                          std::string_view CustomerGID = "",
                                          std::string_view AgentID = "");
-  /// Default agents. Route: data access layer, else SOAP `searchForDefaultAgents`.
+  /// Default agents.
+  /// Route: DAL `SearchService.SearchForDefaultAgents`, else SOAP `searchForDefaultAgents`.
   SoapNode SearchForDefaultAgents(std::string_view aSessionID, std::string_view aServerURL);
-  /// All agents, or those of one. Route: data access layer (the number in 32 bits, 0 when left
-  /// out), else SOAP `searchForAllAgents` (in 16 bits, beyond them 6; without a node when left
-  /// out).
+  /// All agents, or those of one: a number, or a text that reads as one; else it fails with error
+  /// 13. By SOAP it goes out in 16 bits, without a node when left out; on the DAL route in 32, as 0
+  /// when left out. One that does not fit fails with error 6.
+  /// Route: DAL `SearchService.SearchForAllAgents`, else SOAP `searchForAllAgents`.
   SoapNode SearchForAllAgents(std::string_view aSessionID, std::string_view aServerURL,
                               const Variant& aAgentID = Variant::Missing{});
-  /// All customers of an agent. Route: data access layer (the agent as a number), else SOAP
-  /// `searchForAllCustomersLite` (as it stands).
+  /// All customers of an agent. By SOAP the agent goes out as it stands; on the DAL route as a
+  /// number of 32 bits: text that is none fails with error 13, one out of range with error 6.
+  /// Route: DAL `SearchService.SearchForAllCustomers`, else SOAP `searchForAllCustomersLite`.
   SoapNode SearchForAllCustomers(std::string_view aSessionID, std::string_view aServerURL,
                                  std::string_view aAgentID);
-  /// An enumeration. SOAP `searchForEnumeration`.
+  /// An enumeration. Deliberately logged under `SearchForAllCUDCodes`.
+  /// Route: SOAP `searchForEnumeration`.
   SoapNode SearchForEnumeration(std::string_view aSessionID, std::string_view aServerURL,
                                 std::string_view aEnumGroup);
-  /// A group of enumerations. Route: data access layer, else SOAP `searchForEnumerationGroup`.
+  /// A group of enumerations.
+  /// Route: DAL `SearchService.SearchForEnumerationGroup`, else SOAP `searchForEnumerationGroup`.
   SoapNode SearchForEnumerationGroup(std::string_view aSessionID, std::string_view aServerURL,
                                      std::string_view aGroupCode);
-  /// Vendors of an account group. Route: data access layer, else SOAP `searchForVendors`.
+  /// Vendors of an account group.
+  /// Route: DAL `SearchService.SearchForVendors`, else SOAP `searchForVendors`.
   SoapNode SearchForVendors(std::string_view aSessionID, std::string_view aServerURL,
                             std::string_view aAccountGroup);
-  /// The customer with this key. Route: data access layer, else SOAP `searchForCustomer`.
+  /// The customer with this key.
+  /// Route: DAL `SearchService.SearchForCustomer`, else SOAP `searchForCustomer`.
   SoapNode SearchForCustomer(std::string_view aSessionID, std::string_view aServerURL,
                              std::string_view aGID);
-  /// All CUD codes. Errors leave as they arose. Route: data access layer, else SOAP
-  /// `searchForAllCUDCodes`.
+  /// All CUD codes. Errors leave as they arose.
+  /// Route: DAL `SearchService.SearchForAllCUDCodes`, else SOAP `searchForAllCUDCodes`.
   SoapNode SearchForAllCUDCodes(std::string_view aSessionID, std::string_view aServerURL);
-  /// GL codes. `Misc` is a text that reads as a boolean; one that does not, "" included, fails
-  /// with 13. Route: data access layer, else SOAP `searchForGLCodes`.
+  /// GL codes. `Misc` is a text that reads as a boolean; one that does not, "" included, fails with
+  /// error 13. Route: DAL `SearchService.SearchForGLCodes`, else SOAP `searchForGLCodes`.
   SoapNode SearchForGLCodes(std::string_view aSessionID, std::string_view aServerURL,
                             std::string_view Code = "", std::string_view Desc = "",
                             std::string_view Misc = "");
-  /// Kinds of header comments. SOAP `searchForHeaderCommentInfo`.
+  /// Kinds of header comments. Route: SOAP `searchForHeaderCommentInfo`.
   SoapNode SearchForHeaderCommentInfo(std::string_view aSessionID, std::string_view aServerURL,
                                       std::string_view aSalesInstrGID = "");
-  /// Manufacturers, as a variant that holds the node. Route: data access layer, else SOAP
-  /// `searchForManufacturers`.
+  /// Manufacturers, as a variant that holds the node.
+  /// Route: DAL `SearchService.SearchForManufacturers`, else SOAP `searchForManufacturers`.
   Variant SearchForManufacturers(std::string_view aSessionID, std::string_view aServerURL);
-  /// National accounts. Route: data access layer, else SOAP `searchForNatlAccts`.
+  /// National accounts.
+  /// Route: DAL `SearchService.SearchForNatlAccts`, else SOAP `searchForNatlAccts`.
   SoapNode SearchForNatlAccts(std::string_view aSessionID, std::string_view aServerURL,
                               const SearchForNatlAcctsCriteria& criteria = {});
-  /// Orders. Data access layer alone, whatever the switch says; 91 where it is not set up.
-  /// `aSessionID` and `aServerURL` are not used.
+  /// Orders, whatever the switch says. `ContractorFirstPO` goes as text, "" when left out; an array
+  /// or a node fails with error 13. Where the data access layer is not set up: error 91.
+  /// Route: DAL `SearchService.SearchForOrders` alone.
   SoapNode SearchForOrders(std::string_view aSessionID, std::string_view aServerURL,
                            const SearchForOrdersCriteria& criteria = {});
-  /// Has found orders sent by e-mail. Data access layer alone. @return An empty reference.
+  /// Has found orders sent by e-mail: always an empty reference, though a fault in the answer is
+  /// raised. `ContractorFirstPO` goes as it stands. Where the layer is not set up: error 91.
+  /// Route: DAL `SearchService.OrdersSearchEmailExport` alone.
   SoapNode SearchForOrdersForEmail(std::string_view aSessionID, std::string_view aServerURL,
                                    const SearchForOrdersForEmailCriteria& criteria = {});
-  /// History of an order. Route: data access layer, else SOAP `searchForOrderHeaderHistory`.
+  /// History of an order. Route: DAL `SearchService.SearchForOrderHeaderHistory`, else SOAP
+  /// `searchForOrderHeaderHistory`.
   SoapNode SearchForOrderHeaderHistory(std::string_view aSessionID, std::string_view aServerURL,
                                        std::string_view OrderNbr = "");
-  /// History of an order's lines. Route: data access layer, else SOAP
-  /// `searchForOrderLineHistory`.
+  /// History of an order's lines.
+  /// Route: DAL `SearchService.SearchForOrderLineHistory`, else SOAP `searchForOrderLineHistory`.
   SoapNode SearchForOrderLineHistory(std::string_view aSessionID, std::string_view aServerURL,
                                      std::string_view OrderNbr = "");
-  /// Distribution centres. Route: data access layer, else SOAP `searchForAllDistCenters`.
+  /// Distribution centres. Route: DAL `SearchService.SearchForDistributionCenters`, else SOAP
+  /// `searchForAllDistCenters`.
   SoapNode SearchForDistributionCenters(std::string_view aSessionID, std::string_view aServerURL);
-  /// Price history. Route: data access layer, else SOAP `searchForPriceHistory`.
+  /// Price history. `EndDate` is a date in the application's own form.
+  /// Route: DAL `SearchService.SearchForPriceHistory`, else SOAP `searchForPriceHistory`.
   SoapNode SearchForPriceHistory(std::string_view aSessionID, std::string_view aServerURL,
                                  std::string_view SearchType = "", std::string_view CatalogNbr = "",
                                  std::string_view AgentID = "",
                                  std::string_view DistributorName = "",
                                  std::string_view DistributorGID = "",
                                  std::string_view EndDate = "");
-  /// Price history of catalogue numbers. The array goes last and whole by SOAP, joined with ";"
-  /// and trimmed by the data access layer. Route: data access layer, else SOAP `searchForPH`.
+  /// Price history of catalogue numbers. The array goes last and whole by SOAP; the DAL route joins
+  /// it as `SearchApprovalQueue` does, where one that was never allocated fails with error 9.
+  /// Route: DAL `SearchService.SearchForPH`, else SOAP `searchForPH`.
   SoapNode SearchForPH(std::string_view aSessionID, std::string_view aServerURL,
                        const StringArray& catalogArray, std::string_view Description = "",
                        std::string_view AgentID = "", std::string_view CustomerGID = "");
-  /// Average of a price history. As `SearchForPH`; by the data access layer an array of more than
-  /// 32768 elements fails with 6.
+  /// Average of a price history. The array as in `SearchForPH`, so error 9 too; on the DAL route
+  /// one of more than 32768 elements fails with error 6. Deliberately logged with a capital S.
+  /// Route: DAL `SearchService.searchForPHAverage`, else SOAP `searchForPHAverage`.
   SoapNode searchForPHAverage(std::string_view aSessionID, std::string_view aServerURL,
                               const StringArray& catalogArray, std::string_view aType = "",
                               std::string_view Description = "", std::string_view AgentID = "",
                               std::string_view CustomerGID = "");
-  /// Projects. Data access layer alone (its project object), whatever the switch says; 91 where
-  /// it is not set up.
+  /// Projects, whatever the switch says. Where the data access layer is not set up: error 91.
+  /// Route: DAL `ProjectService.SearchForProjects` alone.
   SoapNode SearchForProjects(std::string_view aSessionID, std::string_view aServerURL,
                              const SearchForProjectsCriteria& criteria = {});
-  /// Has found projects sent by e-mail. Data access layer alone. @return An empty reference.
+  /// Has found projects sent by e-mail; see `SearchForOrdersForEmail`, also for error 91.
+  /// Route: DAL `SearchService.ProjectsSearchEmailExport` alone.
   SoapNode SearchForProjectsForEmail(std::string_view aSessionID, std::string_view aServerURL,
                                      const SearchForProjectsForEmailCriteria& criteria = {});
-  /// Promotions. Route: data access layer, else SOAP `searchForPromotions`.
+  /// Promotions. Route: DAL `SearchService.SearchForPromotions`, else SOAP `searchForPromotions`.
   SoapNode SearchForPromotions(std::string_view aSessionID, std::string_view aServerURL);
-  /// Quotes. Data access layer alone, whatever the switch says; 91 where it is not set up.
+  /// Quotes, whatever the switch says. Where the data access layer is not set up: error 91.
+  /// Route: DAL `SearchService.SearchForQuotes` alone.
   SoapNode SearchForQuotes(std::string_view aSessionID, std::string_view aServerURL,
                            const SearchForQuotesCriteria& criteria = {});
-  /// Has found quotes sent by e-mail. Data access layer alone. @return An empty reference.
+  /// Has found quotes sent by e-mail; see `SearchForOrdersForEmail`, also for error 91.
+  /// Route: DAL `SearchService.QuotesSearchEmailExport` alone.
   SoapNode SearchForQuotesForEmail(std::string_view aSessionID, std::string_view aServerURL,
                                    const SearchForQuotesForEmailCriteria& criteria = {});
-  /// Return codes. SOAP `getRMAReturnCodes` of the RMA service.
+  /// Return codes. Route: SOAP `getRMAReturnCodes` of "urn:RMAService".
   SoapNode SearchForRMAReturnCodes(std::string_view aSessionID, std::string_view aServerURL);
-  /// States of an RMA. Route: data access layer, else SOAP `searchForRMAStatuses`.
+  /// States of an RMA.
+  /// Route: DAL `SearchService.SearchForRMAStatuses`, else SOAP `searchForRMAStatuses`.
   SoapNode SearchForRMAStatuses(std::string_view aSessionID, std::string_view aServerURL);
-  /// Reasons for a return of an order. Route: data access layer, else SOAP
-  /// `searchForOrderReasons`.
+  /// Reasons for a return of an order, always of the document type "ZRE".
+  /// Route: DAL `SearchService.SearchForReturnReasons`, else SOAP `searchForOrderReasons`.
   SoapNode SearchForReturnReasons(std::string_view aSessionID, std::string_view aServerURL);
-  /// Terms of an RMA's processing. Route: data access layer, else SOAP `getRMAProcessingTerms` of
-  /// the RMA service.
+  /// Terms of an RMA's processing. Route: DAL `RMAService.searchForRMAProcessingTerms`, else SOAP
+  /// `getRMAProcessingTerms` of "urn:RMAService".
   SoapNode searchForRMAProcessingTerms(std::string_view aSessionID, std::string_view aServerURL);
-  /// RMAs. `aSubmitSaveDate` is sent as it stands. Route: data access layer with the request's
-  /// text, else SOAP `searchRMA`.
+  /// RMAs. `aSubmitSaveDate` is sent as it stands. Route: DAL `RMAService.SearchForRMA` with the
+  /// request's text, else SOAP `searchRMA` of "urn:RMAService".
   SoapNode SearchForRMA(std::string_view aSessionID, std::string_view aServerURL,
                         std::string_view aCustomerRefNumber, std::string_view aTORVEXRMANumber,
                         std::string_view aDistributorGID, std::string_view aSubmitSaveDate);
-  /// Sales people of an agent. Note the place of `aAgentGID`. Route: data access layer, else SOAP
-  /// `searchForSalesPeople`.
+  /// Sales people of an agent. Note the place of `aAgentGID`.
+  /// Route: DAL `SearchService.SearchForSalesPeople`, else SOAP `searchForSalesPeople`.
   SoapNode SearchForSalesPeople(std::string_view aSessionID, std::string_view aAgentGID,
                                 std::string_view aServerURL);
-  /// Shipping methods. SOAP `searchForShippingMethods`.
+  /// Shipping methods. Route: SOAP `searchForShippingMethods`.
   SoapNode SearchForShippingMethods(std::string_view aSessionID, std::string_view aServerURL);
-  /// Shipping methods to show in the approval queue. Route: data access layer, else SOAP
+  /// The shipping methods that the approval queue shows.
+  /// Route: DAL `SearchService.SearchForApprovalQueueShippingMethods`, else SOAP
   /// `getShippingMethodsToDisplayInTheApprovalQueue`.
   SoapNode SearchForApprovalQueueShippingMethods(std::string_view aSessionID,
                                                  std::string_view aServerURL);
-  /// Special credit terms. Route: data access layer, else SOAP `searchForSpecialCreditTerms`.
+  /// Special credit terms. Route: DAL `SearchService.SearchForSpecialCreditTerms`, else SOAP
+  /// `searchForSpecialCreditTerms`.
   SoapNode SearchForSpecialCreditTerms(std::string_view aSessionID, std::string_view aServerURL);
-  /// Users of the sales organisation. SOAP `searchForUserNamesAtSalesOrg`.
+  /// The names of the users of the sales organisation.
+  /// Route: SOAP `searchForUserNamesAtSalesOrg`.
   SoapNode SearchForUserNamesAtSalesOrg(std::string_view aSessionID, std::string_view aServerURL);
-  /// The Torvex view of an order. Route: data access layer (its order object), else SOAP
-  /// `getOrderTorvexView` of the order service.
+  /// The Torvex view of an order. Route: DAL `OrderService.SearchForOrderTorvexView`, else
+  /// SOAP `getOrderTorvexView` of "urn:OrderService".
   SoapNode SearchForOrderTorvexView(std::string_view aSessionID, std::string_view aServerURL,
                                     std::string_view orderGID = "");
-  /// The Zelt view of an order by its key. SOAP `find`.
+  /// The Zelt view of an order by its key. Route: SOAP `find` of "urn:ZeltViewService".
   SoapNode searchForZeltViewUsingGID(std::string_view aSessionID, std::string_view aServerURL,
                                      std::string_view orderGID = "");
-  /// The Zelt view by other criteria; the agent goes second. SOAP `find`.
+  /// The Zelt view by other criteria; the agent goes second. The server tells it from
+  /// `searchForZeltViewUsingGID` by the number of parameters.
+  /// Route: SOAP `find` of "urn:ZeltViewService".
   SoapNode searchForZeltViewUsingParameters(std::string_view aSessionID,
                                             std::string_view aServerURL,
                                             std::string_view PONumber = "",
                                             std::string_view CustAcctNbr = "",
                                             std::string_view AgentID = "");
-  /// The whole inventory. `strInfo` is XML, pasted into the request as it stands. Goes out under
-  /// the SOAPAction of the request before. Route: data access layer with the request's text, else
-  /// SOAP `getTotalInventoryInfo`; both count as a contact with the server.
+  /// The whole inventory; the time it took is logged. `strInfo` is XML, pasted into the request as
+  /// it stands. Both routes count as a contact with the server. A fault leaves without the server's
+  /// text.
+  /// Route: DAL `InventoryInquiryService.SearchForTotalInventory` with the request's text, else
+  /// SOAP `getTotalInventoryInfo` of "urn:InventoryInquiryService" under the SOAPAction of the
+  /// request before.
   SoapNode SearchForTotalInventory(std::string_view strInfo, std::string_view aSessionID,
                                    std::string_view aServerURL);
-  /// Inventory. `strInfo` is XML, pasted into the request as it stands. Goes out under the
-  /// SOAPAction of the request before. Route: data access layer with `strInfo`, else SOAP
-  /// `getInventoryInfo`; only the latter counts as a contact with the server.
+  /// Inventory. `strInfo` is XML, pasted into the request as it stands, or alone what the DAL route
+  /// passes on. Only the SOAP route counts as a contact with the server. A fault leaves without the
+  /// server's text.
+  /// Route: DAL `InventoryInquiryService.SearchForInventory`, else SOAP `getInventoryInfo` of
+  /// "urn:InventoryInquiryService" under the SOAPAction of the request before.
   SoapNode SearchForInventory(std::string_view strInfo, std::string_view aSessionID,
                               std::string_view aServerURL);
-  /// A project made from a template. Route: data access layer, else SOAP
-  /// `copyProjectFromTemplate` of the project service.
+  /// A project made from a template. Route: DAL `ProjectService.CreateProjectFromTemplate`, else
+  /// SOAP `copyProjectFromTemplate` of "urn:ProjectService".
   SoapNode CreateProjectFromTemplate(std::string_view aSessionID, std::string_view aServerURL,
                                      std::string_view aGID = "");
-  /// An order made from a template. SOAP `createOrderFromTemplate` of the order service.
+  /// An order made from a template.
+  /// Route: SOAP `createOrderFromTemplate` of "urn:OrderService".
   SoapNode CreateOrderFromTemplate(std::string_view aSessionID, std::string_view aServerURL,
                                    std::string_view aProjectGID = "",
                                    std::string_view aProjectName = "",
                                    std::string_view aProjectCity = "",
                                    std::string_view aProjectStateCode = "");
-  /// Makes a project a template. Route: data access layer, else SOAP `convertToTemplate` of the
-  /// project service.
+  /// What the server says to a project's becoming a template. Route: DAL
+  /// `ProjectService.ConvertToTemplate`, else SOAP `convertToTemplate` of "urn:ProjectService".
   SoapNode ConvertToTemplate(std::string_view aSessionID, std::string_view aServerURL,
                              std::string_view aGID = "");
-  /// The address of a carrier's tracking page. SOAP `getCarrierTrackingURL`.
+  /// The address of a carrier's tracking page, as text, "" for an empty one; an array or a node
+  /// fails with error 13. Route: SOAP `getCarrierTrackingURL` of "urn:ZeltViewService".
   std::string GetCarrierTrackingURL(std::string_view aSessionID, std::string_view aServerURL,
                                     std::string_view aCarrierCode,
                                     std::string_view aTrackingNumber);
-  /// Deactivates a sales instrument. Route: data access layer, else SOAP `deactivate`.
+  /// What the server says to a sales instrument's deactivation. Route: DAL
+  /// `SalesInstrumentService.Deactivate`, else SOAP `deactivate` of "urn:SalesInstrumentService".
   SoapNode Deactivate(std::string_view aSessionID, std::string_view aServerURL,
                       std::string_view aGID = "");
 };

@@ -8,6 +8,7 @@ namespace bvconn {
 
 /// Arguments of `BVSearchConnector::SearchForOrders`, in the order of its interface. What is left
 /// out is passed all the same: a text as "", a flag as false, `ContractorFirstPO` as "".
+/// Dates are texts in the application's own form, passed on as they stand.
 struct SearchForOrdersCriteria {
   std::string_view OrderNbr = {};
   std::string_view SAPOrderNumber = {};
@@ -36,7 +37,7 @@ struct SearchForOrdersCriteria {
 
 /// Arguments of `BVSearchConnector::SearchForOrdersForEmail`, in the order of its interface. What
 /// is left out is passed all the same: a text as "", a flag as false, `ContractorFirstPO` as
-/// missing.
+/// missing. Dates as in `SearchForOrdersCriteria`.
 struct SearchForOrdersForEmailCriteria {
   std::string_view OrderNbr = {};
   std::string_view SAPOrderNumber = {};
@@ -66,7 +67,7 @@ struct SearchForOrdersForEmailCriteria {
 };
 
 /// Arguments of `BVSearchConnector::SearchForProjects`, in the order of its interface. What is
-/// left out is passed all the same, as "".
+/// left out is passed all the same, as "". Dates as in `SearchForOrdersCriteria`.
 struct SearchForProjectsCriteria {
   std::string_view ProjNbr = {};
   std::string_view ProjName = {};
@@ -92,7 +93,7 @@ struct SearchForProjectsCriteria {
 };
 
 /// Arguments of `BVSearchConnector::SearchForProjectsForEmail`, in the order of its interface. What
-/// is left out is passed all the same, as "".
+/// is left out is passed all the same, as "". Dates as in `SearchForOrdersCriteria`.
 struct SearchForProjectsForEmailCriteria {
   std::string_view ProjNbr = {};
   std::string_view ProjName = {};
@@ -120,7 +121,8 @@ struct SearchForProjectsForEmailCriteria {
 };
 
 /// Arguments of `BVSearchConnector::SearchForQuotes`, in the order of its interface. What is left
-/// out is passed all the same: a text as "", a flag as false.
+/// out is passed all the same: a text as "", a flag as false. Dates as in
+/// `SearchForOrdersCriteria`.
 struct SearchForQuotesCriteria {
   std::string_view QuoteNbr = {};
   std::string_view QuoteStatus = {};
@@ -144,7 +146,8 @@ struct SearchForQuotesCriteria {
 };
 
 /// Arguments of `BVSearchConnector::SearchForQuotesForEmail`, in the order of its interface. What
-/// is left out is passed all the same: a text as "", a flag as false.
+/// is left out is passed all the same: a text as "", a flag as false. Dates as in
+/// `SearchForOrdersCriteria`.
 struct SearchForQuotesForEmailCriteria {
   std::string_view QuoteNbr = {};
   std::string_view QuoteStatus = {};

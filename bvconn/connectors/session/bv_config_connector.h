@@ -14,8 +14,11 @@ namespace bvconn {
 /// 0x80044201 with the server's text.
 class BVCONN_EXPORT BVConfigConnector {
  public:
-  /// The configuration of the products of a sales instrument, the reply's first parameter. Always
-  /// by SOAP `GetConfigXML`, under a SOAPAction that names another operation.
+  /// The configuration of the products of a sales instrument, the reply's first parameter; a reply
+  /// without one fails with 0x80044204. The key goes out as it stands, "" too, as the first of an
+  /// array of two texts, the second empty. The SOAPAction deliberately names another operation.
+  /// Route: SOAP `GetConfigXML` under the SOAPAction "…/TorvexConfigContract/GetTorvexXML", where
+  /// the service's URI stands in front.
   ///
   /// For the time of the call the user's setting `TraceSoapTraffic` is False, for all threads and
   /// programs that read it. It is written back when the call succeeds; after a failure it stays

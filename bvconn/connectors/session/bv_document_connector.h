@@ -15,9 +15,9 @@ class BVCONN_EXPORT BVDocumentConnector {
  public:
   /// The documents of the object with this key: a new node without a name, whose children are all
   /// parameters of the reply in their order; without children where the reply has none.
-  /// Always by SOAP `getDocuments`. Never throws for what goes wrong on the way: the failure is
-  /// logged as `BVOrderConnector.getDocuments`, and the result is an empty reference, for which the
-  /// caller has to test. What a logger raises at that line leaves.
+  /// Never throws for what goes wrong on the way, a server fault included: the failure is logged as
+  /// `BVOrderConnector.getDocuments`, and the result is an empty reference, for which the caller
+  /// has to test. What a logger raises at that line leaves. Route: SOAP `getDocuments`.
   SoapNode GetDocuments(std::string_view aServerURL, std::string_view aGID);
 };
 

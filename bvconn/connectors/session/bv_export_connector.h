@@ -13,8 +13,9 @@ namespace bvconn {
 /// 0x80044201 with the server's text.
 class BVCONN_EXPORT BVExportConnector {
  public:
-  /// Marks an order as exported. @return The reply's first parameter. Logs on failure alone.
-  /// Always by SOAP `exportComplete`.
+  /// What the server says to an order's being marked as exported: the reply's first parameter; a
+  /// reply without one fails with 0x80044204. The key goes out as it stands, "" too. Logs on
+  /// failure alone. Route: SOAP `exportComplete`.
   SoapNode SetExportComplete(std::string_view aServerURL, std::string_view aSessionID,
                              std::string_view aOrderGID);
 };

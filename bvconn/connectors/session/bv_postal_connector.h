@@ -13,10 +13,10 @@ namespace bvconn {
 /// 0x80044201, on the SOAP route with the server's text.
 class BVCONN_EXPORT BVPostalConnector {
  public:
-  /// The list of countries, the reply's first parameter. Logs on failure alone, and then as
-  /// `BVGenericConnector.GetCountry`.
-  /// @param aLazyLoad  Always sent on the SOAP route; the other one does not use it.
-  /// Route: data access layer (its search object), else SOAP `getCountries`.
+  /// The list of countries, the reply's first parameter; a reply without one fails with 0x80044204.
+  /// Logs on failure alone, and then deliberately as `BVGenericConnector.GetCountry`.
+  /// @param aLazyLoad  Always sent on the SOAP route, false too; the other one does not use it.
+  /// Route: DAL `SearchService.GetCountries`, else SOAP `getCountries`.
   SoapNode GetCountries(std::string_view aServerURL, std::string_view aSessionID, bool aLazyLoad);
 };
 
