@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "bvconn/dal/dal_switch.h"
 #include "bvconn/platform/error.h"
-#include "dal/service_object_cases.h"
 #include "support/error_of.h"
 #include "support/recording_platform.h"
 
@@ -16,52 +16,15 @@ namespace bvconn::dal {
 namespace {
 
 using bvconn::test::error_of;
-using test::all_cases;
-
-// "Object.Operation" of a line.
-std::string key_of(const std::string& line) {
-  return line.substr(0, line.find('('));
-}
-
-TEST(ServiceObjects, PassEveryArgumentInItsPlaceAndGiveTheTextBack) {
-  bvconn::test::RecordingPlatform world;
-  world.use_dal();
-  std::vector<std::string> lines;
-  for (const auto& operation : all_cases()) {
-    const std::string answer = "text of " + key_of(operation.line);
-    world.dal_answers[key_of(operation.line)] = answer;
-    EXPECT_EQ(operation.call(Services()), answer);
-    lines.push_back(operation.line);
-  }
-  EXPECT_EQ(world.record.dal, lines);
-}
-
-// The operations of all rows, in their order, as "Object.Operation".
-std::vector<std::string> declared_operations() {
-  std::vector<std::string> operations;
-  std::string object;
-#define BVCONN_SERVICE_OBJECT(name, ...) \
-  object = #name ".", operations.insert(operations.end(), {__VA_ARGS__});
-#define BVCONN_SERVICE_OPERATION(name, ...) object + #name,
-#define BVCONN_SERVICE_OPERATION_BY_NAME BVCONN_SERVICE_OPERATION
-#include "bvconn/platform/torvexlib/service_object_rows.inc"
-  return operations;
-}
-
-// The cases say what each operation passes, so an operation without a case is one that nobody looks
-// at.
-TEST(ServiceObjects, AreAllCalledHereInTheOrderOfEachObject) {
-  std::vector<std::string> called;
-  for (const auto& operation : all_cases()) called.push_back(key_of(operation.line));
-  EXPECT_EQ(called, declared_operations());
-}
 
 TEST(ServiceObjects, FailWithObjectNotSetWhereNoneWasMade) {
   bvconn::test::RecordingPlatform world;
-  for (const auto& operation : all_cases()) {
-    const Error error = error_of([&] { operation.call(Services()); });
-    EXPECT_EQ(error.number, 91) << operation.line;
-    EXPECT_EQ(error.source, "BVConn") << operation.line;
+  for (const Error& error :
+       {error_of([] { Services().PrintingService().GetPrintInfos(); }),
+        error_of([] { Services().SearchService().SearchForCustomer("C1"); }),
+        error_of([] { Services().AuthenticationService().GetDisabledServices(); })}) {
+    EXPECT_EQ(error.number, 91);
+    EXPECT_EQ(error.source, "BVConn");
   }
   EXPECT_EQ(world.record.dal, std::vector<std::string>());
 }

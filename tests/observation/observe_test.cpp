@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -290,6 +291,24 @@ TEST(Observe, VariantsThatHaveToBeArraysAreFound) {
   ASSERT_EQ(operation.requests.size(), 1U);
   EXPECT_EQ(operation.requests[0].parameters.at(0).types, Names{"string"});
   EXPECT_EQ(operation.requests[0].parameters.at(0).origin.arguments, Names{"aList"});
+}
+
+// A row of a service object that nobody calls is one that no wire file looks at.
+TEST(Observe, EveryRowOfAServiceObjectIsCalledByAnOperationOrByTheLogin) {
+  std::set<std::string> called{"AuthenticationService.Login", "AuthenticationService.SetServerUrl",
+                               "AuthenticationService.GetDisabledServices"};
+  for (const ObservedOperation& seen : observe_all()) {
+    for (const ObservedDalCall& call : seen.dal_calls)
+      called.insert(call.object + "." + call.operation);
+  }
+  std::set<std::string> rows;
+  std::string object;
+#define BVCONN_SERVICE_OBJECT(name, ...) object = #name ".", rows.insert({__VA_ARGS__});
+#define BVCONN_SERVICE_OPERATION(name, ...) object + #name,
+#define BVCONN_SERVICE_OPERATION_BY_NAME BVCONN_SERVICE_OPERATION
+#include "bvconn/platform/torvexlib/service_object_rows.inc"
+  EXPECT_EQ(rows, called);
+  EXPECT_EQ(rows.size(), 117U);
 }
 
 TEST(Observe, EveryOperationIsObservedInOrder) {
