@@ -46,9 +46,9 @@ const std::vector<Room>& rooms() {
       {"bvconn/component/"},
       {"tools/", {"bvconn/platform/", "bvconn/automation/", "bvconn/observation/"}},
       {"sandbox/", {"bvconn/platform/", "bvconn/automation/", "bvconn/observation/"}},
+      {"tests/"},
       {"fuzz/"},
       {"bench/"},
-      {"tests/"},
   };
   return list;
 }
@@ -339,6 +339,28 @@ Complaints check_direction(const SourceFile& file) {
     }
   }
   return complaints;
+}
+
+std::vector<std::string> room_names() {
+  std::vector<std::string> names;
+  for (const Room& room : rooms()) names.emplace_back(room.prefix);
+  return names;
+}
+
+std::map<std::string, std::set<std::string>> rooms_included(const SourceTree& tree) {
+  std::map<std::string, std::set<std::string>> included;
+  const auto paths = paths_of(tree);
+  for (const auto& file : tree) {
+    const Room* from = room_of(file.path);
+    if (from == nullptr || !file.is_code()) continue;
+    auto& targets = included[std::string(from->prefix)];
+    for (const auto& include : includes_of(file.text)) {
+      const auto target = resolved(file, include, paths);
+      const Room* to = target ? room_of(*target) : nullptr;
+      if (to != nullptr && to != from) targets.emplace(to->prefix);
+    }
+  }
+  return included;
 }
 
 Complaints check_spelling(const SourceFile& file, const SourceTree& tree) {

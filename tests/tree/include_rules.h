@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +28,12 @@ std::vector<Include> includes_of(std::string_view text);
 /// The rooms stand in one order, and each includes itself and those below it alone; tools and
 /// sandbox see of the library only what makes calls by name, and the platform.
 Complaints check_direction(const SourceFile& file);
+
+/// The rooms from the bottom up, by the paths that their files begin with.
+std::vector<std::string> room_names();
+
+/// Which rooms each room includes, itself left out. Rooms that include none are there too.
+std::map<std::string, std::set<std::string>> rooms_included(const SourceTree& tree);
 
 /// Own headers are written with their whole path, "bvconn/<room>/<file>", in quotes; the examples
 /// write them as an application does, in angle brackets. Tools, sandbox and tests may also name

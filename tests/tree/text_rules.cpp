@@ -11,6 +11,7 @@ namespace bvconn::test {
 namespace {
 
 constexpr std::size_t kColumns = 100;
+constexpr std::size_t kLines = 350;
 
 void for_each_line(std::string_view text,
                    const std::function<void(std::size_t, std::string_view)>& visit) {
@@ -89,6 +90,16 @@ Complaints check_width(const SourceFile& file) {
     }
   });
   return complaints;
+}
+
+Complaints check_length(const SourceFile& file) {
+  const bool is_data = file.path.ends_with(".inc") || file.path.ends_with("_seed.cpp");
+  const bool counts = file.below("bvconn/") || file.below("tools/") || file.below("sandbox/");
+  if (!counts || is_data || !file.is_code()) return {};
+  const auto lines = static_cast<std::size_t>(std::count(file.text.begin(), file.text.end(), '\n'));
+  if (lines <= kLines) return {};
+  return {file.path + ": " + std::to_string(lines) + " lines, more than " + std::to_string(kLines) +
+          "; find the seam and make two files of it"};
 }
 
 Complaints check_guard(const SourceFile& file) {

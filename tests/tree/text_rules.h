@@ -14,6 +14,10 @@ Complaints check_blanks(const SourceFile& file);
 /// string.
 Complaints check_width(const SourceFile& file);
 
+/// A file of the library, its tools or the sandbox is read in one sitting: at most 350 lines. Rows
+/// of data, in `.inc` files and in what the sandbox's store begins with, may be more.
+Complaints check_length(const SourceFile& file);
+
 /// Every header has its guard, in the form of a pragma.
 Complaints check_guard(const SourceFile& file);
 

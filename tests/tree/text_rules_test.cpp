@@ -54,6 +54,21 @@ TEST(CheckWidth, LeavesProseAlone) {
   EXPECT_THAT(check_width({"README.md", std::string(150, 'x') + "\n"}), IsEmpty());
 }
 
+TEST(CheckLength, TakesUpTo350Lines) {
+  EXPECT_THAT(check_length({"bvconn/core/a.cpp", std::string(350, '\n')}), IsEmpty());
+  for (const char* path : {"bvconn/core/a.cpp", "tools/bvconn/a.h", "sandbox/a.cpp"}) {
+    EXPECT_THAT(check_length({path, std::string(351, '\n')}),
+                ElementsAre(HasSubstr("351 lines, more than 350")));
+  }
+}
+
+TEST(CheckLength, LeavesDataTestsAndProseAlone) {
+  for (const char* path : {"bvconn/catalogues/a_rows.inc", "sandbox/store/a_seed.cpp",
+                           "tests/core/a.cpp", "sandbox/README.md"}) {
+    EXPECT_THAT(check_length({path, std::string(900, '\n')}), IsEmpty());
+  }
+}
+
 TEST(CheckGuard, WantsAPragmaInHeadersOnly) {
   EXPECT_THAT(check_guard({"a.h", "#pragma once\n\nint a();\n"}), IsEmpty());
   EXPECT_THAT(check_guard({"a.cpp", "int a();\n"}), IsEmpty());

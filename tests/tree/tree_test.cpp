@@ -92,6 +92,10 @@ TEST(SourceTree, IsAtMost100ColumnsWide) {
   EXPECT_EQ(complaints_of(check_width), "");
 }
 
+TEST(SourceTree, HasNoFileThatIsTooLongToReadInOneSitting) {
+  EXPECT_EQ(complaints_of(check_length), "");
+}
+
 TEST(SourceTree, GuardsEveryHeader) {
   EXPECT_EQ(complaints_of(check_guard), "");
 }
