@@ -1,3 +1,5 @@
+#include <sys/resource.h>
+
 #include <fstream>
 
 #include "http/gzip_text.h"
@@ -60,6 +62,37 @@ TEST_P(Memory, OfAnEndlessReplyIsTheLimitAndLittleMore) {
                 Answer{{.kind = Step::Kind::kRepeat, .bytes = std::string(1 << 16, ' ')}});
   RecordProperty("rise_mib", static_cast<int>(rise >> 20));
   EXPECT_LE(rise, GetParam().bytes + kSlack);
+  expect_next_call_works();
+}
+
+/// Address space for so much more than is in use, as long as it lives.
+class ScarceMemory {
+ public:
+  explicit ScarceMemory(std::uint64_t bytes_more) {
+    getrlimit(RLIMIT_AS, &before_);
+    rlimit scarce = before_;
+    scarce.rlim_cur = memory_of_process("VmSize") + bytes_more;
+    EXPECT_EQ(setrlimit(RLIMIT_AS, &scarce), 0);
+  }
+  ~ScarceMemory() { setrlimit(RLIMIT_AS, &before_); }
+  ScarceMemory(const ScarceMemory&) = delete;
+  ScarceMemory& operator=(const ScarceMemory&) = delete;
+
+ private:
+  rlimit before_{};
+};
+
+using NoMemory = TransportTest;
+
+TEST_F(NoMemory, ForAReplyIsError7AndTheNextCallWorks) {
+  server.answer(answers::raw("HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\n\r\n") +
+                Answer{{.kind = Step::Kind::kRepeat, .bytes = std::string(1 << 16, ' ')}});
+  {
+    const ScarceMemory scarce(std::uint64_t{256} << 20);
+    const Error error = error_of([&] { call(); });
+    EXPECT_EQ(error.number, 7) << error.description;
+    EXPECT_EQ(error.source, "BVConn");
+  }
   expect_next_call_works();
 }
 

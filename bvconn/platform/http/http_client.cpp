@@ -24,14 +24,14 @@ struct ListDeleter {
 };
 using HeaderList = std::unique_ptr<curl_slist, ListDeleter>;
 
-[[noreturn]] void fail_without_memory(std::string_view source) {
-  throw Error(error_numbers::kCannotConnect, source, "libcurl has no memory");
+[[noreturn]] void fail_without_memory() {
+  throw Error(error_numbers::kOutOfMemory, "BVConn", "out of memory: libcurl has none");
 }
 
-void append(HeaderList& list, const std::string& line, std::string_view source) {
+void append(HeaderList& list, const std::string& line) {
   curl_slist* longer = curl_slist_append(list.get(), line.c_str());
   if (longer == nullptr) {
-    fail_without_memory(source);
+    fail_without_memory();
   }
   static_cast<void>(list.release());
   list.reset(longer);
@@ -40,10 +40,10 @@ void append(HeaderList& list, const std::string& line, std::string_view source) 
 HeaderList header_list(const HttpRequest& request) {
   HeaderList list;
   for (const std::string& line : request.headers) {
-    append(list, line, request.source);
+    append(list, line);
   }
   // Without a value it is not sent: no wait for an interim reply before a large request.
-  append(list, "Expect:", request.source);
+  append(list, "Expect:");
   return list;
 }
 
@@ -94,7 +94,7 @@ void HttpClient::take_clean_handle(std::string_view source) {
   start_libcurl(source);
   handle_.reset(curl_easy_init());
   if (handle_ == nullptr) {
-    fail_without_memory(source);
+    fail_without_memory();
   }
 }
 

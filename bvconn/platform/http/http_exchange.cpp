@@ -112,8 +112,8 @@ int HttpExchange::on_request(void* self, char*, char*, int, int) {
 HttpReply HttpExchange::finish(CURLcode code) {
   std::optional<Error> against;
   if (out_of_memory_) {
-    against = Error(error_numbers::kBadReply, request_.source,
-                    "There is no memory for the reply of " + shown_url_);
+    against = Error(error_numbers::kOutOfMemory, "BVConn",
+                    "out of memory: there is none for the reply of " + shown_url_);
   } else if (!reply_.given_up() && (code != CURLE_OK || !reply_.has_status())) {
     against = trouble(code);
     const bool about_reply = against->number == error_numbers::kBadReply || reply_.has_status();
