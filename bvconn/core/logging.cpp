@@ -49,7 +49,7 @@ void log_error(std::string_view cls, std::string_view method, const Error& error
 void plain_tail(const LogBlock& log, const Error& error) {
   throw only_errors([&] {
     log_error(log, error);
-    return Error(error.number, error.source, error.description);
+    return error.described_as(error.description);
   });
 }
 

@@ -30,6 +30,18 @@ Clock& SessionState::clock() {
   return *clock_;
 }
 
+std::optional<Exchange> SessionState::LastExchange(Secrets secrets) const {
+  return exchanges_.last(secrets);
+}
+
+std::vector<Exchange> SessionState::Exchanges(Secrets secrets) const {
+  return exchanges_.all(secrets);
+}
+
+void SessionState::KeepExchanges(std::size_t count) {
+  exchanges_.keep(count);
+}
+
 SessionState& session() {
   return only_errors([]() -> SessionState& { return detail::ThreadRecord<SessionState>::get(); });
 }

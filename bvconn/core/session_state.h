@@ -4,9 +4,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "bvconn/catalogues/bv_methods.h"
 #include "bvconn/catalogues/bv_services.h"
+#include "bvconn/platform/exchange/exchange_log.h"
 #include "bvconn/platform/platform.h"
 
 namespace bvconn {
@@ -25,6 +27,16 @@ struct SessionState {
   /// The thread's one transport. What a request sets on it stays set until the next overwrites it.
   const std::shared_ptr<HTTPTransport>& Transport();
   Clock& clock();
+
+  /// The thread's last request to the server and what became of it; nothing where there was none or
+  /// none is kept. Passwords, session identifiers and tokens are masked unless asked for.
+  std::optional<Exchange> LastExchange(Secrets secrets = Secrets::kMasked) const;
+  /// The last ones, oldest first.
+  std::vector<Exchange> Exchanges(Secrets secrets = Secrets::kMasked) const;
+  /// Keeps so many from now on; 8 where this is never called, 0 for none.
+  void KeepExchanges(std::size_t count);
+  /// Where they are written.
+  ExchangeLog& exchanges() { return exchanges_; }
 
   /// Empty until `TracePort` has asked the settings once; "" is a value like any other.
   std::optional<std::string> TracePortCache;
@@ -57,6 +69,7 @@ struct SessionState {
   std::optional<BVMethods> methods_;
   std::shared_ptr<HTTPTransport> transport_;
   std::shared_ptr<Clock> clock_;
+  ExchangeLog exchanges_;
 };
 
 /// The calling thread's record. A call that comes after the thread has released it, from the

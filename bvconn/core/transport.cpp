@@ -4,6 +4,7 @@
 
 #include "bvconn/core/heart_beat_time.h"
 #include "bvconn/core/logging.h"
+#include "bvconn/core/recording.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/core/settings.h"
 #include "bvconn/core/timing.h"
@@ -46,13 +47,13 @@ std::shared_ptr<HTTPTransport> ready_transport(std::string_view soap_action, std
   auto transport = session().Transport();
   set_up_tracing(*transport, TracingRule::kTracingFile);
   set_up_proxy(*transport);
-  transport->SOAPAction(soap_action);
+  set_soap_action(*transport, soap_action);
   transport->Timeout(timeout == 0 ? Global::DefaultTimeout() : timeout);
   return transport;
 }
 
 void exchange(HTTPTransport& transport, const SoapEnvelope& envelope, std::string_view url) {
-  transport.Send(url, envelope.Serialize());
+  send_recorded(transport, url, envelope.Serialize());
   receive_envelope(transport, envelope);
 }
 
@@ -87,7 +88,7 @@ Variant sendXML(const SoapEnvelope& envelope, std::string_view soapAction, std::
         if (node.Name() == "faultstring") description = to_text(node.Value());
       }
       log_error(kSendXmlLog, error);
-      return Error(error.number, error.source, description);
+      return error.described_as(description);
     });
   }
 }
@@ -112,7 +113,7 @@ SoapEnvelope getResponseEnvelope(const SoapEnvelope& envelope,
         description = to_text(envelope.Parameters().ItemByName("faultstring", "").Value());
       }
       log_error(kGetResponseEnvelopeLog, error);
-      return Error(error.number, error.source, description);
+      return error.described_as(description);
     });
   }
 }
@@ -122,11 +123,11 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
   return run_logged(kSendXmlAndLoadDocLog, [&] {
     const auto transport = session().Transport();
     set_up_tracing(*transport, TracingRule::kTracingFile);
-    if (!conversions::trim_blanks(soapAction).empty()) transport->SOAPAction(soapAction);
+    if (!conversions::trim_blanks(soapAction).empty()) set_soap_action(*transport, soapAction);
     set_up_proxy(*transport);
     transport->Timeout(DefaultTimeout());
-    transport->Send(url, xmlText);
-    if (document != nullptr) document->load(transport->Receive("UTF-8"));
+    send_recorded(*transport, url, xmlText);
+    if (document != nullptr) document->load(receive_recorded(*transport));
     LastHeartBeat(session().clock().now());
     return Variant();
   });
@@ -135,7 +136,7 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 }  // namespace Global
 
 void receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {
-  std::string text = transport.Receive("UTF-8");
+  std::string text = receive_recorded(transport);
   try {
     envelope.Parse(std::move(text), "");
   } catch (Error& error) {

@@ -1,6 +1,7 @@
 #include "bvconn/dal/bv_connector_object.h"
 
 #include "bvconn/core/logging.h"
+#include "bvconn/core/recording.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/dal/dal_switch.h"
 #include "bvconn/platform/error_numbers.h"
@@ -111,6 +112,8 @@ void BVConnectorObject::SalesOrg(std::string_view value) {
 #include "bvconn/platform/torvexlib/service_object_rows.inc"
 
 void BVConnectorObject::InitTorvexDAL(std::string_view dal_server_url) {
+  RecordedCall record("BVConnectorObject", "InitTorvexDAL", dal_server_url);
+  record.takes_dal();
   try {
     auto& state = session();
     state.DALUrl = dal_server_url;
@@ -121,8 +124,10 @@ void BVConnectorObject::InitTorvexDAL(std::string_view dal_server_url) {
     authentication.Login(state.UserName, state.Password, state.AppVer, country);
     GetDisabledDALServices(authentication.GetDisabledServices());
   } catch (...) {
-    // Deliberate: the application goes on by SOAP, and nothing is reported to it.
-    live_error();
+    // Deliberate: the application goes on by SOAP, and nothing is reported to it. The record has
+    // the words.
+    Error error = live_error();
+    record.failed(error);
   }
 }
 

@@ -1,5 +1,6 @@
 #include "bvconn/dal/service_objects.h"
 
+#include "bvconn/core/recording.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 
@@ -12,7 +13,7 @@ std::string ServiceCaller::invoke(std::string_view operation, std::span<const Va
                 "the data access layer is not set up (call InitTorvexDAL): no service object for " +
                     std::string(operation));
   }
-  return object_->invoke(operation, arguments, by_name);
+  return invoke_recorded(*object_, operation, arguments, by_name);
 }
 
 }  // namespace bvconn::dal

@@ -14,13 +14,27 @@ std::string look_up(ServiceRow row) {
   return (session().Services().*row)();
 }
 
+// What a fault says, also where the operation's error leaves it out. It is for the record alone.
+std::optional<std::string> fault_words(const SoapEnvelope& fault) noexcept {
+  try {
+    for (const SoapNode node : fault.Parameters()) {
+      if (node.Name() == "faultstring") return to_text(node.Value());
+    }
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 Call::Call(const Operation& operation, CallContext context)
     : operation_(operation),
       url_(context.url),
       session_id_(context.session_id),
-      envelope_(std::move(context.envelope)) {}
+      envelope_(std::move(context.envelope)),
+      record_(operation.cls.empty() ? operation.log.cls : operation.cls,
+              operation.name.empty() ? operation.log.method : operation.name, url_, session_id_) {}
 
 const std::string& Call::method() {
   if (method_.empty()) {
@@ -40,7 +54,9 @@ bool Call::takes_dal(bool and_also) {
   const std::string row =
       operation_.route_method != nullptr ? look_up(operation_.route_method) : method();
   const bool disabled = Global::isDALMethodDisabled(row, service());
-  return !disabled && session().UsingTorvexDAL && and_also;
+  const bool taken = !disabled && session().UsingTorvexDAL && and_also;
+  if (taken) record_.takes_dal();
+  return taken;
 }
 
 Call& Call::getEnvelope() {
@@ -96,7 +112,7 @@ Call& Call::exchange() {
 }
 
 Call& Call::exchange_text(HTTPTransport& transport, std::string_view text) {
-  transport.Send(url_, text);
+  send_recorded(transport, url_, text);
   receive_envelope(transport, envelope());
   return *this;
 }
@@ -118,13 +134,24 @@ bool Call::boolean() {
   return to_boolean(answer);
 }
 
+void Call::note_failure(Error& error) noexcept {
+  const bool has_words = error.number == error_numbers::kSoapFault && envelope_;
+  record_.failed(error, has_words ? fault_words(envelope_) : std::nullopt);
+}
+
 void Call::tail(Error error) {
+  note_failure(error);
   LogBlock log = operation_.log;
   if (!error_name_.empty()) log.error = error_name_;
-  only_errors([&] {
-    apply_tail(operation_.tail, {.log = log, .envelope = envelope_, .faults = operation_.faults},
-               error);
-  });
+  try {
+    only_errors([&] {
+      apply_tail(operation_.tail, {.log = log, .envelope = envelope_, .faults = operation_.faults},
+                 error);
+    });
+  } catch (Error& raised) {
+    record_.raised(raised);
+    throw;
+  }
 }
 
 }  // namespace bvconn

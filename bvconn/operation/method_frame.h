@@ -11,6 +11,7 @@
 #include "bvconn/catalogues/bv_methods.h"
 #include "bvconn/catalogues/bv_services.h"
 #include "bvconn/core/logging.h"
+#include "bvconn/core/recording.h"
 #include "bvconn/core/transport.h"
 #include "bvconn/dal/dal_switch.h"
 #include "bvconn/operation/tails.h"
@@ -26,6 +27,10 @@ using ServiceRow = std::string (BVServices::*)() const;
 /// What an operation is, apart from its body. A block states only what departs from the default.
 struct Operation {
   LogBlock log;
+  /// The interface's own names, where the log lines bear others: what the record of exchanges
+  /// shows.
+  std::string_view cls = {};
+  std::string_view name = {};
   /// The catalogue row of the wire name, or the wire name itself where no row has it.
   MethodRow method = nullptr;
   std::string_view wire = {};
@@ -126,6 +131,9 @@ class Call {
   void exit() { log_exit(operation_.log); }
   void tail(Error error);
 
+  /// Tells the record why the body failed: with the server's words, where it had some.
+  void note_failure(Error& error) noexcept;
+
  private:
   std::string soap_action();
 
@@ -136,6 +144,7 @@ class Call {
   std::string method_;
   std::string service_;
   std::string error_name_;
+  RecordedCall record_;
 };
 
 /// The shape of nearly every operation: enter line, body, exit line, and the operation's tail when

@@ -39,13 +39,13 @@ std::int32_t with_object_error_base(std::int32_t code) {
       }
     }
   }
-  throw Error(error.number, error.source, error.description);
+  throw error.described_as(error.description);
 }
 
 [[noreturn]] void fault_string_tail(const TailContext& context, const Error& error) {
   std::string description = error.description;
   if (error.number == kSoapFault) description = fault_text(context, "faultstring");
-  throw Error(error.number, error.source, description);
+  throw error.described_as(description);
 }
 
 [[noreturn]] void rfq_tail(const TailContext& context, Error& error) {
@@ -57,13 +57,11 @@ std::int32_t with_object_error_base(std::int32_t code) {
 }
 
 [[noreturn]] void overview_tail(const TailContext& context, Error& error) {
-  const std::int32_t number = error.number;
-  const std::string source = error.source;
   // Deliberate: the description is written over before the line is logged, so the server's text is
   // lost.
   error.description.clear();
   log_error(context.log, error);
-  throw Error(number, source, "");
+  throw error.described_as("");
 }
 
 }  // namespace
@@ -86,7 +84,7 @@ void apply_tail(Tail tail, const TailContext& context, Error& error) {
     case Tail::kOverview:
       overview_tail(context, error);
     case Tail::kThreeValues:
-      throw Error(error.number, error.source, error.description);
+      throw error.described_as(error.description);
     case Tail::kSwallow:
       log_error(context.log, error);
       return;

@@ -13,6 +13,12 @@ Error::Error(std::int32_t error_number, std::string_view error_source,
 
 Error::~Error() = default;
 
+Error Error::described_as(std::string_view other_description) const {
+  Error error(number, source, other_description);
+  error.outcome = outcome;
+  return error;
+}
+
 const char* Error::what() const noexcept {
   return description.c_str();
 }

@@ -26,6 +26,10 @@ class BVCONN_EXPORT Error : public std::exception {
   Error& operator=(Error&&) noexcept = default;
   ~Error() override;
 
+  /// The same number, source and outcome, with this description and without help: what most tails
+  /// raise.
+  Error described_as(std::string_view other_description) const;
+
   /// The description, as the standard library's handlers expect it.
   const char* what() const noexcept override;
 

@@ -29,6 +29,7 @@ const std::vector<Room>& rooms() {
       {"bvconn/platform/conversions/"},
       {"bvconn/platform/xml/"},
       {"bvconn/platform/soap/"},
+      {"bvconn/platform/exchange/"},
       {"bvconn/platform/logging/"},
       {"bvconn/platform/settings/"},
       {"bvconn/platform/http/"},

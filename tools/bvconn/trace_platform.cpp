@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/exchange/mask_request.h"
 #include "json_text.h"
-#include "mask_secrets.h"
 
 namespace bvconn::tool {
 namespace {
@@ -166,6 +166,7 @@ class TracedTransport final : public HTTPTransport {
         });
   }
   std::string LastReply() const override { return inner_->LastReply(); }
+  const WireFacts* LastWire() const override { return inner_->LastWire(); }
 
  private:
   static Line begin(std::string_view action) { return Line("HTTPTransport", action); }
@@ -241,6 +242,7 @@ class TracedServiceObject final : public ServiceObject {
                      .text());
     return inner_->invoke(operation, arguments, by_name);
   }
+  const WireFacts* last_wire() const override { return inner_->last_wire(); }
 
  private:
   std::string argument_text(std::string_view operation, std::size_t index,

@@ -16,6 +16,7 @@ constexpr LogBlock with_brackets(std::string_view method) {
 
 constexpr Operation kCopyProject{
     .log = with_brackets("copyProject"),
+    .name = "CopyProject",
     .method = &BVMethods::CopyProject,
     .service = &BVServices::Project,
 };
@@ -51,16 +52,19 @@ constexpr Operation kSetStatusToLostOpportunity{
 };
 constexpr Operation kSaveProject{
     .log = with_brackets("saveProject"),
+    .name = "SaveProject",
     .method = &BVMethods::SaveProject,
     .service = &BVServices::Project,
 };
 constexpr Operation kRequestReview{
     .log = with_brackets("requestReview"),
+    .name = "RequestReview",
     .method = &BVMethods::RequestReview,
     .service = &BVServices::Project,
 };
 constexpr Operation kReturnToAgent{
     .log = with_brackets("returnToAgent"),
+    .name = "ReturnToAgent",
     .method = &BVMethods::ReturnToAgent,
     .service = &BVServices::Project,
 };

@@ -19,6 +19,7 @@ constexpr Operation kGetExistingQuote{
 };
 constexpr Operation kSetQuoteStatusToQuoted{
     .log = {.cls = kClass, .method = "setQuoteStatusToQuoted"},
+    .name = "SetQuoteStatusToQuoted",
     .method = &BVMethods::SetQuoteStatusToQuoted,
     .service = &BVServices::Quote,
 };

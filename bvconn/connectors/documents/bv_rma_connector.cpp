@@ -35,6 +35,7 @@ constexpr Operation kOpenRma{
 };
 constexpr Operation kGetInvoiceInfo{
     .log = {.cls = kClass, .method = "getInvoiceInfo", .brackets = true},
+    .name = "GetInvoiceInfo",
     .method = &BVMethods::GetInvoiceInfo,
     .service = &BVServices::RMA,
 };

@@ -64,6 +64,7 @@ constexpr Operation kSearchForUserNamesAtSalesOrg{
 // All its lines stand under another operation's name.
 constexpr Operation kSearchForEnumeration{
     .log = {.cls = kClass, .method = "SearchForAllCUDCodes"},
+    .name = "SearchForEnumeration",
     .method = &BVMethods::SearchForEnumeration,
     .service = &BVServices::Search,
 };

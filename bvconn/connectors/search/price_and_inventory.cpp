@@ -35,6 +35,7 @@ constexpr Operation kSearchForPH{
 // Its lines begin with a capital.
 constexpr Operation kSearchForPHAverage{
     .log = {.cls = kClass, .method = "SearchForPHAverage"},
+    .name = "searchForPHAverage",
     .method = &BVMethods::searchForPHAverage,
     .service = &BVServices::Search,
 };

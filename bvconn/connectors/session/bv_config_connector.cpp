@@ -10,6 +10,7 @@ namespace {
 
 constexpr Operation kGetConfiguredProduct{
     .log = {.cls = "BVConfigConnector", .method = "getConfiguredProduct", .brackets = true},
+    .name = "GetConfiguredProduct",
     .method = &BVMethods::GetConfigXML,
     .service = &BVServices::ConfigService,
 };

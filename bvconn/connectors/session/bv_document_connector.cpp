@@ -8,6 +8,8 @@ namespace {
 constexpr Operation kGetDocuments{
     // The lines bear another class's name; only the entering one has brackets.
     .log = {.cls = "BVOrderConnector", .method = "getDocuments", .enter = "getDocuments()"},
+    .cls = "BVDocumentConnector",
+    .name = "GetDocuments",
     .method = &BVMethods::GetDocuments,
     .service = &BVServices::TorvexService,
     .tail = Tail::kSwallow,

@@ -21,8 +21,7 @@ constexpr Operation kUpdateHeartBeatTime{
     .log = {.cls = "BVHeartBeatConnector", .method = "UpdateHeartBeatTime", .level = 0},
 };
 
-void send_beat(std::string_view aServerURL, std::string_view aSessionID) {
-  Call call(kSendHeartBeat, {aServerURL, aSessionID});
+void send_beat(Call& call) {
   if (call.takes_dal()) {
     call.parse(call.dal().HeartBeatService().sendHeartBeat());
   } else {
@@ -64,13 +63,15 @@ void raise(const std::function<void()>& event) {
 
 void BVHeartBeatConnector::sendHeartBeat(std::string_view aServerURL, std::string_view aSessionID,
                                          bool isBrimvale) {
+  Call call(kSendHeartBeat, {aServerURL, aSessionID});
   try {
     log_enter(kSendHeartBeat.log);
     session().isBrimvale = isBrimvale;
-    send_beat(aServerURL, aSessionID);
+    send_beat(call);
     log_exit(kSendHeartBeat.log);
   } catch (...) {
-    only_errors([this, error = live_error()] {
+    only_errors([&, error = live_error()]() mutable {
+      call.note_failure(error);
       log_failure(error);
       if (is_long_silence()) raise(HeartBeatError);
     });

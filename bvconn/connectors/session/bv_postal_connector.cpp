@@ -8,6 +8,8 @@ namespace {
 constexpr Operation kGetCountries{
     // Errors are logged under another class and without the plural.
     .log = {.cls = "BVGenericConnector", .method = "GetCountry", .form = LogForm::kNone},
+    .cls = "BVPostalConnector",
+    .name = "GetCountries",
     .method = &BVMethods::GetCountries,
     .service = &BVServices::PostalService,
 };

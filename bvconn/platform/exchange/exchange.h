@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bvconn/platform/conversions/date.h"
 #include "bvconn/platform/export.h"
 #include "bvconn/platform/outcome.h"
 
@@ -67,13 +68,14 @@ struct ExchangeError {
 /// first. Whatever does not apply to the route, or is not known, is empty.
 struct Exchange {
   std::uint64_t number = 0;  ///< counts the thread's exchanges, from 1
+  Date at;                   ///< when it began, local time
   std::string cls;           ///< of the interface, for instance "BVInvoiceConnector"
   std::string operation;     ///< of the interface, for instance "GetInvoice"
   ExchangeRoute route = ExchangeRoute::kSoap;
   std::string url;  ///< as the caller gave it; on the data access layer its address
 
   // The SOAP route.
-  std::optional<std::string> soap_action;  ///< nothing where the request set none of its own
+  std::optional<std::string> soap_action;  ///< of this request or left by an earlier one, if any
   BoundedText request;
 
   // The data access layer.

@@ -10,6 +10,10 @@ std::string HTTPTransport::LastReply() const {
   return "";
 }
 
+const WireFacts* HTTPTransport::LastWire() const {
+  return nullptr;
+}
+
 std::shared_ptr<HTTPTransport> make_http_transport() {
   return std::make_shared<detail::SocketTransport>();
 }

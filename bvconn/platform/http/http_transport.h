@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "bvconn/platform/exchange/wire_facts.h"
 #include "bvconn/platform/export.h"
 
 namespace bvconn {
@@ -46,6 +47,9 @@ class BVCONN_EXPORT HTTPTransport {
   /// status 500 Internal Server Error", without user and password. Errors over the text of a reply
   /// add it to their descriptions. "" where no reply came; a transport of one's own need not say.
   virtual std::string LastReply() const;
+  /// What else the last `Send` showed, for the record of exchanges; it stands until the next one. A
+  /// transport of one's own need not say: null.
+  virtual const WireFacts* LastWire() const;
 };
 
 /// The transport over the system's sockets.

@@ -9,6 +9,10 @@ namespace bvconn {
 
 ServiceObject::~ServiceObject() = default;
 
+const WireFacts* ServiceObject::last_wire() const {
+  return nullptr;
+}
+
 namespace {
 
 constexpr std::string_view kAuthentication = "AuthenticationService";

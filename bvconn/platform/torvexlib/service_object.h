@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "bvconn/platform/exchange/wire_facts.h"
 #include "bvconn/platform/export.h"
 #include "bvconn/platform/soap/variant.h"
 
@@ -24,6 +25,9 @@ class BVCONN_EXPORT ServiceObject {
                              bool by_name) = 0;
   /// Whether the object also offers the interface of another service object.
   virtual bool offers(std::string_view interface_name) const = 0;
+  /// What else the last `invoke` showed, for the record of exchanges; it stands until the next one.
+  /// An object of one's own need not say: null.
+  virtual const WireFacts* last_wire() const;
 };
 
 /// A service object that speaks to the data access layer over HTTP, see docs/dal-http.md. The

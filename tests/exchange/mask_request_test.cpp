@@ -1,4 +1,4 @@
-#include "mask_secrets.h"
+#include "bvconn/platform/exchange/mask_request.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ std::string envelope(const std::string& body) {
 }
 
 std::string masked(const std::string& body) {
-  return tool::mask_request(envelope(body));
+  return mask_request(envelope(body));
 }
 
 TEST(MaskRequest, HidesEveryTextOfUpdatePassword) {
@@ -52,13 +52,13 @@ TEST(MaskRequest, HidesTheSecondParameterOfAPositionalLogin) {
 TEST(MaskRequest, LeavesOtherRequestsAsTheyAre) {
   const std::string request =
       envelope("<m:getInvoice><param>updatePassword</param></m:getInvoice>");
-  EXPECT_EQ(tool::mask_request(request), request);
-  EXPECT_EQ(tool::mask_request("plain text"), "plain text");
-  EXPECT_EQ(tool::mask_request(""), "");
+  EXPECT_EQ(mask_request(request), request);
+  EXPECT_EQ(mask_request("plain text"), "plain text");
+  EXPECT_EQ(mask_request(""), "");
 }
 
 TEST(MaskRequest, HidesAlsoWhatIsNotWellFormed) {
-  EXPECT_EQ(tool::mask_request("<e><e:Body><m:updatePassword><param>s3cret"),
+  EXPECT_EQ(mask_request("<e><e:Body><m:updatePassword><param>s3cret"),
             "<e><e:Body><m:updatePassword><param>***");
 }
 

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bvconn/platform/export.h"
+
+namespace bvconn {
+
+/// What stands where a secret stood.
+inline constexpr std::string_view kMasked = "***";
+
+/// A request as a trace may show it: of the method updatePassword every text, of a login the
+/// password (an element named so, else the second parameter). Other requests are unchanged.
+BVCONN_EXPORT std::string mask_request(std::string_view request);
+
+namespace detail {
+
+/// What `mask_envelope` hides.
+enum class EnvelopeMask {
+  kPasswords,   ///< what `mask_request` hides
+  kAllSecrets,  ///< besides, the header userID, and in any method the elements named like passwords
+  kWholeBody,   ///< every text in the Body: the answer to a login
+};
+
+/// The envelope with its secrets hidden; each text that was goes to `hidden`, as it stood.
+std::string mask_envelope(std::string_view text, EnvelopeMask mask,
+                          std::vector<std::string>& hidden);
+
+/// The local name of the Body's first element; "" where there is none.
+std::string_view body_element(std::string_view text);
+
+}  // namespace detail
+}  // namespace bvconn
