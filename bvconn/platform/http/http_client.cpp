@@ -65,14 +65,25 @@ std::string proxy_of(const HttpRequest& request) {
 }  // namespace
 
 HttpReply HttpClient::post(const HttpRequest& request, const ReplyRules& rules) {
+  facts_.clear();
+  try {
+    return run(request, rules);
+  } catch (Error& error) {
+    error.outcome = facts_.went_out ? Outcome::kUnknown : Outcome::kNotSent;
+    throw;
+  }
+}
+
+HttpReply HttpClient::run(const HttpRequest& request, const ReplyRules& rules) {
   check_url(request.url, request.source);
   const std::string proxy = proxy_of(request);
   const HeaderList headers = header_list(request);
   take_clean_handle(request.source);
-  HttpExchange exchange(request, rules);
+  HttpExchange exchange(request, rules, facts_);
   prepare(request, proxy, headers.get());
   exchange.attach_to(handle_.get());
   const CURLcode code = curl_easy_perform(handle_.get());
+  exchange.measure(handle_.get());
   if (code == CURLE_OK) {
     curl_easy_reset(handle_.get());  // It keeps its connection, but nothing that points to here.
   } else {

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "bvconn/platform/exchange/wire_facts.h"
 #include "bvconn/platform/http/http_reply.h"
 #include "bvconn/platform/http/http_request.h"
 
@@ -19,9 +20,14 @@ namespace bvconn::detail {
 class HttpClient {
  public:
   /// Runs one exchange. Fails where no reply came about: a bad URL, nothing to connect to, a proxy
-  /// that leads nowhere, TLS, a time-out, a connection that was lost before the status line.
+  /// that leads nowhere, TLS, a time-out, a connection that was lost before the status line. The
+  /// error says whether the request had begun to go out.
   /// @return The reply as far as it came; what is wrong with it is its own `error`.
   HttpReply post(const HttpRequest& request, const ReplyRules& rules);
+
+  /// What the last exchange showed on the wire; cleared when the next one begins.
+  const WireFacts& facts() const { return facts_; }
+  void clear_facts() { facts_.clear(); }
 
   /// Lets go of the kept connection, so that the next request makes a new one.
   void disconnect() { handle_.reset(); }
@@ -31,11 +37,13 @@ class HttpClient {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
   };
 
+  HttpReply run(const HttpRequest& request, const ReplyRules& rules);
   void take_clean_handle(std::string_view source);
   void prepare(const HttpRequest& request, const std::string& proxy, curl_slist* headers);
   void prepare_tls(const HttpRequest& request);
 
   std::unique_ptr<CURL, HandleDeleter> handle_;
+  WireFacts facts_;
 };
 
 }  // namespace bvconn::detail

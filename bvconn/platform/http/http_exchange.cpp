@@ -29,12 +29,14 @@ bool is_about_connecting(CURLcode code) {
 
 }  // namespace
 
-HttpExchange::HttpExchange(const HttpRequest& request, const ReplyRules& rules)
+HttpExchange::HttpExchange(const HttpRequest& request, const ReplyRules& rules, WireFacts& facts)
     : request_(request),
       shown_url_(shown_url(request.url)),
       secure_(conversions::equal_ignoring_case(shown_url_.substr(0, 6), "https:")),
       reply_(request.source, shown_url_, rules),
-      traffic_(request.tracing_file, shown_url_) {}
+      traffic_(request.tracing_file, shown_url_),
+      facts_(facts),
+      meter_(facts, request.body.size()) {}
 
 void HttpExchange::attach_to(CURL* handle) {
   const auto option = [&](CURLoption key, auto value) {
@@ -49,6 +51,9 @@ void HttpExchange::attach_to(CURL* handle) {
   option(CURLOPT_SOCKOPTDATA, this);
   option(CURLOPT_PREREQFUNCTION, &HttpExchange::on_request);
   option(CURLOPT_PREREQDATA, this);
+  option(CURLOPT_XFERINFOFUNCTION, &HttpExchange::on_progress);
+  option(CURLOPT_XFERINFODATA, this);
+  option(CURLOPT_NOPROGRESS, 0L);
   option(CURLOPT_DEBUGFUNCTION, &HttpExchange::on_traffic);
   option(CURLOPT_DEBUGDATA, this);
   option(CURLOPT_VERBOSE, secure_ || !request_.tracing_file.empty() ? 1L : 0L);
@@ -68,7 +73,10 @@ std::size_t HttpExchange::guarded(std::size_t size, Take take) noexcept {
 std::size_t HttpExchange::on_header(char* data, std::size_t size, std::size_t count, void* self) {
   auto& exchange = *static_cast<HttpExchange*>(self);
   const std::string_view line(data, size * count);
-  return exchange.guarded(line.size(), [&] { return exchange.reply_.take_header(line); });
+  return exchange.guarded(line.size(), [&] {
+    exchange.meter_.take_header(line);
+    return exchange.reply_.take_header(line);
+  });
 }
 
 std::size_t HttpExchange::on_body(char* data, std::size_t size, std::size_t count, void* self) {
@@ -105,8 +113,14 @@ int HttpExchange::on_new_socket(void* self, curl_socket_t, curlsocktype) {
 // ...and no second request, whatever connection libcurl may have for it.
 int HttpExchange::on_request(void* self, char*, char*, int, int) {
   auto& exchange = *static_cast<HttpExchange*>(self);
-  return std::exchange(exchange.request_went_out_, true) ? CURL_PREREQFUNC_ABORT
-                                                         : CURL_PREREQFUNC_OK;
+  if (std::exchange(exchange.request_went_out_, true)) return CURL_PREREQFUNC_ABORT;
+  exchange.meter_.request_begins();
+  return CURL_PREREQFUNC_OK;
+}
+
+int HttpExchange::on_progress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent) {
+  static_cast<HttpExchange*>(self)->meter_.request_goes_on(static_cast<std::uint64_t>(sent));
+  return 0;
 }
 
 HttpReply HttpExchange::finish(CURLcode code) {
@@ -118,6 +132,7 @@ HttpReply HttpExchange::finish(CURLcode code) {
     against = trouble(code);
     const bool about_reply = against->number == error_numbers::kBadReply || reply_.has_status();
     if (against->number == error_numbers::kTimeout || !about_reply) {
+      facts_.refused_reply.assign(reply_.body());
       throw *std::move(against);
     }
   } else if (was_cut_by_tls(code)) {
@@ -125,6 +140,7 @@ HttpReply HttpExchange::finish(CURLcode code) {
         failure(error_numbers::kConnectionLost, "it ended without the closing message of TLS");
   }
   reply_.finish(std::move(against));
+  if (reply_.error()) facts_.refused_reply.assign(reply_.body());
   return std::move(reply_);
 }
 

@@ -10,6 +10,7 @@
 #include "bvconn/platform/http/http_reply.h"
 #include "bvconn/platform/http/http_request.h"
 #include "bvconn/platform/http/traffic_file.h"
+#include "bvconn/platform/http/wire_meter.h"
 
 namespace bvconn::detail {
 
@@ -17,12 +18,15 @@ namespace bvconn::detail {
 /// outlive the run, and so has the request.
 class HttpExchange {
  public:
-  HttpExchange(const HttpRequest& request, const ReplyRules& rules);
+  HttpExchange(const HttpRequest& request, const ReplyRules& rules, WireFacts& facts);
   HttpExchange(const HttpExchange&) = delete;
   HttpExchange& operator=(const HttpExchange&) = delete;
 
   /// Makes the handle's next run this exchange.
   void attach_to(CURL* handle);
+
+  /// Reads what the handle knows of the run, as long as it does.
+  void measure(CURL* handle) { meter_.read(handle); }
 
   /// What came of the run, which ended with this code. Fails where no reply came about.
   HttpReply finish(CURLcode code);
@@ -32,6 +36,7 @@ class HttpExchange {
   static std::size_t on_body(char* data, std::size_t size, std::size_t count, void* self);
   static int on_traffic(CURL* handle, curl_infotype type, char* data, std::size_t size, void* self);
   static int on_new_socket(void* self, curl_socket_t socket, curlsocktype purpose);
+  static int on_progress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent);
   static int on_request(void* self, char* server, char* local, int server_port, int local_port);
 
   template <typename Take>
@@ -46,6 +51,8 @@ class HttpExchange {
   bool secure_;
   HttpReply reply_;
   TrafficFile traffic_;
+  WireFacts& facts_;
+  WireMeter meter_;
   std::array<char, CURL_ERROR_SIZE> error_text_{};
   bool request_went_out_ = false;
   bool tls_ended_ = false;

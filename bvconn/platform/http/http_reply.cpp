@@ -180,6 +180,11 @@ void HttpReply::finish(std::optional<Error> trouble) {
   } else if (!error_ && gzip_ != nullptr && !gzip_->complete()) {
     error_ = failure(error_numbers::kConnectionLost, "its gzip stream was cut");
   }
+  if (error_) {
+    // What is missing of a reply that was cut may be what would have told.
+    error_->outcome = error_->number == error_numbers::kConnectionLost ? bvconn::Outcome::kUnknown
+                                                                       : bvconn::Outcome::kAnswered;
+  }
 }
 
 bool HttpReply::is_refused() const {

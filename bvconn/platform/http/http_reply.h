@@ -61,7 +61,8 @@ class HttpReply {
   std::string summary() const;
   /// The last header of this name, whatever its case; "" where there is none.
   std::string_view field(std::string_view name) const;
-  /// Its body, also where it is refused: then only the beginning.
+  /// Its body, also where it is refused or in error: then as much as is kept of it, or arrived.
+  std::string_view body() const { return body_; }
   std::string take() { return std::move(body_); }
 
  private:

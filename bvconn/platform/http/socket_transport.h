@@ -27,6 +27,7 @@ class SocketTransport final : public HTTPTransport {
   void Send(std::string_view url, std::string_view text) override;
   std::string Receive(std::string_view encoding) override;
   std::string LastReply() const override { return last_reply_; }
+  const WireFacts* LastWire() const override { return &client_.facts(); }
 
  private:
   void set_tls_file(std::string& setting, std::string file);

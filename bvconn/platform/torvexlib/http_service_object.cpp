@@ -63,6 +63,20 @@ class HttpServiceObject final : public ServiceObject {
 
   std::string invoke(std::string_view operation, std::span<const Variant> arguments,
                      bool /*by_name*/) override {
+    session_of_thread().poster.clear_facts();
+    try {
+      return run(operation, arguments);
+    } catch (Error& error) {
+      // Whatever comes from the exchange itself says what became of the request.
+      if (error.outcome == Outcome::kNone) error.outcome = Outcome::kNotSent;
+      throw;
+    }
+  }
+
+  const WireFacts* last_wire() const override { return &session_of_thread().poster.facts(); }
+
+ private:
+  std::string run(std::string_view operation, std::span<const Variant> arguments) {
     if (name_ == kAuthentication && operation == "SetServerUrl") {
       set_server_url(arguments);
       return "";
@@ -73,7 +87,9 @@ class HttpServiceObject final : public ServiceObject {
     const std::string url = url_of(session, operation);
     detail::JsonReply reply = session.poster.post(name_, url, session.token, body);
     if (reply.refusal) {
-      throw Error(detail::json_error(reply.body).value_or(*reply.refusal));
+      Error refusal = detail::json_error(reply.body).value_or(*reply.refusal);
+      refusal.outcome = Outcome::kAnswered;
+      throw Error(refusal);
     }
     if (name_ == kAuthentication && operation == "Login") {
       session.token = is_token(reply.session_token) ? reply.session_token : "";
@@ -81,7 +97,6 @@ class HttpServiceObject final : public ServiceObject {
     return std::move(reply.body);
   }
 
- private:
   void set_server_url(std::span<const Variant> arguments) const {
     if (arguments.size() != 1 || !arguments[0].is(Variant::Type::kString)) {
       throw Error(error_numbers::kTypeMismatch, "BVConn",

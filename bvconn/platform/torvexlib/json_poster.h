@@ -36,6 +36,10 @@ class JsonPoster {
   JsonReply post(std::string_view source, const std::string& url, const std::string& token,
                  std::string_view body);
 
+  /// What the last exchange showed on the wire.
+  const WireFacts& facts() const { return client_.facts(); }
+  void clear_facts() { client_.clear_facts(); }
+
  private:
   Settings settings_;
   HttpClient client_;
