@@ -3,11 +3,12 @@
 #include <cstdint>
 
 #include "bvconn/platform/exchange/exchange.h"
+#include "bvconn/platform/export.h"
 
 namespace bvconn {
 
 /// What a transport or a service object knows of its last exchange besides what it hands over.
-struct WireFacts {
+struct BVCONN_EXPORT WireFacts {
   bool went_out = false;  ///< whether the request began to go out
   std::int32_t http_status = 0;
   BoundedText reply_headers;

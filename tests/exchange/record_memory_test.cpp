@@ -1,0 +1,125 @@
+// A program of its own, since it replaces operator new.
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "bvconn/core/recording.h"
+#include "bvconn/core/session_state.h"
+
+namespace {
+
+std::size_t allocations = 0;
+bool memory_is_out = false;
+
+void* counted(std::size_t size) {
+  ++allocations;
+  void* memory = memory_is_out ? nullptr : std::malloc(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  return counted(size);
+}
+void* operator new[](std::size_t size) {
+  return counted(size);
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace bvconn {
+namespace {
+
+/// Answers without taking memory.
+class IdleTransport final : public HTTPTransport {
+ public:
+  void Option(std::string_view, std::string_view) override {}
+  void setProxy(std::string_view, std::string_view) override {}
+  void NoProxy() override {}
+  void SOAPAction(std::string_view) override {}
+  void Timeout(std::int32_t) override {}
+  void Send(std::string_view, std::string_view) override {}
+  std::string Receive(std::string_view) override { return std::move(reply); }
+  const WireFacts* LastWire() const override { return &facts; }
+
+  std::string reply;
+  WireFacts facts;
+};
+
+class IdleObject final : public ServiceObject {
+ public:
+  std::string_view name() const override { return "SearchService"; }
+  std::string invoke(std::string_view, std::span<const Variant>, bool) override { return {}; }
+  bool offers(std::string_view) const override { return false; }
+};
+
+const std::string kText(512, 'x');
+
+void exchange(IdleTransport& transport) {
+  const RecordedCall call("BVInvoiceConnector", "GetInvoice", "http://sales.example:8080/soap",
+                          "a session that is no short one");
+  set_soap_action(transport, "urn:InvoiceService");
+  send_recorded(transport, "http://sales.example:8080/soap", kText);
+  transport.reply = receive_recorded(transport);
+}
+
+TEST(RecordMemory, IsTakenOnceForEachPlaceBySoap) {
+  IdleTransport transport;
+  transport.reply = kText;
+  transport.facts.reply_headers.assign(kText);
+  for (int i = 0; i < 8; ++i) exchange(transport);
+  allocations = 0;
+  for (int i = 0; i < 100; ++i) exchange(transport);
+  EXPECT_EQ(allocations, 0U);
+  EXPECT_EQ(session().LastExchange(Secrets::kShown)->reply_headers.text, kText);
+  EXPECT_EQ(session().LastExchange()->number, 108U);
+}
+
+TEST(RecordMemory, IsTakenOnceForEachPlaceByDal) {
+  session() = SessionState();
+  session().DALUrl = "http://dal.example:8080/";
+  IdleObject object;
+  const std::vector<Variant> arguments{kText, true, std::int32_t{5}, Variant::Missing{}};
+  const auto invoke = [&] {
+    const RecordedCall call("BVSearchConnector", "SearchForBrands", "http://h/", "S");
+    static_cast<void>(invoke_recorded(object, "SearchForManufacturersOfBrands", arguments, false));
+  };
+  for (int i = 0; i < 8; ++i) invoke();
+  allocations = 0;
+  for (int i = 0; i < 100; ++i) invoke();
+  EXPECT_EQ(allocations, 0U);
+  EXPECT_EQ(session().LastExchange()->arguments[0].text.text, kText);
+}
+
+TEST(RecordMemory, WhereThereIsNoneTheCallGoesOn) {
+  session() = SessionState();
+  session().clock();
+  IdleTransport transport;
+  transport.reply = kText;
+  memory_is_out = true;
+  exchange(transport);
+  memory_is_out = false;
+  EXPECT_EQ(transport.reply, kText);
+  exchange(transport);
+  EXPECT_EQ(session().LastExchange()->number, 2U);
+}
+
+}  // namespace
+}  // namespace bvconn
