@@ -134,7 +134,12 @@ void RecordedCall::takes_dal() noexcept {
 
 void RecordedCall::failed(Error& error, const std::optional<std::string>& words) noexcept {
   if (log_ == nullptr) return;
-  if (call_.exchange == 0) begin();
+  if (call_.exchange == 0) {
+    Exchange* exchange = begin();
+    if (exchange != nullptr && call_.route == ExchangeRoute::kDal) {
+      quietly([&] { exchange->url.assign(session().DALUrl); });
+    }
+  }
   give_outcome(error);
   note(log_->find(call_), error, words ? *words : error.description);
 }

@@ -1,5 +1,8 @@
 #include "bvconn/operation/method_frame.h"
 
+#include <exception>
+#include <optional>
+
 #include "bvconn/core/envelope.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -166,6 +167,21 @@ TEST(RecordedCall, OneThatCameToNoExchangeWasNotSent) {
   EXPECT_EQ(exchange.error->number, numbers::kUnwritableText);
 }
 
+TEST(RecordedCall, WhatATransportThrowsThatIsNoErrorLeavesTheOutcomeUnknown) {
+  RecordingPlatform world;
+  world.reply(envelope_text("r", "<return>R</return>"));
+  world.on_line = [](const std::string& line) {
+    if (line.starts_with("Send ")) throw std::runtime_error("a bug of the application's");
+  };
+  const Error error = raised_by([] { BVInvoiceConnector().GetInvoice("http://h/", "S", "U"); });
+  EXPECT_EQ(error.outcome, Outcome::kUnknown);
+  EXPECT_EQ(last().outcome, Outcome::kUnknown);
+  EXPECT_EQ(last().error->description, "a bug of the application's");
+  EXPECT_EQ(last().raised, numbers::kFailed);
+  world.on_line = nullptr;
+  BVInvoiceConnector().GetInvoice("http://h/", "S", "U");
+}
+
 TEST(RecordedCall, GivesErrorsTheirOutcomeWithoutKeepingARecord) {
   RecordingPlatform world;
   session().KeepExchanges(0);
@@ -309,13 +325,15 @@ TEST(RecordedDalCall, KeepsTheWordsOfAServiceObjectsFailure) {
 }
 
 TEST(RecordedDalCall, OneWithoutServiceObjectsWasNotSent) {
-  RecordingPlatform world;
+  const RecordingPlatform world;
+  session().DALUrl = "http://dal/";
   session().UsingTorvexDAL = true;
   const Error error = raised_by([] { BVSearchConnector().SearchForBrands("S", "http://h/"); });
   EXPECT_EQ(error.number, numbers::kObjectNotSet);
   EXPECT_EQ(error.outcome, Outcome::kNotSent);
   EXPECT_EQ(last().route, ExchangeRoute::kDal);
   EXPECT_EQ(last().operation, "SearchForBrands");
+  EXPECT_EQ(last().url, "http://dal/");
   EXPECT_EQ(last().error->number, numbers::kObjectNotSet);
 }
 
