@@ -2,15 +2,15 @@
 
 #include <cstdint>
 
-/// The numbers that `Error::number` can hold. Those of the server's own faults are in the tables
-/// of the connectors that map them.
+/// The numbers that `Error::number` can hold; `explain` says of each what it means and what helps.
+/// A service object's failure may bring any other number of the server's.
 namespace bvconn::error_numbers {
 
 constexpr std::int32_t from_bits(std::uint32_t bits) {
   return static_cast<std::int32_t>(bits);
 }
 
-/// The base that server fault codes are added to.
+/// The base that server fault codes are added to; no error itself.
 inline constexpr std::int32_t kObjectErrorBase = from_bits(0x80040000);
 
 // The platform's own, raised with the source "BVConn".
@@ -45,6 +45,19 @@ inline constexpr std::int32_t kUnknownOption = from_bits(0x80044309);
 inline constexpr std::int32_t kHeartBeatNotOk = from_bits(0x80040064);
 inline constexpr std::int32_t kUnexpectedAnswer = from_bits(0x80042AF9);
 inline constexpr std::int32_t kRfqFault = from_bits(0x80042B5D);
+
+// Faults of the server's that an operation turns into errors of their own, by the fault's code.
+// They have no description.
+/// `GetInvoice` and `GetSAPInvoice`: the fault code 10041.
+inline constexpr std::int32_t kInvoiceFault = from_bits(0x80042739);
+/// `SaveOrderReconcile`: 10081.
+inline constexpr std::int32_t kSaveReconcileFault = from_bits(0x80042761);
+/// `GetOrderReconcile`: 10011 and 10012, deliberately one number for both.
+inline constexpr std::int32_t kGetReconcileFault = from_bits(0x8004271B);
+/// `AssocInvoiceAndOrderReconcile`: 10061.
+inline constexpr std::int32_t kAssociateFault = from_bits(0x8004274D);
+/// `AutoReconcileSingle` and `AutoReconcileMultiple`: 10071.
+inline constexpr std::int32_t kAutoReconcileFault = from_bits(0x80042757);
 
 // Files: settings and the log.
 inline constexpr std::int32_t kSettingsNotToml = from_bits(0x80041001);

@@ -45,7 +45,7 @@ TEST(Call, PrintsTheBatchFormWithJson) {
   EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(Call, AFailedCallSaysNumberSourceAndDescription) {
+TEST(Call, AFailedCallSaysNumberSourceDescriptionAndAHint) {
   ScriptedServer server;
   server.reply(fault_envelope("4711", "No such invoice"));
   const Tool::Outcome outcome = get_invoice(server.url());
@@ -53,7 +53,10 @@ TEST(Call, AFailedCallSaysNumberSourceAndDescription) {
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err,
             "bvconn: BVInvoiceConnector.GetInvoice failed: error 0x80044201 (-2147204607) from "
-            "SoapEnvelope: No such invoice\n");
+            "SoapEnvelope: No such invoice\n"
+            "bvconn: hint: The server read the request and refused it. Its words are in the "
+            "description, or where an operation hides them in the record of the exchange: correct "
+            "what they name.\n");
 }
 
 TEST(Call, AFailedCallPrintsItsErrorWithJson) {

@@ -10,6 +10,7 @@
 #include "batch.h"
 #include "bvconn/automation/interface.h"
 #include "bvconn/platform/error.h"
+#include "bvconn/platform/explain.h"
 #include "json_text.h"
 #include "node_tree.h"
 
@@ -135,7 +136,8 @@ int call(const CallOptions& options, const Target& target, const CallArguments& 
   } catch (const Error& error) {
     error_json = json_error(error);
     err << "bvconn: " << options.path << " failed: error " << hex_number(error.number) << " ("
-        << error.number << ") from " << error.source << ": " << error.description << '\n';
+        << error.number << ") from " << error.source << ": " << error.description << '\n'
+        << "bvconn: hint: " << explain(error) << '\n';
   } catch (const std::exception& error) {
     error_json = internal_error_json(error.what());
     err << "bvconn: " << options.path << ": internal failure: " << error.what() << '\n';

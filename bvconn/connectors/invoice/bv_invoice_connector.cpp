@@ -11,28 +11,26 @@
 namespace bvconn {
 namespace {
 
-using error_numbers::from_bits;
-
 constexpr std::string_view kClass = "BVInvoiceConnector";
 constexpr std::string_view kAgentPicture = "000";
 constexpr std::string_view kDatePicture = "mm/dd/yyyy";
 
 constexpr std::array kInvoiceFaults{
-    FaultRow{.code = 10041, .number = from_bits(0x80042739)},
+    FaultRow{.code = 10041, .number = error_numbers::kInvoiceFault},
 };
 constexpr std::array kSaveReconcileFaults{
-    FaultRow{.code = 10081, .number = from_bits(0x80042761)},
+    FaultRow{.code = 10081, .number = error_numbers::kSaveReconcileFault},
 };
 // Two codes of the server's are one error to the caller.
 constexpr std::array kGetReconcileFaults{
-    FaultRow{.code = 10011, .number = from_bits(0x8004271B)},
-    FaultRow{.code = 10012, .number = from_bits(0x8004271B)},
+    FaultRow{.code = 10011, .number = error_numbers::kGetReconcileFault},
+    FaultRow{.code = 10012, .number = error_numbers::kGetReconcileFault},
 };
 constexpr std::array kAssociateFaults{
-    FaultRow{.code = 10061, .number = from_bits(0x8004274D)},
+    FaultRow{.code = 10061, .number = error_numbers::kAssociateFault},
 };
 constexpr std::array kAutoReconcileFaults{
-    FaultRow{.code = 10071, .number = from_bits(0x80042757)},
+    FaultRow{.code = 10071, .number = error_numbers::kAutoReconcileFault},
 };
 
 constexpr Operation kInvoiceSearch{
