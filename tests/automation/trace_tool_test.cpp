@@ -193,9 +193,9 @@ TEST(Trace, ShowsServiceObjectsWithoutThePasswordOfALogin) {
       trace,
       (Lines{
           R"({"on":"AuthenticationService","do":"SetServerUrl","args":[")" + server.url() +
-              R"("],"byName":false})",
-          R"({"on":"AuthenticationService","do":"Login","args":["alice","***","7.1","CAN"],"byName":false})",
-          R"({"on":"AuthenticationService","do":"GetDisabledServices","args":[],"byName":false})",
+              R"("],"byName":false,"result":""})",
+          R"({"on":"AuthenticationService","do":"Login","args":["alice","***","7.1","CAN"],"byName":false,"result":"***"})",
+          R"({"on":"AuthenticationService","do":"GetDisabledServices","args":[],"byName":false,"result":"urn:QuoteService.save|"})",
       }));
   EXPECT_THAT(server.requests().at(0).body, HasSubstr("s3cret"));
 }
@@ -206,7 +206,34 @@ TEST(Trace, ShowsThePasswordOfALoginWhenAsked) {
   EXPECT_THAT(
       trace_of(dal_requests(server.url()), {"--trace-secrets"}),
       Contains(
-          R"({"on":"AuthenticationService","do":"Login","args":["alice","s3cret","7.1","CAN"],"byName":false})"));
+          R"({"on":"AuthenticationService","do":"Login","args":["alice","s3cret","7.1","CAN"],"byName":false,"result":"welcome"})"));
+}
+
+TEST(Trace, ShowsTheWordsOfARefusedLoginWithoutThePassword) {
+  ScriptedServer server;
+  server.reply_with(
+      "HTTP/1.1 401 Unauthorized\r\nContent-Type: application/json\r\n",
+      R"({"number":-2147201503,"source":"Gate","description":"alice: s3cret is no password"})");
+  const Lines trace = trace_of(dal_requests(server.url()));
+  // The login is refused, so the list of disabled services is never asked for.
+  ASSERT_EQ(trace.size(), 2U) << testing::PrintToString(trace);
+  EXPECT_EQ(
+      trace[1],
+      R"({"on":"AuthenticationService","do":"Login","args":["alice","***","7.1","CAN"],"byName":false,)"
+      R"("error":{"number":-2147201503,"hex":"0x80044E21","source":"Gate",)"
+      R"("description":"alice: *** is no password","helpFile":"","helpContext":0}})");
+}
+
+TEST(Trace, ShowsAServiceObjectsFailure) {
+  Tool tool({"batch", "--trace", "-"});
+  for (const std::string& request : dal_requests(dead_url())) tool.send(request + "\n");
+  const Lines trace = lines_of(tool.finish().err);
+  ASSERT_EQ(trace.size(), 2U) << testing::PrintToString(trace);
+  const auto line = ordered_json::parse(trace[1]);
+  EXPECT_EQ(line["do"], "Login");
+  EXPECT_FALSE(line.contains("result"));
+  EXPECT_EQ(line["error"]["hex"], "0x80044301");
+  EXPECT_EQ(line["error"]["source"], "AuthenticationService");
 }
 
 TEST(Trace, HidesThePasswordInsideASend) {

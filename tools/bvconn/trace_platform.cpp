@@ -236,22 +236,53 @@ class TracedServiceObject final : public ServiceObject {
     for (std::size_t index = 0; index < arguments.size(); ++index) {
       shown.append(index == 0 ? "" : ",").append(argument_text(operation, index, arguments[index]));
     }
-    trace_->line(Line(name(), operation)
-                     .raw("args", shown.append("]"))
-                     .raw("byName", by_name ? "true" : "false")
-                     .text());
-    return inner_->invoke(operation, arguments, by_name);
+    Line line(name(), operation);
+    line.raw("args", shown.append("]")).raw("byName", by_name ? "true" : "false");
+    try {
+      std::string result = inner_->invoke(operation, arguments, by_name);
+      trace_->line(line.add("result", result_text(operation, result)).text());
+      return result;
+    } catch (const Error& error) {
+      const Error shown_error = without_password(operation, arguments, error);
+      trace_->line(line.raw("error", json_error(shown_error)).text());
+      throw;
+    }
   }
   const WireFacts* last_wire() const override { return inner_->last_wire(); }
 
  private:
+  static constexpr std::string_view kLogin = "Login";
+  static constexpr std::size_t kPasswordOfLogin = 1;
+
   std::string argument_text(std::string_view operation, std::size_t index,
                             const Variant& argument) const {
-    constexpr std::size_t kPasswordOfLogin = 1;
     if (trace_->shows_secrets()) return json_argument(argument);
-    if (operation == "Login" && index == kPasswordOfLogin) return json_string(kMasked);
+    if (operation == kLogin && index == kPasswordOfLogin) return json_string(kMasked);
     if (argument.is(Variant::Type::kString)) return json_string(mask_request(argument.string()));
     return json_argument(argument);
+  }
+
+  // What a login answers may stand for the password from then on.
+  std::string result_text(std::string_view operation, const std::string& result) const {
+    if (trace_->shows_secrets()) return result;
+    return operation == kLogin ? std::string(kMasked) : mask_request(result);
+  }
+
+  // A server that refuses a login may repeat what it was given.
+  Error without_password(std::string_view operation, std::span<const Variant> arguments,
+                         Error error) const {
+    if (trace_->shows_secrets() || operation != kLogin || arguments.size() <= kPasswordOfLogin ||
+        !arguments[kPasswordOfLogin].is(Variant::Type::kString)) {
+      return error;
+    }
+    const std::string& password = arguments[kPasswordOfLogin].string();
+    for (std::string* text : {&error.source, &error.description, &error.helpFile}) {
+      for (std::size_t at = password.empty() ? std::string::npos : text->find(password);
+           at != std::string::npos; at = text->find(password, at + kMasked.size())) {
+        text->replace(at, password.size(), kMasked);
+      }
+    }
+    return error;
   }
 
   std::shared_ptr<ServiceObject> inner_;
