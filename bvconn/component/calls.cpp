@@ -117,7 +117,6 @@ class ArgumentReader {
 // A positive result is no failure, so hosts would lose the small numbers (91, say) as they stand.
 // They look for them in a range of their own, and show them again without it.
 Hresult scode_of(std::int32_t number) {
-  constexpr std::uint32_t kSmallNumbers = 0x800A0000;
   if (number < 1 || number > 0xFFFF) return number;
   return result_from_bits(kSmallNumbers + static_cast<std::uint32_t>(number));
 }

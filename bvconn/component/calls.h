@@ -1,11 +1,15 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 
 #include "bvconn/component/members.h"
 #include "bvconn/component/memory.h"
 
 namespace bvconn::component {
+
+/// Where hosts look for the numbers from 1 to 65535, which as they stand are no failures.
+inline constexpr std::uint32_t kSmallNumbers = 0x800A0000;
 
 /// What an object has to bring for being called by name.
 class NamedCalls {

@@ -1,11 +1,15 @@
 #include "bvconn/component/class_factory.h"
 
+#include <algorithm>
+#include <array>
+#include <string_view>
 #include <utility>
 
 #include "bvconn/component/class_table.h"
 #include "bvconn/component/counted.h"
 #include "bvconn/component/instance_object.h"
 #include "bvconn/component/soap_objects.h"
+#include "bvconn/component/support_object.h"
 #include "bvconn/platform/error.h"
 
 namespace bvconn::component {
@@ -42,6 +46,22 @@ class ClassFactory final : public Counted<IClassFactoryAbi> {
   const ObjectMaker maker_;
 };
 
+struct HelperRow {
+  std::string_view name;
+  IDispatchAbi* (*make)();
+};
+
+constexpr std::array kHelpers{
+    HelperRow{"SoapNode", [] { return make_node_object(SoapNode::make()); }},
+    HelperRow{"XMLDocument", &make_document_object},
+    HelperRow{"Support", &make_support_object},
+};
+
+ObjectMaker helper_maker(std::string_view name) {
+  const auto* const row = std::ranges::find(kHelpers, name, &HelperRow::name);
+  return row == kHelpers.end() ? ObjectMaker() : ObjectMaker(row->make);
+}
+
 }  // namespace
 
 IClassFactoryAbi* make_class_factory(ObjectMaker maker) {
@@ -51,10 +71,7 @@ IClassFactoryAbi* make_class_factory(ObjectMaker maker) {
 ObjectMaker maker_of(const Guid& class_id) {
   const ComponentClass* const row = find_component_class(class_id);
   if (row == nullptr) return {};
-  if (row->helper) {
-    if (row->name == "XMLDocument") return [] { return make_document_object(); };
-    return [] { return make_node_object(SoapNode::make()); };
-  }
+  if (row->helper) return helper_maker(row->name);
   const automation::ClassInfo* const info = automation::find_class(row->name);
   if (info == nullptr) return {};
   return [info] { return make_instance_object(*info, kHeartBeatEvents); };

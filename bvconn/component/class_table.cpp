@@ -9,7 +9,7 @@ namespace bvconn::component {
 namespace {
 
 // Installed applications hold these identifiers: a row may be added, none may change.
-constexpr std::array<ComponentClass, 24> kClasses{{
+constexpr std::array<ComponentClass, 25> kClasses{{
     {.name = "BVConnectorObject",
      .id = {0x9688093D, 0xFAE0, 0x475A, {0x81, 0xF6, 0x28, 0x8D, 0x66, 0x28, 0xAF, 0x5C}}},
     {.name = "BVGenericConnector",
@@ -59,6 +59,9 @@ constexpr std::array<ComponentClass, 24> kClasses{{
      .helper = true},
     {.name = "XMLDocument",
      .id = {0xE0C4E34F, 0xC492, 0x4C78, {0xBA, 0xAB, 0xBA, 0xC9, 0x92, 0xB6, 0xE7, 0x38}},
+     .helper = true},
+    {.name = "Support",
+     .id = {0x12B048C8, 0xF020, 0x4C64, {0xB5, 0x07, 0xC7, 0xE9, 0x28, 0xDF, 0xEC, 0xC5}},
      .helper = true},
 }};
 

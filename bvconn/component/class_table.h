@@ -12,7 +12,7 @@ namespace bvconn::component {
 struct ComponentClass {
   std::string_view name;
   Guid id;
-  /// No class of the interface, but an object that applications make to pass it in.
+  /// No class of the interface: an object that applications make to pass it in, or for support.
   bool helper = false;
 };
 

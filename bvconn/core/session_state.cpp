@@ -42,6 +42,19 @@ void SessionState::KeepExchanges(std::size_t count) {
   exchanges_.keep(count);
 }
 
+ExchangeLog& SessionState::exchanges() noexcept {
+  if (!exchanges_are_shown_) {
+    exchanges_are_shown_ = true;
+    try {
+      const auto& make_listener = platform::current().exchange_listener;
+      if (make_listener) exchanges_.listen(make_listener());
+    } catch (...) {
+      // Who looks at the record later has less of it; the call goes on.
+    }
+  }
+  return exchanges_;
+}
+
 SessionState& session() {
   return only_errors([]() -> SessionState& { return detail::ThreadRecord<SessionState>::get(); });
 }

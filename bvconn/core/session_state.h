@@ -36,7 +36,7 @@ struct SessionState {
   /// Keeps so many from now on; 8 where this is never called, 0 for none.
   void KeepExchanges(std::size_t count);
   /// Where they are written.
-  ExchangeLog& exchanges() { return exchanges_; }
+  ExchangeLog& exchanges() noexcept;
 
   /// Empty until `TracePort` has asked the settings once; "" is a value like any other.
   std::optional<std::string> TracePortCache;
@@ -70,6 +70,7 @@ struct SessionState {
   std::shared_ptr<HTTPTransport> transport_;
   std::shared_ptr<Clock> clock_;
   ExchangeLog exchanges_;
+  bool exchanges_are_shown_ = false;
 };
 
 /// The calling thread's record. A call that comes after the thread has released it, from the

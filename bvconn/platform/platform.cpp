@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "bvconn/platform/exchange/exchange_file.h"
 #include "bvconn/platform/thread_record.h"
 
 namespace bvconn::platform {
@@ -23,6 +24,7 @@ Platform system_platform() {
       .service_object = make_http_service_object,
       .clock = make_system_clock,
       .message_box = make_stderr_message_box,
+      .exchange_listener = make_exchange_file,
   };
 }
 

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "bvconn/platform/clock.h"
+#include "bvconn/platform/exchange/exchange_log.h"
 #include "bvconn/platform/export.h"
 #include "bvconn/platform/http/http_transport.h"
 #include "bvconn/platform/logging/session_logger.h"
@@ -28,6 +29,9 @@ struct BVCONN_EXPORT Platform {
   std::function<std::shared_ptr<ServiceObject>(std::string_view name)> service_object;
   std::function<std::shared_ptr<Clock>()> clock;
   std::function<std::shared_ptr<MessageBox>()> message_box;
+  /// Makes what is shown each exchange, masked, when its call has ended. It may be missing, and so
+  /// may what it makes.
+  std::function<ExchangeLog::Listener()> exchange_listener{};
 };
 
 /// The real world: libcurl, files, the system's clock.

@@ -122,7 +122,8 @@ TEST_F(Host, EveryPublicClassAndTheHelpersAreMadeByTheirProgramIdentifiers) {
                                       "BVDocumentConnector",
                                       "BVConfigConnector",
                                       "SoapNode",
-                                      "XMLDocument"}) {
+                                      "XMLDocument",
+                                      "Support"}) {
     const auto object = make(u"BVConn." + widened(name));
     ASSERT_NE(object, nullptr) << name;
     EXPECT_EQ(object->AddRef(), 2u);
@@ -376,6 +377,58 @@ TEST_F(Host, ALongSilenceOfTheServerIsRaisedAsAnEvent) {
   EXPECT_EQ(sink.raised, (std::vector<DispatchId>{kHeartBeatError}));
   EXPECT_EQ(point->Unadvise(cookie), kOk);
   EXPECT_EQ(sink.references, 1u);
+}
+
+TEST_F(Host, ASupportObjectShowsTheLastExchangeAndExplainsItsError) {
+  const auto support = make(u"BVConn.Support");
+  ASSERT_NE(support, nullptr);
+  MisbehavingServer server;
+  server.answer(answers::reply(soap_fault("10041", "Not for you"), "500 Internal Server Error"));
+  std::u16string before;
+  std::u16string after;
+  std::u16string explained;
+  std::thread([&] {
+    before = get(*support, u"LastExchange").text();
+    HostString url(widened(server.url()));
+    HostString session(u"SESSION-1");
+    HostString uid(u"U1");
+    const auto invoices = make(u"BVConn.BVInvoiceConnector");
+    const Outcome failed =
+        call(*invoices, u"GetInvoice", {of_string(url), of_string(session), of_string(uid)});
+    after = get(*support, u"LastExchange").text();
+    explained = call(*support, u"Explain", {of_int32(failed.exception.result)}).text();
+  }).join();
+  EXPECT_EQ(before, u"null");
+  EXPECT_NE(after.find(u"\"operation\":\"GetInvoice\""), std::u16string::npos);
+  EXPECT_NE(after.find(u"\"description\":\"Not for you\""), std::u16string::npos);
+  EXPECT_NE(after.find(u"\"raised\":{\"number\":-2147211463,"), std::u16string::npos);
+  EXPECT_EQ(after.find(u"SESSION-1"), std::u16string::npos);
+  EXPECT_NE(explained.find(u"the fault code 10041"), std::u16string::npos);
+}
+
+TEST_F(Host, ASupportObjectTakesANumberInEachFormThatHostsHaveItIn) {
+  const auto support = make(u"BVConn.Support");
+  const auto explained = [&](const VariantRecord& number) {
+    return call(*support, u"Explain", {number}).text();
+  };
+  const std::u16string with_sign = explained(of_int32(static_cast<std::int32_t>(0x80044302)));
+  EXPECT_EQ(with_sign.rfind(u"The server did not answer in time.", 0), 0U);
+  EXPECT_EQ(explained(of_double(2147762946.0)), with_sign);
+  const std::u16string small = explained(of_int32(91));
+  EXPECT_EQ(small.rfind(u"Something is used that is not there", 0), 0U);
+  EXPECT_EQ(explained(of_int32(static_cast<std::int32_t>(0x800A005B))), small);
+  const Outcome too_large = call(*support, u"Explain", {of_double(1e10)});
+  EXPECT_EQ(too_large.result, kException);
+  EXPECT_EQ(too_large.exception.result, static_cast<Hresult>(0x800A0006));
+}
+
+TEST_F(Host, ASupportObjectSaysWhatItDoesNotKnowAndItsVersion) {
+  const auto support = make(u"BVConn.Support");
+  HostString words(u"No room left");
+  EXPECT_EQ(call(*support, u"Explain", {of_int32(4711), of_string(words)}).text(),
+            u"This number is none of the library's own. What it means is known there alone; the "
+            u"description has its words.");
+  EXPECT_EQ(get(*support, u"Version").text(), widened(BVCONN_LIBRARY_VERSION));
 }
 
 TEST_F(Host, RegistersInTheUsersSettingsAndTakesItBack) {
