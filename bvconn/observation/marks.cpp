@@ -87,6 +87,22 @@ std::optional<Value> other_value(const Argument& argument, std::size_t index, Ma
   }
 }
 
+/// The operations whose requests one marked call cannot show, since a text among their arguments
+/// decides what they do. Texts that they do not know are left out: they name no service.
+struct Cases {
+  std::string_view operation;
+  std::string_view argument;
+  std::vector<std::string_view> texts;
+};
+
+const std::vector<Cases>& operations_with_cases() {
+  static const std::vector<Cases> rows{
+      {"SetLineComments", "aSalseInstrType", {"PROJECT", "QUOTE", "ORDER"}},
+      {"getPreviousSalesInstrumentColumnPrices", "astrSIType", {"QUOTE", "ORDER"}},
+  };
+  return rows;
+}
+
 }  // namespace
 
 std::string mark(const Argument& argument) {
@@ -115,6 +131,16 @@ MarkedCall marked_call(const Member& operation, MarkForm form,
     }
   }
   return call;
+}
+
+std::vector<std::optional<FixedText>> cases_of(const Member& operation) {
+  for (const Cases& row : operations_with_cases()) {
+    if (row.operation != operation.name) continue;
+    std::vector<std::optional<FixedText>> cases;
+    for (const std::string_view text : row.texts) cases.push_back(FixedText{row.argument, text});
+    return cases;
+  }
+  return {std::nullopt};
 }
 
 std::vector<MarkedCall> variations(const Member& operation, MarkForm form,

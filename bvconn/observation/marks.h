@@ -39,6 +39,8 @@ struct FixedText {
   std::string_view text;
 };
 
+/// The cases that an operation has to be observed in: one without a fixed text, as a rule.
+std::vector<std::optional<FixedText>> cases_of(const Member& operation);
 /// All arguments given, marked.
 MarkedCall marked_call(const Member& operation, MarkForm form,
                        const std::optional<FixedText>& fixed);

@@ -1,13 +1,11 @@
 #include "bvconn/observation/observe.h"
 
 #include <algorithm>
-#include <exception>
 #include <map>
-#include <thread>
 #include <utility>
 
-#include "bvconn/dal/bv_connector_object.h"
 #include "bvconn/observation/marks.h"
+#include "bvconn/observation/trial.h"
 #include "bvconn/observation/world.h"
 #include "bvconn/platform/error.h"
 
@@ -17,33 +15,6 @@ namespace {
 using detail::FixedText;
 using detail::MarkedCall;
 using detail::MarkForm;
-using detail::Sightings;
-
-/// The operations whose requests one marked call cannot show, since a text among their arguments
-/// decides what they do. Texts that they do not know are left out: they name no service.
-struct Cases {
-  std::string_view operation;
-  std::string_view argument;
-  std::vector<std::string_view> texts;
-};
-
-const std::vector<Cases>& operations_with_cases() {
-  static const std::vector<Cases> rows{
-      {"SetLineComments", "aSalseInstrType", {"PROJECT", "QUOTE", "ORDER"}},
-      {"getPreviousSalesInstrumentColumnPrices", "astrSIType", {"QUOTE", "ORDER"}},
-  };
-  return rows;
-}
-
-std::vector<std::optional<FixedText>> cases_of(const Member& operation) {
-  for (const Cases& row : operations_with_cases()) {
-    if (row.operation != operation.name) continue;
-    std::vector<std::optional<FixedText>> cases;
-    for (const std::string_view text : row.texts) cases.push_back(FixedText{row.argument, text});
-    return cases;
-  }
-  return {std::nullopt};
-}
 
 template <class Value>
 void add_once(std::vector<Value>& values, const Value& value) {
@@ -63,6 +34,8 @@ std::string constant_text(const Variant& value) {
 struct PostedRequest {
   ObservedRequest form;
   std::vector<std::string> texts;
+  std::string url;
+  std::vector<std::string> header_texts;
 };
 
 void read_parameter(PostedRequest& posted, const SoapNode& node) {
@@ -89,9 +62,14 @@ std::optional<PostedRequest> read_post(const Sightings::Post& post) {
   PostedRequest posted;
   posted.form.soap_action = post.soap_action;
   posted.form.timeout_ms = post.timeout_ms;
+  posted.url = post.url;
   for (const SoapNode& part : document.documentElement().Nodes()) {
     if (part.Name() == "Header") {
-      for (const SoapNode& header : part.Nodes()) posted.form.headers.push_back(header.Name());
+      for (const SoapNode& header : part.Nodes()) {
+        posted.form.headers.push_back(header.Name());
+        posted.form.header_origins.emplace_back();
+        posted.header_texts.push_back(constant_text(header.Value()));
+      }
       continue;
     }
     const SoapNode method = part.Nodes().Item(0);
@@ -139,11 +117,14 @@ class Observer {
   }
 
   ObservedOperation run() {
-    for (const auto& fixed : cases_of(operation_)) {
+    for (const auto& fixed : detail::cases_of(operation_)) {
       requests_of_case_.clear();
+      case_ = fixed ? std::string(fixed->argument) + "=" + std::string(fixed->text) : "";
       for (const bool dal : {false, true}) observe_route(dal, fixed);
     }
     for (ObservedRequest& request : observed_.requests) {
+      finish(request.url);
+      for (Origin& header : request.header_origins) finish(header);
       for (ObservedParameter& parameter : request.parameters) finish(parameter);
     }
     for (ObservedDalCall& call : observed_.dal_calls) {
@@ -184,18 +165,8 @@ class Observer {
   }
 
   Sightings call(const MarkedCall& marked, bool dal) {
-    BVConnectorObject session;
-    session.InitTorvexDAL("http://given.example");
-    session.UsingTorvexDAL(dal);
-    session.UseDALSave(dal);
-    world_.forget();
-    try {
-      const auto object = info_.make();
-      operation_.invoke(object.get(), marked.values);
-    } catch (const Error&) {
-      // It does not take these arguments, or cannot make its result from the answer.
-    }
-    return world_.sightings();
+    const detail::Switches switches{.route = dal, .save = dal, .disabled = ""};
+    return detail::try_call(world_, info_, operation_, marked.values, switches).seen;
   }
 
   void take(const Sightings& seen, const MarkedCall& marked, Series& series) {
@@ -209,7 +180,13 @@ class Observer {
     const std::size_t place = place_of(observed_.requests, posted.form);
     add_once(requests_of_case_, place);
     ObservedRequest& request = observed_.requests[place];
+    if (!case_.empty()) add_once(request.cases, case_);
     if (request.timeout_ms != posted.form.timeout_ms) request.timeout_ms.reset();
+    note_origin(request.url, posted.url, posted.url, marked, series.form);
+    for (std::size_t i = 0; i < posted.header_texts.size(); ++i) {
+      const std::string& text = posted.header_texts[i];
+      note_origin(request.header_origins[i], text, text, marked, series.form);
+    }
     const auto& first_texts = series.request_texts.try_emplace(place, posted.texts).first->second;
     for (std::size_t i = 0; i < posted.texts.size(); ++i) {
       ObservedParameter& known = request.parameters[i];
@@ -225,6 +202,7 @@ class Observer {
                          .operation = seen.operation,
                          .by_name = seen.by_name,
                          .arguments = {},
+                         .cases = {},
                          .requests = {}};
     std::vector<std::string> texts;
     for (const Variant& value : seen.arguments) {
@@ -236,6 +214,7 @@ class Observer {
     }
     const std::size_t place = place_of(observed_.dal_calls, form);
     ObservedDalCall& dal_call = observed_.dal_calls[place];
+    if (!case_.empty()) add_once(dal_call.cases, case_);
     for (const std::size_t request : requests_of_case_) add_once(dal_call.requests, request);
     const auto& first_texts = series.dal_texts.try_emplace(place, texts).first->second;
     for (std::size_t i = 0; i < texts.size(); ++i) {
@@ -296,22 +275,12 @@ class Observer {
   ObservedOperation observed_;
   /// The places of the requests that the present case showed on the SOAP route.
   std::vector<std::size_t> requests_of_case_;
+  /// The present case as "argument=text"; "" where there is but one.
+  std::string case_;
 };
 
-/// Runs an observation on a thread of its own, so with a session of its own.
 ObservedOperation observe_in(detail::World& world, const ClassInfo& info, const Member& operation) {
-  ObservedOperation observed;
-  std::exception_ptr failure;
-  std::thread thread([&] {
-    try {
-      observed = Observer(info, operation, world).run();
-    } catch (...) {
-      failure = std::current_exception();
-    }
-  });
-  thread.join();
-  if (failure) std::rethrow_exception(failure);
-  return observed;
+  return detail::on_own_thread([&] { return Observer(info, operation, world).run(); });
 }
 
 }  // namespace

@@ -1,37 +1,16 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
-#include <vector>
 
+#include "bvconn/observation/sightings.h"
+#include "bvconn/platform/error.h"
 #include "bvconn/platform/platform.h"
 
 namespace bvconn::automation::detail {
 
-/// What reached the outside world in one run.
-struct Sightings {
-  struct Post {
-    std::string text;
-    std::optional<std::string> soap_action;
-    std::int32_t timeout_ms = 0;
-  };
-  struct DalCall {
-    std::string object;
-    std::string operation;
-    bool by_name = false;
-    std::vector<Variant> arguments;
-  };
-
-  std::vector<Post> posts;
-  std::vector<DalCall> dal_calls;
-
-  bool empty() const { return posts.empty() && dal_calls.empty(); }
-};
-
-/// A platform that answers every request alike and keeps what it was asked: nothing is sent, logged
-/// or stored.
+/// A platform that answers every request alike and keeps what it was asked and what was logged:
+/// nothing is sent, written or stored.
 class World {
  public:
   World();
@@ -39,6 +18,11 @@ class World {
   platform::Platform platform() const;
   /// Forgets what was seen, and what earlier requests have set on the transport.
   void forget();
+  /// What everything is answered with from now on; the usual answer is a good one.
+  void answer_with(std::string text);
+  /// Every request fails like this from now on, until there is an answer again.
+  void fail_with(Error error);
+  void answer_as_usual();
   const Sightings& sightings() const;
 
   struct State;
