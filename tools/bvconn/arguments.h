@@ -8,6 +8,7 @@
 
 #include "bvconn/automation/interface.h"
 #include "json_text.h"
+#include "nearest_names.h"
 
 /// Arguments as they come from outside, as JSON or as text, turned into what a call takes.
 namespace bvconn::tool {
@@ -43,7 +44,8 @@ void place_argument(const automation::Member& member, std::string_view name,
   arguments.values.resize(member.arguments.size());
   const automation::Argument* argument = member.find_argument(name);
   if (argument == nullptr) {
-    throw UsageError("there is no argument " + std::string(name));
+    throw UsageError("there is no argument " + std::string(name) +
+                     did_you_mean(name, argument_names(member)));
   }
   try {
     arguments.values[static_cast<std::size_t>(argument - member.arguments.data())] =

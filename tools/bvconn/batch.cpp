@@ -7,6 +7,7 @@
 
 #include "bvconn/platform/error.h"
 #include "json_text.h"
+#include "nearest_names.h"
 
 namespace bvconn::tool {
 namespace {
@@ -220,7 +221,10 @@ std::string Batch::make(const Json& request) {
   const std::string& class_name = text_member(request, "new");
   const std::string& name = text_member(request, "as");
   const ClassInfo* info = automation::find_class(class_name);
-  if (info == nullptr) throw UsageError(class_name + ": there is no such class");
+  if (info == nullptr) {
+    throw UsageError(class_name + ": there is no such class" +
+                     did_you_mean(class_name, class_names()));
+  }
   if (name.empty()) throw UsageError("as: a name is expected");
   if (automation::find_class(name) != nullptr) throw UsageError(name + ": the name of a class");
   if (find(name) != instances_.end()) {
@@ -283,11 +287,16 @@ Batch::Target Batch::resolve(const Json& request, const char* verb) {
     target.info = automation::find_class(owner);
   }
   if (target.info == nullptr) {
-    throw UsageError(path + ": there is no object or class " + std::string(owner));
+    std::vector<std::string> known = class_names();
+    for (const Instance& instance : instances_) known.push_back(instance.name);
+    throw UsageError(path + ": there is no object or class " + std::string(owner) +
+                     did_you_mean(owner, known));
   }
-  target.member = target.info->find(std::string_view(path).substr(dot + 1));
+  const std::string_view name = std::string_view(path).substr(dot + 1);
+  target.member = target.info->find(name);
   if (target.member == nullptr) {
-    throw UsageError(path + ": " + target.info->name + " has no such member");
+    throw UsageError(path + ": " + target.info->name + " has no such member" +
+                     did_you_mean(name, member_names(*target.info)));
   }
   return target;
 }

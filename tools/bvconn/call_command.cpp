@@ -13,35 +13,16 @@
 #include "bvconn/platform/explain.h"
 #include "json_text.h"
 #include "node_tree.h"
+#include "print_request.h"
+#include "target.h"
 
 namespace bvconn::tool {
 namespace {
 
-using automation::ClassInfo;
 using automation::Member;
 using automation::MemberKind;
 using automation::Value;
 using automation::ValueType;
-
-struct Target {
-  const ClassInfo* info = nullptr;
-  const Member* member = nullptr;
-};
-
-Target resolve(std::string_view path) {
-  const std::size_t dot = path.rfind('.');
-  if (dot == std::string_view::npos) throw UsageError("CLASS.OPERATION is expected");
-  Target target{.info = automation::find_class(path.substr(0, dot))};
-  if (target.info == nullptr) {
-    throw UsageError("there is no class " + std::string(path.substr(0, dot)));
-  }
-  target.member = target.info->find(path.substr(dot + 1));
-  if (target.member == nullptr) throw UsageError(target.info->name + " has no such member");
-  if (!target.member->callable()) {
-    throw UsageError("not an operation; a batch reads and writes properties");
-  }
-  return target;
-}
 
 std::string read_file(const std::string& name) {
   std::ifstream file;
@@ -150,9 +131,14 @@ int call(const CallOptions& options, const Target& target, const CallArguments& 
 
 int run_call(const CallOptions& options, std::ostream& out, std::ostream& err) {
   try {
-    const Target target = resolve(options.path);
+    const Target target = find_target(options.path);
     const CallArguments arguments = read_arguments(*target.member, options.arguments);
-    const int status = call(options, target, arguments, out, err);
+    const int status =
+        options.print_request
+            ? print_request(target, arguments,
+                            {.json = options.json, .shows_secrets = options.shows_secrets}, out,
+                            err)
+            : call(options, target, arguments, out, err);
     out.flush();
     return out ? status : kFailed;
   } catch (const UsageError& error) {

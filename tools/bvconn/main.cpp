@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
 #include <csignal>
 #include <cstdlib>
@@ -9,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -16,7 +18,10 @@
 #include "batch.h"
 #include "bvconn/platform/platform.h"
 #include "call_command.h"
+#include "completion_command.h"
+#include "describe_command.h"
 #include "list_command.h"
+#include "skeleton_command.h"
 #include "trace_platform.h"
 
 namespace {
@@ -27,6 +32,10 @@ constexpr std::string_view kExamples = R"(
 Examples:
   bvconn list                               the public classes
   bvconn list BVInvoiceConnector            the members of one, with their arguments
+  bvconn describe BVInvoiceConnector.GetInvoice
+                                            what it sends on each route, raises and logs
+  bvconn skeleton BVInvoiceConnector.GetInvoice
+                                            a line of a batch to fill in
   bvconn call BVInvoiceConnector.GetInvoice aServerURL=http://127.0.0.1:8080/ \
       aSessionID=S strInvoiceUID=U1         one call; prints the node that it gives
   bvconn call BVGenericConnector.Send aService=urn:Postal aMethod=getCountries \
@@ -97,6 +106,23 @@ int run_batch() {
   return std::cout && !std::cin.bad() ? batch.status() : tool::kFailed;
 }
 
+/// What the completion scripts ask: `bvconn complete -- WORDS`. No subcommand, so that the words of
+/// another can be looked at without being understood.
+int run_complete(const CLI::App& app, int argc, char** argv) {
+  constexpr int kFirstWord = 3;
+  std::vector<tool::CommandWords> commands;
+  for (const CLI::App* each : app.get_subcommands([](const CLI::App*) { return true; })) {
+    tool::CommandWords words{.name = each->get_name(), .options = {}};
+    for (const CLI::Option* option : each->get_options()) {
+      for (const std::string& name : option->get_lnames()) words.options.push_back("--" + name);
+    }
+    commands.push_back(std::move(words));
+  }
+  const std::vector<std::string> words(argv + std::min(argc, kFirstWord), argv + argc);
+  for (const std::string& each : tool::completions(words, commands)) std::cout << each << '\n';
+  return std::cout.flush() ? tool::kDone : tool::kFailed;
+}
+
 int run(int argc, char** argv) {
   CLI::App app("Calls the operations of the connector library by name.", "bvconn");
   app.set_version_flag("--version", "bvconn " BVCONN_VERSION);
@@ -114,18 +140,42 @@ int run(int argc, char** argv) {
   call_command->add_option("OPERATION", call.path, "CLASS.OPERATION")->required();
   call_command->add_option("ARGUMENTS", call.arguments, "NAME=VALUE, NAME=@FILE or NAME:=JSON");
   call_command->add_flag("--json", call.json, "Print the answer in the form of a batch");
+  call_command->add_flag("--print-request", call.print_request,
+                         "Print what would be sent on each route, and send nothing");
   add_trace_options(*call_command, trace);
+
+  tool::DescribeOptions describe;
+  CLI::App* describe_command =
+      app.add_subcommand("describe", "Show what an operation sends, raises and logs");
+  describe_command->add_option("OPERATION", describe.path, "CLASS.OPERATION; a class is listed");
+  describe_command->add_flag("--json", describe.json, "As data");
+
+  tool::SkeletonOptions skeleton;
+  CLI::App* skeleton_command =
+      app.add_subcommand("skeleton", "Print a line of a batch to fill in, with every argument");
+  skeleton_command->add_option("OPERATION", skeleton.path, "CLASS.OPERATION")->required();
+  skeleton_command->add_flag("--call", skeleton.shell, "A command line of call in its place");
+
+  std::string shell;
+  CLI::App* completion_command =
+      app.add_subcommand("completion", "Print the completion script of a shell");
+  completion_command->add_option("SHELL", shell, "bash, zsh or fish")->required();
 
   CLI::App* batch_command =
       app.add_subcommand("batch", "Answer requests from standard input, one line of JSON each");
   add_trace_options(*batch_command, trace);
 
+  if (argc > 1 && std::string_view(argv[1]) == "complete") return run_complete(app, argc, argv);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? tool::kDone : tool::kNotUnderstood;
   }
   if (list_command->parsed()) return tool::run_list(list, std::cout, std::cerr);
+  if (describe_command->parsed()) return tool::run_describe(describe, std::cout, std::cerr);
+  if (skeleton_command->parsed()) return tool::run_skeleton(skeleton, std::cout, std::cerr);
+  if (completion_command->parsed()) return tool::run_completion(shell, std::cout, std::cerr);
+  call.shows_secrets = trace.shows_secrets;
   install_trace(trace);
   return batch_command->parsed() ? run_batch() : tool::run_call(call, std::cout, std::cerr);
 }
