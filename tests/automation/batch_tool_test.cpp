@@ -369,13 +369,15 @@ TEST(Batch, ARequiredArgumentThatIsNotThereIsAUsageAnswer) {
 TEST(Batch, ANameThatDoesNotExistIsAUsageAnswer) {
   EXPECT_EQ(usage(R"({"id":1,"call":"BVInvoiceConnector.GetInvoice","args":{"aServerURL":"u",)"
                   R"("aSessionID":"S","strInvoiceUID":"U","aserverurl":"v"}})"),
-            "BVInvoiceConnector.GetInvoice: there is no argument aserverurl");
+            "BVInvoiceConnector.GetInvoice: there is no argument aserverurl; "
+            "did you mean aServerURL?");
   EXPECT_EQ(usage(R"({"id":1,"call":"BVInvoiceConnector.getInvoice"})"),
-            "BVInvoiceConnector.getInvoice: BVInvoiceConnector has no such member");
+            "BVInvoiceConnector.getInvoice: BVInvoiceConnector has no such member; "
+            "did you mean GetInvoice?");
   EXPECT_EQ(usage(R"({"id":1,"call":"BVNoConnector.Send"})"),
             "BVNoConnector.Send: there is no object or class BVNoConnector");
   EXPECT_EQ(usage(R"({"id":1,"get":"BVMethods.beat"})"),
-            "BVMethods.beat: BVMethods has no such member");
+            "BVMethods.beat: BVMethods has no such member; did you mean Beat?");
   EXPECT_EQ(usage(R"({"id":1,"call":"Send"})"), "Send: OBJECT.MEMBER is expected");
   EXPECT_EQ(usage(R"({"id":1,"new":"BVNoConnector","as":"g"})"),
             "BVNoConnector: there is no such class");
