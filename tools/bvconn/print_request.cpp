@@ -2,6 +2,7 @@
 
 #include "batch.h"
 #include "bvconn/observation/rehearsal.h"
+#include "bvconn/platform/http/http_url.h"
 #include "interface_text.h"
 #include "json_text.h"
 #include "mask_secrets.h"
@@ -18,7 +19,7 @@ class RequestPrinter {
 
   void print(const Sightings::Post& post) {
     separate();
-    out_ << "SOAP: POST " << post.url << '\n';
+    out_ << "SOAP: POST " << shown_url(post.url) << '\n';
     out_ << "SOAPAction: " << post.soap_action.value_or("(as the request before left it)") << '\n';
     out_ << "Time-out: " << post.timeout_ms << " ms\n\n" << shown(post.text) << '\n';
   }
@@ -35,7 +36,7 @@ class RequestPrinter {
   }
 
   std::string json(const Sightings::Post& post) const {
-    return "{\"url\":" + json_string(post.url) +
+    return "{\"url\":" + json_string(shown_url(post.url)) +
            ",\"soapAction\":" + (post.soap_action ? json_string(*post.soap_action) : "null") +
            ",\"timeout\":" + std::to_string(post.timeout_ms) +
            ",\"text\":" + json_string(shown(post.text)) + "}";
@@ -52,6 +53,10 @@ class RequestPrinter {
   void separate() {
     if (!first_) out_ << '\n';
     first_ = false;
+  }
+
+  std::string shown_url(const std::string& url) const {
+    return secrets_ ? url : detail::shown_url(url);
   }
 
   std::string shown(const std::string& text) const { return secrets_ ? text : mask_request(text); }

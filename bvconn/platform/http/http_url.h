@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "bvconn/platform/export.h"
+
 /// URLs as the transport takes them, and as it shows them to people.
 namespace bvconn::detail {
 
@@ -12,7 +14,7 @@ namespace bvconn::detail {
 void check_url(std::string_view url, std::string_view source);
 
 /// The URL without user name and password, as one line of printable text.
-std::string shown_url(std::string_view url);
+BVCONN_EXPORT std::string shown_url(std::string_view url);
 
 /// The URL of an HTTP proxy; nothing where host or port cannot be one.
 std::optional<std::string> proxy_url(std::string_view host, std::string_view port);
