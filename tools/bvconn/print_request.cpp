@@ -2,10 +2,10 @@
 
 #include "batch.h"
 #include "bvconn/observation/rehearsal.h"
+#include "bvconn/platform/exchange/mask_request.h"
 #include "bvconn/platform/http/http_url.h"
 #include "interface_text.h"
 #include "json_text.h"
-#include "mask_secrets.h"
 
 namespace bvconn::tool {
 namespace {
