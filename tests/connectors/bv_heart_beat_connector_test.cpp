@@ -304,13 +304,9 @@ TEST(HeartBeat, WhatTheLoggerThrowsInItsTailLeavesItAsAnError) {
     if (line.starts_with("LogError BVHeartBeatConnector")) throw std::runtime_error("its words");
   };
   world.fail_send(Error(error_numbers::kCannotConnect, "HTTPTransport", "dead"));
-  try {
-    BVHeartBeatConnector().sendHeartBeat("http://h/", "S");
-    FAIL() << "no error was raised";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number, error_numbers::from_bits(0x80004005));
-    EXPECT_EQ(error.description, "its words");
-  }
+  const Error error = error_of([] { BVHeartBeatConnector().sendHeartBeat("http://h/", "S"); });
+  EXPECT_EQ(error.number, error_numbers::from_bits(0x80004005));
+  EXPECT_EQ(error.description, "its words");
 }
 
 TEST(HeartBeat, OnlyAnErrorInsideItsOwnTailLeavesIt) {

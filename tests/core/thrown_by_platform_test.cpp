@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <stdexcept>
 
 #include "bvconn/core/envelope.h"
@@ -9,6 +8,7 @@
 #include "bvconn/core/settings.h"
 #include "bvconn/core/transport.h"
 #include "bvconn/platform/error_numbers.h"
+#include "support/error_of.h"
 #include "support/recording_platform.h"
 
 // What the objects of a platform throw may be anything: an application wrote them.
@@ -17,17 +17,8 @@ namespace {
 
 using error_numbers::from_bits;
 using test::envelope_text;
+using test::error_of;
 using test::RecordingPlatform;
-
-Error error_of(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& error) {
-    return error;
-  }
-  ADD_FAILURE() << "no error was raised";
-  return Error(0, "", "");
-}
 
 /// Lets the object whose line begins so throw an exception that is no `Error`.
 void break_at(RecordingPlatform& world, const std::string& beginning) {

@@ -168,14 +168,6 @@ TEST(BVConnectorObject, GivesWhatThePlatformThrowsAsAnError) {
   failing.logger = []() -> std::shared_ptr<SessionLogger> { throw std::bad_alloc(); };
   const platform::ScopedPlatform scope(failing);
   const BVConnectorObject object;
-  const auto error_of = [](const std::function<void()>& call) {
-    try {
-      call();
-    } catch (const Error& error) {
-      return error;
-    }
-    return Error(0, "", "no error was raised");
-  };
   const Error transport = error_of([&] { object.HTTPTransportObject(); });
   EXPECT_EQ(transport.number, error_numbers::from_bits(0x80004005));
   EXPECT_EQ(transport.source, "BVConn");

@@ -10,6 +10,7 @@
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "own_files.h"
+#include "support/error_of.h"
 #include "support/misbehaving_server.h"
 
 namespace bvconn {
@@ -17,19 +18,10 @@ namespace {
 
 namespace numbers = error_numbers;
 using test::Answer;
+using test::error_of;
 using test::MisbehavingServer;
 using test::OwnFiles;
 namespace answers = test::answers;
-
-Error error_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error;
-  }
-  ADD_FAILURE() << "no error was raised";
-  return Error(0, "", "");
-}
 
 std::string envelope(const std::string& space, const std::string& body) {
   return "<e:Envelope xmlns:e=\"" + space + "\"><e:Body>" + body + "</e:Body></e:Envelope>";

@@ -129,8 +129,6 @@ class Trial {
  public:
   Trial(const ClassInfo& info, const Member& operation)
       : info_(info), operation_(operation), scope_(platform()) {}
-  // What the session made belongs to this platform.
-  ~Trial() { session() = SessionState(); }
   Trial(const Trial&) = delete;
   Trial& operator=(const Trial&) = delete;
 
