@@ -9,8 +9,7 @@ namespace bvconn {
 float timer_seconds();
 
 /// The clock of the lines "Total time in method: ". Its start is rounded to a whole second, halves
-/// to the even one, so the figure can be half a second off, and negative; it is
-/// deliberate as it stands.
+/// to the even one, so the figure can be half a second off, and negative. That is deliberate.
 class WholeSecondTimer {
  public:
   WholeSecondTimer();

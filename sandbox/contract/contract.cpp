@@ -108,7 +108,7 @@ Complaint header_complaint(const RequestFacts& request, const MethodContract& me
   return "the SOAP headers are " + text(request.headers) + ", expected " + text(method.headers);
 }
 
-std::string told(const RequestFacts& request, const std::string& wrong) {
+std::string in_its_method(const RequestFacts& request, const std::string& wrong) {
   return request.method + " in " + request.service + ": " + wrong;
 }
 
@@ -119,7 +119,7 @@ Contract::Contract(std::vector<MethodContract> methods) : methods_(std::move(met
 Complaint Contract::complaint(const RequestFacts& request) const {
   const MethodContract* method = find(request.service, request.method);
   if (!method) return unknown_method(request);
-  if (const auto wrong = action_complaint(request, *method)) return told(request, *wrong);
+  if (const auto wrong = action_complaint(request, *method)) return in_its_method(request, *wrong);
   return envelope_complaint(request);
 }
 
@@ -129,7 +129,7 @@ Complaint Contract::envelope_complaint(const RequestFacts& request) const {
   auto wrong = header_complaint(request, *method);
   if (!wrong) wrong = parameters_complaint(request, *method);
   if (!wrong) return std::nullopt;
-  return told(request, *wrong);
+  return in_its_method(request, *wrong);
 }
 
 const MethodContract* Contract::find(std::string_view service, std::string_view name) const {
