@@ -67,6 +67,35 @@ TEST(Batch, AFaultIsAnAnswer) {
             R"("description":"No such invoice","helpFile":"","helpContext":0}})");
 }
 
+constexpr const char* kBadLeaf =
+    R"(<n xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\")"
+    R"( xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\"><a xsi:type=\"xsd:int\">x</a></n>)";
+
+/// A call with a node argument that does not fit its type.
+ordered_json answer_with_bad_argument(const std::string& url) {
+  return ordered_json::parse(
+      answer(R"({"id":1,"call":"BVGenericConnector.Send","args":{"aService":"urn:P","aMethod":"m",)"
+             R"("aRootNodeName":"root","aSoapNode":{"xml":")" +
+             std::string(kBadLeaf) + R"("},"aServerURL":")" + url + R"("}})"));
+}
+
+TEST(Batch, AnArgumentThatDoesNotFitItsTypeCostsNoAnswer) {
+  ScriptedServer server;
+  server.reply(reply_envelope("<return>done</return>"));
+  server.reply(fault_envelope("4711", "No"));
+  struct Case {
+    std::string url, member, shown;
+  };
+  for (const Case& each : {Case{server.url(), "result", "done"}, Case{server.url(), "error", "No"},
+                           Case{dead_url(), "error", "0x80044301"}}) {
+    const auto json = answer_with_bad_argument(each.url);
+    EXPECT_THAT(json.value(each.member, ordered_json()).dump(), HasSubstr(each.shown));
+    const auto& leaf = json["args"]["aSoapNode"]["node"]["nodes"][0];
+    EXPECT_EQ(leaf["value"], "x");
+    EXPECT_TRUE(leaf.contains("unreadable"));
+  }
+}
+
 TEST(Batch, AMappedFaultHasItsOwnNumberAndSource) {
   ScriptedServer server;
   server.reply(fault_envelope("10041", "Not allowed"));

@@ -14,6 +14,7 @@ namespace bvconn::test {
 namespace {
 
 using automation::Value;
+using tool::Json;
 
 SoapNode tree() {
   return node_from_xml("<return><InvoiceNumber>4711</InvoiceNumber></return>");
@@ -91,6 +92,34 @@ TEST(JsonText, NilAndNamespaceAreAddedWhereTheyApply) {
             R"({"name":"v","value":null,"nodes":[],"nil":true}],"namespace":"urn:n"}})");
 }
 
+/// A node with children of these fields, whose types are those of XML Schema.
+SoapNode typed_tree(const std::string& fields) {
+  return node_from_xml(R"(<r xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance")"
+                       R"( xmlns:xsd="http://www.w3.org/2001/XMLSchema")"
+                       R"( xmlns:SOAP-ENC="http://schemas.xmlsoap.org/soap/encoding/">)" +
+                       fields + "</r>");
+}
+
+TEST(JsonText, AValueThatIsNotOfItsTypeIsItsRawTextAndTheRestStands) {
+  EXPECT_EQ(tool::json_value(
+                Variant(typed_tree(R"(<Amount xsi:type="xsd:int">1 2</Amount><Name>N</Name>)"))),
+            R"({"node":{"name":"r","value":null,"nodes":[)"
+            R"({"name":"Amount","value":"1 2","nodes":[],"unreadable":)"
+            R"("Type mismatch: the text \"1 2\" of the node \"Amount\" is not of its type int"},)"
+            R"({"name":"Name","value":"N","nodes":[]}]}})");
+}
+
+TEST(JsonText, AnArrayWithAnItemThatCannotBeReadShowsItsItems) {
+  const Json shown = Json::parse(tool::json_value(
+      Variant(typed_tree(R"(<l SOAP-ENC:arrayType="xsd:int[2]"><i>7</i><i>x</i></l>)"))));
+  const Json& list = shown["node"]["nodes"][0];
+  EXPECT_EQ(list["value"], nullptr);
+  EXPECT_TRUE(list.contains("unreadable"));
+  EXPECT_EQ(list["nodes"][0], Json::parse(R"({"name":"i","value":7,"nodes":[]})"));
+  EXPECT_EQ(list["nodes"][1]["value"], "x");
+  EXPECT_TRUE(list["nodes"][1].contains("unreadable"));
+}
+
 TEST(JsonText, ANodeThatWrapsAnotherShowsThatOnesContent) {
   SoapNode outer = SoapNode::make("outer");
   outer.Value(Variant(tree()));
@@ -157,6 +186,14 @@ TEST(NodeTree, HasOneIndentedLineForEachNode) {
             "  Lines\n"
             "    Line = \"a\\nb\"\n"
             "  C is nil\n");
+}
+
+TEST(NodeTree, ShowsWhatCannotBeReadAndThenTheRest) {
+  EXPECT_EQ(tool::node_tree(typed_tree(R"(<A xsi:type="xsd:int">x</A><B>2</B>)")),
+            "r\n"
+            "  A = x (unreadable: Type mismatch: the text \"x\" of the node \"A\" is not of its "
+            "type int)\n"
+            "  B = 2\n");
 }
 
 TEST(RawMember, IsTheTextAsItWasWritten) {

@@ -8,6 +8,7 @@
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
+#include "shown_value.h"
 
 namespace bvconn::tool {
 namespace {
@@ -95,7 +96,7 @@ class Writer {
 
   void write_node(const SoapNode& node) {
     ++nodes_;
-    Variant value = node.Value();
+    auto [value, unreadable] = shown_value(node);
     SoapNodes children = node.Nodes();
     if (value.is(Variant::Type::kNode)) {
       // A node that wraps another one has that one's content on the wire.
@@ -106,6 +107,7 @@ class Writer {
     }
     std::string tail = "]";
     if (node.nil()) tail.append(",\"nil\":true");
+    if (!unreadable.empty()) tail.append(",\"unreadable\":").append(json_string(unreadable));
     if (const std::string name_space = node.Namespace(); !name_space.empty()) {
       tail.append(",\"namespace\":").append(json_string(name_space));
     }

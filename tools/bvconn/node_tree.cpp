@@ -7,6 +7,7 @@
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/variant.h"
 #include "json_text.h"
+#include "shown_value.h"
 
 namespace bvconn::tool {
 namespace {
@@ -41,13 +42,14 @@ std::string node_tree(const SoapNode& root) {
       throw Error(error_numbers::kSoapLimit, "bvconn", "The answer is too large to be printed");
     }
     text.append(2 * item.depth, ' ').append(item.node.Name());
-    const Variant value = item.node.Value();
+    const auto [value, unreadable] = shown_value(item.node);
     const bool wraps = value.is(Variant::Type::kNode) && value.node();
     if (item.node.nil()) {
       text.append(" is nil");
     } else if (!value.empty() && !value.is(Variant::Type::kNode)) {
       text.append(" = ").append(value_line(value));
     }
+    if (!unreadable.empty()) text.append(" (unreadable: ").append(unreadable).append(")");
     text.push_back('\n');
     SoapNodes children = item.node.Nodes();
     if (wraps && children.Count() == 0) children = value.node().Nodes();
