@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,6 +11,28 @@
 #include <utility>
 
 namespace bvconn::detail {
+
+namespace {
+
+/// The code of what is there but no file; the system has none that says so.
+constexpr int kNoFile = -1;
+
+/// 0, or why the descriptor is none that files are kept in. Asked of what is open already: a name
+/// could lead elsewhere by the time that it is opened.
+int refusal_of(int file) {
+  // Linux gives this device the same numbers everywhere.
+  constexpr unsigned kMemoryDevices = 1;
+  constexpr unsigned kNullDevice = 3;
+  struct stat status {};
+  if (::fstat(file, &status) != 0) return errno;
+  if (S_ISREG(status.st_mode)) return 0;
+  if (S_ISDIR(status.st_mode)) return EISDIR;
+  const bool is_null =
+      S_ISCHR(status.st_mode) && status.st_rdev == makedev(kMemoryDevices, kNullDevice);
+  return is_null ? 0 : kNoFile;
+}
+
+}  // namespace
 
 Descriptor::Descriptor(Descriptor&& other) noexcept : file_(std::exchange(other.file_, -1)) {}
 
@@ -28,6 +51,13 @@ Descriptor::~Descriptor() {
 int Descriptor::close() noexcept {
   const int file = std::exchange(file_, -1);
   return file >= 0 && ::close(file) != 0 ? errno : 0;
+}
+
+OpenedFile open_file(const std::string& path, int flags) {
+  Descriptor file(::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600));
+  // ENXIO: a pipe that nobody reads, or a socket.
+  const int code = file ? refusal_of(file.get()) : errno == ENXIO ? kNoFile : errno;
+  return {.file = code == 0 ? std::move(file) : Descriptor(), .code = code};
 }
 
 std::string environment(const char* name) {
@@ -71,6 +101,7 @@ int write_all(int file, std::string_view bytes) noexcept {
 }
 
 std::string system_message(int code) {
+  if (code == kNoFile) return "It is neither a regular file nor /dev/null";
   return std::generic_category().message(code);
 }
 

@@ -23,6 +23,16 @@ class Descriptor {
   int file_;
 };
 
+/// A file that was opened, or why it was not.
+struct OpenedFile {
+  Descriptor file;
+  int code = 0;  ///< for `system_message`
+};
+
+/// Opens a regular file or /dev/null; a new one is its owner's alone. Anything else of that name (a
+/// pipe, a device, a socket, a folder) is refused, and nothing of it is ever waited for.
+OpenedFile open_file(const std::string& path, int flags);
+
 /// The value of an environment variable; "" when it is not set.
 std::string environment(const char* name);
 
@@ -37,7 +47,7 @@ bool make_folders_of(const std::string& path);
 /// Writes all bytes, in one call as far as the system takes them so. The error number, or 0.
 int write_all(int file, std::string_view bytes) noexcept;
 
-/// The system's text for an error number.
+/// The system's text for an error number, or our own for what `open_file` refuses.
 std::string system_message(int code);
 
 }  // namespace bvconn::detail

@@ -194,6 +194,12 @@ TEST_F(FileLogger, ALogThatCannotBeMadeIsSilent) {
   EXPECT_EQ(files_test::bytes_of(folder_.file("file")), "x");
 }
 
+TEST_F(FileLogger, APipeThatNobodyReadsHoldsUpNoLine) {
+  const ScopedEnvironment pipe("BVCONN_LOG_FILE", folder_.pipe("bvconn.log"));
+  const auto log = make_file_logger();
+  EXPECT_NO_THROW(log->LogWarning("C", "m", "text", 0));
+}
+
 TEST_F(FileLogger, AUserWithoutAHomeHasASilentLog) {
   const ScopedEnvironment log_file("BVCONN_LOG_FILE", nullptr);
   const ScopedEnvironment state("XDG_STATE_HOME", nullptr);

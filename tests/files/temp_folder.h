@@ -25,6 +25,13 @@ class TempFolder {
 
   std::string file(std::string_view name) const { return path_ + "/" + std::string(name); }
 
+  /// Makes a named pipe, and gives its path.
+  std::string pipe(std::string_view name) const {
+    std::string path = file(name);
+    ::mkfifo(path.c_str(), 0600);
+    return path;
+  }
+
  private:
   std::string path_;
 };

@@ -151,7 +151,10 @@ TEST_F(Options, TracingFileIsMadeForItsOwnerAlone) {
 TEST_F(Options, TracingFileThatCannotBeWrittenFailsNoCall) {
   const TemporaryFolder folder;
   std::ofstream(folder / "file") << "x";
-  for (const std::string& path : {folder / "", folder / "file/below", std::string("/dev/full")}) {
+  // A pipe that nobody reads: to open it as others are opened would wait for a reader.
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  for (const std::string& path :
+       {folder / "", folder / "file/below", folder / "pipe", std::string("/dev/full")}) {
     transport->Option("tracing.file", path);
     EXPECT_EQ(call(), "<ok/>") << path;
   }

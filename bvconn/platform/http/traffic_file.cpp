@@ -58,7 +58,7 @@ void TrafficFile::flush() noexcept {
   }
   if (!file_) {
     make_folders_of(path_);
-    file_ = Descriptor(::open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
+    file_ = open_file(path_, O_WRONLY | O_APPEND | O_CREAT).file;
   }
   if (file_) {
     write_all(file_.get(), pending_);

@@ -11,8 +11,8 @@
 namespace bvconn {
 namespace {
 
-int open_for_appending(const std::string& path) {
-  return ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0600);
+detail::OpenedFile open_for_appending(const std::string& path) {
+  return detail::open_file(path, O_WRONLY | O_APPEND | O_CREAT);
 }
 
 struct Appended {
@@ -21,15 +21,15 @@ struct Appended {
 };
 
 Appended append(const std::string& path, std::string_view bytes) {
-  detail::Descriptor file(open_for_appending(path));
-  // The folders are looked at only when something is missing: a line costs three calls as a rule.
-  if (!file && errno == ENOENT && detail::make_folders_of(path)) {
-    file = detail::Descriptor(open_for_appending(path));
+  detail::OpenedFile opened = open_for_appending(path);
+  // The folders are looked at only when something is missing: a line costs four calls as a rule.
+  if (opened.code == ENOENT && detail::make_folders_of(path)) {
+    opened = open_for_appending(path);
   }
-  if (!file) {
-    return {"open", errno};
+  if (!opened.file) {
+    return {"open", opened.code};
   }
-  return {"write", detail::write_all(file.get(), bytes)};
+  return {"write", detail::write_all(opened.file.get(), bytes)};
 }
 
 }  // namespace

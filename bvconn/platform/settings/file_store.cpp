@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
@@ -23,8 +24,12 @@ constexpr int kMaxLinks = 40;
 constexpr std::chrono::milliseconds kLockPoll{5};
 constexpr std::string_view kSource = "RegistryAccess";
 
-Descriptor open_file(const std::string& path, int flags) {
-  return Descriptor(::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0600));
+Descriptor open_or_fail(std::string_view doing, const std::string& path, int flags) {
+  OpenedFile opened = open_file(path, flags);
+  if (!opened.file) {
+    fail_unusable(doing, path, system_message(opened.code));
+  }
+  return std::move(opened.file);
 }
 
 std::string folder_of(const std::string& path) {
@@ -48,10 +53,11 @@ void take_over_owner(int file, const std::string& path) {
 }
 
 void write_durably(const std::string& temporary, const std::string& path, std::string_view bytes) {
-  Descriptor file = open_file(temporary, O_WRONLY | O_CREAT | O_EXCL);
-  if (!file) {
-    fail_unusable("write", path, system_message(errno));
+  OpenedFile opened = open_file(temporary, O_WRONLY | O_CREAT | O_EXCL);
+  if (!opened.file) {
+    fail_unusable("write", path, system_message(opened.code));
   }
+  Descriptor& file = opened.file;
   take_over_owner(file.get(), path);
   int code = write_all(file.get(), bytes);
   if (code == 0 && ::fsync(file.get()) != 0) {
@@ -68,7 +74,8 @@ void write_durably(const std::string& temporary, const std::string& path, std::s
 /// The rename itself lasts only when the folder is on the disk too. Not every file system can do
 /// that, and the file is replaced by now: so this fails nothing.
 void flush_folder(const std::string& path) {
-  const Descriptor folder = open_file(folder_of(path), O_RDONLY | O_DIRECTORY);
+  const Descriptor folder(
+      ::open(folder_of(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOCTTY));
   if (folder) {
     ::fsync(folder.get());
   }
@@ -86,14 +93,27 @@ void fail_unusable(std::string_view doing, const std::string& path, std::string_
                   .append(reason));
 }
 
+namespace {
+
+/// Asked while a file is read, since its size may say nothing of what it gives.
+void check_size(const std::string& path, std::size_t size) {
+  if (size > kLargestSettings) {
+    throw Error(error_numbers::kSettingsNotToml, kSource,
+                "The settings file \"" + path + "\" is larger than " +
+                    std::to_string(kLargestSettings) + " bytes");
+  }
+}
+
+}  // namespace
+
 std::optional<std::string> read_settings_file(const std::string& path) {
-  const Descriptor file = open_file(path, O_RDONLY);
+  const auto [file, code] = open_file(path, O_RDONLY);
+  // A path that leads through a file cannot hold one either.
+  if (code == ENOENT || code == ENOTDIR) {
+    return std::nullopt;
+  }
   if (!file) {
-    // A path that leads through a file cannot hold one either.
-    if (errno == ENOENT || errno == ENOTDIR) {
-      return std::nullopt;
-    }
-    fail_unusable("read", path, system_message(errno));
+    fail_unusable("read", path, system_message(code));
   }
   std::string bytes;
   std::array<char, 16384> block;
@@ -104,6 +124,7 @@ std::optional<std::string> read_settings_file(const std::string& path) {
     }
     if (got > 0) {
       bytes.append(block.data(), static_cast<std::size_t>(got));
+      check_size(path, bytes.size());
     } else if (errno != EINTR) {
       fail_unusable("read", path, system_message(errno));
     }
@@ -115,6 +136,9 @@ std::string resolve_links(const std::string& path) {
   std::error_code code;
   for (int i = 0; i < kMaxLinks; ++i) {
     if (!fs::is_symlink(fs::symlink_status(target, code))) {
+      if (fs::is_other(fs::status(target, code))) {
+        fail_unusable("write", target.string(), "It is no regular file");
+      }
       return target.string();
     }
     const fs::path link = fs::read_symlink(target, code);
@@ -127,10 +151,7 @@ std::string resolve_links(const std::string& path) {
 }
 
 FileLock::FileLock(const std::string& path, std::chrono::milliseconds wait)
-    : file_(open_file(path, O_RDWR | O_CREAT)) {
-  if (!file_) {
-    fail_unusable("lock", path, system_message(errno));
-  }
+    : file_(open_or_fail("lock", path, O_RDWR | O_CREAT)) {
   const auto deadline = std::chrono::steady_clock::now() + wait;
   while (::flock(file_.get(), LOCK_EX | LOCK_NB) != 0) {
     if (errno != EWOULDBLOCK && errno != EINTR) {
@@ -146,6 +167,7 @@ FileLock::FileLock(const std::string& path, std::chrono::milliseconds wait)
 }
 
 void replace_file(const std::string& path, std::string_view bytes) {
+  check_size(path, bytes.size());
   // The lock makes this writer the only one, so a file of this name is what a crash left behind.
   const std::string temporary = path + ".new";
   ::unlink(temporary.c_str());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,11 +15,15 @@ namespace bvconn::detail {
 [[noreturn]] void fail_unusable(std::string_view doing, const std::string& path,
                                 std::string_view reason);
 
-/// What a file holds; nothing when it is absent.
+/// Bytes of a settings file. A larger one is not read to its end, nor is one written.
+inline constexpr std::size_t kLargestSettings = std::size_t{1} << 20;
+
+/// What a file holds; nothing when it is absent. Fails with 0x80041001 for one that is too large.
 std::optional<std::string> read_settings_file(const std::string& path);
 
 /// The file that a path leads to in the end: symbolic links are followed, so that writing changes
-/// the file that they point at and leaves them in place.
+/// the file that they point at and leaves them in place. Fails for a pipe, a socket or a device,
+/// which a file must not take the place of.
 std::string resolve_links(const std::string& path);
 
 /// Excludes other writers, in this process and in others, for its lifetime. Fails with 0x80041004
