@@ -67,6 +67,30 @@ TEST(Batch, AFaultIsAnAnswer) {
             R"("description":"No such invoice","helpFile":"","helpContext":0}})");
 }
 
+/// A line with an `id` that makes it nest this deep.
+std::string nested_line(std::size_t depth) {
+  return R"({"id":)" + std::string(depth - 1, '[') + std::string(depth - 1, ']') +
+         R"(,"get":"BVMethods.Beat"})";
+}
+
+TEST(Batch, ALineMayNest500Deep) {
+  EXPECT_THAT(answer(nested_line(500)), HasSubstr(R"("result":"beat")"));
+  EXPECT_THAT(answer(R"({"id":")" + std::string(501, '[') + R"(","get":"BVMethods.Beat"})"),
+              HasSubstr(R"("result":"beat")"))
+      << "brackets in a text nest nothing";
+}
+
+TEST(Batch, ADeeperLineIsNotUnderstoodAndTheNextOneIsAnswered) {
+  for (const std::size_t depth : {501, 80000}) {
+    const Tool::Outcome outcome =
+        Tool::batch({nested_line(depth), R"({"id":2,"get":"BVMethods.Beat"})"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.lines(),
+                ElementsAre(R"({"id":null,"usage":"the JSON nests deeper than 500"})",
+                            R"({"id":2,"result":"beat"})"));
+  }
+}
+
 constexpr const char* kBadLeaf =
     R"(<n xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\")"
     R"( xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\"><a xsi:type=\"xsd:int\">x</a></n>)";

@@ -139,6 +139,71 @@ TEST_F(SettingsFiles, WhatIsNoTomlFailsWithFileLineAndColumn) {
       << error.description;
 }
 
+/// The error of reading a value, which says where the file is at fault.
+Error reading_error() {
+  return error_of([] { make_settings_files()->ReadString(kMachine, kAppData, "port"); });
+}
+
+std::string dotted_key(int parts) {
+  std::string key = "a";
+  for (int i = 1; i < parts; ++i) key += ".a";
+  return key;
+}
+
+std::string nested_arrays(int depth) {
+  const auto count = static_cast<std::size_t>(depth);
+  return "x = " + std::string(count, '[') + std::string(count, ']') + "\n";
+}
+
+TEST_F(SettingsFiles, MayNest100Deep) {
+  for (const std::string& toml :
+       {dotted_key(100) + " = 1\n", "[" + dotted_key(99) + "]\nb = 1\n", nested_arrays(99)}) {
+    put_machine(toml + "[Software.Brimvale.Torvex.AppData]\nport = '1'\n");
+    EXPECT_EQ(settings()->ReadString(kMachine, kAppData, "port"), "1") << toml;
+  }
+}
+
+TEST_F(SettingsFiles, ADeeperFileIsNotRead) {
+  for (const std::string& toml :
+       {dotted_key(101) + " = 1\n", "[" + dotted_key(101) + "]\nb = 1\n", nested_arrays(100),
+        "[" + dotted_key(50) + "]\n" + dotted_key(51) + " = 1\n",
+        "x = {" + dotted_key(60) + " = {" + dotted_key(60) + " = 1}}\n",
+        "s = \"\"\"\n[\\\"\"\"\"\"\n" + dotted_key(100'000) + " = 1\n"}) {
+    put_machine(toml);
+    const Error error = reading_error();
+    EXPECT_EQ(hex_number(error.number), "0x80041001") << toml.substr(0, 300);
+    EXPECT_TRUE(error.description.ends_with("it nests deeper than 100 levels"))
+        << error.description;
+  }
+}
+
+TEST_F(SettingsFiles, ATooDeepFileIsNamedWithThePlace) {
+  put_machine("a = 1\n\xC3\xA9 = " + std::string(100, '[') + "\n");
+  EXPECT_EQ(reading_error().description,
+            "The settings file \"" + machine() +
+                "\" is not TOML at line 2, column 104: it nests deeper than 100 levels");
+}
+
+TEST_F(SettingsFiles, WhatLooksDeepButIsTextOrANumberIsRead) {
+  const std::string brackets(200, '[');
+  const std::string dots = dotted_key(200);
+  put_machine("# " + brackets + "\na = \"" + brackets + "\\\"" + dots + "\" # " + dots + "\nb = '" +
+              brackets + "'\nc = \"\"\"" + brackets + "\"\n\"\"\"\"\nd = '''\n" + brackets +
+              "'''\ne = [1.5, 2.5, 07:32:00.5, {f.g = 1}]\n'" + dots +
+              "' = 1\n[Software.Brimvale.Torvex.AppData]\nport = '1'\n");
+  EXPECT_EQ(settings()->ReadString(kMachine, kAppData, "port"), "1");
+}
+
+TEST_F(SettingsFiles, MayBeOneMebibyteLargeAndNoLarger) {
+  const std::string value = "[Software.Brimvale.Torvex.AppData]\nport = '1'\n#";
+  put_machine(value + std::string((1U << 20) - value.size(), 'x'));
+  EXPECT_EQ(settings()->ReadString(kMachine, kAppData, "port"), "1");
+  put_machine(value + std::string((1U << 20) - value.size() + 1, 'x'));
+  EXPECT_EQ(hex_number(reading_error().number), "0x80041001");
+  EXPECT_EQ(reading_error().description,
+            "The settings file \"" + machine() + "\" is larger than 1048576 bytes");
+}
+
 TEST_F(SettingsFiles, AFileThatCannotBeReadFailsWithFileAndReason) {
   std::filesystem::create_directories(machine());
   const Error error = error_of([] { settings()->ReadString(kMachine, kAppData, "port"); });

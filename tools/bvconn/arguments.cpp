@@ -18,6 +18,30 @@ using automation::Value;
 using automation::ValueType;
 
 constexpr int kMaxArrayDepth = 100;
+/// Objects and arrays in each other. Values of JSON are copied by recursion, which ends with the
+/// stack; no request comes near this.
+constexpr int kMaxJsonDepth = 500;
+
+/// Refuses JSON that is too deep, before anything reads it. Text that is not JSON may pass, since
+/// no part of it before its first mistake is deeper than the brackets that are counted here.
+void check_depth(std::string_view json) {
+  int depth = 0;
+  bool quoted = false;
+  for (std::size_t at = 0; at < json.size(); ++at) {
+    const char c = json[at];
+    if (quoted && c == '\\') {
+      ++at;
+    } else if (c == '"') {
+      quoted = !quoted;
+    } else if (quoted) {
+      continue;
+    } else if ((c == '{' || c == '[') && ++depth > kMaxJsonDepth) {
+      throw UsageError("the JSON nests deeper than " + std::to_string(kMaxJsonDepth));
+    } else if (c == '}' || c == ']') {
+      --depth;
+    }
+  }
+}
 
 template <class Integer>
 std::string range_text() {
@@ -162,6 +186,7 @@ void require_utf8(std::string_view text) {
 }  // namespace
 
 Json parse_json(std::string_view text) {
+  check_depth(text);
   std::vector<std::set<std::string>> keys;
   std::string twice;
   const auto watch = [&](int, Json::parse_event_t event, Json& parsed) {

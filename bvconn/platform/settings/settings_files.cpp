@@ -11,6 +11,7 @@
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/settings/file_store.h"
 #include "bvconn/platform/settings/registry_access.h"
+#include "bvconn/platform/settings/toml_depth.h"
 
 namespace bvconn {
 
@@ -98,15 +99,23 @@ std::optional<Place> find_value(const std::vector<toml::table*>& tables, std::st
   return std::nullopt;
 }
 
+[[noreturn]] void fail_not_toml(const std::string& path, detail::TomlPosition at,
+                                std::string_view reason) {
+  throw Error(error_numbers::kSettingsNotToml, kSource,
+              "The settings file \"" + path + "\" is not TOML at line " + std::to_string(at.line) +
+                  ", column " + std::to_string(at.column) + ": " + std::string(reason));
+}
+
 toml::table parse(const std::string& text, const std::string& path) {
+  if (const auto too_deep = detail::find_too_deep(text)) {
+    fail_not_toml(path, *too_deep,
+                  "it nests deeper than " + std::to_string(detail::kDeepestToml) + " levels");
+  }
   try {
     return toml::parse(text, std::string_view(path));
   } catch (const toml::parse_error& error) {
     const toml::source_position at = error.source().begin;
-    throw Error(error_numbers::kSettingsNotToml, kSource,
-                "The settings file \"" + path + "\" is not TOML at line " +
-                    std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " +
-                    std::string(error.description()));
+    fail_not_toml(path, {.line = at.line, .column = at.column}, error.description());
   }
 }
 
