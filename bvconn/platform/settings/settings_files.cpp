@@ -112,7 +112,8 @@ toml::table parse(const std::string& text, const std::string& path) {
                   "it nests deeper than " + std::to_string(detail::kDeepestToml) + " levels");
   }
   try {
-    return toml::parse(text, std::string_view(path));
+    // Without the path: to keep a copy of it, the reader takes memory where it may not fail.
+    return toml::parse(text);
   } catch (const toml::parse_error& error) {
     const toml::source_position at = error.source().begin;
     fail_not_toml(path, {.line = at.line, .column = at.column}, error.description());
