@@ -153,8 +153,11 @@ class TracedTransport final : public HTTPTransport {
     inner_->Timeout(milliseconds);
   }
   void Send(std::string_view url, std::string_view text) override {
-    const std::string shown = trace_->shows_secrets() ? std::string(text) : mask_request(text);
-    trace_->line(begin("Send").add("url", url).add("text", shown).text());
+    const bool all = trace_->shows_secrets();
+    trace_->line(begin("Send")
+                     .add("url", all ? std::string(url) : mask_url(url))
+                     .add("text", all ? std::string(text) : mask_request(text))
+                     .text());
     inner_->Send(url, text);
   }
   std::string Receive(std::string_view encoding) override {
@@ -258,6 +261,9 @@ class TracedServiceObject final : public ServiceObject {
                             const Variant& argument) const {
     if (trace_->shows_secrets()) return json_argument(argument);
     if (operation == kLogin && index == kPasswordOfLogin) return json_string(kMasked);
+    if (operation == "SetServerUrl" && argument.is(Variant::Type::kString)) {
+      return json_string(mask_url(argument.string()));
+    }
     if (argument.is(Variant::Type::kString)) return json_string(mask_request(argument.string()));
     return json_argument(argument);
   }
@@ -307,7 +313,7 @@ class TracedMessageBox final : public MessageBox {
 }  // namespace
 
 void Trace::line(std::string_view text) {
-  *out_ << text << std::endl;
+  *out_ << (shows_secrets_ ? std::string(text) : mask_urls(text)) << std::endl;
 }
 
 platform::Platform traced(platform::Platform inner, std::shared_ptr<Trace> trace) {

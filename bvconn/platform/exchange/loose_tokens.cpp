@@ -63,7 +63,7 @@ void LooseTokens::take_tag(Token& token) {
 
 bool names_password(std::string_view name) {
   const std::string upper = conversions::upper_case(name);
-  return upper.find("PASSWORD") != std::string::npos || upper.find("PWD") != std::string::npos;
+  return upper.find("PASS") != std::string::npos || upper.find("PWD") != std::string::npos;
 }
 
 }  // namespace bvconn::detail

@@ -32,15 +32,8 @@ Plan plan_for(std::string_view text, EnvelopeMask mask) {
   Plan plan{.everything = mask == EnvelopeMask::kWholeBody ||
                           conversions::equal_ignoring_case(method.local, "updatePassword"),
             .by_name = mask == EnvelopeMask::kAllSecrets};
-  if (conversions::equal_ignoring_case(method.local, "login")) {
-    bool named = false;
-    Token token;
-    while (tokens.next(token)) {
-      named = named || (token.kind == TokenKind::kStart && names_password(token.local));
-    }
-    plan.by_name = plan.by_name || named;
-    plan.second = !named;
-  }
+  // By place and by name: servers call the element what they like, and take the two in any order.
+  if (conversions::equal_ignoring_case(method.local, "login")) plan.by_name = plan.second = true;
   return plan;
 }
 

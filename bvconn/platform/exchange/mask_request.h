@@ -12,7 +12,8 @@ namespace bvconn {
 inline constexpr std::string_view kMasked = "***";
 
 /// A request as a trace may show it: of the method updatePassword every text, of a login the
-/// password (an element named so, else the second parameter). Other requests are unchanged.
+/// passwords (the second parameter, and every element that is named so). Other requests are
+/// unchanged.
 BVCONN_EXPORT std::string mask_request(std::string_view request);
 
 namespace detail {
