@@ -115,13 +115,59 @@ TEST(ReadArray, ItemThatDoesNotFitFailsWith13) {
   EXPECT_EQ(error_of([] { array_value("soapenc:arrayType='xsd:int[1]'", "<i>x</i>"); }).number, 13);
 }
 
+/// An array element with these attributes and this content, read and sent on.
+std::string again(std::string_view attributes, std::string_view content) {
+  const SoapEnvelope envelope = SoapEnvelope::make();
+  envelope.Parameters().Append(
+      first_parameter("<l " + std::string(attributes) + ">" + std::string(content) + "</l>"));
+  return soap_test::parameters_text(envelope);
+}
+
+TEST(ReadArray, WithoutItemsKeepsTheirType) {
+  EXPECT_EQ(again("xsi:type='soapenc:Array' soapenc:arrayType='xsd:string[0]'", ""),
+            "<l xsi:type=\"SOAP-ENC:Array\" SOAP-ENC:arrayType=\"xsd:string[0]\"/>");
+  EXPECT_EQ(again("xmlns:t='urn:t' soapenc:arrayType='t:Bean[]'", " "),
+            "<l xmlns:i=\"urn:t\" SOAP-ENC:arrayType=\"i:Bean[0]\"/>");
+  EXPECT_EQ(again("soapenc:arrayType='xsd:anyType[0]'", ""),
+            "<l SOAP-ENC:arrayType=\"xsd:anyType[0]\"/>");
+  EXPECT_EQ(again("xsi:type='soapenc:Array'", ""),
+            "<l xsi:type=\"SOAP-ENC:Array\" SOAP-ENC:arrayType=\"xsd:anyType[0]\"/>")
+      << "it said nothing";
+}
+
+TEST(ReadArray, IsWrittenWithTheTypeThatItWasReadWith) {
+  EXPECT_EQ(again("soapenc:arrayType='xsd:anyType[1]'", "<i xsi:type='xsd:string'>a</i>"),
+            "<l SOAP-ENC:arrayType=\"xsd:anyType[1]\"><i xsi:type=\"xsd:string\">a</i></l>");
+  EXPECT_EQ(again("soapenc:arrayType='xsd:decimal[2]'", "<i>1</i><i xsi:type='xsd:int'>2</i>"),
+            "<l SOAP-ENC:arrayType=\"xsd:decimal[2]\"><i>1</i><i xsi:type=\"xsd:int\">2</i></l>");
+  EXPECT_EQ(
+      again("soapenc:arrayType='xsd:string[][1]'", "<i soapenc:arrayType='xsd:string[0]'/>"),
+      "<l SOAP-ENC:arrayType=\"xsd:string[][1]\"><i SOAP-ENC:arrayType=\"xsd:string[0]\"/></l>");
+}
+
+TEST(ReadArray, ThatGetsAValueOfAnotherTypeIsOneOfAnything) {
+  const SoapEnvelope envelope = SoapEnvelope::make();
+  const SoapNode list = first_parameter("<l soapenc:arrayType='xsd:string[0]'/>");
+  envelope.Parameters().Append(list);
+  list.Nodes().Create("i", "a");
+  EXPECT_EQ(soap_test::parameters_text(envelope),
+            "<l SOAP-ENC:arrayType=\"xsd:string[1]\"><i>a</i></l>");
+  list.Nodes().Create("i", std::int32_t{2});
+  EXPECT_EQ(soap_test::parameters_text(envelope),
+            "<l SOAP-ENC:arrayType=\"xsd:anyType[2]\"><i xsi:type=\"xsd:string\">a</i>"
+            "<i xsi:type=\"xsd:int\">2</i></l>");
+}
+
+TEST(ReadArray, ThatIsGivenAnotherValueForgetsItsType) {
+  SoapNode list = first_parameter("<l soapenc:arrayType='xsd:int[0]'/>");
+  list.Value(Variant(VariantArray(std::vector<Variant>{})));
+  const SoapEnvelope envelope = SoapEnvelope::make();
+  envelope.Parameters().Append(list);
+  EXPECT_EQ(soap_test::parameters_text(envelope),
+            "<l xsi:type=\"SOAP-ENC:Array\" SOAP-ENC:arrayType=\"xsd:string[0]\"/>");
+}
+
 TEST(ReadArray, IsWrittenAsOneAgain) {
-  const auto again = [](std::string_view attributes, std::string_view content) {
-    const SoapEnvelope envelope = SoapEnvelope::make();
-    envelope.Parameters().Append(
-        first_parameter("<l " + std::string(attributes) + ">" + std::string(content) + "</l>"));
-    return soap_test::parameters_text(envelope);
-  };
   EXPECT_EQ(again(kArray, "<s>a</s><s>b</s>"),
             "<l xsi:type=\"SOAP-ENC:Array\" SOAP-ENC:arrayType=\"xsd:string[2]\">"
             "<s>a</s><s>b</s></l>");

@@ -28,6 +28,7 @@ std::vector<NodeRef> take_content(NodeData& node) {
   node.clear(kUnallocated);
   node.clear(kReference);
   node.clear(kQualified);
+  node.clear(kTypedItems);
   if (node.own != nullptr) {
     node.own->value = Variant();
     node.own->children.clear();
@@ -100,7 +101,8 @@ std::string_view derived_type(Variant::Type type) {
 }
 
 /// Turns the list of children into one that can grow. A simple value gives way, and with it a type
-/// that spoke of it.
+/// that spoke of it. Of an array that was read the old list stays where it lies: what it says of
+/// the items lies there too.
 std::vector<NodeData*>& growing_children(NodeData& node) {
   Own& own = own_of(node);
   if (node.content == Content::kOwnChildren) return own.children;
@@ -135,6 +137,12 @@ std::string_view own_type_space_of(const NodeData& node) noexcept {
 std::string_view qualified_space_of(const NodeData& node) noexcept {
   if (!node.has(kQualified)) return {};
   return node.own != nullptr ? std::string_view(node.own->type_space) : view(node, node.type_space);
+}
+
+TypeName declared_items_of(const NodeData& array) noexcept {
+  if (!array.has(kTypedItems)) return {};
+  const auto& items = reinterpret_cast<const ItemSlices*>(array.children)[-1];
+  return {view(array, items.type), view(array, items.type_space)};
 }
 
 const NodeData& content_of(const NodeData& node) noexcept {

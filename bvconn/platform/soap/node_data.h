@@ -43,6 +43,12 @@ enum class Content : std::uint8_t {
   kOwnChildren,  ///< `own->children`
 };
 
+/// What a read array says of the type of its items.
+struct ItemSlices {
+  Slice type;
+  Slice type_space;
+};
+
 enum NodeFlag : std::uint16_t {
   kMade = 1,           ///< allocated by itself, a `MadeNode`
   kArray = 2,          ///< the children are the items of an array
@@ -52,6 +58,7 @@ enum NodeFlag : std::uint16_t {
   kTypeImplied = 32,   ///< the type is what the array around says of its items
   kTypeExplicit = 64,  ///< the type was given to `Create`
   kQualified = 128,    ///< the text is a qualified name's local part, `type_space` its namespace
+  kTypedItems = 256,   ///< before the first of `children` lies the `ItemSlices` of a read array
 };
 
 /// What a node holds outside a reply's buffer. Names count from here as soon as there is one.
@@ -86,6 +93,7 @@ struct NodeData {
   void set(NodeFlag flag) noexcept { flags = static_cast<std::uint16_t>(flags | flag); }
   void clear(NodeFlag flag) noexcept { flags = static_cast<std::uint16_t>(flags & ~flag); }
 };
+static_assert(sizeof(ItemSlices) % sizeof(NodeData*) == 0);
 static_assert(sizeof(void*) != 8 || sizeof(NodeData) == 64);
 
 struct MadeNode : NodeData {
@@ -138,6 +146,15 @@ std::string_view own_type_of(const NodeData& node) noexcept;
 std::string_view own_type_space_of(const NodeData& node) noexcept;
 /// The namespace of the qualified name that is a read node's text.
 std::string_view qualified_space_of(const NodeData& node) noexcept;
+
+/// A type by its name and its namespace.
+struct TypeName {
+  std::string_view name;
+  std::string_view uri;
+};
+/// What an array that was read says of the type of its items; "" where it said nothing, and for an
+/// array that was made.
+TypeName declared_items_of(const NodeData& array) noexcept;
 
 /// The node that holds this one's content: itself, or the end of its links.
 const NodeData& content_of(const NodeData& node) noexcept;

@@ -1,5 +1,6 @@
 #include "bvconn/platform/soap/node_writer.h"
 
+#include <algorithm>
 #include <array>
 
 #include "bvconn/platform/conversions/text.h"
@@ -46,6 +47,18 @@ std::string declarations(unsigned which) {
     text += '"';
   }
   return text;
+}
+
+/// Whether items fit an array that says this of them. Items that were read do, since a more special
+/// type may stand in their place; a value that was put there since has to be of the very type.
+bool may_all_be(std::span<NodeData* const> items, const TypeName& declared) {
+  if (declared.name == "anyType" || declared.name == "ur-type") return true;
+  return std::all_of(items.begin(), items.end(), [&](const NodeData* item) {
+    const NodeData& typed = typed_node_of(*item, true);
+    const bool was_read = !typed.has(kTypeDerived) && !typed.has(kTypeExplicit);
+    return was_read ||
+           (own_type_of(typed) == declared.name && own_type_space_of(typed) == declared.uri);
+  });
 }
 
 }  // namespace
@@ -148,7 +161,7 @@ void NodeWriter::type_attributes(const NodeData& node, const NodeData& holder, c
 }
 
 void NodeWriter::type_attribute(const NodeData& node) {
-  const ItemType* expected =
+  const TypeName* expected =
       !frames_.empty() && frames_.back().is_array ? &frames_.back().items : nullptr;
   const NodeData& typed = typed_node_of(node, expected != nullptr);
   const auto type = own_type_of(typed);
@@ -169,13 +182,17 @@ void NodeWriter::type_attribute(const NodeData& node) {
   attribute("xsi:type", name);
 }
 
-NodeWriter::ItemType NodeWriter::item_type_of(const NodeData& array) const {
-  constexpr ItemType kString{"string", kXsdUri};
-  constexpr ItemType kAny{"anyType", kXsdUri};
-  ItemType common;
+TypeName NodeWriter::item_type_of(const NodeData& array) {
+  constexpr TypeName kString{"string", kXsdUri};
+  constexpr TypeName kAny{"anyType", kXsdUri};
+  // What was read is written as it said; a server may refuse an array of another type, above all
+  // an empty one, whose items say nothing.
+  const TypeName declared = declared_items_of(array);
+  if (!declared.name.empty() && may_all_be(children_of(array), declared)) return declared;
+  TypeName common;
   for (const NodeData* item : children_of(array)) {
     const NodeData& typed = typed_node_of(*item, true);
-    const ItemType type{own_type_of(typed), own_type_space_of(typed)};
+    const TypeName type{own_type_of(typed), own_type_space_of(typed)};
     if (type.name.empty()) {
       if (content_of(*item).content == Content::kNil) continue;
       return kAny;

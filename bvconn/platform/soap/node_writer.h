@@ -41,10 +41,6 @@ class NodeWriter {
   void check_namespace(std::string_view uri) const;
 
  private:
-  struct ItemType {
-    std::string_view name;
-    std::string_view uri;
-  };
   /// An element that is open.
   struct Frame {
     std::span<NodeData* const> children;
@@ -52,7 +48,7 @@ class NodeWriter {
     std::string_view prefix;
     std::string_view name;
     std::string_view outer_uri;  ///< what `n` stood for outside
-    ItemType items;              ///< of an array
+    TypeName items;              ///< of an array
     bool is_array = false;
     bool referenced = false;  ///< reached through a reference
   };
@@ -64,7 +60,7 @@ class NodeWriter {
   void start_tag(const NodeData& node, Frame& frame);
   void type_attributes(const NodeData& node, const NodeData& holder, const Frame& frame);
   void type_attribute(const NodeData& node);
-  ItemType item_type_of(const NodeData& array) const;
+  static TypeName item_type_of(const NodeData& array);
   void leaf(const NodeData& holder, const Frame& frame);
   void qualified_text(std::string_view uri, std::string_view local);
   void text(std::string_view text);

@@ -134,7 +134,7 @@ void TreeBuilder::read_array_type(Frame& frame, std::string_view value, const xm
 /// says nothing.
 void TreeBuilder::take_implied_type(Frame& frame, const xml::Name& name) {
   NodeData& node = *frame.node;
-  ItemType type;
+  TypeName type;
   if (name.uri == kEncodingUri || is_xsd(name.uri)) {
     type = {name.local, name.uri};
     if (name.local == "Array" && name.uri == kEncodingUri) return node.set(kArray);
@@ -160,16 +160,31 @@ bool TreeBuilder::is_fault_code() const {
          namespace_of(fault) == kEnvelopeUri;
 }
 
-bool TreeBuilder::take_children(NodeData& node, std::size_t first_child) {
-  const std::size_t count = waiting_.size() - first_child;
+bool TreeBuilder::take_children(const Frame& frame) {
+  const std::size_t count = waiting_.size() - frame.first_child;
   if (count == 0) return false;
+  place_children(*frame.node, frame.items, count);
+  waiting_.resize(frame.first_child);
+  return true;
+}
+
+/// Puts the last so many of the waiting nodes below this one, and what an array says of them before
+/// the first.
+void TreeBuilder::place_children(NodeData& node, const TypeName& items, std::size_t count) {
+  const bool typed = node.has(kArray) && !items.name.empty();
+  const std::size_t ahead = typed ? sizeof(ItemSlices) : 0;
   const std::size_t bytes = count * sizeof(NodeData*);
-  node.children = static_cast<NodeData**>(tree_.blocks.take(bytes));
-  std::memcpy(node.children, waiting_.data() + first_child, bytes);
+  node.children = nullptr;
   node.count = static_cast<std::uint32_t>(count);
   node.content = Content::kChildren;
-  waiting_.resize(first_child);
-  return true;
+  if (ahead + bytes == 0) return;
+  auto* memory = static_cast<std::byte*>(tree_.blocks.take(ahead + bytes));
+  node.children = reinterpret_cast<NodeData**>(memory + ahead);
+  if (typed) {
+    ::new (memory) ItemSlices{.type = slice(items.name), .type_space = slice(items.uri)};
+    node.set(kTypedItems);
+  }
+  if (count > 0) std::memcpy(node.children, waiting_.data() + waiting_.size() - count, bytes);
 }
 
 void TreeBuilder::fill(Frame& frame, const xml::Scope& scope) {
@@ -181,15 +196,14 @@ void TreeBuilder::fill(Frame& frame, const xml::Scope& scope) {
     node.clear(kArray);
     return;
   }
-  if (take_children(node, frame.first_child)) return;
+  if (take_children(frame)) return;
   const bool blank = is_blank(text_of(node));
   if (frame.href.data() != nullptr && blank) {
     node.clear(kArray);
     references_.push_back({frame.href, &node});
     if (is_fault_code()) node.set(kQualified);
   } else if (node.has(kArray) && blank) {
-    node.children = nullptr;
-    node.content = Content::kChildren;
+    place_children(node, frame.items, 0);
   } else {
     node.clear(kArray);
     if (frame.is_qualified_name || is_fault_code()) make_qualified(node, scope);

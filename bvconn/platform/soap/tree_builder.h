@@ -41,16 +41,11 @@ class TreeBuilder {
   void resolve_references();
 
  private:
-  /// What an array says of its items: the qualified name, with `[]` behind for arrays of arrays.
-  struct ItemType {
-    std::string_view name;
-    std::string_view uri;
-  };
   /// An element that is open.
   struct Frame {
     NodeData* node = nullptr;
     std::size_t first_child = 0;  ///< on the stack of waiting nodes
-    ItemType items;
+    TypeName items;               ///< of an array, with `[]` behind the name for arrays of arrays
     std::string_view href;
     bool is_qualified_name = false;
     bool is_nil = false;
@@ -67,11 +62,12 @@ class TreeBuilder {
   void read_array_type(Frame& frame, std::string_view value, const xml::Scope& scope);
   void take_implied_type(Frame& frame, const xml::Name& name);
   void note_encoding_style(std::string_view style);
-  void set_items(Frame& frame, ItemType items);
+  void set_items(Frame& frame, TypeName items);
   void make_qualified(NodeData& node, const xml::Scope& scope);
   bool is_fault_code() const;
   void fill(Frame& frame, const xml::Scope& scope);
-  bool take_children(NodeData& node, std::size_t first_child);
+  bool take_children(const Frame& frame);
+  void place_children(NodeData& node, const TypeName& items, std::size_t count);
   NodeData* target_of(std::string_view id) const;
   void check_cycles() const;
 
