@@ -6,6 +6,7 @@
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/exchange/mask_request.h"
 #include "json_text.h"
+#include "mask_urls.h"
 
 namespace bvconn::tool {
 namespace {
