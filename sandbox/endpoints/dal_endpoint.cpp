@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "sandbox/contract/words.h"
 #include "sandbox/endpoints/dal_answer.h"
 #include "sandbox/endpoints/dal_arguments.h"
 #include "sandbox/endpoints/endpoints.h"
@@ -68,8 +69,9 @@ DalAnswer run(Sandbox& sandbox, const Operations& operations, const Request& req
 }
 
 Reply error_reply(const DalError& error) {
-  const json body{
-      {"number", error.number}, {"source", error.source}, {"description", error.description}};
+  const json body{{"number", error.number},
+                  {"source", error.source},
+                  {"description", shortened(error.description)}};
   // A target's bytes need not be UTF-8, and the description may quote them.
   return json_reply(error.status, body.dump(-1, ' ', false, json::error_handler_t::replace));
 }

@@ -1,6 +1,7 @@
 #include "sandbox/endpoints/soap_text.h"
 
 #include "bvconn/platform/soap/soap_envelope.h"
+#include "sandbox/contract/words.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -53,10 +54,10 @@ std::string fault_text(const Fault& fault) {
       "<SOAP-ENV:Envelope xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\">"
       "<SOAP-ENV:Body><SOAP-ENV:Fault>";
   append_element(xml, "faultcode", fault.code);
-  append_element(xml, "faultstring", fault.text);
+  append_element(xml, "faultstring", shortened(fault.text));
   if (!fault.detail.empty()) {
     xml.append("<detail>");
-    for (const auto& [name, text] : fault.detail) append_element(xml, name, text);
+    for (const auto& [name, text] : fault.detail) append_element(xml, name, shortened(text));
     xml.append("</detail>");
   }
   xml.append("</SOAP-ENV:Fault></SOAP-ENV:Body></SOAP-ENV:Envelope>");

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -89,6 +91,17 @@ TEST(Batch, ADeeperLineIsNotUnderstoodAndTheNextOneIsAnswered) {
                 ElementsAre(R"({"id":null,"usage":"the JSON nests deeper than 500"})",
                             R"({"id":2,"result":"beat"})"));
   }
+}
+
+TEST(Batch, AFolderAsInputIsNotUnderstood) {
+  const TemporaryFolder folder;
+  const std::string errors = folder / "errors";
+  const std::string command =
+      "'" BVCONN_TOOL "' batch < '" + folder.path().string() + "' 2> '" + errors + "'";
+  const int ended = std::system(command.c_str());
+  ASSERT_TRUE(WIFEXITED(ended));
+  EXPECT_EQ(WEXITSTATUS(ended), 2);
+  EXPECT_EQ(read_text(errors), "bvconn: standard input is a folder\n");
 }
 
 constexpr const char* kBadLeaf =

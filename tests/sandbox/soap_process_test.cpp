@@ -56,6 +56,15 @@ TEST_F(SandboxSoap, TheHeartBeatAnswersOk) {
   EXPECT_EQ(node.Value(), Variant("OK"));
 }
 
+TEST_F(SandboxSoap, AFaultRepeatsNoMoreThan1KiBOfWhatItWasSent) {
+  std::string name;
+  for (int i = 0; i < 100'000; ++i) name += "\xC3\xA9";
+  const std::string text = fault(sandbox().soap("urn:HeartBeatService", name, ""));
+  EXPECT_NE(text.find("\xC3\xA9\xC3\xA9\xC3\xA9"), std::string::npos) << text;
+  EXPECT_TRUE(text.ends_with("…"));
+  EXPECT_LE(text.size(), std::string("SOAP-ENV:Client: ").size() + 1024);
+}
+
 TEST_F(SandboxSoap, AnInvoiceComesWithItsCustomerAndLines) {
   const SoapNode node = result(sandbox().soap("urn:InvoiceService", "getInvoice",
                                               "<param xsi:type=\"xsd:string\">INV-1002</param>"));

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "batch.h"
@@ -98,6 +99,11 @@ void install_trace(const TraceOptions& options) {
 }
 
 int run_batch() {
+  // Reading a folder fails in a way that a stream takes for the end of the input.
+  struct stat input {};
+  if (::fstat(STDIN_FILENO, &input) == 0 && S_ISDIR(input.st_mode)) {
+    throw tool::UsageError("standard input is a folder");
+  }
   tool::Batch batch([](std::string_view line) { std::cout << line << std::endl; });
   std::string line;
   while (std::cout && std::getline(std::cin, line)) {
