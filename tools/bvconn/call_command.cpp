@@ -40,6 +40,15 @@ std::string value_text(std::string_view given) {
   return std::string(given);
 }
 
+}  // namespace
+
+std::string password_from(const std::string& file) {
+  std::string text = read_file(file);
+  if (text.ends_with('\n')) text.pop_back();
+  if (text.ends_with('\r')) text.pop_back();
+  return text;
+}
+
 CallArguments read_arguments(const Member& member, const std::vector<std::string>& texts) {
   CallArguments arguments;
   arguments.values.resize(member.arguments.size());
@@ -64,6 +73,8 @@ CallArguments read_arguments(const Member& member, const std::vector<std::string
   require_arguments(member, arguments);
   return arguments;
 }
+
+namespace {
 
 /// A result as people read it.
 void print_result(const Value& value, std::ostream& out) {

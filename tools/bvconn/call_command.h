@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "arguments.h"
+
 namespace bvconn::tool {
 
 struct CallOptions {
@@ -15,6 +17,12 @@ struct CallOptions {
   bool print_request = false;
   bool shows_secrets = false;
 };
+
+/// The arguments of a command line. @throws UsageError
+CallArguments read_arguments(const automation::Member& member,
+                             const std::vector<std::string>& texts);
+/// The password in a file, without the line end behind it.
+std::string password_from(const std::string& file);
 
 /// `bvconn call`: one call, its answer to `out`, what went wrong to `err`. Gives the exit status.
 int run_call(const CallOptions& options, std::ostream& out, std::ostream& err);

@@ -22,6 +22,7 @@
 #include "completion_command.h"
 #include "describe_command.h"
 #include "list_command.h"
+#include "parity_command.h"
 #include "skeleton_command.h"
 #include "trace_platform.h"
 
@@ -129,6 +130,20 @@ int run_complete(const CLI::App& app, int argc, char** argv) {
   return std::cout.flush() ? tool::kDone : tool::kFailed;
 }
 
+CLI::App* add_parity(CLI::App& app, tool::ParityOptions& options) {
+  CLI::App* command =
+      app.add_subcommand("parity", "Compare the answers of one call on both routes");
+  command->add_option("OPERATION", options.path, "CLASS.OPERATION")->required();
+  command->add_option("ARGUMENTS", options.arguments, "As of call");
+  command->add_option("--dal", options.dal_url, "Address of the data access layer")->required();
+  command->add_option("--user", options.user, "Who logs in there");
+  command->add_option("--password-file", options.password_file, "File with the password");
+  command->add_option("--sales-org", options.sales_org, "Sales organisation to log in for");
+  command->add_option("--app-version", options.app_version, "Version of the application");
+  command->add_flag("--twice", options.twice, "Compare an operation that saves, too");
+  return command;
+}
+
 int run(int argc, char** argv) {
   CLI::App app("Calls the operations of the connector library by name.", "bvconn");
   app.set_version_flag("--version", "bvconn " BVCONN_VERSION);
@@ -162,6 +177,9 @@ int run(int argc, char** argv) {
   skeleton_command->add_option("OPERATION", skeleton.path, "CLASS.OPERATION")->required();
   skeleton_command->add_flag("--call", skeleton.shell, "A command line of call in its place");
 
+  tool::ParityOptions parity;
+  CLI::App* parity_command = add_parity(app, parity);
+
   std::string shell;
   CLI::App* completion_command =
       app.add_subcommand("completion", "Print the completion script of a shell");
@@ -180,6 +198,7 @@ int run(int argc, char** argv) {
   if (list_command->parsed()) return tool::run_list(list, std::cout, std::cerr);
   if (describe_command->parsed()) return tool::run_describe(describe, std::cout, std::cerr);
   if (skeleton_command->parsed()) return tool::run_skeleton(skeleton, std::cout, std::cerr);
+  if (parity_command->parsed()) return tool::run_parity(parity, std::cout, std::cerr);
   if (completion_command->parsed()) return tool::run_completion(shell, std::cout, std::cerr);
   call.shows_secrets = trace.shows_secrets;
   install_trace(trace);

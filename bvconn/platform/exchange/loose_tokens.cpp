@@ -61,9 +61,4 @@ void LooseTokens::take_tag(Token& token) {
   token.local = colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
-bool names_password(std::string_view name) {
-  const std::string upper = conversions::upper_case(name);
-  return upper.find("PASS") != std::string::npos || upper.find("PWD") != std::string::npos;
-}
-
 }  // namespace bvconn::detail

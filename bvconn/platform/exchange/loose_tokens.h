@@ -29,7 +29,4 @@ class LooseTokens {
   std::string_view rest_;
 };
 
-/// Whether an element of this name holds a password.
-bool names_password(std::string_view name);
-
 }  // namespace bvconn::detail

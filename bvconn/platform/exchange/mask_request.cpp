@@ -4,6 +4,12 @@
 #include "bvconn/platform/exchange/loose_tokens.h"
 
 namespace bvconn {
+
+bool names_password(std::string_view name) {
+  const std::string upper = conversions::upper_case(name);
+  return upper.find("PASS") != std::string::npos || upper.find("PWD") != std::string::npos;
+}
+
 namespace detail {
 namespace {
 

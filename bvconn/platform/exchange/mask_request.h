@@ -11,6 +11,9 @@ namespace bvconn {
 /// What stands where a secret stood.
 inline constexpr std::string_view kMasked = "***";
 
+/// Whether an element or an argument of this name holds a password.
+BVCONN_EXPORT bool names_password(std::string_view name);
+
 /// A request as a trace may show it: of the method updatePassword every text, of a login the
 /// passwords (the second parameter, and every element that is named so). Other requests are
 /// unchanged.

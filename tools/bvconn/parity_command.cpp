@@ -1,0 +1,204 @@
+#include "parity_command.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "answer_paths.h"
+#include "arguments.h"
+#include "batch.h"
+#include "bvconn/observation/conduct.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/exchange/mask_request.h"
+#include "call_command.h"
+#include "json_text.h"
+#include "target.h"
+
+namespace bvconn::tool {
+namespace {
+
+using automation::ObservedConduct;
+using automation::Value;
+
+/// The session's handle, by name.
+class Session {
+ public:
+  void set(std::string_view property, Value value) {
+    info_.find(property)->set(object_.get(), value);
+  }
+  Value call(std::string_view operation, const std::vector<Value>& values) {
+    return info_.find(operation)->invoke(object_.get(), values);
+  }
+
+ private:
+  const automation::ClassInfo& info_ = find_class("BVConnectorObject");
+  std::shared_ptr<void> object_ = info_.make();
+};
+
+/// What one route gave.
+struct RouteAnswer {
+  std::vector<AnswerLine> lines;
+  std::optional<Error> error;
+};
+
+RouteAnswer ask(const Target& target, const std::vector<std::string>& texts) {
+  RouteAnswer answer;
+  // Anew for each route: an operation may change the nodes that it is given.
+  const CallArguments arguments = read_arguments(*target.member, texts);
+  try {
+    const auto object = target.info->make();
+    answer.lines = answer_lines(target.member->invoke(object.get(), arguments.values));
+  } catch (const Error& error) {
+    answer.error = error;
+  }
+  return answer;
+}
+
+void log_in(Session& session, const ParityOptions& options, const std::string& password) {
+  session.set("SalesOrg", Variant(options.sales_org));
+  session.set("UserName", Variant(options.user));
+  session.set("Password", Variant(password));
+  session.set("AppVer", Variant(options.app_version));
+  session.call("InitTorvexDAL", {Variant(options.dal_url)});
+  session.set("UsingTorvexDAL", Variant(true));
+  session.set("UseDALSave", Variant(true));
+}
+
+/// Texts that are not shown: what the caller gave as a password or an identifier of the session.
+class Secrets {
+ public:
+  void add(std::string text) {
+    if (!text.empty()) texts_.push_back(std::move(text));
+  }
+
+  std::string masked(const std::string& path, std::string text) const {
+    if (names_password(path.substr(path.rfind('/') + 1)) && text != "(absent)") {
+      return std::string(kMasked);
+    }
+    for (const std::string& secret : texts_) {
+      for (std::size_t at = text.find(secret); at != std::string::npos;
+           at = text.find(secret, at + kMasked.size())) {
+        text.replace(at, secret.size(), kMasked);
+      }
+    }
+    return text;
+  }
+
+ private:
+  std::vector<std::string> texts_;
+};
+
+std::vector<AnswerDifference> compare(const RouteAnswer& soap, const RouteAnswer& dal) {
+  const auto text = [](const RouteAnswer& answer) {
+    return answer.error
+               ? "error " + hex_number(answer.error->number) + " " + answer.error->description
+               : "an answer";
+  };
+  if (!soap.error && !dal.error) return differences(soap.lines, dal.lines);
+  return {{"(outcome)", text(soap), text(dal)}};
+}
+
+void print(const std::vector<AnswerDifference>& rows, const Secrets& secrets, std::ostream& out) {
+  std::vector<AnswerDifference> shown{{"", "SOAP", "DAL"}};
+  for (const AnswerDifference& row : rows) {
+    shown.push_back(
+        {row.path, secrets.masked(row.path, row.first), secrets.masked(row.path, row.second)});
+  }
+  std::size_t path_width = 0;
+  std::size_t first_width = 0;
+  for (const AnswerDifference& row : shown) {
+    path_width = std::max(path_width, row.path.size());
+    first_width = std::max(first_width, row.first.size());
+  }
+  for (const AnswerDifference& row : shown) {
+    out << row.path << std::string(path_width - row.path.size() + 2, ' ') << row.first
+        << std::string(first_width - row.first.size() + 2, ' ') << row.second << '\n';
+  }
+}
+
+/// What was given for an argument that holds a password or the session's identifier.
+Secrets secrets_of(const Target& target, const std::vector<std::string>& texts) {
+  Secrets secrets;
+  const CallArguments given = read_arguments(*target.member, texts);
+  for (std::size_t i = 0; i < given.values.size(); ++i) {
+    const std::string& name = target.member->arguments[i].name;
+    const auto* value = std::get_if<Variant>(&given.values[i]);
+    const bool secret = name == "aSessionID" || names_password(name);
+    if (secret && value != nullptr && value->is(Variant::Type::kString)) {
+      secrets.add(value->string());
+    }
+  }
+  return secrets;
+}
+
+/// Both routes can be compared, and asking twice does no harm that was not asked for.
+void require_comparable(const ObservedConduct& conduct, const ParityOptions& options) {
+  if (!conduct.dal) throw UsageError("the data access layer does not serve this operation");
+  if (!conduct.soap) throw UsageError("the data access layer alone serves this operation");
+  if (conduct.condition->needs_save && !options.twice) {
+    throw UsageError("it saves, and would do so once on each route; --twice allows it");
+  }
+  for (const std::string& text : options.arguments) {
+    if (text.ends_with("=@-")) throw UsageError("standard input can be read but once");
+  }
+}
+
+bool is_disabled(Session& session, const ObservedConduct& conduct) {
+  const auto& entries = conduct.condition->disabled_by;
+  return std::any_of(entries.begin(), entries.end(), [&](const std::string& entry) {
+    const std::size_t dot = entry.rfind('.');
+    const Value disabled = session.call(
+        "IsDALDisabled", {Variant(entry.substr(dot + 1)), Variant(entry.substr(0, dot))});
+    return std::get<Variant>(disabled).boolean();
+  });
+}
+
+int compare_routes(const ParityOptions& options, std::ostream& out) {
+  const Target target = find_target(options.path);
+  const ObservedConduct conduct = automation::observe_conduct(*target.info, *target.member);
+  require_comparable(conduct, options);
+  const std::string password =
+      options.password_file.empty() ? "" : password_from(options.password_file);
+  Secrets secrets = secrets_of(target, options.arguments);
+  secrets.add(password);
+
+  Session session;
+  const RouteAnswer by_soap = ask(target, options.arguments);
+  log_in(session, options, password);
+  const bool disabled = is_disabled(session, conduct);
+  session.set("AllowDisabledDALMethods", Variant(true));
+  const RouteAnswer by_dal = ask(target, options.arguments);
+
+  const bool failed = by_soap.error || by_dal.error;
+  const auto found = compare(by_soap, by_dal);
+  if (!found.empty()) print(found, secrets, out);
+  if (failed) {
+    out << "No verdict: both routes have to give an answer.\n";
+  } else {
+    out << target.path()
+        << (found.empty() ? ": equal; this method can go by the DAL"
+                          : ": different; this method cannot go by the DAL as it is")
+        << (disabled ? "; it is disabled there at present" : "") << ".\n";
+  }
+  out.flush();
+  return out && !failed && found.empty() ? kDone : kFailed;
+}
+
+}  // namespace
+
+int run_parity(const ParityOptions& options, std::ostream& out, std::ostream& err) {
+  try {
+    return compare_routes(options, out);
+  } catch (const UsageError& error) {
+    err << "bvconn: " << options.path << ": " << error.what() << '\n';
+    return kNotUnderstood;
+  } catch (const Error& error) {
+    err << "bvconn: the data access layer cannot be set up: error " << hex_number(error.number)
+        << " from " << error.source << ": " << error.description << '\n';
+    return kFailed;
+  }
+}
+
+}  // namespace bvconn::tool
