@@ -44,15 +44,15 @@ struct ObservedRequest {
   std::optional<std::string> soap_action;
   std::vector<std::string> headers;
   /// Where the content of each header comes from.
-  std::vector<Origin> header_origins;
+  std::vector<Origin> header_origins = {};
   /// Where the address comes from.
-  Origin url;
+  Origin url = {};
   std::vector<ObservedParameter> parameters;
   /// Further parameters follow, as many and with the names that the caller's document has.
   bool open_ended = false;
   /// Where a text among the arguments decides which form is sent: "argument=text", for each that
   /// sends this one.
-  std::vector<std::string> cases;
+  std::vector<std::string> cases = {};
   /// What the transport was given, without settings on the machine; nothing where the caller says.
   std::optional<std::int32_t> timeout_ms;
 };
@@ -75,7 +75,7 @@ struct ObservedDalCall {
   bool by_name = false;
   std::vector<Argument> arguments;
   /// As of a request.
-  std::vector<std::string> cases;
+  std::vector<std::string> cases = {};
   /// Which of the operation's requests the SOAP route sends in place of it, the usual one first;
   /// none for what the data access layer alone serves.
   std::vector<std::size_t> requests;
