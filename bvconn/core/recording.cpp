@@ -156,8 +156,13 @@ void RecordedCall::give_outcome(Error& error) const noexcept {
 
 void set_soap_action(HTTPTransport& transport, std::string_view value) {
   transport.SOAPAction(value);
-  auto& action = session().exchanges().soap_action;
-  quietly([&] { action ? action->assign(value) : action.emplace(value); });
+  ExchangeLog& log = session().exchanges();
+  auto& action = log.soap_action;
+  if (log.is_off()) {
+    action.reset();
+  } else {
+    quietly([&] { action ? action->assign(value) : action.emplace(value); });
+  }
 }
 
 void send_recorded(HTTPTransport& transport, std::string_view url, std::string_view text) {

@@ -138,7 +138,8 @@ bool Call::boolean() {
 }
 
 void Call::note_failure(Error& error) noexcept {
-  const bool has_words = error.number == error_numbers::kSoapFault && envelope_;
+  const bool has_words =
+      error.number == error_numbers::kSoapFault && envelope_ && !session().exchanges().is_off();
   record_.failed(error, has_words ? fault_words(envelope_) : std::nullopt);
 }
 

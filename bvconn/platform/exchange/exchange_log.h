@@ -30,6 +30,8 @@ class BVCONN_EXPORT ExchangeLog {
   std::optional<Exchange> last(Secrets secrets) const;
   /// Oldest first.
   std::vector<Exchange> all(Secrets secrets) const;
+  /// Whether nothing is kept or shown: then nothing is written either, and no memory is taken.
+  bool is_off() const noexcept { return places() == 0; }
   /// Shows each exchange, masked, when its call has ended. What the listener throws is dropped.
   void listen(Listener listener);
 
