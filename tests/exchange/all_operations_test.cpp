@@ -17,8 +17,8 @@ namespace {
 
 using automation::ClassInfo;
 using automation::Member;
+using automation::Sightings;
 using automation::detail::MarkForm;
-using automation::detail::Sightings;
 
 using automation::detail::FixedText;
 

@@ -1,3 +1,5 @@
+#include <ostream>
+
 #include "http/transport_fixture.h"
 
 namespace bvconn::test {
@@ -78,6 +80,9 @@ struct Malformed {
   const char* name;
   std::string bytes;
 };
+void PrintTo(const Malformed& reply, std::ostream* out) {
+  *out << reply.name;
+}
 
 class MalformedReply : public TransportTest, public testing::WithParamInterface<Malformed> {};
 

@@ -1,6 +1,7 @@
 #include <sys/resource.h>
 
 #include <fstream>
+#include <ostream>
 
 #include "http/gzip_text.h"
 #include "http/transport_fixture.h"
@@ -30,6 +31,9 @@ struct Limit {
   const char* name;
   std::uint64_t bytes;
 };
+void PrintTo(const Limit& limit, std::ostream* out) {
+  *out << limit.name;
+}
 
 class Memory : public TransportTest, public testing::WithParamInterface<Limit> {
  protected:

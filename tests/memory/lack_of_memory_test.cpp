@@ -318,6 +318,8 @@ TEST(LackOfMemory, IsSwallowedByInitTorvexDAL) {
 
 TEST(LackOfMemory, IsShownByUseTorvexDAL) {
   QuietWorld world("");
+  // Of a session that is not made yet.
+  const platform::ScopedPlatform fresh(platform::current());
   {
     // The first thing that it needs is the session of this world.
     const FailingMemory memory(1, Shortage::kOnce);

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -27,6 +28,9 @@ struct Ending {
   bool reads;
   Answer steps;
 };
+void PrintTo(const Ending& ending, std::ostream* out) {
+  *out << ending.name;
+}
 
 /// A client of the library: one for each of the two routes.
 class Client {
@@ -66,6 +70,9 @@ struct Size {
   const char* name;
   std::size_t bytes;
 };
+void PrintTo(const Size& size, std::ostream* out) {
+  *out << size.name;
+}
 
 using Case = std::tuple<bool, bool, Ending, Size>;
 
