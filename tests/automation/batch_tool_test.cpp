@@ -83,7 +83,7 @@ TEST(Batch, ALineMayNest500Deep) {
 }
 
 TEST(Batch, ADeeperLineIsNotUnderstoodAndTheNextOneIsAnswered) {
-  for (const std::size_t depth : {501, 80000}) {
+  for (const std::size_t depth : {std::size_t{501}, std::size_t{80000}}) {
     const Tool::Outcome outcome =
         Tool::batch({nested_line(depth), R"({"id":2,"get":"BVMethods.Beat"})"});
     EXPECT_EQ(outcome.status, 2);
