@@ -30,11 +30,11 @@ struct SessionState {
 
   /// The thread's last request to the server and what became of it; nothing where there was none or
   /// none is kept. Passwords, session identifiers and tokens are masked unless asked for.
-  std::optional<Exchange> LastExchange(Secrets secrets = Secrets::kMasked) const;
+  BVCONN_EXPORT std::optional<Exchange> LastExchange(Secrets secrets = Secrets::kMasked) const;
   /// The last ones, oldest first.
-  std::vector<Exchange> Exchanges(Secrets secrets = Secrets::kMasked) const;
+  BVCONN_EXPORT std::vector<Exchange> Exchanges(Secrets secrets = Secrets::kMasked) const;
   /// Keeps so many from now on; 8 where this is never called, 0 for none.
-  void KeepExchanges(std::size_t count);
+  BVCONN_EXPORT void KeepExchanges(std::size_t count);
   /// Where they are written.
   ExchangeLog& exchanges() noexcept;
 
