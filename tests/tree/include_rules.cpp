@@ -45,7 +45,10 @@ const std::vector<Room>& rooms() {
       {"bvconn/automation/"},
       {"bvconn/observation/"},
       {"bvconn/component/"},
-      {"tools/", {"bvconn/platform/", "bvconn/automation/", "bvconn/observation/"}},
+      // Of the core what it offers to applications.
+      {"tools/",
+       {"bvconn/platform/", "bvconn/core/session_state", "bvconn/automation/",
+        "bvconn/observation/"}},
       {"sandbox/", {"bvconn/platform/", "bvconn/automation/", "bvconn/observation/"}},
       {"tests/"},
       {"fuzz/"},

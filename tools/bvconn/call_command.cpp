@@ -11,6 +11,7 @@
 #include "bvconn/automation/interface.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/explain.h"
+#include "exchange_view.h"
 #include "json_text.h"
 #include "node_tree.h"
 #include "print_request.h"
@@ -150,6 +151,7 @@ int run_call(const CallOptions& options, std::ostream& out, std::ostream& err) {
                             {.json = options.json, .shows_secrets = options.shows_secrets}, out,
                             err)
             : call(options, target, arguments, out, err);
+    if (options.show_exchange) print_exchanges(err);
     out.flush();
     return out ? status : kFailed;
   } catch (const UsageError& error) {

@@ -16,6 +16,8 @@ struct CallOptions {
   /// Shows what would be sent, and sends nothing.
   bool print_request = false;
   bool shows_secrets = false;
+  /// Shows on standard error what was sent and what came back.
+  bool show_exchange = false;
 };
 
 /// The arguments of a command line. @throws UsageError

@@ -163,6 +163,8 @@ int run(int argc, char** argv) {
   call_command->add_flag("--json", call.json, "Print the answer in the form of a batch");
   call_command->add_flag("--print-request", call.print_request,
                          "Print what would be sent on each route, and send nothing");
+  call_command->add_flag("--show-exchange", call.show_exchange,
+                         "Show on standard error what was sent and what came back, masked");
   add_trace_options(*call_command, trace);
 
   tool::DescribeOptions describe;

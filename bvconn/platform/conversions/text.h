@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "bvconn/platform/export.h"
+
 /// Text as bytes of UTF-8, for the rooms of the platform; not a part of the interface.
 namespace bvconn::detail {
 
@@ -15,7 +17,7 @@ bool is_utf8(std::string_view text);
 
 /// Control characters as `\n`, `\t`, `\r`, `\x1B`, bytes that are no UTF-8 as `\xFF`: the result is
 /// one line of text. A backslash stays as it is, since paths and keys are read by people.
-void append_escaped(std::string& out, std::string_view text);
+BVCONN_EXPORT void append_escaped(std::string& out, std::string_view text);
 
 /// Text for an error's description: in quotes, escaped, and cut when it is long.
 std::string shown(std::string_view text);

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "bvconn/platform/export.h"
+
 namespace bvconn::detail {
 
 enum class TokenKind : std::uint8_t { kText, kStart, kEmpty, kEnd, kOther };
@@ -15,7 +17,7 @@ struct Token {
 
 /// XML cut into tags and texts, so loosely that what is not well-formed is cut too: requests that
 /// are built as text may be anything, and a record may hold the beginning of one alone.
-class LooseTokens {
+class BVCONN_EXPORT LooseTokens {
  public:
   explicit LooseTokens(std::string_view text) : rest_(text) {}
 

@@ -11,6 +11,6 @@ namespace bvconn {
 /// elements named like one, in URLs), the session identifier, tokens and cookies in headers, what a
 /// login answered. Where one of them, if it has four bytes or more, turns up in another of the
 /// record's texts, it is hidden there too. `session_id` is the one that the call was given.
-void mask_exchange(Exchange& exchange, std::string_view session_id);
+BVCONN_EXPORT void mask_exchange(Exchange& exchange, std::string_view session_id);
 
 }  // namespace bvconn

@@ -29,8 +29,8 @@ enum class EnvelopeMask {
 };
 
 /// The envelope with its secrets hidden; each text that was goes to `hidden`, as it stood.
-std::string mask_envelope(std::string_view text, EnvelopeMask mask,
-                          std::vector<std::string>& hidden);
+BVCONN_EXPORT std::string mask_envelope(std::string_view text, EnvelopeMask mask,
+                                        std::vector<std::string>& hidden);
 
 /// The local name of the Body's first element; "" where there is none.
 std::string_view body_element(std::string_view text);
