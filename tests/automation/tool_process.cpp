@@ -25,7 +25,11 @@ constexpr int kPatience_ms = 60000;
   ::dup2(out, STDOUT_FILENO);
   ::dup2(err, STDERR_FILENO);
   for (const char* name :
-       {"BVCONN_LOG_MASK", "BVCONN_LOG_FILE", "BVCONN_TRACE_FILE", "http_proxy", "HTTP_PROXY"}) {
+       {"BVCONN_LOG_MASK", "BVCONN_LOG_FILE", "BVCONN_TRACE_FILE", "BVCONN_EXCHANGES",
+        "BVCONN_PROFILE", "BVCONN_SERVER", "BVCONN_SESSION", "BVCONN_DAL_URL", "BVCONN_DAL_USER",
+        "BVCONN_DAL_PASSWORD_FILE", "BVCONN_DAL_SALES_ORG", "BVCONN_DAL_APP_VERSION",
+        "BVCONN_TIMEOUT", "BVCONN_CA_FILE", "BVCONN_CLIENT_CERT", "BVCONN_CLIENT_KEY", "http_proxy",
+        "HTTP_PROXY", "NO_COLOR"}) {
     ::unsetenv(name);
   }
   for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {

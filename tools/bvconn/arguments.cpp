@@ -262,6 +262,19 @@ Value value_from_text(std::string_view text, ValueType type, CallArguments& argu
   }
 }
 
+void fill_arguments(const automation::Member& member, const Connection& connection,
+                    CallArguments& arguments) {
+  arguments.values.resize(member.arguments.size());
+  const auto fill = [&](std::string_view name, const ConnectionValue& value) {
+    const automation::Argument* argument = member.find_argument(name);
+    if (argument == nullptr || value.empty()) return;
+    Value& place = arguments.values[static_cast<std::size_t>(argument - member.arguments.data())];
+    if (std::holds_alternative<std::monostate>(place)) place = Variant(value.text);
+  };
+  fill("aServerURL", connection.server);
+  fill("aSessionID", connection.session);
+}
+
 void require_arguments(const automation::Member& member, CallArguments& arguments) {
   arguments.values.resize(member.arguments.size());
   for (std::size_t index = 0; index < member.arguments.size(); ++index) {

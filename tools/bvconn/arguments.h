@@ -1,22 +1,18 @@
 #pragma once
 
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "bvconn/automation/interface.h"
+#include "connection_options.h"
 #include "json_text.h"
 #include "nearest_names.h"
+#include "status.h"
 
 /// Arguments as they come from outside, as JSON or as text, turned into what a call takes.
 namespace bvconn::tool {
-
-/// A request that was not understood; nothing was called.
-struct UsageError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
 
 /// The arguments of one call, and the documents that it fills.
 struct CallArguments {
@@ -55,6 +51,10 @@ void place_argument(const automation::Member& member, std::string_view name,
   }
 }
 
+/// Puts the connection's server and session identifier, where it has them, in the places of
+/// `aServerURL` and `aSessionID` that are still free.
+void fill_arguments(const automation::Member& member, const Connection& connection,
+                    CallArguments& arguments);
 /// Fails unless every required argument is there.
 void require_arguments(const automation::Member& member, CallArguments& arguments);
 

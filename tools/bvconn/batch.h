@@ -10,13 +10,9 @@
 
 #include "arguments.h"
 #include "bvconn/automation/interface.h"
+#include "status.h"
 
 namespace bvconn::tool {
-
-// Exit statuses of every command.
-inline constexpr int kDone = 0;
-inline constexpr int kFailed = 1;
-inline constexpr int kNotUnderstood = 2;
 
 /// Runs requests, one line of JSON each, on the calling thread; the forms are in
 /// docs/calling-by-name.md.

@@ -1,17 +1,16 @@
 #include "call_command.h"
 
 #include <exception>
-#include <fstream>
-#include <iostream>
-#include <iterator>
 #include <utility>
 
 #include "arguments.h"
 #include "batch.h"
 #include "bvconn/automation/interface.h"
 #include "bvconn/platform/error.h"
+#include "bvconn/platform/exchange/mask_request.h"
 #include "bvconn/platform/explain.h"
 #include "exchange_view.h"
+#include "input_files.h"
 #include "json_text.h"
 #include "node_tree.h"
 #include "print_request.h"
@@ -25,32 +24,18 @@ using automation::MemberKind;
 using automation::Value;
 using automation::ValueType;
 
-std::string read_file(const std::string& name) {
-  std::ifstream file;
-  if (name != "-") file.open(name, std::ios::binary);
-  std::istream& input = name == "-" ? std::cin : file;
-  std::string text{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
-  if (!input || (name != "-" && !file.is_open())) throw UsageError("cannot read " + name);
-  return text;
-}
-
 /// The text behind the equals sign: a file's contents, or itself.
-std::string value_text(std::string_view given) {
+std::string value_text(std::string_view name, std::string_view given) {
   if (given.starts_with("@@")) return std::string(given.substr(1));
-  if (given.starts_with('@')) return read_file(std::string(given.substr(1)));
-  return std::string(given);
+  if (!given.starts_with('@')) return std::string(given);
+  std::string text = read_input(std::string(given.substr(1)));
+  return names_password(name) ? without_line_end(std::move(text)) : text;
 }
 
 }  // namespace
 
-std::string password_from(const std::string& file) {
-  std::string text = read_file(file);
-  if (text.ends_with('\n')) text.pop_back();
-  if (text.ends_with('\r')) text.pop_back();
-  return text;
-}
-
-CallArguments read_arguments(const Member& member, const std::vector<std::string>& texts) {
+CallArguments read_arguments(const Member& member, const std::vector<std::string>& texts,
+                             const Connection& connection) {
   CallArguments arguments;
   arguments.values.resize(member.arguments.size());
   for (const std::string& text : texts) {
@@ -66,11 +51,12 @@ CallArguments read_arguments(const Member& member, const std::vector<std::string
       throw UsageError("argument " + std::string(name) + " is given twice");
     }
     place_argument(member, name, arguments, [&](ValueType type) {
-      const std::string value = value_text(std::string_view(text).substr(equals + 1));
+      const std::string value = value_text(name, std::string_view(text).substr(equals + 1));
       return is_json ? value_from_json(parse_json(value), type, arguments)
                      : value_from_text(value, type, arguments);
     });
   }
+  fill_arguments(member, connection, arguments);
   require_arguments(member, arguments);
   return arguments;
 }
@@ -144,7 +130,8 @@ int call(const CallOptions& options, const Target& target, const CallArguments& 
 int run_call(const CallOptions& options, std::ostream& out, std::ostream& err) {
   try {
     const Target target = find_target(options.path);
-    const CallArguments arguments = read_arguments(*target.member, options.arguments);
+    const CallArguments arguments =
+        read_arguments(*target.member, options.arguments, options.connection);
     const int status =
         options.print_request
             ? print_request(target, arguments,

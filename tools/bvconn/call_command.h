@@ -6,12 +6,14 @@
 #include <vector>
 
 #include "arguments.h"
+#include "connection_options.h"
 
 namespace bvconn::tool {
 
 struct CallOptions {
   std::string path;                    ///< CLASS.OPERATION
   std::vector<std::string> arguments;  ///< NAME=VALUE, NAME=@FILE, NAME:=JSON
+  Connection connection;
   bool json = false;
   /// Shows what would be sent, and sends nothing.
   bool print_request = false;
@@ -20,11 +22,11 @@ struct CallOptions {
   bool show_exchange = false;
 };
 
-/// The arguments of a command line. @throws UsageError
+/// The arguments of a command line; server and session identifier from the connection where they
+/// are not given. @throws UsageError
 CallArguments read_arguments(const automation::Member& member,
-                             const std::vector<std::string>& texts);
-/// The password in a file, without the line end behind it.
-std::string password_from(const std::string& file);
+                             const std::vector<std::string>& texts,
+                             const Connection& connection = {});
 
 /// `bvconn call`: one call, its answer to `out`, what went wrong to `err`. Gives the exit status.
 int run_call(const CallOptions& options, std::ostream& out, std::ostream& err);

@@ -19,6 +19,7 @@
 #include "batch.h"
 #include "bvconn/platform/platform.h"
 #include "call_command.h"
+#include "command_line.h"
 #include "completion_command.h"
 #include "describe_command.h"
 #include "list_command.h"
@@ -130,17 +131,14 @@ int run_complete(const CLI::App& app, int argc, char** argv) {
   return std::cout.flush() ? tool::kDone : tool::kFailed;
 }
 
-CLI::App* add_parity(CLI::App& app, tool::ParityOptions& options) {
+CLI::App* add_parity(CLI::App& app, tool::ParityOptions& options,
+                     tool::ConnectionOptions& connection) {
   CLI::App* command =
       app.add_subcommand("parity", "Compare the answers of one call on both routes");
   command->add_option("OPERATION", options.path, "CLASS.OPERATION")->required();
   command->add_option("ARGUMENTS", options.arguments, "As of call");
-  command->add_option("--dal", options.dal_url, "Address of the data access layer")->required();
-  command->add_option("--user", options.user, "Who logs in there");
-  command->add_option("--password-file", options.password_file, "File with the password");
-  command->add_option("--sales-org", options.sales_org, "Sales organisation to log in for");
-  command->add_option("--app-version", options.app_version, "Version of the application");
   command->add_flag("--twice", options.twice, "Compare an operation that saves, too");
+  tool::add_connection_options(*command, connection);
   return command;
 }
 
@@ -166,6 +164,8 @@ int run(int argc, char** argv) {
   call_command->add_flag("--show-exchange", call.show_exchange,
                          "Show on standard error what was sent and what came back, masked");
   add_trace_options(*call_command, trace);
+  tool::ConnectionOptions connection;
+  tool::add_connection_options(*call_command, connection);
 
   tool::DescribeOptions describe;
   CLI::App* describe_command =
@@ -180,7 +180,7 @@ int run(int argc, char** argv) {
   skeleton_command->add_flag("--call", skeleton.shell, "A command line of call in its place");
 
   tool::ParityOptions parity;
-  CLI::App* parity_command = add_parity(app, parity);
+  CLI::App* parity_command = add_parity(app, parity, connection);
 
   std::string shell;
   CLI::App* completion_command =
@@ -200,9 +200,13 @@ int run(int argc, char** argv) {
   if (list_command->parsed()) return tool::run_list(list, std::cout, std::cerr);
   if (describe_command->parsed()) return tool::run_describe(describe, std::cout, std::cerr);
   if (skeleton_command->parsed()) return tool::run_skeleton(skeleton, std::cout, std::cerr);
-  if (parity_command->parsed()) return tool::run_parity(parity, std::cout, std::cerr);
+  if (parity_command->parsed()) {
+    parity.connection = tool::resolve_connection(connection);
+    return tool::run_parity(parity, std::cout, std::cerr);
+  }
   if (completion_command->parsed()) return tool::run_completion(shell, std::cout, std::cerr);
   call.shows_secrets = trace.shows_secrets;
+  call.connection = tool::resolve_connection(connection);
   install_trace(trace);
   return batch_command->parsed() ? run_batch() : tool::run_call(call, std::cout, std::cerr);
 }
@@ -217,6 +221,9 @@ int main(int argc, char** argv) {
   } catch (const bvconn::tool::UsageError& error) {
     std::cerr << "bvconn: " << error.what() << '\n';
     return bvconn::tool::kNotUnderstood;
+  } catch (const bvconn::tool::SettingsError& error) {
+    std::cerr << "bvconn: " << error.what() << '\n';
+    return bvconn::tool::kSettings;
   } catch (const std::exception& error) {
     std::cerr << "bvconn: internal failure: " << error.what() << '\n';
     return bvconn::tool::kFailed;

@@ -13,7 +13,7 @@
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/exchange/mask_request.h"
 #include "call_command.h"
-#include "json_text.h"
+#include "dal_login.h"
 #include "target.h"
 
 namespace bvconn::tool {
@@ -43,10 +43,11 @@ struct RouteAnswer {
   std::optional<Error> error;
 };
 
-RouteAnswer ask(const Target& target, const std::vector<std::string>& texts) {
+RouteAnswer ask(const Target& target, const ParityOptions& options) {
   RouteAnswer answer;
   // Anew for each route: an operation may change the nodes that it is given.
-  const CallArguments arguments = read_arguments(*target.member, texts);
+  const CallArguments arguments =
+      read_arguments(*target.member, options.arguments, options.connection);
   try {
     const auto object = target.info->make();
     answer.lines = answer_lines(target.member->invoke(object.get(), arguments.values));
@@ -54,16 +55,6 @@ RouteAnswer ask(const Target& target, const std::vector<std::string>& texts) {
     answer.error = error;
   }
   return answer;
-}
-
-void log_in(Session& session, const ParityOptions& options, const std::string& password) {
-  session.set("SalesOrg", Variant(options.sales_org));
-  session.set("UserName", Variant(options.user));
-  session.set("Password", Variant(password));
-  session.set("AppVer", Variant(options.app_version));
-  session.call("InitTorvexDAL", {Variant(options.dal_url)});
-  session.set("UsingTorvexDAL", Variant(true));
-  session.set("UseDALSave", Variant(true));
 }
 
 /// Texts that are not shown: what the caller gave as a password or an identifier of the session.
@@ -119,9 +110,9 @@ void print(const std::vector<AnswerDifference>& rows, const Secrets& secrets, st
 }
 
 /// What was given for an argument that holds a password or the session's identifier.
-Secrets secrets_of(const Target& target, const std::vector<std::string>& texts) {
+Secrets secrets_of(const Target& target, const ParityOptions& options) {
   Secrets secrets;
-  const CallArguments given = read_arguments(*target.member, texts);
+  const CallArguments given = read_arguments(*target.member, options.arguments, options.connection);
   for (std::size_t i = 0; i < given.values.size(); ++i) {
     const std::string& name = target.member->arguments[i].name;
     const auto* value = std::get_if<Variant>(&given.values[i]);
@@ -155,21 +146,25 @@ bool is_disabled(Session& session, const ObservedConduct& conduct) {
   });
 }
 
-int compare_routes(const ParityOptions& options, std::ostream& out) {
+int compare_routes(const ParityOptions& options, std::ostream& out, std::ostream& err) {
+  if (options.connection.dal.empty()) {
+    throw UsageError("where the data access layer is has to be given, by --dal or BVCONN_DAL_URL");
+  }
   const Target target = find_target(options.path);
   const ObservedConduct conduct = automation::observe_conduct(*target.info, *target.member);
   require_comparable(conduct, options);
-  const std::string password =
-      options.password_file.empty() ? "" : password_from(options.password_file);
-  Secrets secrets = secrets_of(target, options.arguments);
-  secrets.add(password);
+  Secrets secrets = secrets_of(target, options);
+  secrets.add(options.connection.password());
 
   Session session;
-  const RouteAnswer by_soap = ask(target, options.arguments);
-  log_in(session, options, password);
+  const RouteAnswer by_soap = ask(target, options);
+  if (const auto failure = log_in_to_dal(options.connection)) {
+    err << "bvconn: " << login_failure_text(*failure) << '\n';
+    return kFailed;
+  }
   const bool disabled = is_disabled(session, conduct);
   session.set("AllowDisabledDALMethods", Variant(true));
-  const RouteAnswer by_dal = ask(target, options.arguments);
+  const RouteAnswer by_dal = ask(target, options);
 
   const bool failed = by_soap.error || by_dal.error;
   const auto found = compare(by_soap, by_dal);
@@ -190,7 +185,7 @@ int compare_routes(const ParityOptions& options, std::ostream& out) {
 
 int run_parity(const ParityOptions& options, std::ostream& out, std::ostream& err) {
   try {
-    return compare_routes(options, out);
+    return compare_routes(options, out, err);
   } catch (const UsageError& error) {
     err << "bvconn: " << options.path << ": " << error.what() << '\n';
     return kNotUnderstood;

@@ -4,17 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "connection_options.h"
+
 namespace bvconn::tool {
 
 struct ParityOptions {
   std::string path;                    ///< CLASS.OPERATION
   std::vector<std::string> arguments;  ///< as of a call
-  std::string dal_url;
-  std::string user;
-  std::string password_file;
-  std::string sales_org;
-  std::string app_version;
-  bool twice = false;  ///< also what saves
+  Connection connection;               ///< with the address of the data access layer
+  bool twice = false;                  ///< also what saves
 };
 
 /// `bvconn parity`: the same call on both routes, and where the answers differ. The exit status is
