@@ -229,7 +229,7 @@ const std::vector<Library>& libraries() {
   static const std::vector<Library> list{
       {"curl/", {"bvconn/platform", "tests", "bench"}},
       {"zlib.h", {"bvconn/platform", "tests"}},
-      {"toml++/", {"bvconn/platform"}},
+      {"toml++/", {"bvconn/platform", "tools"}},
       {"toml.hpp", {"bvconn/platform"}},
       {"nlohmann/", {"bvconn/platform", "tools", "sandbox", "tests"}},
       {"CLI/", {"tools", "sandbox"}},
