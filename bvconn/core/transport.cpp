@@ -10,6 +10,7 @@
 #include "bvconn/core/timing.h"
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/timeout_scope.h"
 
 namespace bvconn {
 namespace {
@@ -43,12 +44,18 @@ void set_up_proxy(HTTPTransport& transport) {
   }
 }
 
+// The setting is asked first, whoever stands in for it, so that the log's lines are the same.
+std::int32_t default_timeout() {
+  const std::int32_t setting = Global::DefaultTimeout();
+  return TimeoutScope::in_force().value_or(setting);
+}
+
 std::shared_ptr<HTTPTransport> ready_transport(std::string_view soap_action, std::int32_t timeout) {
   auto transport = session().Transport();
   set_up_tracing(*transport, TracingRule::kTracingFile);
   set_up_proxy(*transport);
   set_soap_action(*transport, soap_action);
-  transport->Timeout(timeout == 0 ? Global::DefaultTimeout() : timeout);
+  transport->Timeout(timeout == 0 ? default_timeout() : timeout);
   return transport;
 }
 
@@ -125,7 +132,7 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
     set_up_tracing(*transport, TracingRule::kTracingFile);
     if (!conversions::trim_blanks(soapAction).empty()) set_soap_action(*transport, soapAction);
     set_up_proxy(*transport);
-    transport->Timeout(DefaultTimeout());
+    transport->Timeout(default_timeout());
     send_recorded(*transport, url, xmlText);
     if (document != nullptr) document->load(receive_recorded(*transport));
     LastHeartBeat(session().clock().now());
@@ -153,7 +160,7 @@ std::shared_ptr<HTTPTransport> inline_transport(TracingRule rule) {
   auto transport = session().Transport();
   set_up_tracing(*transport, rule);
   set_up_proxy(*transport);
-  transport->Timeout(Global::DefaultTimeout());
+  transport->Timeout(default_timeout());
   return transport;
 }
 

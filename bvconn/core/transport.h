@@ -25,7 +25,8 @@ enum class TracingRule : std::uint8_t {
 namespace Global {
 
 /// The whole round trip. The reply replaces the envelope's contents; the result stays Empty.
-/// A time-out of 0 is `DefaultTimeout`, any other goes to the transport as it stands.
+/// A time-out of 0 is that of the `TimeoutScope` in force, else `DefaultTimeout`; any other goes to
+/// the transport as it stands.
 ///
 /// On an error the description becomes the value of the last parameter named "faultstring", if
 /// there is one; so on a fault (0x80044201) the caller sees the server's words.

@@ -70,11 +70,14 @@ constexpr std::array kExplanations{
                 "server runs."},
     Explanation{kTimeout,
                 "The server did not answer in time. Ask for less at once, find out whether the "
-                "server is overloaded, or allow more time with defaultTimeOut in the settings."},
-    Explanation{kTls,
-                "No secure connection came about: as a rule the server's certificate is not "
-                "trusted, has expired, or belongs to another name. Check the address and this "
-                "machine's clock, and have the certificate's authority added to the trusted ones."},
+                "server is overloaded, or allow more time: with defaultTimeOut in the settings, or "
+                "a TimeoutScope around the call."},
+    Explanation{
+        kTls,
+        "No secure connection came about: as a rule the server's certificate is not "
+        "trusted, has expired, or belongs to another name. Check the address and this "
+        "machine's clock, and have the certificate's authority added to the trusted ones or "
+        "named by BVCONN_CA_FILE."},
     Explanation{kProxy,
                 "The proxy cannot be reached or refuses to connect. All requests go through one "
                 "where tracePort is set in the settings: start the program that listens there, or "

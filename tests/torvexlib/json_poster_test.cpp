@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "bvconn/platform/error.h"
+#include "bvconn/platform/thread_record.h"
+#include "bvconn/platform/tls_files.h"
 #include "support/error_of.h"
 #include "support/misbehaving_server.h"
 #include "support/tls_server.h"
@@ -77,7 +79,9 @@ TEST(JsonPoster, ATlsStreamThatWasCutIsALostConnectionWhereOnlyItsEndToldTheEnd)
   MisbehavingServer server(tls_streams(identity));
   server.answer({answers::close_delimited("to the end"),
                  raw("HTTP/1.1 200 OK\r\n\r\npart") + Answer{{.kind = Step::Kind::kCut}}});
-  JsonPoster poster({.ca_file = identity.certificate_file()});
+  const detail::ThreadScope fresh;
+  use_tls_files({.ca_file = identity.certificate_file()});
+  JsonPoster poster;
   const std::string url = server.url("/", "https");
   EXPECT_EQ(poster.post("QuoteService", url, "", "{}").body, "to the end");
   const Error error = error_of_post(poster, url);

@@ -11,6 +11,8 @@
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/http/http_transport.h"
+#include "bvconn/platform/thread_record.h"
+#include "bvconn/platform/tls_files.h"
 #include "bvconn/platform/torvexlib/json_poster.h"
 #include "support/error_of.h"
 #include "support/misbehaving_server.h"
@@ -57,12 +59,15 @@ class TransportClient final : public Client {
 class PosterClient final : public Client {
  public:
   explicit PosterClient(const std::string& ca_file)
-      : poster_({.time_out = std::chrono::seconds(20), .ca_file = ca_file}) {}
+      : poster_({.time_out = std::chrono::seconds(20)}) {
+    use_tls_files({.ca_file = ca_file});
+  }
   std::string post(const std::string& url, const std::string& body) override {
     return poster_.post("OrderService", url, "", body).body;
   }
 
  private:
+  detail::ThreadScope fresh_files_;
   detail::JsonPoster poster_;
 };
 

@@ -1,12 +1,16 @@
 #include "bvconn/platform/http/http_client.h"
 
+#include <fcntl.h>
 #include <poll.h>
 
+#include <cerrno>
 #include <optional>
 #include <utility>
 
+#include "bvconn/platform/conversions/text.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/files.h"
 #include "bvconn/platform/http/curl_errors.h"
 #include "bvconn/platform/http/http_exchange.h"
 #include "bvconn/platform/http/http_url.h"
@@ -62,6 +66,24 @@ std::string proxy_of(const HttpRequest& request) {
   return *std::move(url);
 }
 
+void check_tls_file(const HttpRequest& request, std::string_view kind, const std::string& file) {
+  if (file.empty()) return;
+  const bool is_name = file.find('\0') == std::string::npos;
+  const int code = is_name ? open_file(file, O_RDONLY).code : ENOENT;
+  if (code == 0) return;
+  std::string text(trouble_text(error_numbers::kTls));
+  text.append(shown_url(request.url)).append(": the file of ").append(kind).append(", ");
+  text.append(shown(file)).append(", cannot be read: ").append(system_message(code));
+  throw Error(error_numbers::kTls, request.source, text);
+}
+
+// libcurl would look for them when it connects, and does not name all of them.
+void check_tls_files(const HttpRequest& request) {
+  check_tls_file(request, "the trusted authorities", request.tls.ca_file);
+  check_tls_file(request, "the client's certificate", request.tls.client_cert);
+  check_tls_file(request, "the client's key", request.tls.client_key);
+}
+
 }  // namespace
 
 HttpReply HttpClient::post(const HttpRequest& request, const ReplyRules& rules) {
@@ -78,6 +100,7 @@ HttpReply HttpClient::run(const HttpRequest& request, const ReplyRules& rules) {
   check_url(request.url, request.source);
   const std::string proxy = proxy_of(request);
   const HeaderList headers = header_list(request);
+  take_tls_files(request);
   take_clean_handle(request.source);
   HttpExchange exchange(request, rules, facts_);
   prepare(request, proxy, headers.get());
@@ -90,6 +113,16 @@ HttpReply HttpClient::run(const HttpRequest& request, const ReplyRules& rules) {
     disconnect();
   }
   return exchange.finish(code);
+}
+
+// A kept connection was trusted under the files of before, and libcurl does not compare all of
+// them.
+void HttpClient::take_tls_files(const HttpRequest& request) {
+  if (is_https(request.url)) check_tls_files(request);
+  if (request.tls != tls_) {
+    tls_ = request.tls;
+    disconnect();
+  }
 }
 
 // A kept connection has nothing to say between two calls. One that has was closed by the server,

@@ -16,12 +16,13 @@ namespace bvconn::detail {
 ///
 /// No request goes out twice, kept connection or new: once it began to go out, the server may have
 /// acted on it, whatever became of the connection then. A kept connection is looked at before it is
-/// used, and let go of where it was closed or is about to be.
+/// used, and let go of where it was closed or is about to be, and where it was trusted under other
+/// TLS files.
 class HttpClient {
  public:
   /// Runs one exchange. Fails where no reply came about: a bad URL, nothing to connect to, a proxy
-  /// that leads nowhere, TLS, a time-out, a connection that was lost before the status line. The
-  /// error says whether the request had begun to go out.
+  /// that leads nowhere, a TLS file that cannot be read, TLS, a time-out, a connection that was
+  /// lost before the status line. The error says whether the request had begun to go out.
   /// @return The reply as far as it came; what is wrong with it is its own `error`.
   HttpReply post(const HttpRequest& request, const ReplyRules& rules);
 
@@ -37,12 +38,14 @@ class HttpClient {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
   };
 
+  void take_tls_files(const HttpRequest& request);
   HttpReply run(const HttpRequest& request, const ReplyRules& rules);
   void take_clean_handle(std::string_view source);
   void prepare(const HttpRequest& request, const std::string& proxy, curl_slist* headers);
   void prepare_tls(const HttpRequest& request);
 
   std::unique_ptr<CURL, HandleDeleter> handle_;
+  TlsFiles tls_;  ///< of the last request
   WireFacts facts_;
 };
 

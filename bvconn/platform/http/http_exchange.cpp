@@ -5,7 +5,6 @@
 #include <string_view>
 #include <utility>
 
-#include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/http/curl_errors.h"
 #include "bvconn/platform/http/http_url.h"
@@ -32,7 +31,7 @@ bool is_about_connecting(CURLcode code) {
 HttpExchange::HttpExchange(const HttpRequest& request, const ReplyRules& rules, WireFacts& facts)
     : request_(request),
       shown_url_(shown_url(request.url)),
-      secure_(conversions::equal_ignoring_case(shown_url_.substr(0, 6), "https:")),
+      secure_(is_https(request.url)),
       reply_(request.source, shown_url_, rules),
       traffic_(request.tracing_file, shown_url_),
       facts_(facts),

@@ -7,15 +7,9 @@
 #include <string_view>
 #include <vector>
 
-namespace bvconn::detail {
+#include "bvconn/platform/tls_files.h"
 
-/// Who is trusted, and as whom the client shows itself; with an empty `ca_file` the system's store
-/// counts, with an empty `client_cert` the client shows nothing.
-struct TlsFiles {
-  std::string ca_file{};
-  std::string client_cert{};
-  std::string client_key{};
-};
+namespace bvconn::detail {
 
 struct HttpProxy {
   std::string host{};

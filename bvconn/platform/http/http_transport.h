@@ -24,6 +24,9 @@ class BVCONN_EXPORT HTTPTransport {
   /// Sets an option. Keys: `tracing.file` (raw traffic is appended to this file), `tls.ca_file`,
   /// `tls.client_cert`, `tls.client_key`, `http.max_reply_bytes` (counted after decompression;
   /// default 1 GiB), `http.connect_timeout_ms`. An unknown key is error 0x80044309.
+  ///
+  /// A TLS file that is set here stands above that of `use_tls_files` and the environment; "" is
+  /// none at all. Of client certificate and key, setting one sets both.
   virtual void Option(std::string_view key, std::string_view value) = 0;
   /// Sends through an HTTP proxy from now on. What is wrong with it shows in `Send` (0x80044304).
   virtual void setProxy(std::string_view host, std::string_view port) = 0;

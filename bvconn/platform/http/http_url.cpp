@@ -105,6 +105,10 @@ void check_url(std::string_view url, std::string_view source) {
   }
 }
 
+bool is_https(std::string_view url) {
+  return conversions::equal_ignoring_case(url.substr(0, 6), "https:");
+}
+
 std::string shown_url(std::string_view url) {
   const std::size_t begin = authority_begin(url);
   const std::size_t end = std::min(url.find_first_of("/?#", begin), url.size());

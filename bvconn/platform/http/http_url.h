@@ -13,6 +13,9 @@ namespace bvconn::detail {
 /// sent as it stands: no white space, no control characters, a host, a port in range.
 void check_url(std::string_view url, std::string_view source);
 
+/// Whether a URL that `check_url` let pass is one of TLS.
+bool is_https(std::string_view url);
+
 /// The URL without user name and password, as one line of printable text.
 BVCONN_EXPORT std::string shown_url(std::string_view url);
 

@@ -60,11 +60,11 @@ void SocketTransport::Option(std::string_view key, std::string_view value) {
   if (key == "tracing.file") {
     tracing_file_ = file_name(key, value);
   } else if (key == "tls.ca_file") {
-    set_tls_file(tls_.ca_file, file_name(key, value));
+    ca_file_ = file_name(key, value);
   } else if (key == "tls.client_cert") {
-    set_tls_file(tls_.client_cert, file_name(key, value));
+    client_cert_ = file_name(key, value);
   } else if (key == "tls.client_key") {
-    set_tls_file(tls_.client_key, file_name(key, value));
+    client_key_ = file_name(key, value);
   } else if (key == "http.max_reply_bytes") {
     constexpr auto kMax = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
     reply_size_max_ = positive_number<std::uint64_t>(key, value, kMax);
@@ -76,12 +76,15 @@ void SocketTransport::Option(std::string_view key, std::string_view value) {
   }
 }
 
-// A kept connection was trusted under the old setting, and libcurl does not compare all of them.
-void SocketTransport::set_tls_file(std::string& setting, std::string file) {
-  if (setting != file) {
-    setting = std::move(file);
-    client_.disconnect();
+TlsFiles SocketTransport::tls() const {
+  TlsFiles files = tls_files();
+  if (ca_file_) files.ca_file = *ca_file_;
+  // A key belongs to its certificate: they are never taken from two places.
+  if (client_cert_ || client_key_) {
+    files.client_cert = client_cert_.value_or("");
+    files.client_key = client_key_.value_or("");
   }
+  return files;
 }
 
 void SocketTransport::setProxy(std::string_view host, std::string_view port) {
@@ -120,7 +123,7 @@ void SocketTransport::Send(std::string_view url, std::string_view text) {
                     .proxy = proxy_,
                     .time_out = time_out_,
                     .connect_time_out = connect_time_out_,
-                    .tls = tls_,
+                    .tls = tls(),
                     .tracing_file = tracing_file_},
                    {.accepts = &accepts, .body_size_max = reply_size_max_, .takes_gzip = true});
   last_reply_ = "the server " + reply.summary();

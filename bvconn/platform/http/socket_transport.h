@@ -30,11 +30,14 @@ class SocketTransport final : public HTTPTransport {
   const WireFacts* LastWire() const override { return &client_.facts(); }
 
  private:
-  void set_tls_file(std::string& setting, std::string file);
+  TlsFiles tls() const;
   std::vector<std::string> request_headers() const;
 
   HttpClient client_;
-  TlsFiles tls_;
+  // Set as options; what is not set is the thread's.
+  std::optional<std::string> ca_file_;
+  std::optional<std::string> client_cert_;
+  std::optional<std::string> client_key_;
   std::string tracing_file_;
   std::uint64_t reply_size_max_ = std::uint64_t{1} << 30;
   std::chrono::milliseconds connect_time_out_{(std::numeric_limits<std::int32_t>::max)()};

@@ -19,13 +19,13 @@ struct JsonReply {
   std::optional<Error> refusal;
 };
 
-/// Posts JSON over a connection of its own, which stays open between calls.
+/// Posts JSON over a connection of its own, which stays open between calls, with the calling
+/// thread's TLS files.
 class JsonPoster {
  public:
   struct Settings {
-    std::chrono::milliseconds time_out{300'000};
+    std::chrono::milliseconds time_out{300'000};  ///< where no `TimeoutScope` says otherwise
     std::uint64_t reply_bytes = std::uint64_t{1} << 30;
-    std::string ca_file{};  ///< in place of the system's store, unless empty
   };
 
   JsonPoster();
@@ -41,6 +41,8 @@ class JsonPoster {
   void clear_facts() { client_.clear_facts(); }
 
  private:
+  std::chrono::milliseconds time_out_in_force() const;
+
   Settings settings_;
   HttpClient client_;
 };
