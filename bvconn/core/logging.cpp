@@ -58,7 +58,8 @@ namespace Global {
 bool DALMessageToLog(std::string_view evalMethod, std::string_view evalMessage) {
   std::string line(evalMethod);
   line.append(" - ").append(evalMessage).append("\r\n");
-  append_to_file(session().Logger().LogFilePath(), line);
+  SessionLogger& logger = session().Logger();
+  append_to_file(logger.LogFilePath(), line, logger.LogMaxBytes());
   return true;
 }
 

@@ -12,6 +12,8 @@
 
 #include "bvconn/dal/bv_connector_object.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/platform.h"
+#include "files/temp_folder.h"
 #include "support/error_of.h"
 #include "support/recording_platform.h"
 
@@ -48,6 +50,27 @@ TEST(DALMessageToLog, AppendsNameDashMessageAndCrLf) {
   EXPECT_TRUE(BVConnectorObject().SendDALMessageToLog("generateQuotes", "<b/>"));
   EXPECT_EQ(contents(world.log_file),
             "before\nSaveProject - <a>\nline</a>\r\ngenerateQuotes - <b/>\r\n");
+}
+
+TEST(DALMessageToLog, KeepsToTheBoundOfTheLogFile) {
+  const files_test::TempFolder folder;
+  const files_test::ScopedEnvironment file("BVCONN_LOG_FILE", folder.file("a.log"));
+  const files_test::ScopedEnvironment bound("BVCONN_LOG_MAX_BYTES", "20");
+  const platform::ScopedPlatform real(platform::system_platform());
+  Global::DALMessageToLog("SaveProject", "<a/>");
+  Global::DALMessageToLog("SaveProject", "<b/>");
+  EXPECT_EQ(contents(folder.file("a.log.1")), "SaveProject - <a/>\r\n");
+  EXPECT_EQ(contents(folder.file("a.log")), "SaveProject - <b/>\r\n");
+}
+
+TEST(DALMessageToLog, LetsTheFileOfALoggerOfOnesOwnGrow) {
+  RecordingPlatform world;
+  const files_test::TempFolder folder;
+  const files_test::ScopedEnvironment bound("BVCONN_LOG_MAX_BYTES", "20");
+  world.log_file = folder.file("a.log");
+  Global::DALMessageToLog("SaveProject", "<a/>");
+  Global::DALMessageToLog("SaveProject", "<b/>");
+  EXPECT_EQ(contents(world.log_file), "SaveProject - <a/>\r\nSaveProject - <b/>\r\n");
 }
 
 TEST(DALMessageToLog, MakesAMissingFileAndItsFoldersForTheOwnerAlone) {

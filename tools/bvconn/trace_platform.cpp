@@ -108,6 +108,7 @@ class TracedLogger final : public SessionLogger {
         *trace_, Line("SessionLogger", "LogMask"), [&] { return inner_->LogMask(); },
         [](Line& line, std::int32_t mask) { line.add("result", mask); });
   }
+  std::uint64_t LogMaxBytes() const override { return inner_->LogMaxBytes(); }
   std::string TracingFilePath() override {
     return path("TracingFilePath", [&] { return inner_->TracingFilePath(); });
   }

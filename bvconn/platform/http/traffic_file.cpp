@@ -1,13 +1,12 @@
 #include "bvconn/platform/http/traffic_file.h"
 
-#include <fcntl.h>
-
 #include <chrono>
 #include <cstdint>
 #include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/conversions/date.h"
+#include "bvconn/platform/logging/append_file.h"
 
 namespace bvconn::detail {
 namespace {
@@ -56,13 +55,8 @@ void TrafficFile::flush() noexcept {
   if (pending_.empty()) {
     return;
   }
-  if (!file_) {
-    make_folders_of(path_);
-    file_ = open_file(path_, O_WRONLY | O_APPEND | O_CREAT).file;
-  }
-  if (file_) {
-    write_all(file_.get(), pending_);
-  }
+  // A few operations trace into the log file, which may be put aside at any time.
+  try_append_to_file(path_, pending_);
   pending_.clear();
 }
 

@@ -3,8 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "bvconn/platform/files.h"
-
 namespace bvconn::detail {
 
 /// The record of one exchange in the tracing file. It is collected and appended in one write, so
@@ -31,7 +29,6 @@ class TrafficFile {
   std::string pending_;
   Direction direction_ = Direction::kOut;
   char last_ = '\n';
-  Descriptor file_;
 };
 
 }  // namespace bvconn::detail

@@ -1,18 +1,64 @@
 #include "bvconn/platform/logging/append_file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 
 #include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <thread>
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/files.h"
 
+// A line is written under a shared lock, and a file is put aside under an exclusive one. So no
+// writer holds up another, but for the moment in which the file changes its name, and between the
+// look at the name and the write the name cannot go to another file.
 namespace bvconn {
 namespace {
 
+// A writer that was stopped while it held the lock must not stop all others: they write without.
+constexpr int kLockAttempts = 200;
+constexpr std::chrono::microseconds kLockPoll{200};
+/// The file may be moved away again and again while a line tries to reach it.
+constexpr int kOpenAttempts = 100;
+
 detail::OpenedFile open_for_appending(const std::string& path) {
-  return detail::open_file(path, O_WRONLY | O_APPEND | O_CREAT);
+  const auto open = [&] { return detail::open_file(path, O_WRONLY | O_APPEND | O_CREAT); };
+  detail::OpenedFile opened = open();
+  // The folders are looked at only when something is missing: a line costs few calls as a rule.
+  if (opened.code == ENOENT && detail::make_folders_of(path)) opened = open();
+  return opened;
+}
+
+bool lock(int file, int kind) {
+  for (int attempt = 0; attempt < kLockAttempts; ++attempt) {
+    if (::flock(file, kind | LOCK_NB) == 0) return true;
+    if (errno != EWOULDBLOCK && errno != EINTR) return false;
+    std::this_thread::sleep_for(kLockPoll);
+  }
+  return false;
+}
+
+/// Whether the path still leads to the open file.
+bool leads_to(const std::string& path, const struct stat& open_file) {
+  struct stat named {};
+  return ::stat(path.c_str(), &named) == 0 && named.st_dev == open_file.st_dev &&
+         named.st_ino == open_file.st_ino;
+}
+
+/// Makes room for a new file of that name, or finds that somebody else has. The file itself is
+/// moved, not a link to it, so that the link goes on leading to where the log is wanted.
+bool put_aside(const std::string& path, int file, const struct stat& status) {
+  if (!lock(file, LOCK_EX)) return false;
+  if (!leads_to(path, status)) return true;
+  const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), &std::free);
+  if (real == nullptr) return false;
+  return std::rename(real.get(), (std::string(real.get()) + ".1").c_str()) == 0;
 }
 
 struct Appended {
@@ -20,22 +66,33 @@ struct Appended {
   int code = 0;
 };
 
-Appended append(const std::string& path, std::string_view bytes) {
-  detail::OpenedFile opened = open_for_appending(path);
-  // The folders are looked at only when something is missing: a line costs four calls as a rule.
-  if (opened.code == ENOENT && detail::make_folders_of(path)) {
-    opened = open_for_appending(path);
+Appended append(const std::string& path, std::string_view bytes, std::uint64_t max_bytes) {
+  bool is_bounded = max_bytes != 0;
+  for (int attempt = 1;; ++attempt) {
+    const detail::OpenedFile opened = open_for_appending(path);
+    if (!opened.file) return {"open", opened.code};
+    const int file = opened.file.get();
+    struct stat status {};
+    // The lock of a device would be one for the whole system.
+    const bool is_locked =
+        ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && lock(file, LOCK_SH);
+    if (is_locked && attempt < kOpenAttempts) {
+      // What the size was before the lock is no longer sure, but only a little is added meanwhile.
+      if (!leads_to(path, status)) continue;
+      const auto size = static_cast<std::uint64_t>(status.st_size);
+      if (is_bounded && size != 0 && size + bytes.size() > max_bytes) {
+        is_bounded = put_aside(path, file, status);
+        continue;
+      }
+    }
+    return {"write", detail::write_all(file, bytes)};
   }
-  if (!opened.file) {
-    return {"open", opened.code};
-  }
-  return {"write", detail::write_all(opened.file.get(), bytes)};
 }
 
 }  // namespace
 
-void append_to_file(const std::string& path, std::string_view bytes) {
-  const Appended appended = append(path, bytes);
+void append_to_file(const std::string& path, std::string_view bytes, std::uint64_t max_bytes) {
+  const Appended appended = append(path, bytes, max_bytes);
   if (appended.code != 0) {
     throw Error(error_numbers::kLogFile, "SessionLogger",
                 std::string("Cannot ") + appended.step + " the log file \"" + path +
@@ -43,8 +100,8 @@ void append_to_file(const std::string& path, std::string_view bytes) {
   }
 }
 
-bool try_append_to_file(const std::string& path, std::string_view bytes) {
-  return append(path, bytes).code == 0;
+bool try_append_to_file(const std::string& path, std::string_view bytes, std::uint64_t max_bytes) {
+  return append(path, bytes, max_bytes).code == 0;
 }
 
 }  // namespace bvconn

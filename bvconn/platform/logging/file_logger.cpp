@@ -15,6 +15,10 @@ namespace bvconn {
 
 SessionLogger::~SessionLogger() = default;
 
+std::uint64_t SessionLogger::LogMaxBytes() const {
+  return 0;
+}
+
 namespace {
 
 /// The bit of the mask that text lines without a level hang on.
@@ -31,6 +35,16 @@ std::int32_t mask_of(std::string_view text) {
   const char* end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, bits, base);
   return result.ec == std::errc() && result.ptr == end ? static_cast<std::int32_t>(bits) : 0;
+}
+
+/// "1000000"; what is no such number leaves the bound as it is without the variable, since a slip
+/// must not let a file grow for ever.
+std::uint64_t max_bytes_of(std::string_view text) {
+  constexpr std::uint64_t kDefault = std::uint64_t{64} << 20;
+  std::uint64_t bytes = 0;
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, bytes);
+  return result.ec == std::errc() && result.ptr == end ? bytes : kDefault;
 }
 
 std::string path_of(const char* variable, std::string_view name) {
@@ -57,6 +71,7 @@ class FileLogger final : public SessionLogger {
  public:
   FileLogger()
       : mask_(mask_of(detail::environment("BVCONN_LOG_MASK"))),
+        max_bytes_(max_bytes_of(detail::environment("BVCONN_LOG_MAX_BYTES"))),
         log_path_(path_of("BVCONN_LOG_FILE", "bvconn/bvconn.log")),
         trace_path_(path_of("BVCONN_TRACE_FILE", "bvconn/traffic.log")) {}
 
@@ -70,6 +85,7 @@ class FileLogger final : public SessionLogger {
     return trace_path_;
   }
   std::int32_t LogMask() override { return mask_; }
+  std::uint64_t LogMaxBytes() const override { return max_bytes_; }
 
   void LogError(std::string_view cls, std::string_view method, const Error& error,
                 std::int32_t line) override {
@@ -138,10 +154,11 @@ class FileLogger final : public SessionLogger {
     }
     line.push_back('\n');
     // A log that cannot be written must not fail the call that it tells of.
-    try_append_to_file(log_path_, line);
+    try_append_to_file(log_path_, line, max_bytes_);
   }
 
   std::int32_t mask_;
+  std::uint64_t max_bytes_;
   std::string log_path_;
   std::string trace_path_;
 };

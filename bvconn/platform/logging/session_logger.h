@@ -32,10 +32,14 @@ class BVCONN_EXPORT SessionLogger {
   virtual std::int32_t LogMask() = 0;
   /// The file that the transport's raw traffic goes to when it is traced.
   virtual std::string TracingFilePath() = 0;
+  /// What the log file may grow to before it is put aside, in bytes, for those who write to it by
+  /// themselves; 0 for any size. A logger of one's own need not say.
+  virtual std::uint64_t LogMaxBytes() const;
 };
 
 /// The logger over files: paths and mask from the environment (`BVCONN_LOG_FILE`,
-/// `BVCONN_TRACE_FILE`, `BVCONN_LOG_MASK`), see docs/logging.md. It never fails a call.
+/// `BVCONN_TRACE_FILE`, `BVCONN_LOG_MASK`, `BVCONN_LOG_MAX_BYTES`), see docs/logging.md. It never
+/// fails a call.
 BVCONN_EXPORT std::shared_ptr<SessionLogger> make_file_logger();
 
 }  // namespace bvconn
