@@ -95,7 +95,53 @@ void shut_down(int socket) {
   ::shutdown(socket, SHUT_RDWR);
 }
 
+// False when the connection is over.
+bool play_step(const Step& step, int socket, ServerStream& stream) {
+  switch (step.kind) {
+    case Kind::kSend:
+      return stream.write(step.bytes);
+    case Kind::kBelow:
+      return PlainStream(socket).write(step.bytes);
+    case Kind::kRepeat:
+      while (stream.write(step.bytes)) {
+      }
+      return false;
+    case Kind::kWait: {
+      // Nothing to wait for but the end of the connection, by either side.
+      pollfd end{socket, POLLRDHUP, 0};
+      return ::poll(&end, 1, static_cast<int>(step.pause.count())) == 0;
+    }
+    case Kind::kHang: {
+      char ignored = 0;
+      while (stream.read(&ignored, 1) > 0) {
+      }
+      return false;
+    }
+    case Kind::kUnread: {
+      pollfd arrival{socket, POLLIN, 0};
+      return ::poll(&arrival, 1, -1) > 0;
+    }
+    case Kind::kClose:
+      stream.say_goodbye();
+      return false;
+    case Kind::kReset: {
+      const linger at_once{.l_onoff = 1, .l_linger = 0};
+      ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &at_once, sizeof(at_once));
+      return false;
+    }
+    case Kind::kCut:
+    case Kind::kDeaf:
+      return false;
+  }
+  return false;
+}
+
 }  // namespace
+
+bool play(const Answer& answer, int socket, ServerStream& stream) {
+  return std::all_of(answer.begin(), answer.end(),
+                     [&](const Step& step) { return play_step(step, socket, stream); });
+}
 
 Answer operator+(Answer first, Answer then) {
   first.insert(first.end(), std::make_move_iterator(then.begin()),
@@ -231,18 +277,44 @@ std::function<std::unique_ptr<ServerStream>(int socket)> plain_streams() {
 
 MisbehavingServer::MisbehavingServer() : MisbehavingServer(plain_streams()) {}
 
-MisbehavingServer::MisbehavingServer(StreamMaker make_stream)
+MisbehavingServer::MisbehavingServer(StreamMaker make_stream, Until until)
     : make_stream_(std::move(make_stream)), listener_(::socket(AF_INET, SOCK_STREAM, 0)) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t size = sizeof(address);
   auto* generic = reinterpret_cast<sockaddr*>(&address);
-  if (::bind(listener_, generic, size) != 0 || ::listen(listener_, 64) != 0 ||
-      ::getsockname(listener_, generic, &size) != 0) {
+  if (::bind(listener_, generic, size) != 0 || ::getsockname(listener_, generic, &size) != 0) {
     throw std::runtime_error("no socket on 127.0.0.1 to be had");
   }
   port_ = ntohs(address.sin_port);
+  if (until == Until::kFull) {
+    fill_queue();
+  } else if (until == Until::kNoMatter) {
+    start();
+  }
+}
+
+// A queue that is said to have no places has one.
+void MisbehavingServer::fill_queue() {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_port = htons(port_);
+  waiting_ = ::socket(AF_INET, SOCK_STREAM, 0);
+  if (::listen(listener_, 0) != 0 ||
+      ::connect(waiting_, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0) {
+    throw std::runtime_error("the queue of a socket cannot be filled");
+  }
+}
+
+void MisbehavingServer::start() {
+  if (waiting_ >= 0) {
+    ::close(std::exchange(waiting_, -1));
+  }
+  if (::listen(listener_, 64) != 0) {
+    throw std::runtime_error("no connections on 127.0.0.1 to be had");
+  }
   acceptor_ = std::thread([this] { accept_connections(); });
 }
 
@@ -258,11 +330,21 @@ MisbehavingServer::~MisbehavingServer() {
   }
   changed_.notify_all();
   shut_down(listener_);
-  acceptor_.join();
+  if (acceptor_.joinable()) {
+    acceptor_.join();
+  }
+  if (waiting_ >= 0) {
+    ::close(waiting_);
+  }
   for (Connection& connection : connections_) {
     connection.thread.join();
   }
   ::close(listener_);
+}
+
+void MisbehavingServer::otherwise(Answer answer) {
+  const std::scoped_lock lock(mutex_);
+  otherwise_ = std::move(answer);
 }
 
 void MisbehavingServer::answer(Answer next) {
@@ -321,7 +403,7 @@ void MisbehavingServer::accept_connections() {
 void MisbehavingServer::serve(Connection& connection) {
   block_broken_pipe_signal();
   if (const std::unique_ptr<ServerStream> stream = make_stream_(connection.socket)) {
-    while (read_request(connection, *stream) && play(next_answer(), connection, *stream)) {
+    while (read_request(connection, *stream) && play_here(next_answer(), connection, *stream)) {
     }
   }
   {
@@ -361,58 +443,21 @@ bool MisbehavingServer::read_request(Connection& connection, ServerStream& strea
   return true;
 }
 
-bool MisbehavingServer::play(const Answer& answer, Connection& connection, ServerStream& stream) {
-  return std::all_of(answer.begin(), answer.end(),
-                     [&](const Step& step) { return play_step(step, connection, stream); });
-}
-
-// False when the connection is over.
-bool MisbehavingServer::play_step(const Step& step, Connection& connection, ServerStream& stream) {
-  switch (step.kind) {
-    case Kind::kSend:
-      return stream.write(step.bytes);
-    case Kind::kRepeat:
-      while (stream.write(step.bytes)) {
-      }
-      return false;
-    case Kind::kWait:
-      return pause(step.pause);
-    case Kind::kHang: {
-      char ignored = 0;
-      while (stream.read(&ignored, 1) > 0) {
-      }
-      return false;
-    }
-    case Kind::kUnread: {
-      pollfd arrival{connection.socket, POLLIN, 0};
-      return ::poll(&arrival, 1, -1) > 0;
-    }
-    case Kind::kClose:
-      stream.say_goodbye();
-      return false;
-    case Kind::kCut:
-      return false;
-    case Kind::kReset: {
-      const linger at_once{.l_onoff = 1, .l_linger = 0};
-      ::setsockopt(connection.socket, SOL_SOCKET, SO_LINGER, &at_once, sizeof(at_once));
-      return false;
-    }
-    case Kind::kDeaf:
+bool MisbehavingServer::play_here(const Answer& answer, Connection& connection,
+                                  ServerStream& stream) {
+  return std::all_of(answer.begin(), answer.end(), [&](const Step& step) {
+    if (step.kind == Kind::kDeaf) {
       shut_down(listener_);
       return true;
-  }
-  return false;
-}
-
-bool MisbehavingServer::pause(std::chrono::milliseconds duration) {
-  std::unique_lock lock(mutex_);
-  return !changed_.wait_for(lock, duration, [this] { return stopping_; });
+    }
+    return play({step}, connection.socket, stream);
+  });
 }
 
 Answer MisbehavingServer::next_answer() {
   const std::scoped_lock lock(mutex_);
   if (script_.empty()) {
-    return answers::reply("<ok/>");
+    return otherwise_;
   }
   Answer next = std::move(script_.front());
   script_.pop_front();

@@ -31,6 +31,7 @@ struct SeenRequest {
 struct Step {
   enum class Kind {
     kSend,    ///< sends `bytes`
+    kBelow,   ///< sends `bytes` below TLS, as they stand; over plain sockets as kSend
     kRepeat,  ///< sends `bytes` again and again, until the client goes away
     kWait,    ///< waits for `pause`
     kHang,    ///< waits until the client goes away
@@ -109,19 +110,36 @@ class ServerStream {
 /// Streams over the sockets as they are.
 std::function<std::unique_ptr<ServerStream>(int socket)> plain_streams();
 
-/// A server on 127.0.0.1 that answers each request with the next scripted answer, and with "<ok/>"
-/// when none is left. It records every request, whole. One thread for each connection; all of them
-/// are ended and joined when the server is destroyed, whatever they wait for.
+/// Takes the steps on a connection; false when the connection is over. There is no kDeaf here.
+bool play(const Answer& answer, int socket, ServerStream& stream);
+
+/// A server on 127.0.0.1 that answers each request with the next scripted answer, and with one that
+/// is always the same when none is left. It records every request, whole. One thread for each
+/// connection; all of them are ended and joined when the server is destroyed, whatever they wait
+/// for.
 class MisbehavingServer {
  public:
   /// Makes the stream on an accepted socket; null when the handshake fails.
   using StreamMaker = std::function<std::unique_ptr<ServerStream>(int socket)>;
 
+  /// Before `start`.
+  enum class Until : std::uint8_t {
+    kStarted,   ///< the port is the server's own, and refuses connections
+    kFull,      ///< its queue of connections is full, so that further ones wait
+    kNoMatter,  ///< it was started at once
+  };
+
   MisbehavingServer();
-  explicit MisbehavingServer(StreamMaker make_stream);
+  explicit MisbehavingServer(StreamMaker make_stream, Until until = Until::kNoMatter);
   ~MisbehavingServer();
   MisbehavingServer(const MisbehavingServer&) = delete;
   MisbehavingServer& operator=(const MisbehavingServer&) = delete;
+
+  /// Begins to take connections.
+  void start();
+
+  /// What a request gets when no answer is left; "<ok/>" until it is set.
+  void otherwise(Answer answer);
 
   /// Adds answers to the script.
   void answer(Answer next);
@@ -145,9 +163,8 @@ class MisbehavingServer {
   void accept_connections();
   void serve(Connection& connection);
   bool read_request(Connection& connection, ServerStream& stream);
-  bool play(const Answer& answer, Connection& connection, ServerStream& stream);
-  bool play_step(const Step& step, Connection& connection, ServerStream& stream);
-  bool pause(std::chrono::milliseconds duration);
+  bool play_here(const Answer& answer, Connection& connection, ServerStream& stream);
+  void fill_queue();
   Answer next_answer();
 
   StreamMaker make_stream_;
@@ -158,6 +175,8 @@ class MisbehavingServer {
   bool stopping_ = false;
   int closed_ = 0;
   std::deque<Answer> script_;
+  Answer otherwise_ = answers::reply("<ok/>");
+  int waiting_ = -1;  ///< the connection that fills the queue
   std::vector<SeenRequest> requests_;
   std::list<Connection> connections_;
   std::thread acceptor_;

@@ -41,20 +41,21 @@ void add_extension(X509* certificate, int kind, const char* value) {
   check(X509_add_ext(certificate, extension.get(), -1) == 1, "extension");
 }
 
-void write_identity(const std::string& certificate_file, const std::string& key_file) {
+void write_identity(const TlsNames& names, const std::string& certificate_file,
+                    const std::string& key_file) {
   const Owned<EVP_PKEY, EVP_PKEY_free> key(EVP_EC_gen("P-256"));
   const Owned<X509, X509_free> certificate(X509_new());
   check(key != nullptr && certificate != nullptr, "key");
   X509_set_version(certificate.get(), 2);
   ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), 7);
-  X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -3600);
-  X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 24L * 3600);
+  X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -3600L * 2);
+  X509_gmtime_adj(X509_getm_notAfter(certificate.get()), names.expired ? -3600L : 24L * 3600);
   X509_set_pubkey(certificate.get(), key.get());
   X509_NAME* name = X509_get_subject_name(certificate.get());
   X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC,
                              reinterpret_cast<const unsigned char*>("localhost"), -1, -1, 0);
   X509_set_issuer_name(certificate.get(), name);
-  add_extension(certificate.get(), NID_subject_alt_name, "DNS:localhost,IP:127.0.0.1");
+  add_extension(certificate.get(), NID_subject_alt_name, names.names.c_str());
   add_extension(certificate.get(), NID_basic_constraints, "critical,CA:TRUE");
   check(X509_sign(certificate.get(), key.get(), EVP_sha256()) != 0, "signature");
 
@@ -101,11 +102,11 @@ class TlsStream final : public ServerStream {
 
 }  // namespace
 
-TlsIdentity::TlsIdentity() {
+TlsIdentity::TlsIdentity(const TlsNames& names) {
   std::string pattern = (std::filesystem::temp_directory_path() / "bvconn-tls-XXXXXX").string();
   check(mkdtemp(pattern.data()) != nullptr, "cannot make a folder");
   folder_ = pattern;
-  write_identity(certificate_file(), key_file());
+  write_identity(names, certificate_file(), key_file());
 }
 
 TlsIdentity::~TlsIdentity() {

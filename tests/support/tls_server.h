@@ -7,11 +7,17 @@
 
 namespace bvconn::test {
 
-/// A key and a certificate that it signed itself, for "localhost" and 127.0.0.1, as PEM files in a
-/// folder of their own that goes with this object.
+/// What a certificate says of the server.
+struct TlsNames {
+  std::string names = "DNS:localhost,IP:127.0.0.1";
+  bool expired = false;
+};
+
+/// A key and a certificate that it signed itself, as PEM files in a folder of their own that goes
+/// with this object.
 class TlsIdentity {
  public:
-  TlsIdentity();
+  explicit TlsIdentity(const TlsNames& names = {});
   ~TlsIdentity();
   TlsIdentity(const TlsIdentity&) = delete;
   TlsIdentity& operator=(const TlsIdentity&) = delete;
