@@ -10,11 +10,9 @@
 namespace bvconn::Global {
 namespace {
 
-constexpr std::string_view kKey = R"(Software\Brimvale\Torvex\AppData)";
 // The same key with another spelling; names in the settings know no case.
 constexpr std::string_view kTraceSoapTrafficPath =
     R"(HKCU\Software\Brimvale\Torvex\appData\TraceSoapTraffic)";
-constexpr std::int32_t kBuiltInTimeout_ms = 300000;
 
 constexpr LogBlock kTracePortLog{.cls = "Global", .method = "TracePort", .level = 2};
 constexpr LogBlock kDefaultTimeoutLog{.cls = "Global", .method = "DefaultTimeout", .level = 2};
@@ -34,7 +32,8 @@ std::unique_ptr<RegistryAccess> settings() {
 std::string TracePort() {
   return run_logged(kTracePortLog, [] {
     auto& cache = session().TracePortCache;
-    if (!cache) cache = settings()->ReadString(SettingsRoot::kLocalMachine, kKey, "tracePort");
+    if (!cache)
+      cache = settings()->ReadString(SettingsRoot::kLocalMachine, kSettingsKey, "tracePort");
     return *cache;
   });
 }
@@ -44,7 +43,7 @@ std::int32_t DefaultTimeout() {
     auto& cache = session().DefaultTimeoutCache;
     if (cache == 0) {
       cache = conversions::double_to_int32(
-          settings()->ReadNumber(SettingsRoot::kLocalMachine, kKey, "defaultTimeOut"));
+          settings()->ReadNumber(SettingsRoot::kLocalMachine, kSettingsKey, "defaultTimeOut"));
     }
     if (cache == 0) cache = kBuiltInTimeout_ms;
     return cache;
@@ -62,7 +61,7 @@ bool TraceSoapTraffic() {
       registry->Write(kTraceSoapTrafficPath, std::int64_t{0}, "");
     }
     const bool value = conversions::text_to_boolean(
-        registry->ReadString(SettingsRoot::kCurrentUser, kKey, "TraceSoapTraffic"));
+        registry->ReadString(SettingsRoot::kCurrentUser, kSettingsKey, "TraceSoapTraffic"));
     // The closing line has the words of the opening one.
     logger.LogInfo("Global", kTraceReader, "Entering Method...", 0);
     return value;

@@ -2,10 +2,16 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 /// The three settings that the library shares with the application, under the key
 /// "Software\Brimvale\Torvex\AppData".
 namespace bvconn::Global {
+
+/// The key that all three lie under.
+inline constexpr std::string_view kSettingsKey = R"(Software\Brimvale\Torvex\AppData)";
+/// What stands in for an absent `defaultTimeOut`, and for one of 0.
+inline constexpr std::int32_t kBuiltInTimeout_ms = 300000;
 
 /// The port of a tracing proxy on this machine; "" for none. Read once for each thread.
 std::string TracePort();

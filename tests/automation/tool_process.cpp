@@ -19,7 +19,8 @@ namespace {
 constexpr int kPatience_ms = 60000;
 
 [[noreturn]] void run_child(const std::vector<std::string>& arguments, int in, int out,
-                            const std::string& home) {
+                            const std::string& home,
+                            const std::map<std::string, std::string>& environment) {
   const int err = ::open((home + "/stderr").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   ::dup2(in, STDIN_FILENO);
   ::dup2(out, STDOUT_FILENO);
@@ -37,6 +38,7 @@ constexpr int kPatience_ms = 60000;
   }
   ::setenv("BVCONN_MACHINE_SETTINGS", (home + "/machine.toml").c_str(), 1);
   ::setenv("BVCONN_USER_SETTINGS", (home + "/user.toml").c_str(), 1);
+  for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
   std::vector<char*> pointers;
   std::string program = BVCONN_TOOL;
   pointers.push_back(program.data());
@@ -77,7 +79,11 @@ std::vector<std::string> Tool::Outcome::lines() const {
   return result;
 }
 
-Tool::Tool(std::vector<std::string> arguments) {
+Tool::Tool(std::vector<std::string> arguments) : Tool(std::move(arguments), "", {}) {}
+
+Tool::Tool(std::vector<std::string> arguments, const std::filesystem::path& home,
+           const std::map<std::string, std::string>& environment)
+    : home_(home.empty() ? folder.path() : home) {
   // A child that ended early must show as its exit status, not end the test.
   ::signal(SIGPIPE, SIG_IGN);
   int in[2];
@@ -85,12 +91,11 @@ Tool::Tool(std::vector<std::string> arguments) {
   if (::pipe2(in, O_CLOEXEC) != 0 || ::pipe2(out, O_CLOEXEC) != 0) {
     throw std::runtime_error("no pipes");
   }
-  const std::string home = folder.path().string();
   child_ = ::fork();
   if (child_ < 0) throw std::runtime_error("no child process");
   if (child_ == 0) {
     ::signal(SIGPIPE, SIG_DFL);
-    run_child(arguments, in[0], out[1], home);
+    run_child(arguments, in[0], out[1], home_.string(), environment);
   }
   ::close(in[0]);
   ::close(out[1]);
@@ -143,13 +148,18 @@ Tool::Outcome Tool::finish() {
   ::waitpid(std::exchange(child_, -1), &status, 0);
   return {.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
           .out = std::exchange(unread_, ""),
-          .err = read_text(folder / "stderr")};
+          .err = read_text(home_ / "stderr")};
 }
 
 Tool::Outcome Tool::run(std::vector<std::string> arguments, const std::string& input) {
   Tool tool(std::move(arguments));
   tool.send(input);
   return tool.finish();
+}
+
+Tool::Outcome Tool::run_in(const std::filesystem::path& home, std::vector<std::string> arguments,
+                           const std::map<std::string, std::string>& environment) {
+  return Tool(std::move(arguments), home, environment).finish();
 }
 
 Tool::Outcome Tool::batch(const std::vector<std::string>& requests,

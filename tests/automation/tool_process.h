@@ -37,6 +37,8 @@ class Tool {
   };
 
   explicit Tool(std::vector<std::string> arguments);
+  Tool(std::vector<std::string> arguments, const std::filesystem::path& home,
+       const std::map<std::string, std::string>& environment);
   ~Tool();
   Tool(const Tool&) = delete;
   Tool& operator=(const Tool&) = delete;
@@ -48,6 +50,9 @@ class Tool {
   Outcome finish();
 
   static Outcome run(std::vector<std::string> arguments, const std::string& input = "");
+  /// The same, with settings, logs and home in this folder, and further environment variables.
+  static Outcome run_in(const std::filesystem::path& home, std::vector<std::string> arguments,
+                        const std::map<std::string, std::string>& environment = {});
   /// A batch of these lines.
   static Outcome batch(const std::vector<std::string>& requests,
                        std::vector<std::string> options = {});
@@ -57,6 +62,7 @@ class Tool {
  private:
   bool read_more();
 
+  std::filesystem::path home_;
   pid_t child_ = -1;
   int in_ = -1;
   int out_ = -1;

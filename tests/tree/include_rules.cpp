@@ -47,8 +47,8 @@ const std::vector<Room>& rooms() {
       {"bvconn/component/"},
       // Of the core what it offers to applications.
       {"tools/",
-       {"bvconn/platform/", "bvconn/core/session_state", "bvconn/automation/",
-        "bvconn/observation/"}},
+       {"bvconn/platform/", "bvconn/core/session_state", "bvconn/core/settings",
+        "bvconn/automation/", "bvconn/observation/"}},
       {"sandbox/", {"bvconn/platform/", "bvconn/automation/", "bvconn/observation/"}},
       {"tests/"},
       {"fuzz/"},

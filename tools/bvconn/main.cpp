@@ -25,6 +25,7 @@
 #include "list_command.h"
 #include "parity_command.h"
 #include "skeleton_command.h"
+#include "support_commands.h"
 #include "trace_platform.h"
 
 namespace {
@@ -191,6 +192,7 @@ int run(int argc, char** argv) {
       app.add_subcommand("batch", "Answer requests from standard input, one line of JSON each");
   add_trace_options(*batch_command, trace);
 
+  const tool::SupportCommands support(app);
   if (argc > 1 && std::string_view(argv[1]) == "complete") return run_complete(app, argc, argv);
   try {
     app.parse(argc, argv);
@@ -205,6 +207,7 @@ int run(int argc, char** argv) {
     return tool::run_parity(parity, std::cout, std::cerr);
   }
   if (completion_command->parsed()) return tool::run_completion(shell, std::cout, std::cerr);
+  if (const auto status = support.run()) return *status;
   call.shows_secrets = trace.shows_secrets;
   call.connection = tool::resolve_connection(connection);
   install_trace(trace);

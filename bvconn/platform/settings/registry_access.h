@@ -33,6 +33,9 @@ class BVCONN_EXPORT RegistryAccess {
                                  std::string_view name) = 0;
 };
 
+/// The file that stands for a root; "" where this user has no home folder to keep it in.
+BVCONN_EXPORT std::string settings_file(SettingsRoot root);
+
 /// The settings over two TOML files, see docs/settings.md.
 BVCONN_EXPORT std::unique_ptr<RegistryAccess> make_settings_files();
 

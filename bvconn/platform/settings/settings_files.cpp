@@ -130,15 +130,8 @@ std::string serialize(const toml::table& table) {
 class SettingsFiles final : public RegistryAccess {
  public:
   SettingsFiles()
-      : machine_path_(detail::environment("BVCONN_MACHINE_SETTINGS")),
-        user_path_(detail::environment("BVCONN_USER_SETTINGS")) {
-    if (machine_path_.empty()) {
-      machine_path_ = "/etc/bvconn/settings.toml";
-    }
-    if (user_path_.empty()) {
-      user_path_ = detail::user_file("XDG_CONFIG_HOME", ".config", "bvconn/settings.toml");
-    }
-  }
+      : machine_path_(settings_file(SettingsRoot::kLocalMachine)),
+        user_path_(settings_file(SettingsRoot::kCurrentUser)) {}
 
   bool Exists(std::string_view path) override {
     const ValuePath value = split_path(path);
@@ -279,6 +272,17 @@ void SettingsFiles::Write(std::string_view path, const SettingValue& value, std:
 }
 
 }  // namespace
+
+std::string settings_file(SettingsRoot root) {
+  const bool machine = root == SettingsRoot::kLocalMachine;
+  std::string path =
+      detail::environment(machine ? "BVCONN_MACHINE_SETTINGS" : "BVCONN_USER_SETTINGS");
+  if (!path.empty()) {
+    return path;
+  }
+  return machine ? "/etc/bvconn/settings.toml"
+                 : detail::user_file("XDG_CONFIG_HOME", ".config", "bvconn/settings.toml");
+}
 
 std::unique_ptr<RegistryAccess> make_settings_files() {
   return std::make_unique<SettingsFiles>();
