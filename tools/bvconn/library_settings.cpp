@@ -17,7 +17,7 @@ constexpr std::string_view kDefaultTimeOut = "defaultTimeOut";
 constexpr std::string_view kTraceSoapTraffic = "TraceSoapTraffic";
 constexpr double kHighestPort = 65535;
 
-constexpr std::array kSettings{
+constexpr std::array kLibrarySettings{
     LibrarySetting{kTracePort, SettingsRoot::kLocalMachine, "",
                    "requests go through the HTTP proxy on this port of this machine; empty: no "
                    "proxy"},
@@ -81,12 +81,12 @@ std::string LibrarySetting::path() const {
 }
 
 std::span<const LibrarySetting> library_settings() {
-  return kSettings;
+  return kLibrarySettings;
 }
 
 const LibrarySetting& find_setting(std::string_view name) {
   std::vector<std::string> names;
-  for (const LibrarySetting& setting : kSettings) {
+  for (const LibrarySetting& setting : kLibrarySettings) {
     if (conversions::equal_ignoring_case(setting.name, name)) return setting;
     names.emplace_back(setting.name);
   }
@@ -114,7 +114,7 @@ SettingState read_setting(const LibrarySetting& setting) {
 
 std::vector<SettingState> read_all_settings() {
   std::vector<SettingState> states;
-  std::ranges::transform(kSettings, std::back_inserter(states), read_setting);
+  std::ranges::transform(kLibrarySettings, std::back_inserter(states), read_setting);
   return states;
 }
 

@@ -2,10 +2,14 @@
 
 #include <iostream>
 
+#include "command_line.h"
+#include "doctor_command.h"
+
 namespace bvconn::tool {
 
 SupportCommands::SupportCommands(CLI::App& app) {
   add_settings(app);
+  add_doctor(app);
 }
 
 void SupportCommands::add_settings(CLI::App& app) {
@@ -30,8 +34,18 @@ void SupportCommands::add_settings(CLI::App& app) {
   set->callback([&options] { options.action = Action::kSet; });
 }
 
+void SupportCommands::add_doctor(CLI::App& app) {
+  doctor_ = app.add_subcommand(
+      "doctor", "Look for what is in the way of calls: a line OK, or the likely cause, for each");
+  doctor_->add_flag("--json", doctor_json_, "As data");
+  add_connection_options(*doctor_, connection_);
+}
+
 std::optional<int> SupportCommands::run() const {
   if (settings_->parsed()) return run_settings(settings_options_, std::cout, std::cerr);
+  if (doctor_->parsed()) {
+    return run_doctor(resolve_connection(connection_), doctor_json_, std::cout);
+  }
   return std::nullopt;
 }
 

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <optional>
 
+#include "connection_options.h"
 #include "settings_command.h"
 
 namespace bvconn::tool {
@@ -17,9 +18,13 @@ class SupportCommands {
 
  private:
   void add_settings(CLI::App& app);
+  void add_doctor(CLI::App& app);
 
   CLI::App* settings_ = nullptr;
   SettingsOptions settings_options_;
+  CLI::App* doctor_ = nullptr;
+  bool doctor_json_ = false;
+  ConnectionOptions connection_;
 };
 
 }  // namespace bvconn::tool
