@@ -51,7 +51,7 @@ bool declares_member(const std::string& text, const OperationName& operation) {
   static std::map<const std::string*, std::string> squeezed;
   auto& plain = squeezed[&text];
   if (plain.empty()) plain = without_blanks(text);
-  const std::string sign = "BVCONN_OPERATION(" + operation.name;
+  const std::string sign = "BVCONN_ROW(" + operation.name;
   return holds(plain, sign + ",") || holds(plain, sign + ")");
 }
 
