@@ -41,8 +41,8 @@ const std::vector<Room>& rooms() {
       {"bvconn/dal/"},
       {"bvconn/operation/"},
       {"bvconn/connectors/"},
-      {"examples/"},
       {"bvconn/automation/"},
+      {"examples/"},
       {"bvconn/observation/"},
       {"bvconn/component/"},
       // Of the core what it offers to applications.

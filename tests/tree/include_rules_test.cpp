@@ -80,7 +80,7 @@ TEST(CheckDirection, ComplainsOfEveryWayUp) {
            Way{"tools/bvconn/a.cpp", "bvconn/connectors/print/a.h"},
            Way{"tools/bvconn/a.cpp", "bvconn/core/logging.h"},
            Way{"sandbox/a.cpp", "bvconn/dal/dal_switch.h"},
-           Way{"examples/a.cpp", "bvconn/automation/interface.h"},
+           Way{"examples/a.cpp", "bvconn/component/text.h"},
        }) {
     const std::string text = "#pragma once\n#include \"" + std::string(target) + "\"\n";
     EXPECT_THAT(check_direction(file(from, text)),
