@@ -192,7 +192,7 @@ int run(int argc, char** argv) {
       app.add_subcommand("batch", "Answer requests from standard input, one line of JSON each");
   add_trace_options(*batch_command, trace);
 
-  const tool::SupportCommands support(app);
+  const tool::SupportCommands support(app, BVCONN_VERSION);
   if (argc > 1 && std::string_view(argv[1]) == "complete") return run_complete(app, argc, argv);
   try {
     app.parse(argc, argv);

@@ -1,15 +1,19 @@
 #include "support_commands.h"
 
 #include <iostream>
+#include <utility>
 
 #include "command_line.h"
 #include "doctor_command.h"
+#include "support_bundle_command.h"
 
 namespace bvconn::tool {
 
-SupportCommands::SupportCommands(CLI::App& app) {
+SupportCommands::SupportCommands(CLI::App& app, std::string version)
+    : version_(std::move(version)) {
   add_settings(app);
   add_doctor(app);
+  add_bundle(app);
 }
 
 void SupportCommands::add_settings(CLI::App& app) {
@@ -41,10 +45,22 @@ void SupportCommands::add_doctor(CLI::App& app) {
   add_connection_options(*doctor_, connection_);
 }
 
+void SupportCommands::add_bundle(CLI::App& app) {
+  bundle_ = app.add_subcommand(
+      "support-bundle",
+      "Gather what support staff ask for in one text file: versions, settings, the doctor's lines, "
+      "the last exchanges, the end of the log; secrets are hidden");
+  bundle_->add_option("FILE", bundle_file_, "Where it goes; - is standard output")->required();
+  add_connection_options(*bundle_, connection_);
+}
+
 std::optional<int> SupportCommands::run() const {
   if (settings_->parsed()) return run_settings(settings_options_, std::cout, std::cerr);
   if (doctor_->parsed()) {
     return run_doctor(resolve_connection(connection_), doctor_json_, std::cout);
+  }
+  if (bundle_->parsed()) {
+    return run_support_bundle(resolve_connection(connection_), bundle_file_, version_, std::cerr);
   }
   return std::nullopt;
 }
