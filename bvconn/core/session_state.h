@@ -36,7 +36,7 @@ struct SessionState {
   /// Keeps so many from now on; 8 where this is never called, 0 for none.
   BVCONN_EXPORT void KeepExchanges(std::size_t count);
   /// Where they are written.
-  ExchangeLog& exchanges() noexcept;
+  BVCONN_EXPORT ExchangeLog& exchanges() noexcept;
 
   /// Empty until `TracePort` has asked the settings once; "" is a value like any other.
   std::optional<std::string> TracePortCache;

@@ -42,6 +42,7 @@ const std::vector<Room>& rooms() {
       {"bvconn/operation/"},
       {"bvconn/connectors/"},
       {"bvconn/automation/"},
+      {"bvconn/testing/"},
       {"examples/"},
       {"bvconn/observation/"},
       {"bvconn/component/"},
@@ -431,10 +432,10 @@ Complaints check_public_headers(const SourceTree& tree) {
   // What an application, a platform of its own or a tool starts from; the rest follows.
   std::vector<std::string> open;
   for (const auto& file : tree) {
-    const bool start = file.below("bvconn/connectors/") || file.below("bvconn/catalogues/") ||
-                       file.below("bvconn/core/") || file.below("bvconn/dal/") ||
-                       file.path == "bvconn/automation/interface.h" ||
-                       file.path == "bvconn/platform/platform.h";
+    const bool start =
+        file.below("bvconn/connectors/") || file.below("bvconn/catalogues/") ||
+        file.below("bvconn/core/") || file.below("bvconn/dal/") || file.below("bvconn/testing/") ||
+        file.path == "bvconn/automation/interface.h" || file.path == "bvconn/platform/platform.h";
     if (start && file.is_header()) open.push_back(file.path);
   }
   Complaints complaints;
