@@ -1,51 +1,19 @@
-// A program of its own, since it replaces operator new.
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstdlib>
-#include <new>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "bvconn/core/recording.h"
 #include "bvconn/core/session_state.h"
-
-namespace {
-
-std::size_t allocations = 0;
-bool memory_is_out = false;
-
-void* counted(std::size_t size) {
-  ++allocations;
-  void* memory = memory_is_out ? nullptr : std::malloc(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return counted(size);
-}
-void* operator new[](std::size_t size) {
-  return counted(size);
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
+#include "support/watched_memory.h"
 
 namespace bvconn {
 namespace {
+
+using test::FailingMemory;
+using test::MemoryCount;
+using test::Shortage;
 
 /// Answers without taking memory.
 class IdleTransport final : public HTTPTransport {
@@ -85,9 +53,9 @@ TEST(RecordMemory, IsTakenOnceForEachPlaceBySoap) {
   transport.reply = kText;
   transport.facts.reply_headers.assign(kText);
   for (int i = 0; i < 8; ++i) exchange(transport);
-  allocations = 0;
+  const MemoryCount count;
   for (int i = 0; i < 100; ++i) exchange(transport);
-  EXPECT_EQ(allocations, 0U);
+  EXPECT_EQ(count.made(), 0U);
   EXPECT_EQ(session().LastExchange(Secrets::kShown)->reply_headers.text, kText);
   EXPECT_EQ(session().LastExchange()->number, 108U);
 }
@@ -102,9 +70,9 @@ TEST(RecordMemory, IsTakenOnceForEachPlaceByDal) {
     static_cast<void>(invoke_recorded(object, "SearchForManufacturersOfBrands", arguments, false));
   };
   for (int i = 0; i < 8; ++i) invoke();
-  allocations = 0;
+  const MemoryCount count;
   for (int i = 0; i < 100; ++i) invoke();
-  EXPECT_EQ(allocations, 0U);
+  EXPECT_EQ(count.made(), 0U);
   EXPECT_EQ(session().LastExchange()->arguments[0].text.text, kText);
 }
 
@@ -113,9 +81,11 @@ TEST(RecordMemory, WhereThereIsNoneTheCallGoesOn) {
   session().clock();
   IdleTransport transport;
   transport.reply = kText;
-  memory_is_out = true;
-  exchange(transport);
-  memory_is_out = false;
+  {
+    const FailingMemory none(1, Shortage::kOnward);
+    exchange(transport);
+  }
+  EXPECT_TRUE(FailingMemory::has_struck());
   EXPECT_EQ(transport.reply, kText);
   exchange(transport);
   EXPECT_EQ(session().LastExchange()->number, 2U);

@@ -6,8 +6,8 @@
 
 #include "bvconn/automation/interface.h"
 #include "bvconn/dal/bv_connector_object.h"
-#include "memory/failing_memory.h"
 #include "memory/quiet_world.h"
+#include "support/watched_memory.h"
 
 // Every operation of the interface, with each of its allocations failing in turn: whatever it makes
 // of that, nothing but an Error leaves it.

@@ -17,8 +17,8 @@
 #include "bvconn/core/settings.h"
 #include "bvconn/dal/bv_connector_object.h"
 #include "bvconn/platform/error_numbers.h"
-#include "memory/failing_memory.h"
 #include "memory/quiet_world.h"
+#include "support/watched_memory.h"
 
 // What becomes of a call when there is no memory for one of its allocations, for each of them in
 // turn: what its contract says of error 7, a session that can be used, and a next call that is as

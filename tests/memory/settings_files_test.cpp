@@ -5,7 +5,7 @@
 
 #include "bvconn/platform/settings/registry_access.h"
 #include "files/temp_folder.h"
-#include "memory/failing_memory.h"
+#include "support/watched_memory.h"
 
 namespace bvconn::test {
 namespace {

@@ -1,75 +1,17 @@
 #include <gtest/gtest.h>
-#include <malloc.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
 #include <string>
 
 #include "bvconn/platform/error.h"
 #include "soap/soap_test.h"
-
-namespace {
-
-std::atomic<std::size_t> allocations{0};
-std::atomic<std::size_t> living{0};
-std::atomic<std::size_t> bytes_living{0};
-
-void* counted(std::size_t size) {
-  void* memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) throw std::bad_alloc();
-  ++allocations;
-  ++living;
-  bytes_living += malloc_usable_size(memory);
-  return memory;
-}
-
-void uncounted(void* memory) noexcept {
-  if (memory == nullptr) return;
-  --living;
-  bytes_living -= malloc_usable_size(memory);
-  std::free(memory);
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return counted(size);
-}
-void* operator new[](std::size_t size) {
-  return counted(size);
-}
-void operator delete(void* memory) noexcept {
-  uncounted(memory);
-}
-void operator delete[](void* memory) noexcept {
-  uncounted(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  uncounted(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  uncounted(memory);
-}
+#include "support/watched_memory.h"
 
 namespace bvconn {
 namespace {
 
 using soap_test::parsed;
 using soap_test::reply_text;
-
-/// What was allocated since it was made, and what of it is still there.
-class Count {
- public:
-  std::size_t made() const { return allocations - allocations_; }
-  std::size_t kept() const { return living - living_; }
-  std::size_t bytes_kept() const { return bytes_living - bytes_; }
-
- private:
-  std::size_t allocations_ = allocations;
-  std::size_t living_ = living;
-  std::size_t bytes_ = bytes_living;
-};
+using test::MemoryCount;
 
 /// A reply of four nodes for each item: 100,000 of them, and a few.
 std::string large_reply() {
@@ -84,7 +26,7 @@ std::string large_reply() {
 TEST(Memory, AReplyIsAHandfulOfAllocationsWhateverItsSize) {
   std::string text = large_reply();
   const SoapEnvelope envelope = SoapEnvelope::make();
-  const Count count;
+  const MemoryCount count;
   envelope.Parse(std::move(text), "");
   EXPECT_LT(count.made(), 100U);
   EXPECT_LT(count.kept(), 30U);
@@ -93,7 +35,7 @@ TEST(Memory, AReplyIsAHandfulOfAllocationsWhateverItsSize) {
 TEST(Memory, ANodeOfAReplyTakesLessThan100Bytes) {
   std::string text = large_reply();
   const SoapEnvelope envelope = SoapEnvelope::make();
-  const Count count;
+  const MemoryCount count;
   envelope.Parse(std::move(text), "");
   // The text itself was there before. What is left of the last block counts too.
   EXPECT_LT(count.bytes_kept(), 100'000U * 100U);
@@ -102,7 +44,7 @@ TEST(Memory, ANodeOfAReplyTakesLessThan100Bytes) {
 TEST(Memory, WalkingAReplyAllocatesNothing) {
   const SoapEnvelope envelope = SoapEnvelope::make();
   envelope.Parse(large_reply(), "");
-  const Count count;
+  const MemoryCount count;
   std::size_t nodes = 0;
   for (const SoapNode& item : envelope.Parameters().Item(0).Nodes()) {
     nodes += item.Nodes().Count();
@@ -112,7 +54,7 @@ TEST(Memory, WalkingAReplyAllocatesNothing) {
 }
 
 TEST(Memory, AReplyGoesAsAWholeWithItsLastHandle) {
-  const Count count;
+  const MemoryCount count;
   {
     SoapNode node;
     {
@@ -130,7 +72,7 @@ TEST(Memory, AFailedParseLeavesNothingBehind) {
   std::string text = large_reply();
   text.resize(text.size() - 20);
   const SoapEnvelope envelope = SoapEnvelope::make();
-  const Count count;
+  const MemoryCount count;
   EXPECT_THROW(envelope.Parse(text, ""), Error);
   EXPECT_THROW(envelope.Parse(reply_text("<r><a href='#1'/></r>"), ""), Error);
   EXPECT_EQ(count.kept(), 0U);
@@ -145,7 +87,7 @@ TEST(Memory, AChainThatDoublesTakesNoMoreThanItsElements) {
   }
   std::string text = reply_text(body + "<m id='30'>leaf</m>");
   const SoapEnvelope envelope = SoapEnvelope::make();
-  const Count count;
+  const MemoryCount count;
   envelope.Parse(std::move(text), "");
   EXPECT_LT(count.bytes_kept(), 32U * 1024U);
 }
@@ -155,14 +97,14 @@ TEST(Memory, AClaimedSizeAllocatesNothing) {
       "<r><l xsi:type='soapenc:Array' soapenc:arrayType='xsd:string[2147483647]'"
       " soapenc:offset='[2147483000]'><i soapenc:position='[2147483646]'>a</i></l></r>");
   const SoapEnvelope envelope = SoapEnvelope::make();
-  const Count count;
+  const MemoryCount count;
   envelope.Parse(std::move(text), "");
   EXPECT_EQ(envelope.Parameters().Item(0).Value().array().size(), 1U);
   EXPECT_LT(count.bytes_kept(), 16U * 1024U);
 }
 
 TEST(Memory, ARequestGoesWithItsEnvelopeAndItsNodes) {
-  const Count count;
+  const MemoryCount count;
   {
     const SoapEnvelope envelope = SoapEnvelope::make();
     envelope.SetMethod("a-method-with-a-long-name", "urn:and-a-namespace-of-some-length");
@@ -176,7 +118,7 @@ TEST(Memory, ARequestGoesWithItsEnvelopeAndItsNodes) {
 }
 
 TEST(Memory, LinksBetweenAReplyAndMadeNodesKeepNothingAlive) {
-  const Count count;
+  const MemoryCount count;
   {
     const SoapEnvelope reply = parsed("<r><a><b>1</b></a><c/></r>");
     const SoapNode a = reply.Parameters().Item(0);
@@ -192,7 +134,7 @@ TEST(Memory, LinksBetweenAReplyAndMadeNodesKeepNothingAlive) {
 }
 
 TEST(Memory, AMadeNodeSharedByTwoRepliesOutlivesTheFirst) {
-  const Count count;
+  const MemoryCount count;
   {
     const SoapNode made = SoapNode::make("made");
     made.Nodes().Create("inner", "1");

@@ -3,7 +3,23 @@
 #include <cstddef>
 #include <cstdint>
 
+// A program that has watched_memory.cpp among its sources takes its memory through it: operator new
+// and delete are replaced, so it is a program of its own.
 namespace bvconn::test {
+
+/// What was allocated since it was made, and what of that is still there.
+class MemoryCount {
+ public:
+  MemoryCount() noexcept;
+  std::size_t made() const noexcept;
+  std::size_t kept() const noexcept;
+  std::size_t bytes_kept() const noexcept;
+
+ private:
+  std::size_t made_;
+  std::size_t living_;
+  std::size_t bytes_;
+};
 
 /// Which allocations there is no memory for.
 enum class Shortage : std::uint8_t {
