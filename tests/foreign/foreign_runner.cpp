@@ -24,13 +24,17 @@ using Json = nlohmann::json;
 /// Stands for any text, such as a name that the stack makes up.
 constexpr std::string_view kAnyText = "{any}";
 
-/// What a stack does not let its services know, so that no test can ask for it.
-bool can_know(std::string_view stack, std::string_view key) {
+/// Takes away what a stack does not let its services know, so that no test can ask for it.
+void leave_out_unknowable(std::string_view stack, Json& seen) {
   // PHP's server gives the values alone; it looks for a function by its local name.
-  if (stack == "php") return key != "names" && key != "service";
+  if (stack == "php") seen.erase("service");
   // gSOAP's finds parameters by their names, and gives those that it expects.
-  if (stack == "gsoap") return key != "names";
-  return true;
+  if (stack != "perl") seen.erase("names");
+  // gSOAP's takes the quotes off the SOAPAction.
+  if (stack == "gsoap" && seen.contains("action") && seen["action"].is_string()) {
+    const std::string action = seen["action"];
+    seen["action"] = action.size() < 2 ? action : action.substr(1, action.size() - 2);
+  }
 }
 
 bool matches(std::string_view text, std::string_view pattern) {
@@ -141,9 +145,7 @@ class ForeignTest : public ::testing::Test {
     ASSERT_EQ(seen.size(), stated == "nothing" ? 0U : 1U) << "requests that came to the server";
     if (stated == "nothing") return;
     Json expected = stated_json(stated);
-    for (auto entry = expected.begin(); entry != expected.end();) {
-      entry = can_know(stack_, entry.key()) ? std::next(entry) : expected.erase(entry);
-    }
+    leave_out_unknowable(stack_, expected);
     expect_json(Json::parse(seen[0], nullptr, false), expected, "what the server saw");
   }
 

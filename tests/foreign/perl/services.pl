@@ -123,7 +123,8 @@ my %answers = (
     getNewPriceExpirationDate => sub {
         main::moment($_[0] eq 'Q-1' ? '2007-01-05T00:00:00' : '2007-01-05T23:30:00-02:00');
     },
-    getCommissionRange   => sub { @_ == 1 ? -$_[0] : $_[0] / 8 },
+    getCommissionRange   => sub { -$_[0] },
+    getOrderSummary      => sub { 0.125 },
     getCommissionData    => sub { SOAP::Data->type(long => '5000000000') },
     getSAPCommissionData => sub { SOAP::Data->type(double => 'INF') },
     getSAPInvoice        => sub { undef },

@@ -139,9 +139,14 @@ final class Answers
         return new SoapVar($text, XSD_DATETIME, 'dateTime', SCHEMA);
     }
 
-    public function getCommissionRange(int $count, int $agent = 0): int|float
+    public function getCommissionRange(int $count): int
     {
-        return $agent === 0 ? -$count : $count / 8;
+        return -$count;
+    }
+
+    public function getOrderSummary(string $gid): float
+    {
+        return 0.125;
     }
 
     public function getCommissionData(string $key): SoapVar

@@ -9,6 +9,6 @@ if (!extension_loaded('soap')) {
     exit(LACKS_ITS_STACK);
 }
 pcntl_exec(PHP_BINARY, [
-    '-d', 'display_errors=0', '-d', 'html_errors=0',
+    '-d', 'display_errors=0', '-d', 'html_errors=0', '-d', 'zlib.output_compression=1',
     '-S', '127.0.0.1:0', __DIR__ . '/services.php',
 ]);
