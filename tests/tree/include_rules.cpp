@@ -239,6 +239,8 @@ const std::vector<Library>& libraries() {
       {"expat.h", {"tests", "bench", "fuzz"}},
       {"libxml/", {"bench"}},
       {"openssl/", {"tests"}},
+      {"soapH.h", {"tests"}},
+      {"com.nsmap", {"tests"}},
       {"gtest/", {"tests"}},
       {"gmock/", {"tests"}},
       {"benchmark/", {"bench"}},
