@@ -53,7 +53,8 @@ TEST(IndentedText, LaysOutJson) {
 
 TEST(IndentedText, OfAnythingElseIsItsLines) {
   EXPECT_EQ(indented_text("HTTP/1.1 200 OK\r\nServer: x\r\n\r\n", 1),
-            " HTTP/1.1 200 OK\n Server: x\n \n");
+            " HTTP/1.1 200 OK\n Server: x\n");
+  EXPECT_EQ(indented_text("a\n\nb", 2), "  a\n\n  b\n");
   EXPECT_EQ(indented_text("{no json", 0), "{no json\n");
   EXPECT_EQ(indented_text("", 4), "");
   const std::string deep(60000, '[');

@@ -88,7 +88,7 @@ std::string lines_of(std::string_view text, std::size_t indent) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     std::string_view line = text.substr(0, end);
     if (line.ends_with('\r')) line.remove_suffix(1);
-    out.append(indent, ' ');
+    if (!line.empty()) out.append(indent, ' ');
     detail::append_escaped(out, line);
     out.push_back('\n');
     text.remove_prefix(std::min(end + 1, text.size()));
@@ -214,6 +214,7 @@ class View {
 std::string indented_text(std::string_view text, std::size_t indent) {
   const std::size_t begin = text.find_first_not_of(kBlanks);
   if (begin != std::string_view::npos && text[begin] == '<') return XmlLines(text, indent).run();
+  text = text.substr(0, text.find_last_not_of(kBlanks) + 1);
   return lines_of(laid_out_json(text).value_or(std::string(text)), indent);
 }
 
