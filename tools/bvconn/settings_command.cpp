@@ -107,13 +107,30 @@ int get(const SettingsOptions& options, std::ostream& out, std::ostream& err) {
   return kDone;
 }
 
-/// The lines of a file that are comments, for what a rewrite of it may lose.
+/// The comment of a line of TOML, if it has one; a # inside of a text begins none.
+std::string_view comment_of(std::string_view line) {
+  char quote = '\0';
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    const char c = line[at];
+    if (quote == '\0' && c == '#') return line.substr(at);
+    if (quote == '"' && c == '\\') {
+      ++at;
+    } else if (quote != '\0') {
+      if (c == quote) quote = '\0';
+    } else if (c == '"' || c == '\'') {
+      quote = c;
+    }
+  }
+  return {};
+}
+
+/// The comments of a file, for what a rewrite of it may lose.
 std::multiset<std::string> comments_of(const std::string& path) {
   std::multiset<std::string> comments;
   std::ifstream file(path, std::ios::binary);
   for (std::string line; std::getline(file, line);) {
-    const std::size_t begin = line.find('#');
-    if (begin != std::string::npos) comments.insert(line.substr(begin));
+    const std::string_view comment = comment_of(line);
+    if (!comment.empty()) comments.emplace(comment);
   }
   return comments;
 }
