@@ -176,7 +176,8 @@ TEST(ManPages, AreSetWithoutAWarning) {
   for (const char* name : {"bvconn.1", "bvsandbox.1"}) {
     const std::string path = Page(name).path;
     EXPECT_EQ(output_of("groff -man -ww -Tutf8 -z '" + path + "' 2>&1"), "");
-    EXPECT_NE(output_of("groff -man -Tutf8 -P-cbou '" + path + "'").find("NAME"), std::string::npos);
+    EXPECT_NE(output_of("groff -man -Tutf8 -P-cbou '" + path + "'").find("NAME"),
+              std::string::npos);
   }
 }
 
