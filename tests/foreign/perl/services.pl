@@ -98,6 +98,9 @@ my %answers = (
     beat               => sub { main::text('OK') },
     getAcknowledgement => sub { main::text("http://documents.example/$_[0].pdf?a=1&b=2") },
     newAcknowledgement => sub { main::text('http://documents.example/new.pdf?a=1&b=2') },
+    getDocuments       => sub {
+        map { main::text($_) } $_[0] eq 'two' ? qw(first second) : 'getDocuments done';
+    },
     saveRMA            => sub { main::bean(UID => 'U-7') },
 
     # Faults: by the stack's own object for them, and by words alone.

@@ -214,6 +214,11 @@ final class Answers
         return bean(ShipTo: $address, BillTo: $address, Others: [$address]);
     }
 
+    public function searchForVendors(string $group): array
+    {
+        return ['K-1' => 1, 'K-2' => null];
+    }
+
     public function searchForAllDistCenters(): SoapVar
     {
         return new SoapVar(
