@@ -128,7 +128,9 @@ Check beat_check(const Connection& connection, const Exchange& exchange) {
   check.state = CheckState::kFailed;
   check.text = failure_text(error);
   check.advice = explain(error);
-  if (connection.session.empty() && exchange.outcome == Outcome::kAnswered) {
+  const bool refused =
+      error.number == error_numbers::kSoapFault || error.number == error_numbers::kHeartBeatNotOk;
+  if (connection.session.empty() && refused) {
     check.advice.append(
         " No session identifier was given, which the server may ask for: --session or "
         "BVCONN_SESSION.");

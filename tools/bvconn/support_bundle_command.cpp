@@ -10,7 +10,8 @@ int run_support_bundle(const Connection& connection, const std::string& file,
                        const std::string& version, std::ostream& err) {
   const std::string trouble = write_private_file(file, support_bundle(connection, version));
   if (!trouble.empty()) {
-    err << "bvconn: support-bundle: cannot write " << file << ": " << trouble << '\n';
+    err << "bvconn: support-bundle: cannot write " << (file == "-" ? "standard output" : file)
+        << ": " << trouble << '\n';
     return kFailed;
   }
   if (file != "-") {
