@@ -221,7 +221,7 @@ class Reader {
       expected.status = static_cast<std::int32_t>(number(value));
     } else if (key == "sends") {
       expected.sends.push_back(value);
-    } else if (key == "sends not") {
+    } else if (key == "omits") {
       expected.sends_not.push_back(value);
     } else {
       return false;

@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <exception>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "bvconn/core/session_state.h"
 #include "bvconn/dal/bv_connector_object.h"
@@ -43,6 +46,12 @@ constexpr int kWalkedMax = 200'000;
 std::string hex(std::int32_t number) {
   return hex_number(number);
 }
+
+/// What the options are that a case may set.
+constexpr std::array<std::pair<const char*, const char*>, 2> kUsualOptions{{
+    {"http.max_reply_bytes", "1073741824"},
+    {"http.connect_timeout_ms", "300000"},
+}};
 
 /// What the case's thread found, so that its expectations are looked at in one place.
 struct Seen {
@@ -88,13 +97,15 @@ class CaseRunner {
     const Held before = held_now();
     {
       HostileServer server(case_);
+      const std::string good = response_around("<return>good</return>");
       holes_ = {{"canary", canary_.url()},
                 {"canary host", canary_.host()},
                 {"canary file", "file://" + files_.path("canary.txt").string()},
                 {"host", server.sockets().host()},
                 {"port", std::to_string(server.sockets().port())},
                 {"soap", "http://schemas.xmlsoap.org/soap/envelope/"},
-                {"good", response_around("<return>good</return>")}};
+                {"good", good},
+                {"good length", std::to_string(good.size())}};
       files_.write("machine.toml", settings(server));
       // A thread of its own: its session, its connections and its record begin anew, and go with
       // it.
@@ -142,6 +153,7 @@ class CaseRunner {
     const std::size_t requests = server.sockets().requests().size();
     server.arm(case_, holes_, case_.on.value_or(1) - 1);
     const Seen seen = seen_in(url);
+    for (const auto& [key, value] : kUsualOptions) transport->Option(key, value);
     check(seen, server);
     EXPECT_LE(server.sockets().requests().size(), requests + (starts_dal() ? 2 : 1))
         << "a request went out twice";
