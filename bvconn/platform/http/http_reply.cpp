@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/conversions/text.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/http/gzip_reader.h"
 #include "bvconn/platform/http/http_url.h"
@@ -26,13 +27,23 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
 }
 
+/// A length is digits and nothing else. A list of lengths, which comes of headers that were joined
+/// on the way, is one length where all its members are the same.
 std::optional<std::uint64_t> length_of(std::string_view text) {
-  std::uint64_t length = 0;
-  const auto [end, code] = std::from_chars(text.data(), text.data() + text.size(), length);
-  if (code != std::errc() || end != text.data() + text.size()) {
-    return std::nullopt;
+  std::optional<std::uint64_t> length;
+  while (true) {
+    const std::string_view part = text.substr(0, text.find(','));
+    const std::string_view digits = trimmed(part);
+    std::uint64_t stated = 0;
+    const auto [end, code] = std::from_chars(digits.data(), digits.data() + digits.size(), stated);
+    if (code != std::errc() || end != digits.data() + digits.size() ||
+        length.value_or(stated) != stated) {
+      return std::nullopt;
+    }
+    length = stated;
+    if (part.size() == text.size()) return length;
+    text.remove_prefix(part.size() + 1);
   }
-  return length;
 }
 
 }  // namespace
@@ -75,6 +86,10 @@ bool HttpReply::take_header(std::string_view line) {
 }
 
 bool HttpReply::take_status_line(std::string_view line) {
+  // libcurl reads such a line of any later version too.
+  if (!line.starts_with("HTTP/1.")) {
+    return give_up(error_numbers::kBadReply, "it is not one of HTTP/1");
+  }
   const std::string_view rest = trimmed(line.substr(std::min(line.find(' '), line.size())));
   const auto [end, code] = std::from_chars(rest.data(), rest.data() + rest.size(), status_);
   if (code != std::errc() || status_ < 100) {
@@ -86,8 +101,12 @@ bool HttpReply::take_status_line(std::string_view line) {
 
 bool HttpReply::take_field(std::string_view name, std::string_view value) {
   if (equal_ignoring_case(name, "Content-Length")) {
+    const std::optional<std::uint64_t> length = length_of(value);
+    if (!length) {
+      return give_up(error_numbers::kBadReply, "its length is " + shown(value));
+    }
     const std::string_view stated = field(name);
-    if (!stated.empty() && stated != value) {
+    if (!stated.empty() && length_of(stated) != length) {
       return give_up(error_numbers::kBadReply, "it states two different lengths");
     }
   }
