@@ -158,7 +158,6 @@ void HttpClient::prepare(const HttpRequest& request, const std::string& proxy,
   option(CURLOPT_HTTPHEADER, headers);
   option(CURLOPT_PROXY, proxy.c_str());
   option(CURLOPT_NOPROXY, "");
-  option(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   option(CURLOPT_NOSIGNAL, 1L);
   option(CURLOPT_TIMEOUT_MS, static_cast<long>(request.time_out.count()));
   // libcurl has a limit for connecting of its own unless it is given one.

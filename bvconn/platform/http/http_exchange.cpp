@@ -1,5 +1,6 @@
 #include "bvconn/platform/http/http_exchange.h"
 
+#include <algorithm>
 #include <exception>
 #include <optional>
 #include <string_view>
@@ -73,9 +74,25 @@ std::size_t HttpExchange::on_header(char* data, std::size_t size, std::size_t co
   auto& exchange = *static_cast<HttpExchange*>(self);
   const std::string_view line(data, size * count);
   return exchange.guarded(line.size(), [&] {
+    if (!exchange.request_went_out_) return exchange.take_tunnel_header(line);
     exchange.meter_.take_header(line);
     return exchange.reply_.take_header(line);
   });
+}
+
+// A proxy that makes no tunnel may explain itself without end, and libcurl would listen to all of
+// it.
+bool HttpExchange::take_tunnel_header(std::string_view line) {
+  constexpr std::size_t kHeadSizeMax = 64 << 10;
+  tunnel_head_size_ += line.size();
+  if (tunnel_head_size_ > kHeadSizeMax) {
+    tunnel_trouble_ = "its headers are too large";
+  } else if (line.starts_with("HTTP/")) {
+    tunnel_status_ = trimmed(line.substr(std::min(line.find(' '), line.size())));
+  } else if (trimmed(line).empty() && tunnel_status_ >= "3") {
+    tunnel_trouble_ = "it answered with the status " + tunnel_status_;
+  }
+  return tunnel_trouble_.empty();
 }
 
 std::size_t HttpExchange::on_body(char* data, std::size_t size, std::size_t count, void* self) {
@@ -127,6 +144,8 @@ HttpReply HttpExchange::finish(CURLcode code) {
   if (out_of_memory_) {
     against = Error(error_numbers::kOutOfMemory, "BVConn",
                     "out of memory: there is none for the reply of " + shown_url_);
+  } else if (!tunnel_trouble_.empty()) {
+    throw failure(error_numbers::kProxy, "no tunnel was made: " + tunnel_trouble_);
   } else if (!reply_.given_up() && (code != CURLE_OK || !reply_.has_status())) {
     against = trouble(code);
     const bool about_reply = against->number == error_numbers::kBadReply || reply_.has_status();

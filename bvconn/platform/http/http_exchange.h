@@ -41,6 +41,7 @@ class HttpExchange {
 
   template <typename Take>
   std::size_t guarded(std::size_t size, Take take) noexcept;
+  bool take_tunnel_header(std::string_view line);
   bool was_cut_by_tls(CURLcode code) const;
   std::int32_t trouble_number(CURLcode code, std::string_view detail) const;
   Error trouble(CURLcode code) const;
@@ -55,6 +56,9 @@ class HttpExchange {
   WireMeter meter_;
   std::array<char, CURL_ERROR_SIZE> error_text_{};
   bool request_went_out_ = false;
+  std::string tunnel_status_;   ///< what a proxy answered when it was asked for a tunnel
+  std::string tunnel_trouble_;  ///< why there is none; "" where nothing speaks against it
+  std::size_t tunnel_head_size_ = 0;
   bool tls_ended_ = false;
   bool out_of_memory_ = false;
 };

@@ -21,12 +21,6 @@ constexpr std::uint64_t kReserveMax = 1 << 20;
 constexpr std::size_t kShownBodyMax = 300;
 constexpr std::size_t kShownFieldMax = 300;
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
-  return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
-}
-
 /// A length is digits and nothing else. A list of lengths, which comes of headers that were joined
 /// on the way, is one length where all its members are the same.
 std::optional<std::uint64_t> length_of(std::string_view text) {
@@ -47,6 +41,12 @@ std::optional<std::uint64_t> length_of(std::string_view text) {
 }
 
 }  // namespace
+
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r\n";
+  const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
+  return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
+}
 
 bool is_xml_content_type(std::string_view content_type) {
   const std::string_view type = trimmed(content_type.substr(0, content_type.find(';')));

@@ -89,6 +89,9 @@ class HttpReply {
   std::optional<Error> error_;
 };
 
+/// A line or a value of a header without the blanks and line ends around it.
+std::string_view trimmed(std::string_view text);
+
 /// Whether a Content-Type is one of XML: text/xml, application/xml, or any that ends in +xml;
 /// parameters and case do not count.
 bool is_xml_content_type(std::string_view content_type);
