@@ -158,6 +158,7 @@ class CaseRunner {
     EXPECT_LE(server.sockets().requests().size(), requests + (starts_dal() ? 2 : 1))
         << "a request went out twice";
 
+    if (server.ends_connection()) server.sockets().wait_for_closed(1);
     if (server.get_well() && case_.url.empty() && !case_.through.starts_with("port ")) {
       good_call(url);
       check_request(server.sockets());

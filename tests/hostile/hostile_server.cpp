@@ -85,6 +85,11 @@ void HostileServer::arm(const HostileCase& hostile, const Holes& holes, int good
     for (int i = 0; i < good_ones; ++i) sockets_->answer(good_answer());
     sockets_->answer(std::move(asked));
   }
+  if (!hostile.steps.empty()) {
+    const HostileStep& last = hostile.steps.back();
+    ends_connection_ = last.kind == HostileStep::Kind::kRepeat ||
+                       (last.kind == HostileStep::Kind::kThen && !last.text.starts_with("wait"));
+  }
   ahead_->armed = !ahead_->accepted.empty() || !ahead_->tunnel.empty();
 }
 

@@ -25,6 +25,8 @@ class HostileServer {
 
   /// From now on so many requests are answered well, the next one as the case tells.
   void arm(const HostileCase& hostile, const Holes& holes, int good_ones);
+  /// Whether the last step of the case ends the connection, or waits for the client to do so.
+  bool ends_connection() const { return ends_connection_; }
   /// Whether a good call can be made to it: it is taking connections, and may be trusted.
   bool get_well();
 
@@ -51,6 +53,7 @@ class HostileServer {
 
   std::string kind_;
   std::string through_;
+  bool ends_connection_ = false;
   std::shared_ptr<Ahead> ahead_ = std::make_shared<Ahead>();
   std::unique_ptr<TlsIdentity> identity_;
   std::unique_ptr<TlsIdentity> other_;

@@ -293,6 +293,7 @@ MisbehavingServer::MisbehavingServer(StreamMaker make_stream, Until until)
   } else if (until == Until::kNoMatter) {
     start();
   }
+  acceptor_ = std::thread([this] { accept_connections(); });
 }
 
 // A queue that is said to have no places has one.
@@ -310,12 +311,16 @@ void MisbehavingServer::fill_queue() {
 
 void MisbehavingServer::start() {
   if (waiting_ >= 0) {
-    ::close(std::exchange(waiting_, -1));
+    shut_down(waiting_);
   }
   if (::listen(listener_, 64) != 0) {
     throw std::runtime_error("no connections on 127.0.0.1 to be had");
   }
-  acceptor_ = std::thread([this] { accept_connections(); });
+  {
+    const std::scoped_lock lock(mutex_);
+    started_ = true;
+  }
+  changed_.notify_all();
 }
 
 MisbehavingServer::~MisbehavingServer() {
@@ -330,9 +335,7 @@ MisbehavingServer::~MisbehavingServer() {
   }
   changed_.notify_all();
   shut_down(listener_);
-  if (acceptor_.joinable()) {
-    acceptor_.join();
-  }
+  acceptor_.join();
   if (waiting_ >= 0) {
     ::close(waiting_);
   }
@@ -386,6 +389,10 @@ bool MisbehavingServer::wait_for_closed(int count) const {
 }
 
 void MisbehavingServer::accept_connections() {
+  {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return started_ || stopping_; });
+  }
   while (true) {
     const int socket = ::accept(listener_, nullptr, nullptr);
     const std::scoped_lock lock(mutex_);

@@ -172,6 +172,7 @@ class MisbehavingServer {
   std::uint16_t port_ = 0;
   mutable std::mutex mutex_;
   mutable std::condition_variable changed_;
+  bool started_ = false;
   bool stopping_ = false;
   int closed_ = 0;
   std::deque<Answer> script_;
