@@ -2,16 +2,12 @@
 
 #include <utility>
 
+#include "support/keyed_text.h"
+
 namespace bvconn::test {
 namespace {
 
 constexpr std::string_view kStacks[] = {"php", "perl", "gsoap"};
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 /// "seen perl" is the key "seen" for the stack "perl".
 std::pair<std::string_view, std::string_view> split_key(std::string_view key) {
@@ -30,11 +26,9 @@ bool is_stack(std::string_view name) {
 class Reader {
  public:
   CallFile read(std::string_view text) {
-    while (!text.empty()) {
-      const std::size_t end = text.find('\n');
-      ++line_;
-      take(text.substr(0, end));
-      text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    for (const KeyedEntry& entry : read_keyed_text(text, file_.problems)) {
+      line_ = entry.line;
+      take(entry);
     }
     if (file_.cases.empty()) problem("there is no case");
     check_last_call();
@@ -46,20 +40,23 @@ class Reader {
     file_.problems.push_back("line " + std::to_string(line_) + ": " + what);
   }
 
-  void take(std::string_view line) {
-    if (trimmed(line).empty() || line.front() == '#') return;
-    if (line.front() == ' ') {
-      if (value_ == nullptr) return problem("nothing goes on here");
-      value_->append(trimmed(line));
-      return;
+  void take(const KeyedEntry& entry) {
+    if (entry.key == "call" && !file_.cases.empty()) return begin_call(entry.joined());
+    if (std::string* const to = field(entry.key)) {
+      *to = entry.joined();
+    } else {
+      problem("there is no key \"" + entry.key + "\" here");
     }
-    const std::size_t colon = line.find(':');
-    if (colon == std::string_view::npos) return problem("a key and a colon are expected");
-    value_ = field(line.substr(0, colon));
-    if (value_ == nullptr) return problem("there is no such key here");
-    const std::string_view rest = trimmed(line.substr(colon + 1));
-    if (value_ == &member_and_arguments()) return begin_call(rest);
-    value_->append(rest);
+  }
+
+  void begin_call(const std::string& words) {
+    ForeignCase& last = file_.cases.back();
+    if (!last.calls.empty()) check_last_call();
+    ForeignCall& call = last.calls.emplace_back();
+    call.line = line_;
+    const std::size_t blank = words.find(' ');
+    call.member = words.substr(0, blank);
+    if (blank != std::string::npos) call.arguments = trimmed(words.substr(blank));
   }
 
   std::string* field(std::string_view whole_key) {
@@ -72,27 +69,10 @@ class Reader {
     if (file_.cases.empty()) return nullptr;
     auto& last = file_.cases.back();
     if (key == "without" && !stack.empty()) return &last.without[std::string(stack)];
-    if (whole_key == "call") {
-      if (!last.calls.empty()) check_last_call();
-      last.calls.emplace_back().line = line_;
-      return &member_and_arguments();
-    }
     if (last.calls.empty()) return nullptr;
     if (key == "seen") return &last.calls.back().seen[std::string(stack)];
     if (key == "answer") return &last.calls.back().answer[std::string(stack)];
     return nullptr;
-  }
-
-  std::string& member_and_arguments() {
-    static std::string none;
-    if (file_.cases.empty() || file_.cases.back().calls.empty()) return none;
-    return file_.cases.back().calls.back().arguments;
-  }
-
-  void begin_call(std::string_view words) {
-    const std::size_t blank = words.find(' ');
-    file_.cases.back().calls.back().member = words.substr(0, blank);
-    if (blank != std::string_view::npos) value_->append(trimmed(words.substr(blank)));
   }
 
   /// Every stack that has a part in the case needs a view and an answer.
@@ -110,7 +90,6 @@ class Reader {
   }
 
   CallFile file_;
-  std::string* value_ = nullptr;  ///< what a line that is indented goes on with
   int line_ = 0;
 };
 

@@ -14,15 +14,12 @@
 #include "batch.h"
 #include "foreign/call_file.h"
 #include "foreign/foreign_server.h"
+#include "foreign/stated_json.h"
 #include "live/own_files.h"
+#include "support/keyed_text.h"
 
 namespace bvconn::test {
 namespace {
-
-using Json = nlohmann::json;
-
-/// Stands for any text, such as a name that the stack makes up.
-constexpr std::string_view kAnyText = "{any}";
 
 /// Takes away what a stack does not let its services know, so that no test can ask for it.
 void leave_out_unknowable(std::string_view stack, Json& seen) {
@@ -37,59 +34,6 @@ void leave_out_unknowable(std::string_view stack, Json& seen) {
   }
 }
 
-bool matches(std::string_view text, std::string_view pattern) {
-  const std::size_t at = pattern.find(kAnyText);
-  if (at == std::string_view::npos) return text == pattern;
-  if (!text.starts_with(pattern.substr(0, at))) return false;
-  text.remove_prefix(at);
-  pattern.remove_prefix(at + kAnyText.size());
-  while (!matches(text, pattern)) {
-    if (text.empty()) return false;
-    text.remove_prefix(1);
-  }
-  return true;
-}
-
-/// Takes over from the other value what `{any}` stands for, and namespaces that are not stated:
-/// results are taken by local names, and each stack has a namespace of its own liking for them.
-void fill_in(Json& expected, const Json& actual) {
-  if (expected.type() != actual.type()) return;
-  if (expected.is_string()) {
-    if (matches(actual.get<std::string>(), expected.get<std::string>())) expected = actual;
-  } else if (expected.is_array()) {
-    for (std::size_t i = 0; i < std::min(expected.size(), actual.size()); ++i) {
-      fill_in(expected[i], actual[i]);
-    }
-  } else if (expected.is_object()) {
-    for (const auto& [key, value] : actual.items()) {
-      if (key == "namespace" && !expected.contains(key)) expected[key] = value;
-      if (expected.contains(key)) fill_in(expected[key], value);
-    }
-  }
-}
-
-/// Writes out what stands for many characters: `{3 times ab}` is ababab.
-std::string written_out(std::string text) {
-  constexpr std::string_view kTimes = " times ";
-  for (std::size_t times = text.find(kTimes); times != std::string::npos;
-       times = text.find(kTimes, times + 1)) {
-    const std::size_t open = text.rfind('{', times);
-    const std::size_t close = text.find('}', times);
-    const std::size_t begin = times + kTimes.size();
-    std::string many;
-    for (int left = std::stoi(text.substr(open + 1)); left > 0; --left) {
-      many.append(text, begin, close - begin);
-    }
-    text.replace(open, close + 1 - open, many);
-    times = open + many.size();
-  }
-  return text;
-}
-
-Json stated_json(const std::string& text) {
-  return Json::parse(written_out(text));
-}
-
 /// The answer without what every line of a batch has besides, and without the nodes that were
 /// given, which are not the server's.
 Json bare_answer(const std::string& line) {
@@ -101,10 +45,8 @@ Json bare_answer(const std::string& line) {
   return answer;
 }
 
-/// Compared as text, in which 2 and 2.0 differ.
-void expect_json(const Json& actual, Json expected, const char* what) {
-  fill_in(expected, actual);
-  EXPECT_EQ(actual.dump(), expected.dump()) << what;
+void expect_json(const Json& actual, const Json& stated, const char* what) {
+  EXPECT_EQ(actual.dump(), filled_in(stated, actual).dump()) << what;
 }
 
 class ForeignTest : public ::testing::Test {
@@ -127,7 +69,7 @@ class ForeignTest : public ::testing::Test {
  private:
   void run(const ForeignCall& call) {
     Json request{{"call", call.member}};
-    request["args"] = call.arguments.empty() ? Json::object() : stated_json(call.arguments);
+    request["args"] = call.arguments.empty() ? Json::object() : read_stated(call.arguments);
     request["args"]["aServerURL"] = server_.url();
     std::vector<std::string> lines;
     {
@@ -136,7 +78,7 @@ class ForeignTest : public ::testing::Test {
     }
     expect_seen(for_stack(call.seen, stack_));
     ASSERT_EQ(lines.size(), 1U) << "an event came before the answer: " << lines.front();
-    expect_json(bare_answer(lines[0]), stated_json(for_stack(call.answer, stack_)),
+    expect_json(bare_answer(lines[0]), read_stated(for_stack(call.answer, stack_)),
                 "what comes back");
   }
 
@@ -144,7 +86,7 @@ class ForeignTest : public ::testing::Test {
     const std::vector<std::string> seen = server_.take_seen();
     ASSERT_EQ(seen.size(), stated == "nothing" ? 0U : 1U) << "requests that came to the server";
     if (stated == "nothing") return;
-    Json expected = stated_json(stated);
+    Json expected = read_stated(stated);
     leave_out_unknowable(stack_, expected);
     expect_json(Json::parse(seen[0], nullptr, false), expected, "what the server saw");
   }
@@ -153,16 +95,6 @@ class ForeignTest : public ::testing::Test {
   ForeignServer& server_;
   ForeignCase case_;
 };
-
-// The claim as a test's name may be: letters, digits and underscores.
-std::string test_name(const std::string& claim) {
-  std::string name;
-  for (const char c : claim) {
-    const bool kept = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-    name.push_back(kept ? c : '_');
-  }
-  return name;
-}
 
 /// JSON that cannot be read, and keys that nobody could check, are slips of the file.
 void check_json(CallFile& file) {

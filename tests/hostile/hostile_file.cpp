@@ -5,17 +5,13 @@
 #include <functional>
 #include <sstream>
 
+#include "support/keyed_text.h"
+
 namespace bvconn::test {
 namespace {
 
 using Kind = HostileStep::Kind;
 using Moment = HostileStep::Moment;
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 std::vector<std::string> words_of(std::string_view text) {
   std::istringstream stream{std::string(text)};
@@ -24,22 +20,16 @@ std::vector<std::string> words_of(std::string_view text) {
   return words;
 }
 
-/// A key with its value; further lines of the value are joined without anything in between.
-struct Entry {
-  int line = 0;
-  std::string key;
-  std::string value;
-};
-
 class Reader {
  public:
   HostileFile read(std::string_view text) {
-    for (const Entry& entry : entries_of(text)) {
+    for (const KeyedEntry& entry : read_keyed_text(text, file_.problems)) {
       line_ = entry.line;
+      const std::string value = entry.joined();
       if (entry.key == "claim") {
-        begin(entry.value);
-      } else if (!take(entry.key, entry.value)) {
-        problem("nothing is known of \"" + entry.key + ": " + entry.value.substr(0, 60) + "\"");
+        begin(value);
+      } else if (!take(entry.key, value)) {
+        problem("nothing is known of \"" + entry.key + ": " + value.substr(0, 60) + "\"");
       }
     }
     finish();
@@ -50,27 +40,6 @@ class Reader {
  private:
   void problem(const std::string& what) {
     file_.problems.push_back("line " + std::to_string(line_) + ": " + what);
-  }
-
-  std::vector<Entry> entries_of(std::string_view text) {
-    std::vector<Entry> entries;
-    while (!text.empty()) {
-      const std::size_t end = text.find('\n');
-      const std::string_view line = text.substr(0, end);
-      text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-      ++line_;
-      if (trimmed(line).empty() || line.front() == '#') continue;
-      const std::size_t colon = line.find(':');
-      if (line.front() == ' ' && !entries.empty()) {
-        entries.back().value.append(trimmed(line));
-      } else if (line.front() == ' ' || colon == std::string_view::npos) {
-        problem("a key and a colon are expected");
-      } else {
-        entries.push_back({line_, std::string(line.substr(0, colon)),
-                           std::string(trimmed(line.substr(colon + 1)))});
-      }
-    }
-    return entries;
   }
 
   // What stands ahead of the first claim holds for every case that does not tell otherwise.

@@ -23,6 +23,7 @@
 #include "hostile/hostile_server.h"
 #include "hostile/process_watch.h"
 #include "live/own_files.h"
+#include "support/keyed_text.h"
 
 namespace bvconn::test {
 namespace {
@@ -352,16 +353,6 @@ class HostileTest : public ::testing::Test {
   HostileCase case_;
   std::string route_;
 };
-
-// The claim as a test's name may be: letters, digits and underscores.
-std::string test_name(const std::string& claim) {
-  std::string name;
-  for (const char c : claim) {
-    const bool kept = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-    name.push_back(kept ? c : '_');
-  }
-  return name;
-}
 
 bool register_file(const char* path) {
   std::ifstream stream(path, std::ios::binary);

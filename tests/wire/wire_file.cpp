@@ -4,23 +4,19 @@
 #include <map>
 #include <utility>
 
+#include "support/keyed_text.h"
+
 namespace bvconn::test {
 namespace {
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 class Reader {
  public:
   WireFile read(std::string_view text) {
-    while (!text.empty()) {
-      const std::size_t end = text.find('\n');
-      ++line_;
-      take(text.substr(0, end));
-      text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    for (const KeyedEntry& entry : read_keyed_text(text, file_.problems)) {
+      line_ = entry.line;
+      key_ = entry.key;
+      begin();
+      for (const std::string& one : entry.values) value(one);
     }
     if (file_.cases.empty()) problem("there is no case");
     if (!given_.empty()) problem("no call follows what is given");
@@ -30,19 +26,6 @@ class Reader {
  private:
   void problem(const std::string& what) {
     file_.problems.push_back("line " + std::to_string(line_) + ": " + what);
-  }
-
-  void take(std::string_view line) {
-    if (trimmed(line).empty() || line.front() == '#') return;
-    if (line.front() == ' ') {
-      value(trimmed(line));
-      return;
-    }
-    const std::size_t colon = line.find(':');
-    if (colon == std::string_view::npos) return problem("a key and a colon are expected");
-    key_ = line.substr(0, colon);
-    begin();
-    if (const auto rest = trimmed(line.substr(colon + 1)); !rest.empty()) value(rest);
   }
 
   // What a key starts even before it has a value.

@@ -12,6 +12,7 @@
 #include "bvconn/core/session_state.h"
 #include "files/temp_folder.h"
 #include "laws.h"
+#include "support/keyed_text.h"
 #include "support/recording_platform.h"
 #include "wire_file.h"
 
@@ -358,16 +359,6 @@ class WireTest : public ::testing::Test {
  private:
   WireCase case_;
 };
-
-// The claim as a test's name may be: letters, digits and underscores.
-std::string test_name(const std::string& claim) {
-  std::string name;
-  for (const char c : claim) {
-    const bool kept = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-    name.push_back(kept ? c : '_');
-  }
-  return name;
-}
 
 std::optional<WireFile> read_file(const std::filesystem::path& path) {
   std::ifstream stream(path, std::ios::binary);
