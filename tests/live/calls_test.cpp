@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 
 #include "bvconn/connectors/invoice/bv_invoice_connector.h"
 #include "bvconn/connectors/session/bv_generic_connector.h"
@@ -17,7 +16,6 @@ namespace bvconn {
 namespace {
 
 namespace numbers = error_numbers;
-using test::Answer;
 using test::error_of;
 using test::MisbehavingServer;
 using test::OwnFiles;
@@ -82,65 +80,6 @@ TEST(LiveCall, ATextThatXmlCannotCarryFailsBeforeAnythingIsSent) {
       [&] { BVInvoiceConnector().GetInvoice(server.url(), "S", std::string_view("a\0b", 3)); });
   EXPECT_EQ(error.number, numbers::kUnwritableText);
   EXPECT_TRUE(server.requests().empty());
-  expect_next_call_works(server);
-}
-
-struct BadReply {
-  const char* what;
-  Answer answer;
-  std::int32_t number;
-};
-
-TEST(LiveCall, EveryBrokenReplyIsAnErrorThatSaysWhatAndTheNextCallWorks) {
-  OwnFiles files;
-  const std::vector<BadReply> replies{
-      {"HTML with 200", answers::reply("<html><p>Login</html>", "200 OK", "text/html"),
-       numbers::kNotWellFormed},
-      {"HTML with 404", answers::reply("<html>gone</html>", "404 Not Found", "text/html"),
-       numbers::kHttpStatus},
-      {"redirect", answers::redirect("http://elsewhere.example/"), numbers::kHttpStatus},
-      {"truncated", answers::cut_body(kInvoice, 40), numbers::kConnectionLost},
-      {"truncated chunk", answers::cut_chunk(), numbers::kConnectionLost},
-      {"no status line", answers::close_before_status(), numbers::kConnectionLost},
-      {"garbage", answers::garbage(), numbers::kBadReply},
-      {"empty body", answers::reply(""), numbers::kNotWellFormed},
-      {"other XML", answers::reply("<a/>"), numbers::kNotASoapEnvelope},
-      {"SOAP 1.2",
-       answers::reply("<e:Envelope xmlns:e=\"http://www.w3.org/2003/05/soap-envelope\"><e:Body/>"
-                      "</e:Envelope>"),
-       numbers::kNotASoapEnvelope},
-      {"DOCTYPE", answers::reply("<!DOCTYPE a>" + kInvoice), numbers::kNotWellFormed},
-      {"no parameters", answers::reply(envelope("<r/>")), numbers::kNoSuchNode},
-      {"fault without elements", answers::reply(envelope("<e:Fault/>")), numbers::kSoapFault},
-  };
-  for (const BadReply& bad : replies) {
-    SCOPED_TRACE(bad.what);
-    MisbehavingServer server;
-    server.answer(bad.answer);
-    const Error error = error_of_send(server.url());
-    EXPECT_EQ(error.number, bad.number) << hex_number(error.number) << " " << error.description;
-    EXPECT_FALSE(error.description.empty());
-    EXPECT_FALSE(error.source.empty());
-    expect_next_call_works(server);
-  }
-}
-
-TEST(LiveCall, AnEndlessReplyEndsAtTheLimit) {
-  OwnFiles files;
-  MisbehavingServer server;
-  BVConnectorObject().HTTPTransportObject()->Option("http.max_reply_bytes", "100000");
-  server.answer(answers::endless_body());
-  EXPECT_EQ(error_of_send(server.url()).number, numbers::kBadReply);
-  expect_next_call_works(server);
-}
-
-TEST(LiveCall, AServerThatNeverAnswersEndsAtTheTimeOut) {
-  OwnFiles files;
-  MisbehavingServer server;
-  server.answer(answers::never());
-  const auto start = std::chrono::steady_clock::now();
-  EXPECT_EQ(error_of_send(server.url(), 300).number, numbers::kTimeout);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
   expect_next_call_works(server);
 }
 
