@@ -8,7 +8,6 @@
 #include "bvconn/connectors/print/bv_print_connector.h"
 #include "bvconn/connectors/search/bv_search_connector.h"
 #include "bvconn/connectors/session/bv_document_connector.h"
-#include "bvconn/connectors/session/bv_generic_connector.h"
 #include "bvconn/connectors/session/bv_heart_beat_connector.h"
 #include "bvconn/dal/bv_connector_object.h"
 #include "bvconn/platform/soap/xml_document.h"
@@ -31,47 +30,35 @@ HostileCall call_of(std::string_view name) {
   static const std::map<std::string_view, HostileCall> calls{
       // Both routes; the error as it comes.
       {"GetQuotePrintout",
-       [](Url url, std::int32_t) {
-         return node(BVPrintConnector().GetQuotePrintout(url, "S-1", "U-1"));
-       }},
-      // With a time-out of its own.
-      {"Send",
-       [](Url url, std::int32_t timeout_ms) {
-         return node(BVGenericConnector().Send("urn:S", "ask", "Root", SoapNode::make("n"), url,
-                                               timeout_ms, "S-1"));
-       }},
+       [](Url url) { return node(BVPrintConnector().GetQuotePrintout(url, "S-1", "U-1")); }},
       // Codes of faults are looked at.
       {"GetInvoice",
-       [](Url url, std::int32_t) {
-         return node(BVInvoiceConnector().GetInvoice(url, "S-1", "U-1"));
-       }},
+       [](Url url) { return node(BVInvoiceConnector().GetInvoice(url, "S-1", "U-1")); }},
       // A fault's words in place of the error's.
       {"SearchForAuthorizations",
-       [](Url url, std::int32_t) {
-         return node(BVSearchConnector().SearchForAuthorizations("S-1", url));
-       }},
+       [](Url url) { return node(BVSearchConnector().SearchForAuthorizations("S-1", url)); }},
       // No error reaches the caller.
       {"GetDocuments",
-       [](Url url, std::int32_t) { return node(BVDocumentConnector().GetDocuments(url, "G-1")); }},
+       [](Url url) { return node(BVDocumentConnector().GetDocuments(url, "G-1")); }},
       // The exchange of an operation's own, and a text as the result.
       {"getNewAcknowledgment",
-       [](Url url, std::int32_t) {
+       [](Url url) {
          return text(BVAcknowledgementConnector().getNewAcknowledgment("<a/>", url, "S-1"));
        }},
       // No envelope: the bytes are loaded into a document.
       {"pilferSalesInstrument",
-       [](Url url, std::int32_t) {
+       [](Url url) {
          XMLDocument document;
          BVSalesInstrumentConnector().pilferSalesInstrument("G-1", &document, "order", url, "S-1");
          return text(document.xml());
        }},
       {"sendHeartBeat",
-       [](Url url, std::int32_t) {
+       [](Url url) {
          BVHeartBeatConnector().sendHeartBeat(url, "S-1");
          return text("");
        }},
       {"InitTorvexDAL",
-       [](Url url, std::int32_t) {
+       [](Url url) {
          BVConnectorObject().InitTorvexDAL(url);
          return text("");
        }},

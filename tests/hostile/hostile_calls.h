@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -16,7 +15,7 @@ struct Given {
   std::optional<std::string> text;
 };
 
-using HostileCall = std::function<Given(std::string_view url, std::int32_t timeout_ms)>;
+using HostileCall = std::function<Given(std::string_view url)>;
 
 /// The operation of this name with arguments that do not matter; empty for a name that is not
 /// known. Each stands for a road on which a reply comes, or for a way in which an error ends.

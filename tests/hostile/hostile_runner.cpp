@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <exception>
@@ -18,6 +19,8 @@
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/variant.h"
+#include "bvconn/platform/timeout_scope.h"
+#include "bvconn/platform/tls_files.h"
 #include "hostile/hostile_calls.h"
 #include "hostile/hostile_file.h"
 #include "hostile/hostile_server.h"
@@ -142,13 +145,13 @@ class CaseRunner {
 
   void in_thread(HostileServer& server) {
     const auto transport = BVConnectorObject().HTTPTransportObject();
-    if (!server.authority().empty()) transport->Option("tls.ca_file", server.authority());
+    if (!server.authority().empty()) use_tls_files({.ca_file = server.authority()});
     const bool straight = case_.through.empty();
     if (straight) good_call(home_.url("/dal"));
     const Held before = held_now();
 
     const std::string url = case_.url.empty() ? server.url("/soap") : expanded(case_.url, holes_);
-    if (by_dal() && !starts_dal()) start_dal(url);
+    if (by_dal() && !starts_dal()) start_hostile_dal(url, server);
     if (case_.kept) good_call(url);
     for (const auto& [key, value] : case_.options) transport->Option(key, expanded(value, holes_));
     const std::size_t requests = server.sockets().requests().size();
@@ -159,7 +162,7 @@ class CaseRunner {
     EXPECT_LE(server.sockets().requests().size(), requests + (starts_dal() ? 2 : 1))
         << "a request went out twice";
 
-    if (server.ends_connection()) server.sockets().wait_for_closed(1);
+    if (server.ends_connection()) server.sockets().wait_for_closed(closed_ + 1);
     if (server.get_well() && case_.url.empty() && !case_.through.starts_with("port ")) {
       good_call(url);
       check_request(server.sockets());
@@ -171,6 +174,19 @@ class CaseRunner {
     EXPECT_EQ(after.threads, before.threads) << "threads grow from call to call";
   }
 
+  // What comes ahead of a request needs a connection of its own, so that of the login is closed.
+  void start_hostile_dal(const std::string& url, HostileServer& server) {
+    const TimeoutScope limit(std::chrono::milliseconds(case_.timeout_ms));
+    const bool is_ahead = std::any_of(case_.steps.begin(), case_.steps.end(), [](const auto& step) {
+      return step.moment != HostileStep::Moment::kAsked;
+    });
+    if (is_ahead) {
+      server.sockets().answer({good_answer(), answers::then_close(good_answer())});
+    }
+    start_dal(url);
+    if (is_ahead) server.sockets().wait_for_closed(++closed_);
+  }
+
   void start_dal(const std::string& url) {
     dal_url_ = url;
     BVConnectorObject().InitTorvexDAL(url);
@@ -180,19 +196,20 @@ class CaseRunner {
   // The same operation on the same thread; the address of the other route is set with each.
   void good_call(const std::string& url) {
     if (by_dal() && dal_url_ != url) start_dal(url);
-    const Given given = call_of("GetQuotePrintout")(url, 0);
+    const Given given = call_of("GetQuotePrintout")(url);
     EXPECT_EQ(to_text(given.node.Value()), kGoodValue);
   }
 
   Seen seen_in(const std::string& url) {
-    const HostileCall call = call_of(case_.timeout_ms != 0 ? "Send" : case_.call);
+    const HostileCall call = call_of(case_.call);
+    const TimeoutScope limit(std::chrono::milliseconds(case_.timeout_ms));
     if (!call) throw std::runtime_error("nothing is known of the call " + case_.call);
     Seen seen;
     if (starts_dal()) dal_url_.clear();  // Whatever comes of it, a good call begins it anew.
     seen.growth = peak_growth([&] {
       const auto begin = Clock::now();
       try {
-        seen.given = call(url, case_.timeout_ms);
+        seen.given = call(url);
         if (seen.given.node) walk(seen.given.node);
       } catch (const Error& error) {
         seen.error = error;
@@ -325,6 +342,7 @@ class CaseRunner {
   FileCanary file_canary_;
   Holes holes_;
   std::string dal_url_;
+  int closed_ = 0;  ///< connections of the server, by its script
 };
 
 /// What all cases of the process share: a server that is always good, and one that nobody may call.

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-
 #include "bvconn/connectors/invoice/bv_invoice_connector.h"
 #include "bvconn/connectors/session/bv_generic_connector.h"
 #include "bvconn/connectors/session/bv_heart_beat_connector.h"
@@ -28,9 +27,9 @@ std::string envelope(const std::string& body) {
 
 const std::string kInvoice = envelope("<r><return>R</return></r>");
 
-Error error_of_send(const std::string& url, std::int32_t timeout = 5000) {
+Error error_of_send(const std::string& url) {
   return error_of(
-      [&] { BVGenericConnector().Send("urn:T", "m", "Root", SoapNode::make("n"), url, timeout); });
+      [&] { BVGenericConnector().Send("urn:T", "m", "Root", SoapNode::make("n"), url, 5000); });
 }
 
 // Whatever happened, the next call on this thread and transport works.
