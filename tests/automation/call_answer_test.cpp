@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "automation/sample_class.h"
-#include "batch.h"
+#include "call_answer.h"
 
 namespace bvconn::test {
 namespace {

@@ -49,7 +49,7 @@ TEST(Call, AFailedCallSaysNumberSourceDescriptionAndAHint) {
   ScriptedServer server;
   server.reply(fault_envelope("4711", "No such invoice"));
   const Tool::Outcome outcome = get_invoice(server.url());
-  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.status, 4);
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err,
             "bvconn: BVInvoiceConnector.GetInvoice failed: error 0x80044201 (-2147204607) from "
@@ -63,7 +63,7 @@ TEST(Call, AFailedCallPrintsItsErrorWithJson) {
   ScriptedServer server;
   server.reply(fault_envelope("4711", "No such invoice"));
   const Tool::Outcome outcome = get_invoice(server.url(), {"--json"});
-  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.status, 4);
   EXPECT_EQ(outcome.out,
             "{\"id\":null,\"error\":{\"number\":-2147204607,\"hex\":\"0x80044201\","
             "\"source\":\"SoapEnvelope\",\"description\":\"No such invoice\",\"helpFile\":\"\","
@@ -169,7 +169,7 @@ TEST(CommandLine, TellsItsVersion) {
 TEST(CommandLine, HelpShowsCommandsAndExamples) {
   const Tool::Outcome outcome = Tool::run({"--help"});
   EXPECT_EQ(outcome.status, 0);
-  for (const char* text : {"list", "call", "batch", "Examples:", "bvconn call "}) {
+  for (const char* text : {"list", "call", "batch", "Examples", "bvconn call "}) {
     EXPECT_THAT(outcome.out, HasSubstr(text));
   }
   EXPECT_EQ(Tool::run({"call", "--help"}).status, 0);

@@ -2,12 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "automation/shell.h"
 #include "automation/tool_process.h"
 
 namespace bvconn::test {
@@ -48,7 +51,7 @@ TEST(Completion, LeavesOutArgumentsThatAreGiven) {
 }
 
 TEST(Completion, KnowsTheOptionsOfASubcommand) {
-  EXPECT_THAT(completed({"call", "--pr"}), ElementsAre("--print-request"));
+  EXPECT_THAT(completed({"call", "--pri"}), ElementsAre("--print-request"));
   EXPECT_THAT(completed({"describe", "--"}), Contains("--json"));
 }
 
@@ -84,6 +87,88 @@ TEST(Completion, InBashReplacesTheWordThatIsBegun) {
             "aServerURL=\naSessionID=\nisBrimvale=\n");
   EXPECT_EQ(bash_offers("bvconn call BVHeartBeatConnector.sendHeartBeat aServerURL=http://h/ aSe"),
             "aSessionID=\n");
+}
+
+TEST(Completion, KnowsTheFormsOfOutputInBothSpellings) {
+  EXPECT_THAT(completed({"call", "BVHeartBeatConnector.sendHeartBeat", "--output", "j"}),
+              ElementsAre("json"));
+  EXPECT_THAT(completed({"call", "--output=r"}), ElementsAre("--output=raw"));
+}
+
+TEST(Completion, KnowsTheProfiles) {
+  const Shell shell;
+  shell.profiles("[test]\nserver = 's'\n[live]\nserver = 't'\n");
+  EXPECT_EQ(shell.run("bvconn complete -- batch --profile ''").out, "live\ntest\n");
+  EXPECT_EQ(Shell().run("bvconn complete -- batch --profile ''").out, "");
+}
+
+TEST(Completion, TakesTheValueOfAnOptionForNoOperation) {
+  EXPECT_THAT(completed({"call", "--user", "BVHeartBeatConnector.sendHeartBeat",
+                         "BVHeartBeatConnector.Up"}),
+              ElementsAre("BVHeartBeatConnector.UpdateHeartBeatTime"));
+  EXPECT_THAT(completed({"call", "--ca-file", ""}), IsEmpty());
+}
+
+TEST(Completion, OfWhatTakesNoOperationIsItsOptions) {
+  EXPECT_THAT(completed({"batch", ""}), IsEmpty());
+  EXPECT_THAT(completed({"batch", "--fa"}), ElementsAre("--fail"));
+}
+
+/// What zsh makes of a line at the press of a tab: `bvconn` shows its words when the line is run.
+std::string zsh_line(const std::string& line) {
+  TerminalSession zsh("exec env TERM=dumb zsh -f -i");
+  zsh.type("PS1='> '; autoload -Uz compinit; compinit -D -u; unsetopt beep; stty -echo\n");
+  zsh.type(
+      "bvconn() { case $1 in (comp*) command bvconn \"$@\";; (*) print -r -- \"[$*]\";; esac }\n");
+  zsh.type("source <(bvconn completion zsh); print 'rea''dy'\n");
+  EXPECT_TRUE(zsh.wait_for("ready")) << zsh.seen();
+  zsh.type(line + "\t");
+  // What is completed has to be there before the line is ended.
+  std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+  zsh.type("\n");
+  const std::size_t from = zsh.seen().size();
+  if (!zsh.wait_for_after(from, "]")) return zsh.seen();
+  const std::string text = zsh.seen().substr(from);
+  const std::size_t end = text.rfind(']');
+  const std::size_t begin = text.rfind('[', end);
+  return text.substr(begin, end - begin + 1);
+}
+
+TEST(Completion, InZshReplacesTheWordThatIsBegun) {
+  if (!is_installed("zsh")) GTEST_SKIP() << "zsh is not installed here";
+  EXPECT_EQ(zsh_line("bvconn desc"), "[describe]");
+  EXPECT_EQ(zsh_line("bvconn call BVHeart"), "[call BVHeartBeatConnector.]");
+  EXPECT_EQ(zsh_line("bvconn call BVHeartBeatConnector.sendHeartBeat aServerURL=http://h/ aSe"),
+            "[call BVHeartBeatConnector.sendHeartBeat aServerURL=http://h/ aSessionID=]");
+  EXPECT_EQ(zsh_line("bvconn call BVHeartBeatConnector.sendHeartBeat --output j"),
+            "[call BVHeartBeatConnector.sendHeartBeat --output json]");
+}
+
+std::string fish_offers(const std::string& line) {
+  return Shell()
+      .run("fish -N -c " + quoted("bvconn completion fish | source; complete -C " + quoted(line)))
+      .out;
+}
+
+TEST(Completion, InFishOffersWhatContinuesTheWord) {
+  if (!is_installed("fish")) GTEST_SKIP() << "fish is not installed here";
+  EXPECT_EQ(fish_offers("bvconn desc"), "describe\n");
+  EXPECT_EQ(fish_offers("bvconn call BVHeart"), "BVHeartBeatConnector.\n");
+  EXPECT_EQ(fish_offers("bvconn call BVHeartBeatConnector.sendHeartBeat aS"),
+            "aServerURL=\naSessionID=\n");
+  EXPECT_EQ(fish_offers("bvconn call --output j"), "json\n");
+}
+
+TEST(Completion, InFishFallsBackToFiles) {
+  if (!is_installed("fish")) GTEST_SKIP() << "fish is not installed here";
+  const Shell shell;
+  shell.folder.file("authority.pem", "");
+  EXPECT_EQ(shell
+                .run("cd \"$HOME\"; fish -N -c " +
+                     quoted("bvconn completion fish | source; complete -C 'bvconn call --ca-file "
+                            "auth'"))
+                .out,
+            "authority.pem\n");
 }
 
 TEST(Completion, HasAScriptForEachShell) {

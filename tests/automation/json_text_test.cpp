@@ -5,7 +5,7 @@
 #include <limits>
 #include <string>
 
-#include "batch.h"
+#include "batch_request.h"
 #include "bvconn/platform/conversions/date.h"
 #include "node_tree.h"
 #include "support/error_of.h"

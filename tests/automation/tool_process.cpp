@@ -120,6 +120,10 @@ void Tool::send(const std::string& text) {
   }
 }
 
+void Tool::signal(int number) const {
+  ::kill(child_, number);
+}
+
 bool Tool::read_more() {
   pollfd waiting{.fd = out_, .events = POLLIN, .revents = 0};
   if (::poll(&waiting, 1, kPatience_ms) <= 0) return false;

@@ -44,6 +44,7 @@ class Tool {
   Tool& operator=(const Tool&) = delete;
 
   void send(const std::string& text);
+  void signal(int number) const;
   /// The next line of the output, waited for; "" when none comes within some seconds.
   std::string read_line();
   /// Ends the input and gives everything that was not read yet.

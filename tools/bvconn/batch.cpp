@@ -1,11 +1,12 @@
 #include "batch.h"
 
 #include <algorithm>
-#include <array>
 #include <exception>
 #include <utility>
 
+#include "batch_request.h"
 #include "bvconn/platform/error.h"
+#include "call_answer.h"
 #include "json_text.h"
 #include "nearest_names.h"
 
@@ -17,71 +18,8 @@ using automation::Member;
 using automation::MemberKind;
 using automation::Value;
 
-constexpr std::string_view kBlanks = " \t\r\n";
-
-/// The end of the JSON value that begins at `at`: the comma or bracket behind it.
-std::size_t end_of_value(std::string_view json, std::size_t at) {
-  int depth = 0;
-  bool quoted = false;
-  for (; at < json.size(); ++at) {
-    const char c = json[at];
-    if (quoted) {
-      if (c == '\\') {
-        ++at;
-      } else if (c == '"') {
-        quoted = false;
-      }
-    } else if (c == '"') {
-      quoted = true;
-    } else if (c == '{' || c == '[') {
-      ++depth;
-    } else if (c == '}' || c == ']') {
-      if (depth == 0) break;
-      --depth;
-    } else if ((c == ',' || c == ':') && depth == 0) {
-      break;
-    }
-  }
-  return at;
-}
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-/// The one verb of a request; fails for none, for two, and for keys that do not belong to it.
-std::string verb_of(const Json& request) {
-  struct Verb {
-    std::string_view name, companion;
-  };
-  constexpr std::array<Verb, 5> kVerbs{
-      {{"call", "args"}, {"new", "as"}, {"get", ""}, {"set", "value"}, {"release", ""}}};
-  const Verb* found = nullptr;
-  for (const Verb& verb : kVerbs) {
-    if (!request.contains(verb.name)) continue;
-    if (found != nullptr) throw UsageError("a line holds one request");
-    found = &verb;
-  }
-  if (found == nullptr) throw UsageError("call, new, get, set or release is required");
-  for (const auto& [key, value] : request.items()) {
-    if (key != "id" && key != found->name &&
-        (found->companion.empty() || key != found->companion)) {
-      throw UsageError(std::string(found->name) + " does not take " + key);
-    }
-  }
-  return std::string(found->name);
-}
-
-const std::string& text_member(const Json& request, const char* key) {
-  const auto found = request.find(key);
-  if (found == request.end()) throw UsageError(std::string(key) + " is required");
-  if (!found->is_string()) throw UsageError(std::string(key) + ": a string is expected");
-  return found->get_ref<const std::string&>();
-}
-
-CallArguments read_arguments(const Member& member, const Json& request) {
+CallArguments read_arguments(const Member& member, const Json& request,
+                             const Connection& connection) {
   CallArguments arguments;
   if (const auto args = request.find("args"); args != request.end()) {
     if (!args->is_object()) throw UsageError("args: an object is expected");
@@ -91,16 +29,9 @@ CallArguments read_arguments(const Member& member, const Json& request) {
       });
     }
   }
+  fill_arguments(member, connection, arguments);
   require_arguments(member, arguments);
   return arguments;
-}
-
-std::string result_text(const Value& value) {
-  return "\"result\":" + json_value(value);
-}
-
-std::string error_text(const std::string& error_json) {
-  return "\"error\":" + error_json;
 }
 
 /// Runs something of the request's path, whose usage errors then name the path.
@@ -114,50 +45,6 @@ auto on_path(std::string_view path, const Body& body) {
 }
 
 }  // namespace
-
-std::string raw_member(std::string_view object, std::string_view key) {
-  std::size_t at = object.find('{');
-  while (at < object.size() && object[at] != '}') {
-    const std::size_t colon = end_of_value(object, at + 1);
-    if (colon >= object.size() || object[colon] != ':') break;
-    const std::size_t end = end_of_value(object, colon + 1);
-    if (Json::parse(object.substr(at + 1, colon - at - 1)).get<std::string>() == key) {
-      return std::string(trimmed(object.substr(colon + 1, end - colon - 1)));
-    }
-    at = end;
-  }
-  return "null";
-}
-
-std::string internal_error_json(const char* what) {
-  return json_error(Error(-1, "bvconn", std::string("Internal failure: ") + what));
-}
-
-std::string CallAnswer::with_result(const Value& result) const {
-  return finish(result_text(result));
-}
-
-std::string CallAnswer::with_error(const std::string& error_json) const {
-  return finish(error_text(error_json));
-}
-
-std::string CallAnswer::finish(std::string text) const {
-  std::string nodes;
-  for (std::size_t index = 0; index < member_.arguments.size(); ++index) {
-    const automation::Argument& argument = member_.arguments[index];
-    const Value& value = arguments_.values[index];
-    if (std::holds_alternative<std::monostate>(value)) continue;
-    if (argument.type == automation::ValueType::kXMLDocument &&
-        std::get<XMLDocument*>(value) != nullptr) {
-      text.append(",\"document\":").append(json_value(value));
-    } else if (argument.type == automation::ValueType::kSoapNode) {
-      nodes.append(nodes.empty() ? "" : ",").append(json_string(argument.name));
-      nodes.append(":").append(json_value(value));
-    }
-  }
-  if (!nodes.empty()) text.append(",\"args\":{").append(nodes).append("}");
-  return text;
-}
 
 Batch::~Batch() {
   // In the order in which they were made, one by one: what they log then has an order too.
@@ -178,7 +65,7 @@ void Batch::run(std::string_view line) {
     text = "\"usage\":" + json_string(error.what());
     if (status_ == kDone) status_ = kNotUnderstood;
   } catch (const Error& error) {
-    text = error_text(json_error(error));
+    text = error_text(failed(json_error(error)));
   } catch (const std::exception& error) {
     text = error_text(failure(error.what()));
   } catch (...) {
@@ -202,7 +89,7 @@ std::string Batch::call(const Json& request) {
   const CallArguments arguments = on_path(text_member(request, "call"), [&] {
     if (member.kind == MemberKind::kEvent) throw UsageError("an event cannot be called");
     if (!member.callable()) throw UsageError("a property is not called; use get or set");
-    return read_arguments(member, request);
+    return read_arguments(member, request, connection_);
   });
   const CallAnswer answer(member, arguments);
   try {
@@ -211,7 +98,7 @@ std::string Batch::call(const Json& request) {
     if (event_failure_) std::rethrow_exception(std::exchange(event_failure_, nullptr));
     return answer.with_result(result);
   } catch (const Error& error) {
-    return answer.with_error(json_error(error));
+    return answer.with_error(failed(json_error(error)));
   } catch (const std::exception& error) {
     return answer.with_error(failure(error.what()));
   }
@@ -333,7 +220,12 @@ std::shared_ptr<void> Batch::make_object(const ClassInfo& info) {
 
 std::string Batch::failure(const char* what) {
   status_ = kFailed;
-  return internal_error_json(what);
+  return failed(internal_error_json(what));
+}
+
+std::string Batch::failed(std::string error_json) {
+  some_failed_ = true;
+  return error_json;
 }
 
 std::vector<Batch::Instance>::iterator Batch::find(std::string_view name) {

@@ -10,6 +10,8 @@
 
 #include "arguments.h"
 #include "bvconn/automation/interface.h"
+#include "connection_options.h"
+#include "json_text.h"
 #include "status.h"
 
 namespace bvconn::tool {
@@ -21,7 +23,9 @@ class Batch {
   /// Takes one line of output, without its line end.
   using Output = std::function<void(std::string_view line)>;
 
-  explicit Batch(Output output) : output_(std::move(output)) {}
+  /// Server and session identifier come from the connection where a call does not give them.
+  explicit Batch(Output output, Connection connection = {})
+      : output_(std::move(output)), connection_(std::move(connection)) {}
   Batch(const Batch&) = delete;
   Batch& operator=(const Batch&) = delete;
   /// Releases the objects that are left, the first made first.
@@ -33,6 +37,8 @@ class Batch {
   /// kNotUnderstood once a line was not understood, kFailed once something failed that no operation
   /// may fail with.
   int status() const { return status_; }
+  /// Whether an answer was an error.
+  bool some_failed() const { return some_failed_; }
 
  private:
   struct Instance {
@@ -58,36 +64,17 @@ class Batch {
   std::shared_ptr<void> make_object(const automation::ClassInfo& info);
   std::shared_ptr<void> property_object(const Target& target);
   std::string failure(const char* what);
+  /// Notes that an answer is an error.
+  std::string failed(std::string error_json);
   std::vector<Instance>::iterator find(std::string_view name);
 
   Output output_;
+  Connection connection_;
   std::vector<Instance> instances_;
   std::string id_;                    ///< of the request that runs, as it was written
   std::exception_ptr event_failure_;  ///< of the line of an event in it
   int status_ = kDone;
+  bool some_failed_ = false;
 };
-
-/// The text of a member of a JSON object as it was written; "null" where there is none. The object
-/// must be well-formed.
-std::string raw_member(std::string_view object, std::string_view key);
-
-/// The answer to a call that has run, without its id: result or error, then the documents and nodes
-/// that it was given.
-class CallAnswer {
- public:
-  CallAnswer(const automation::Member& member, const CallArguments& arguments)
-      : member_(member), arguments_(arguments) {}
-  std::string with_result(const automation::Value& result) const;
-  std::string with_error(const std::string& error_json) const;
-
- private:
-  std::string finish(std::string text) const;
-
-  const automation::Member& member_;
-  const CallArguments& arguments_;
-};
-
-/// What is reported where a call failed with something else than an `Error`.
-std::string internal_error_json(const char* what);
 
 }  // namespace bvconn::tool

@@ -1,18 +1,25 @@
 #include "call_command.h"
 
+#include <chrono>
+#include <cstdint>
 #include <exception>
+#include <iomanip>
+#include <optional>
 #include <utility>
 
-#include "arguments.h"
-#include "batch.h"
 #include "bvconn/automation/interface.h"
+#include "bvconn/core/session_state.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/exchange/mask_request.h"
 #include "bvconn/platform/explain.h"
+#include "call_answer.h"
+#include "call_status.h"
+#include "connection_scope.h"
+#include "dal_login.h"
 #include "exchange_view.h"
 #include "input_files.h"
+#include "interruption.h"
 #include "json_text.h"
-#include "node_tree.h"
 #include "print_request.h"
 #include "target.h"
 
@@ -30,6 +37,24 @@ std::string value_text(std::string_view name, std::string_view given) {
   if (!given.starts_with('@')) return std::string(given);
   std::string text = read_input(std::string(given.substr(1)));
   return names_password(name) ? without_line_end(std::move(text)) : text;
+}
+
+}  // namespace
+
+namespace {
+
+/// Names the other places from which these two can come.
+void require_connection(const Member& member, const CallArguments& arguments) {
+  const auto require = [&](std::string_view name, std::string_view places) {
+    const automation::Argument* argument = member.find_argument(name);
+    if (argument == nullptr || argument->optional) return;
+    const auto index = static_cast<std::size_t>(argument - member.arguments.data());
+    if (!std::holds_alternative<std::monostate>(arguments.values[index])) return;
+    throw UsageError("argument " + std::string(name) + " is required; give it, or " +
+                     std::string(places) + " or a profile");
+  };
+  require("aServerURL", "--server, BVCONN_SERVER");
+  require("aSessionID", "--session, BVCONN_SESSION");
 }
 
 }  // namespace
@@ -57,95 +82,155 @@ CallArguments read_arguments(const Member& member, const std::vector<std::string
     });
   }
   fill_arguments(member, connection, arguments);
+  require_connection(member, arguments);
   require_arguments(member, arguments);
   return arguments;
 }
 
 namespace {
 
-/// A result as people read it.
-void print_result(const Value& value, std::ostream& out) {
-  const auto* variant = std::get_if<Variant>(&value);
-  if (std::holds_alternative<std::monostate>(value)) return;
-  if (variant != nullptr && variant->is(Variant::Type::kNode)) {
-    if (variant->node()) out << node_tree(variant->node());
-  } else if (variant != nullptr && variant->is(Variant::Type::kString)) {
-    out << variant->string() << '\n';
-  } else {
-    out << json_value(value) << '\n';
+/// One call from the login to what is reported of it.
+class CallRun {
+ public:
+  CallRun(const CallOptions& options, const Target& target, const CallArguments& arguments,
+          const AnswerPrinter& printer, const AnswerPrinter::Streams& streams)
+      : options_(options),
+        target_(target),
+        arguments_(arguments),
+        printer_(printer),
+        err_(streams.err),
+        terminal_(streams.err_terminal) {}
+
+  int run() {
+    const Interruption interruption;
+    const ConnectionScope scope(options_.connection);
+    int status = options_.connection.dal.empty() ? kDone : log_in();
+    if (status == kDone) status = call();
+    return interruption.came() ? interrupted() : status;
   }
-}
 
-void print_documents(const Member& member, const CallArguments& arguments, std::ostream& out) {
-  for (std::size_t index = 0; index < member.arguments.size(); ++index) {
-    const auto* document = std::get_if<XMLDocument*>(&arguments.values[index]);
-    if (document != nullptr && *document != nullptr) out << (*document)->xml() << '\n';
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  int log_in() {
+    const auto failure = log_in_to_dal(options_.connection);
+    if (!failure) return kDone;
+    err_ << "bvconn: " << terminal_.red(login_failure_text(*failure)) << '\n';
+    hint(recorded_error(*failure));
+    return call_status(*failure);
   }
-}
 
-/// The answer as a batch gives it to a request without an id.
-void print_answer(const std::string& answer, std::ostream& out) {
-  out << "{\"id\":null," << answer << "}\n";
-}
+  int call() {
+    if (const auto last = session().LastExchange()) exchanges_before_ = last->number;
+    const auto begun = Clock::now();
+    std::string error_json;
+    int status = kFailed;
+    try {
+      const auto object = make_object();
+      const Value result = target_.member->invoke(object.get(), arguments_.values);
+      report_time(begun);
+      printer_.result(*target_.member, arguments_, result);
+      return kept_to_itself();
+    } catch (const Error& error) {
+      report_time(begun);
+      error_json = json_error(error);
+      const auto last = exchange();
+      report(" failed: ", error);
+      // A mapped fault has lost them on its way.
+      if (error.description.empty() && last && last->error) {
+        err_ << "bvconn: the server's words: " << last->error->description << '\n';
+      }
+      status = call_status(error, last);
+    } catch (const std::exception& error) {
+      error_json = internal_error_json(error.what());
+      err_ << "bvconn: " << options_.path << ": internal failure: " << error.what() << '\n';
+    }
+    printer_.error(*target_.member, arguments_, error_json);
+    return status;
+  }
 
-int call(const CallOptions& options, const Target& target, const CallArguments& arguments,
-         std::ostream& out, std::ostream& err) {
-  const CallAnswer answer(*target.member, arguments);
-  std::string error_json;
-  try {
-    const auto object = target.info->make();
-    for (const Member& member : target.info->members) {
+  std::shared_ptr<void> make_object() const {
+    auto object = target_.info->make();
+    for (const Member& member : target_.info->members) {
       if (member.kind != MemberKind::kEvent) continue;
-      member.connect(object.get(), [&, name = target.info->name + "." + member.name] {
-        if (options.json) {
-          out << "{\"event\":" << json_string(name) << ",\"id\":null}\n";
-        } else {
-          err << "bvconn: event " << name << '\n';
-        }
+      member.connect(object.get(), [this, name = target_.info->name + "." + member.name] {
+        printer_.event(name);
       });
     }
-    const Value result = target.member->invoke(object.get(), arguments.values);
-    if (options.json) {
-      print_answer(answer.with_result(result), out);
-    } else {
-      print_result(result, out);
-      print_documents(*target.member, arguments, out);
-    }
-    return kDone;
-  } catch (const Error& error) {
-    error_json = json_error(error);
-    err << "bvconn: " << options.path << " failed: error " << hex_number(error.number) << " ("
-        << error.number << ") from " << error.source << ": " << error.description << '\n'
-        << "bvconn: hint: " << explain(error) << '\n';
-  } catch (const std::exception& error) {
-    error_json = internal_error_json(error.what());
-    err << "bvconn: " << options.path << ": internal failure: " << error.what() << '\n';
+    return object;
   }
-  if (options.json) print_answer(answer.with_error(error_json), out);
-  return kFailed;
-}
+
+  /// The last exchange of this call, if it came to one.
+  std::optional<Exchange> exchange() const {
+    auto last = session().LastExchange();
+    return last && last->number > exchanges_before_ ? std::move(last) : std::nullopt;
+  }
+
+  /// The status of a call that returned: some operations raise nothing whatever happens.
+  int kept_to_itself() {
+    const auto last = exchange();
+    if (!last || !last->error || last->raised) return kDone;
+    report(" returned, but its exchange failed: ", recorded_error(*last));
+    return call_status(*last);
+  }
+
+  void report(std::string_view what, const Error& error) {
+    err_ << "bvconn: " << options_.path << what
+         << terminal_.red("error " + hex_number(error.number)) << " (" << error.number << ") from "
+         << error.source << ": " << error.description << '\n';
+    hint(error);
+  }
+
+  void hint(const Error& error) {
+    err_ << "bvconn: " << terminal_.yellow("hint:") << ' ' << explain(error) << '\n';
+  }
+
+  void report_time(Clock::time_point begun) {
+    const std::chrono::duration<double> time = Clock::now() - begun;
+    if (!terminal_.is_terminal || time < std::chrono::seconds(1)) return;
+    err_ << "bvconn: " << options_.path << " took " << std::fixed << std::setprecision(1)
+         << time.count() << " s\n";
+  }
+
+  int interrupted() {
+    const auto last = exchange();
+    const Outcome outcome = last ? last->outcome : Outcome::kNotSent;
+    err_ << "bvconn: interrupted; " << options_.path << ": " << outcome_text(outcome)
+         << (outcome == Outcome::kUnknown ? ": look whether it was done before calling again\n"
+                                          : "\n");
+    return kInterrupted;
+  }
+
+  const CallOptions& options_;
+  const Target& target_;
+  const CallArguments& arguments_;
+  const AnswerPrinter& printer_;
+  std::ostream& err_;
+  const Terminal& terminal_;
+  std::uint64_t exchanges_before_ = 0;
+};
 
 }  // namespace
 
-int run_call(const CallOptions& options, std::ostream& out, std::ostream& err) {
+int run_call(const CallOptions& options, const AnswerPrinter::Streams& streams) {
+  const AnswerPrinter printer(options.form, streams, options.reply);
   try {
     const Target target = find_target(options.path);
     const CallArguments arguments =
         read_arguments(*target.member, options.arguments, options.connection);
-    const int status =
-        options.print_request
-            ? print_request(target, arguments,
-                            {.json = options.json, .shows_secrets = options.shows_secrets}, out,
-                            err)
-            : call(options, target, arguments, out, err);
-    if (options.show_exchange) print_exchanges(err);
-    out.flush();
-    return out ? status : kFailed;
+    const int status = options.print_request
+                           ? print_request(target, arguments,
+                                           {.json = options.form == OutputForm::kJson,
+                                            .shows_secrets = options.shows_secrets},
+                                           streams.out, streams.err)
+                           : CallRun(options, target, arguments, printer, streams).run();
+    if (options.show_exchange) print_exchanges(streams.err);
+    streams.out.flush();
+    return streams.out ? status : kFailed;
   } catch (const UsageError& error) {
-    err << "bvconn: " << options.path << ": " << error.what() << '\n';
-    if (options.json) {
-      print_answer("\"usage\":" + json_string(options.path + ": " + error.what()), out);
-    }
+    const std::string text = options.path + ": " + error.what();
+    streams.err << "bvconn: " << text << '\n';
+    printer.usage(text);
     return kNotUnderstood;
   }
 }

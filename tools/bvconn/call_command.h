@@ -1,10 +1,11 @@
 #pragma once
 
-#include <ostream>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "answer_printer.h"
 #include "arguments.h"
 #include "connection_options.h"
 
@@ -14,7 +15,9 @@ struct CallOptions {
   std::string path;                    ///< CLASS.OPERATION
   std::vector<std::string> arguments;  ///< NAME=VALUE, NAME=@FILE, NAME:=JSON
   Connection connection;
-  bool json = false;
+  OutputForm form = OutputForm::kTree;
+  /// What the platform's tap sees; of the form kRaw alone.
+  std::shared_ptr<const TappedReply> reply;
   /// Shows what would be sent, and sends nothing.
   bool print_request = false;
   bool shows_secrets = false;
@@ -28,7 +31,8 @@ CallArguments read_arguments(const automation::Member& member,
                              const std::vector<std::string>& texts,
                              const Connection& connection = {});
 
-/// `bvconn call`: one call, its answer to `out`, what went wrong to `err`. Gives the exit status.
-int run_call(const CallOptions& options, std::ostream& out, std::ostream& err);
+/// `bvconn call`: one call, by the data access layer where the connection names one. Gives the exit
+/// status.
+int run_call(const CallOptions& options, const AnswerPrinter::Streams& streams);
 
 }  // namespace bvconn::tool

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "batch.h"
 #include "bvconn/automation/interface.h"
+#include "connection_options.h"
 #include "nearest_names.h"
+#include "status.h"
 
 namespace bvconn::tool {
 namespace {
@@ -54,7 +55,12 @@ fi
 constexpr std::string_view kFish = R"(# fish completion for bvconn
 function __bvconn_complete
   set -l words (commandline -opc) (commandline -ct)
-  bvconn complete -- $words[2..-1] 2>/dev/null
+  set -l found (bvconn complete -- $words[2..-1] 2>/dev/null)
+  if test (count $found) -gt 0
+    printf '%s\n' $found
+  else
+    __fish_complete_path (commandline -ct)
+  end
 end
 complete -c bvconn -f -a '(__bvconn_complete)'
 )";
@@ -112,29 +118,78 @@ std::vector<std::string> arguments_for(std::string_view path,
   return names;
 }
 
+/// What can stand behind an option; nothing for a file, which the shell completes itself.
+std::vector<std::string> values_of(std::string_view option) {
+  if (option == "--output") return {"tree", "json", "xml", "raw"};
+  return option == "--profile" ? profile_names() : std::vector<std::string>();
+}
+
+std::vector<std::string> option_names(const CommandWords& command) {
+  std::vector<std::string> names;
+  for (const OptionWords& option : command.options) names.push_back(option.name);
+  return names;
+}
+
+bool takes_value(const CommandWords& command, std::string_view name) {
+  return std::any_of(command.options.begin(), command.options.end(), [&](const OptionWords& each) {
+    return each.takes_value && each.name == name;
+  });
+}
+
+/// "--output=tree" and so on, for a word that is begun so.
+std::vector<std::string> joined_values(std::string_view option) {
+  std::vector<std::string> words;
+  for (const std::string& value : values_of(option)) {
+    words.push_back(std::string(option) + "=" + value);
+  }
+  return words;
+}
+
+/// The words of a command line without its options and their values.
+std::vector<std::string> without_options(const CommandWords& command,
+                                         const std::vector<std::string>& words) {
+  std::vector<std::string> rest;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (takes_value(command, words[i])) {
+      ++i;
+    } else if (!words[i].starts_with('-')) {
+      rest.push_back(words[i]);
+    }
+  }
+  return rest;
+}
+
+/// What can follow the subcommand; `given` are the whole words behind it.
+std::vector<std::string> continuations(const CommandWords& command,
+                                       const std::vector<std::string>& given,
+                                       const std::string& begun) {
+  if (!given.empty() && takes_value(command, given.back())) return values_of(given.back());
+  if (begun.starts_with('-')) {
+    const std::size_t equals = begun.find('=');
+    return equals == std::string::npos ? option_names(command)
+                                       : joined_values(begun.substr(0, equals));
+  }
+  const std::vector<std::string> places = without_options(command, given);
+  if (places.empty() && command.name == "completion") return {"bash", "zsh", "fish"};
+  if (places.empty() && !command.subcommands.empty()) return command.subcommands;
+  const bool names_path = takes_class(command.name) || takes_operation(command.name);
+  if (places.empty() && names_path) return paths_for(command.name, begun);
+  return !places.empty() && takes_arguments(command.name) ? arguments_for(places.front(), places)
+                                                          : std::vector<std::string>();
+}
+
 std::vector<std::string> candidates(const std::vector<std::string>& words,
                                     const std::vector<CommandWords>& commands) {
-  std::vector<std::string> names;
-  if (words.size() < 2) {
-    for (const CommandWords& each : commands) names.push_back(each.name);
-    return names;
-  }
-  const std::string& command = words.front();
-  const std::string& begun = words.back();
-  if (begun.starts_with('-')) {
+  if (words.size() > 1) {
     for (const CommandWords& each : commands) {
-      if (each.name == command) names = each.options;
+      if (each.name != words.front()) continue;
+      return continuations(each, {words.begin() + 1, words.end() - 1}, words.back());
     }
-    return names;
+    return {};
   }
-  if (command == "completion") return {"bash", "zsh", "fish"};
-  const auto path = std::find_if(words.begin() + 1, words.end() - 1, [](const std::string& word) {
-    return !word.starts_with('-') && automation::find_class(word.substr(0, word.find('.')));
-  });
-  if (path == words.end() - 1) {
-    return takes_class(command) || takes_operation(command) ? paths_for(command, begun) : names;
-  }
-  return takes_arguments(command) ? arguments_for(*path, {path + 1, words.end() - 1}) : names;
+  std::vector<std::string> names;
+  for (const CommandWords& each : commands) names.push_back(each.name);
+  return names;
 }
 
 }  // namespace

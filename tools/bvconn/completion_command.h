@@ -6,10 +6,16 @@
 
 namespace bvconn::tool {
 
+struct OptionWords {
+  std::string name;  ///< "--json"
+  bool takes_value = false;
+};
+
 /// A subcommand as the command line knows it.
 struct CommandWords {
   std::string name;
-  std::vector<std::string> options;  ///< "--json", …
+  std::vector<OptionWords> options;
+  std::vector<std::string> subcommands{};  ///< of its own
 };
 
 /// `bvconn completion SHELL`: a script that makes bash, zsh or fish complete subcommands, classes,

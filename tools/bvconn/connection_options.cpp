@@ -55,6 +55,12 @@ std::optional<std::string> text_of(const toml::node& node) {
   return std::nullopt;
 }
 
+std::vector<std::string> keys_of(const toml::table& table) {
+  std::vector<std::string> keys;
+  for (auto&& [key, value] : table) keys.emplace_back(key.str());
+  return keys;
+}
+
 std::vector<std::string> field_names() {
   std::vector<std::string> names;
   for (const ConnectionField& field : kConnectionFields) names.emplace_back(field.name);
@@ -88,9 +94,8 @@ class Profile {
  private:
   [[noreturn]] static void fail_unknown(const std::string& name, const toml::table& profiles,
                                         const std::string& file) {
-    std::vector<std::string> known;
-    for (auto&& [key, value] : profiles) known.emplace_back(key.str());
-    throw UsageError("there is no profile " + name + " in " + file + did_you_mean(name, known));
+    throw UsageError("there is no profile " + name + " in " + file +
+                     did_you_mean(name, keys_of(profiles)));
   }
 
   void take(std::string_view key, const toml::node& value, const std::string& file) {
@@ -180,6 +185,14 @@ std::string profiles_file() {
   }
   const std::string home = variable("HOME");
   return home.empty() ? "" : home + "/.config" + std::string(kFile);
+}
+
+std::vector<std::string> profile_names() {
+  try {
+    return keys_of(parse_profiles(profiles_file()));
+  } catch (const SettingsError&) {
+    return {};
+  }
 }
 
 }  // namespace bvconn::tool

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace bvconn::tool {
 
@@ -92,5 +93,7 @@ Connection resolve_connection(const ConnectionOptions& options,
 
 /// `$XDG_CONFIG_HOME/bvconn/profiles.toml`, else below `~/.config`; "" without a home.
 std::string profiles_file();
+/// The names in that file; none where it cannot be used.
+std::vector<std::string> profile_names();
 
 }  // namespace bvconn::tool

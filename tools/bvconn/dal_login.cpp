@@ -8,7 +8,10 @@
 namespace bvconn::tool {
 
 std::optional<Exchange> log_in_to_dal(const Connection& connection) {
-  const std::string password = connection.password();
+  return log_in_to_dal(connection, connection.password());
+}
+
+std::optional<Exchange> log_in_to_dal(const Connection& connection, const std::string& password) {
   const automation::ClassInfo& info = find_class("BVConnectorObject");
   const auto object = info.make();
   const auto set = [&](std::string_view property, const std::string& text) {

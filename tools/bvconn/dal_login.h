@@ -13,6 +13,8 @@ namespace bvconn::tool {
 /// masked; nothing where all went well. The route then stays as it was.
 /// @throws UsageError  for a password file that cannot be read.
 std::optional<Exchange> log_in_to_dal(const Connection& connection);
+/// The same with a password that is known: a file may be a pipe, which is read but once.
+std::optional<Exchange> log_in_to_dal(const Connection& connection, const std::string& password);
 
 /// "the login at URL failed: error 0x80044301 (…) from AuthenticationService: …", with the words of
 /// the service itself.

@@ -1,9 +1,9 @@
 #include "describe_command.h"
 
 #include "arguments.h"
-#include "batch.h"
 #include "description.h"
 #include "list_command.h"
+#include "status.h"
 
 namespace bvconn::tool {
 

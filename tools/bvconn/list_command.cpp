@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "batch.h"
 #include "bvconn/automation/interface.h"
 #include "interface_text.h"
 #include "json_text.h"
+#include "status.h"
 #include "target.h"
 
 namespace bvconn::tool {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "bvconn/platform/soap/soap_node.h"
+#include "terminal.h"
 
 namespace bvconn::tool {
 
@@ -11,6 +13,10 @@ namespace bvconn::tool {
 ///     return
 ///       InvoiceNumber = 4711
 ///       Comment is nil
-std::string node_tree(const SoapNode& node);
+std::string node_tree(const SoapNode& node, const Terminal& terminal = {});
+
+/// The fields below a node, or itself, whose values cannot be read, each with its raw text and the
+/// reason.
+std::vector<std::string> unreadable_lines(const SoapNode& node);
 
 }  // namespace bvconn::tool

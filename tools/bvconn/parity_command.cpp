@@ -8,12 +8,13 @@
 
 #include "answer_paths.h"
 #include "arguments.h"
-#include "batch.h"
 #include "bvconn/observation/conduct.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/exchange/mask_request.h"
 #include "call_command.h"
+#include "connection_scope.h"
 #include "dal_login.h"
+#include "status.h"
 #include "target.h"
 
 namespace bvconn::tool {
@@ -154,11 +155,13 @@ int compare_routes(const ParityOptions& options, std::ostream& out, std::ostream
   const ObservedConduct conduct = automation::observe_conduct(*target.info, *target.member);
   require_comparable(conduct, options);
   Secrets secrets = secrets_of(target, options);
-  secrets.add(options.connection.password());
+  const std::string password = options.connection.password();
+  secrets.add(password);
+  const ConnectionScope scope(options.connection);
 
   Session session;
   const RouteAnswer by_soap = ask(target, options);
-  if (const auto failure = log_in_to_dal(options.connection)) {
+  if (const auto failure = log_in_to_dal(options.connection, password)) {
     err << "bvconn: " << login_failure_text(*failure) << '\n';
     return kFailed;
   }

@@ -1,11 +1,11 @@
 #include "print_request.h"
 
-#include "batch.h"
 #include "bvconn/observation/rehearsal.h"
 #include "bvconn/platform/exchange/mask_request.h"
 #include "bvconn/platform/http/http_url.h"
 #include "interface_text.h"
 #include "json_text.h"
+#include "status.h"
 
 namespace bvconn::tool {
 namespace {

@@ -3,9 +3,9 @@
 #include <string_view>
 
 #include "arguments.h"
-#include "batch.h"
 #include "interface_text.h"
 #include "json_text.h"
+#include "status.h"
 #include "target.h"
 
 namespace bvconn::tool {

@@ -9,6 +9,7 @@
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/http/curl_errors.h"
 #include "bvconn/platform/http/http_url.h"
+#include "bvconn/platform/http/interrupted_exchanges.h"
 
 namespace bvconn::detail {
 namespace {
@@ -136,7 +137,7 @@ int HttpExchange::on_request(void* self, char*, char*, int, int) {
 
 int HttpExchange::on_progress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent) {
   static_cast<HttpExchange*>(self)->meter_.request_goes_on(static_cast<std::uint64_t>(sent));
-  return 0;
+  return exchanges_are_interrupted() ? 1 : 0;
 }
 
 HttpReply HttpExchange::finish(CURLcode code) {
@@ -169,6 +170,11 @@ bool HttpExchange::was_cut_by_tls(CURLcode code) const {
 
 // What the run's code says against the exchange, with what libcurl has to say about it.
 Error HttpExchange::trouble(CURLcode code) const {
+  if (code == CURLE_ABORTED_BY_CALLBACK && exchanges_are_interrupted()) {
+    return failure(
+        request_went_out_ ? error_numbers::kConnectionLost : error_numbers::kCannotConnect,
+        "it was interrupted");
+  }
   if (code == CURLE_OK || (request_went_out_ && is_about_connecting(code))) {
     return failure(error_numbers::kConnectionLost, "the server ended it before its reply began");
   }

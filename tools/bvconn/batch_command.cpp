@@ -1,0 +1,37 @@
+#include "batch_command.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <iostream>
+#include <string>
+
+#include "batch.h"
+#include "connection_scope.h"
+#include "dal_login.h"
+#include "status.h"
+
+namespace bvconn::tool {
+
+int run_batch(const BatchOptions& options, std::ostream& out, std::ostream& err) {
+  // Reading a folder fails in a way that a stream takes for the end of the input.
+  struct stat input {};
+  if (::fstat(STDIN_FILENO, &input) == 0 && S_ISDIR(input.st_mode)) {
+    throw UsageError("standard input is a folder");
+  }
+  const ConnectionScope scope(options.connection);
+  if (!options.connection.dal.empty()) {
+    if (const auto failure = log_in_to_dal(options.connection)) {
+      err << "bvconn: " << login_failure_text(*failure) << '\n';
+      return kFailed;
+    }
+  }
+  Batch batch([&out](std::string_view line) { out << line << std::endl; }, options.connection);
+  std::string line;
+  while (out && std::getline(std::cin, line)) batch.run(line);
+  if (!out || std::cin.bad()) return kFailed;
+  const bool tells = options.fail && batch.status() == kDone && batch.some_failed();
+  return tells ? kSomeFailed : batch.status();
+}
+
+}  // namespace bvconn::tool

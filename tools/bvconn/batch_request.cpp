@@ -1,0 +1,90 @@
+#include "batch_request.h"
+
+#include <array>
+#include <cstddef>
+
+#include "status.h"
+
+namespace bvconn::tool {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+/// The end of the JSON value that begins at `at`: the comma or bracket behind it.
+std::size_t end_of_value(std::string_view json, std::size_t at) {
+  int depth = 0;
+  bool quoted = false;
+  for (; at < json.size(); ++at) {
+    const char c = json[at];
+    if (quoted) {
+      if (c == '\\') {
+        ++at;
+      } else if (c == '"') {
+        quoted = false;
+      }
+    } else if (c == '"') {
+      quoted = true;
+    } else if (c == '{' || c == '[') {
+      ++depth;
+    } else if (c == '}' || c == ']') {
+      if (depth == 0) break;
+      --depth;
+    } else if ((c == ',' || c == ':') && depth == 0) {
+      break;
+    }
+  }
+  return at;
+}
+
+}  // namespace
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::string verb_of(const Json& request) {
+  struct Verb {
+    std::string_view name, companion;
+  };
+  constexpr std::array<Verb, 5> kVerbs{
+      {{"call", "args"}, {"new", "as"}, {"get", ""}, {"set", "value"}, {"release", ""}}};
+  const Verb* found = nullptr;
+  for (const Verb& verb : kVerbs) {
+    if (!request.contains(verb.name)) continue;
+    if (found != nullptr) throw UsageError("a line holds one request");
+    found = &verb;
+  }
+  if (found == nullptr) throw UsageError("call, new, get, set or release is required");
+  for (const auto& [key, value] : request.items()) {
+    if (key != "id" && key != found->name &&
+        (found->companion.empty() || key != found->companion)) {
+      throw UsageError(std::string(found->name) + " does not take " + key);
+    }
+  }
+  return std::string(found->name);
+}
+
+const std::string& text_member(const Json& request, const char* key) {
+  const auto found = request.find(key);
+  if (found == request.end()) throw UsageError(std::string(key) + " is required");
+  if (!found->is_string()) throw UsageError(std::string(key) + ": a string is expected");
+  return found->get_ref<const std::string&>();
+}
+
+std::string raw_member(std::string_view object, std::string_view key) {
+  std::size_t at = object.find('{');
+  while (at < object.size() && object[at] != '}') {
+    const std::size_t colon = end_of_value(object, at + 1);
+    if (colon >= object.size() || object[colon] != ':') break;
+    const std::size_t end = end_of_value(object, colon + 1);
+    if (Json::parse(object.substr(at + 1, colon - at - 1)).get<std::string>() == key) {
+      return std::string(trimmed(object.substr(colon + 1, end - colon - 1)));
+    }
+    at = end;
+  }
+  return "null";
+}
+
+}  // namespace bvconn::tool

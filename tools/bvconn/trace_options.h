@@ -1,0 +1,27 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <string>
+
+#include "reply_tap.h"
+
+namespace bvconn::tool {
+
+/// Options of the subcommands that call: what is seen of the platform.
+struct TraceOptions {
+  std::string file;
+  std::string mask;
+  bool shows_secrets = false;
+  /// Where the replies are to be kept, if anywhere.
+  std::shared_ptr<TappedReply> reply;
+};
+
+void add_trace_options(CLI::App& command, TraceOptions& options);
+
+/// Puts mask, tap and trace in force, before the library is used for the first time.
+/// @throws UsageError
+void install_trace(const TraceOptions& options);
+
+}  // namespace bvconn::tool
