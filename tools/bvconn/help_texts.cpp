@@ -55,8 +55,8 @@ Examples, with a server such as `bvsandbox --port 8080`:
       aSessionID=S strInvoiceUID=INV-1001
   bvconn call BVInvoiceConnector.GetInvoice --server http://127.0.0.1:8080/soap --session S \
       strInvoiceUID=INV-1001 --output json --timeout 10
-  echo '<LAZYLOAD>true</LAZYLOAD>' | bvconn call BVGenericConnector.Send aService=urn:Postal \
-      aMethod=getCountries aRootNodeName=LAZYLOAD aSoapNode=@- \
+  echo '<Project><GID>PRJ-3001</GID></Project>' | bvconn call BVGenericConnector.Send \
+      aService=urn:ProjectService aMethod=requestReview aRootNodeName=Project aSoapNode=@- \
       --server http://127.0.0.1:8080/soap --session S --trace -
   bvconn call BVOrderConnector.getSAPOrderView aServerURL=http://127.0.0.1:8080/soap aSessionID=S \
       aOrderGID=ORD-5001 aIncludePrice=true --dal http://127.0.0.1:8080/dal --user anna \
