@@ -177,6 +177,9 @@ TEST_F(ConnectionOptionsTest, AFileThatIsNoProfilesIsUnusable) {
   EXPECT_THAT(unusable({.given = {}, .profile = "test"}), HasSubstr("server: a text is expected"));
   profiles("[test\n");
   EXPECT_THAT(unusable({.given = {}, .profile = "test"}), HasSubstr("is not TOML at line 1"));
+  profiles("[test]\nserver = 's'\n[?]\n");
+  EXPECT_THAT(unusable({.given = {}, .profile = "test"}),
+              HasSubstr("is not TOML at line 3, column 2"));
   profiles(std::string(70000, '#'));
   EXPECT_THAT(unusable({.given = {}, .profile = "test"}), HasSubstr("is larger than 65536 bytes"));
 }

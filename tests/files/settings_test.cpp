@@ -184,6 +184,25 @@ TEST_F(SettingsFiles, ATooDeepFileIsNamedWithThePlace) {
                 "\" is not TOML at line 2, column 104: it nests deeper than 100 levels");
 }
 
+TEST_F(SettingsFiles, AHeaderThatBeginsWithNoKeyIsNamedWithThePlace) {
+  for (const std::string_view header :
+       {"[?]", "[[?]]", "[ \t=]", "[#]", "[\n]", "[.a]", "[\xC3\xA9]", "\xEF\xBB\xBF[?]"}) {
+    put_machine(header);
+    const Error error = reading_error();
+    EXPECT_EQ(hex_number(error.number), "0x80041001") << header;
+  }
+  put_machine("a = 1\n[ ?]\n");
+  EXPECT_EQ(reading_error().description,
+            "The settings file \"" + machine() +
+                "\" is not TOML at line 2, column 3: a table's header begins with no key");
+}
+
+TEST_F(SettingsFiles, AHeaderMayBeginWithAnyKey) {
+  put_machine("\xEF\xBB\xBF[ 'x' ]\n[\"y\"]\n[[ _z ]]\n[-a]\n[0]\n" +
+              std::string("[Software.Brimvale.Torvex.AppData]\nport = '1'\n"));
+  EXPECT_EQ(settings()->ReadString(kMachine, kAppData, "port"), "1");
+}
+
 TEST_F(SettingsFiles, WhatLooksDeepButIsTextOrANumberIsRead) {
   const std::string brackets(200, '[');
   const std::string dots = dotted_key(200);

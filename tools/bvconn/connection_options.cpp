@@ -11,6 +11,7 @@
 
 #include <toml++/toml.h>
 
+#include "bvconn/platform/settings/toml_check.h"
 #include "input_files.h"
 #include "nearest_names.h"
 #include "status.h"
@@ -27,6 +28,12 @@ std::string variable(std::string_view name) {
   return value != nullptr ? value : "";
 }
 
+[[noreturn]] void fail_not_toml(const std::string& file, detail::TomlPosition at,
+                                std::string_view reason) {
+  throw SettingsError("profiles: " + file + " is not TOML at line " + std::to_string(at.line) +
+                      ", column " + std::to_string(at.column) + ": " + std::string(reason));
+}
+
 toml::table parse_profiles(const std::string& file) {
   std::string text;
   try {
@@ -38,13 +45,14 @@ toml::table parse_profiles(const std::string& file) {
     throw SettingsError("profiles: " + file + " is larger than " +
                         std::to_string(kLargestProfiles) + " bytes");
   }
+  if (const auto trouble = detail::find_toml_trouble(text)) {
+    fail_not_toml(file, trouble->at, trouble->reason);
+  }
   try {
     return toml::parse(text);
   } catch (const toml::parse_error& error) {
     const toml::source_position at = error.source().begin;
-    throw SettingsError("profiles: " + file + " is not TOML at line " + std::to_string(at.line) +
-                        ", column " + std::to_string(at.column) + ": " +
-                        std::string(error.description()));
+    fail_not_toml(file, {.line = at.line, .column = at.column}, error.description());
   }
 }
 

@@ -11,7 +11,7 @@
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/settings/file_store.h"
 #include "bvconn/platform/settings/registry_access.h"
-#include "bvconn/platform/settings/toml_depth.h"
+#include "bvconn/platform/settings/toml_check.h"
 
 namespace bvconn {
 
@@ -107,9 +107,8 @@ std::optional<Place> find_value(const std::vector<toml::table*>& tables, std::st
 }
 
 toml::table parse(const std::string& text, const std::string& path) {
-  if (const auto too_deep = detail::find_too_deep(text)) {
-    fail_not_toml(path, *too_deep,
-                  "it nests deeper than " + std::to_string(detail::kDeepestToml) + " levels");
+  if (const auto trouble = detail::find_toml_trouble(text)) {
+    fail_not_toml(path, trouble->at, trouble->reason);
   }
   try {
     // Without the path: to keep a copy of it, the reader takes memory where it may not fail.

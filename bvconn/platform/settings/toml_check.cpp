@@ -1,4 +1,4 @@
-#include "bvconn/platform/settings/toml_depth.h"
+#include "bvconn/platform/settings/toml_check.h"
 
 #include <algorithm>
 #include <vector>
@@ -6,17 +6,31 @@
 namespace bvconn::detail {
 namespace {
 
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+bool begins_key(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+         c == '-' || c == '"' || c == '\'';
+}
+
 /// Follows tables, keys and brackets through TOML text without recursion. Strings and comments are
 /// skipped; everything else is looked at as little as counting takes.
-class DepthFinder {
+class TroubleFinder {
  public:
-  explicit DepthFinder(std::string_view toml) : toml_(toml) {}
+  explicit TroubleFinder(std::string_view toml)
+      : toml_(toml), at_(toml.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0) {}
 
-  std::optional<TomlPosition> find() {
+  std::optional<TomlTrouble> find() {
     while (at_ < toml_.size()) {
       const std::size_t begin = at_;
+      if (is_header_without_key()) {
+        return TomlTrouble{position(begin), "a table's header begins with no key"};
+      }
       step();
-      if (depth() > kDeepestToml) return position(begin);
+      if (depth() > kDeepestToml) {
+        return TomlTrouble{position(begin),
+                           "it nests deeper than " + std::to_string(kDeepestToml) + " levels"};
+      }
     }
     return std::nullopt;
   }
@@ -28,6 +42,16 @@ class DepthFinder {
     Place place;
     std::size_t key_parts;
   };
+
+  /// Whether what stands here is neither the key of the header that has begun nor its end, about
+  /// which the reader has words of its own.
+  bool is_header_without_key() {
+    if (place_ != Place::kHeader || !header_awaits_key_) return false;
+    const char c = toml_[at_];
+    if (c == ' ' || c == '\t' || c == '[') return false;
+    header_awaits_key_ = false;
+    return !begins_key(c) && c != ']';
+  }
 
   std::size_t depth() const { return header_parts_ + key_parts_ + outer_parts_ + open_.size(); }
 
@@ -54,6 +78,7 @@ class DepthFinder {
     if (c == '[') {
       place_ = Place::kHeader;
       header_parts_ = 0;
+      header_awaits_key_ = true;
     } else if (c != ' ' && c != '\t' && c != '\r' && c != '\n') {
       place_ = Place::kKey;
       key_parts_ = 1;
@@ -134,8 +159,9 @@ class DepthFinder {
   }
 
   std::string_view toml_;
-  std::size_t at_ = 0;
+  std::size_t at_;
   Place place_ = Place::kStart;
+  bool header_awaits_key_ = false;
   std::size_t header_parts_ = 0;  ///< of the table that lines belong to
   std::size_t key_parts_ = 0;     ///< of the key that is read, or whose value is
   std::size_t outer_parts_ = 0;   ///< of the keys around
@@ -145,8 +171,8 @@ class DepthFinder {
 
 }  // namespace
 
-std::optional<TomlPosition> find_too_deep(std::string_view toml) {
-  return DepthFinder(toml).find();
+std::optional<TomlTrouble> find_toml_trouble(std::string_view toml) {
+  return TroubleFinder(toml).find();
 }
 
 }  // namespace bvconn::detail
