@@ -222,6 +222,20 @@ TEST(Parse, TheDeclarationDecidesWithoutTheArgument) {
   EXPECT_EQ(failure(reply_text(""), "no-such-encoding"), "0x80044202");
 }
 
+TEST(Parse, DescribesInOneLineOfTextWhateverTheReplyHolds) {
+  const SoapEnvelope envelope = SoapEnvelope::make();
+  const Error encoding =
+      error_of([&] { envelope.Parse("<?xml version='1.0' encoding='UT\xF0\x46\n-8'?><a/>", ""); });
+  EXPECT_EQ(encoding.description,
+            "The reply is not well-formed XML: line 1, column 31: the encoding 'UT\\xF0F\\n-8' is "
+            "not known");
+  const Error version = error_of([&] { envelope.Parse("<?xml version='2\n\xC2\x85'?><a/>", ""); });
+  EXPECT_EQ(
+      version.description,
+      "The reply is not well-formed XML: line 1, column 16: version '2\\n\\xC2\\x85' of XML is "
+      "not known");
+}
+
 TEST(Parse, TheNodesOutliveTheEnvelope) {
   SoapNode node;
   {

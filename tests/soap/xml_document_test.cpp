@@ -78,6 +78,13 @@ TEST(NodeFromXml, RefusesWhatIsNotWellFormed) {
   EXPECT_EQ(hex_number(error_of([] { node_from_xml(""); }).number), "0x80044202");
 }
 
+TEST(NodeFromXml, DescribesInOneLineOfTextWhateverTheTextHolds) {
+  const Error error = error_of([] { node_from_xml("<?xml version='1.0' encoding='\xFF'?><a/>"); });
+  EXPECT_EQ(
+      error.description,
+      "The text is not well-formed XML: line 1, column 31: the encoding '\\xFF' is not known");
+}
+
 TEST(NodeToXml, WritesTheNodeAsItWouldStandInARequest) {
   for (const char* text : {"<Project><Name>N</Name></Project>", "<a/>", "<a>&lt;&amp;&gt;\"</a>",
                            "<n:a xmlns:n=\"urn:a\"><n:b/><c/></n:a>"}) {

@@ -115,11 +115,17 @@ Reply read_reply(std::string bytes, std::string_view encoding) {
   try {
     return read_envelope(std::move(bytes), encoding);
   } catch (const xml::ReadError& error) {
-    const bool limit = error.problem == xml::Problem::limit;
-    throw Error(limit ? error_numbers::kSoapLimit : error_numbers::kNotWellFormed, kSource,
-                (limit ? "The reply passes a limit: " : "The reply is not well-formed XML: ") +
-                    error.message);
+    throw document_error(error, kSource,
+                         "The reply passes a limit: ", "The reply is not well-formed XML: ");
   }
+}
+
+Error document_error(const xml::ReadError& error, std::string_view source,
+                     std::string_view passes_limit, std::string_view not_well_formed) {
+  const bool limit = error.problem == xml::Problem::limit;
+  std::string description(limit ? passes_limit : not_well_formed);
+  append_escaped(description, error.message);
+  return {limit ? error_numbers::kSoapLimit : error_numbers::kNotWellFormed, source, description};
 }
 
 }  // namespace bvconn::detail

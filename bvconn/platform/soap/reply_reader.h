@@ -3,8 +3,10 @@
 #include <string>
 #include <string_view>
 
+#include "bvconn/platform/error.h"
 #include "bvconn/platform/soap/node_data.h"
 #include "bvconn/platform/soap/soap_node.h"
+#include "bvconn/platform/xml/xml_error.h"
 
 namespace bvconn::detail {
 
@@ -23,5 +25,10 @@ struct Reply {
 
 /// Reads an envelope of SOAP 1.1. Fails with 0x80044202, 0x80044203 and 0x80044206.
 Reply read_reply(std::string bytes, std::string_view encoding);
+
+/// The error that says why a document cannot be read: one line of text whatever it holds. The two
+/// beginnings are those of its description.
+Error document_error(const xml::ReadError& error, std::string_view source,
+                     std::string_view passes_limit, std::string_view not_well_formed);
 
 }  // namespace bvconn::detail

@@ -69,10 +69,8 @@ SoapNode node_from_xml(std::string_view xml) {
   try {
     return detail::read_document(detail::xml::to_utf8(std::string(xml), ""));
   } catch (const detail::xml::ReadError& error) {
-    const bool limit = error.problem == detail::xml::Problem::limit;
-    throw Error(limit ? error_numbers::kSoapLimit : error_numbers::kNotWellFormed, "SoapNodes",
-                (limit ? "The XML text passes a limit: " : "The text is not well-formed XML: ") +
-                    error.message);
+    throw detail::document_error(
+        error, "SoapNodes", "The XML text passes a limit: ", "The text is not well-formed XML: ");
   }
 }
 
