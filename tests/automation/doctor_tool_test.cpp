@@ -9,6 +9,7 @@
 
 #include "automation/scripted_server.h"
 #include "automation/tool_process.h"
+#include "sandbox/sandbox_process.h"
 #include "support/tls_server.h"
 
 namespace bvconn::test {
@@ -69,6 +70,24 @@ TEST(Doctor, FindsAWholeWayGood) {
   ASSERT_EQ(server.requests().size(), 3U);
   EXPECT_THAT(server.requests()[0].body, HasSubstr(">S1</userID>"));
   EXPECT_THAT(server.requests()[1].body, HasSubstr("\"secret-pw\""));
+}
+
+TEST(Doctor, FindsTheSandboxGood) {
+  const SandboxProcess sandbox;
+  const std::string base = "http://127.0.0.1:" + std::to_string(sandbox.port());
+  const TemporaryFolder home;
+  const Visit visit(home, {"--server", base + "/soap", "--session", "S", "--dal", base + "/dal",
+                           "--user", "anna", "--password-file", home.file("pw", "secret\n")});
+  EXPECT_EQ(visit.outcome.status, 0) << visit.outcome.out;
+  EXPECT_THAT(visit.line("heart beat"), StartsWith("OK "));
+  EXPECT_THAT(visit.line("DAL login"), StartsWith("OK "));
+}
+
+TEST(Doctor, SaysThatAPlainServerSpeaksNoTls) {
+  const SandboxProcess sandbox;
+  const Visit visit({"--server", "https://127.0.0.1:" + std::to_string(sandbox.port()) + "/soap"});
+  EXPECT_THAT(visit.line("TLS"),
+              AllOf(StartsWith("FAILED "), HasSubstr("speaks no TLS: write http: in the address")));
 }
 
 TEST(Doctor, SkipsWhatNobodyNamed) {

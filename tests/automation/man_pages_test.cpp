@@ -166,7 +166,7 @@ TEST(ManPageOfTheTool, NamesTheVariablesThatTheHelpTextsName) {
 TEST(ManPageOfTheSandbox, HasEveryOptionAndNoOther) {
   Names told = Page("bvsandbox.1").options.at("OPTIONS");
   told.erase("--help");
-  const Help help(output_of("'" BVCONN_SANDBOX "' --help"));
+  const Help help(output_of("'" BVSANDBOX "' --help"));
   EXPECT_TRUE(help.options.contains("--port"));
   EXPECT_EQ(told, help.options);
 }
