@@ -87,15 +87,14 @@ void walk(const SoapNode& root) {
 
 class CaseRunner {
  public:
-  CaseRunner(const HostileCase& hostile, std::string route, OwnFiles& files,
-             MisbehavingServer& home, MisbehavingServer& canary)
+  CaseRunner(const HostileCase& hostile, std::string route, OwnFiles& files)
       : case_(hostile),
         route_(std::move(route)),
         expected_(hostile.expected.at(route_)),
         files_(files),
-        home_(home),
-        canary_(canary),
-        file_canary_(files.path("canary.txt").string()) {}
+        file_canary_(files.path("canary.txt").string()) {
+    home_.otherwise(good_answer());
+  }
 
   void run() {
     const Held before = held_now();
@@ -206,7 +205,7 @@ class CaseRunner {
     if (!call) throw std::runtime_error("nothing is known of the call " + case_.call);
     Seen seen;
     if (starts_dal()) dal_url_.clear();  // Whatever comes of it, a good call begins it anew.
-    seen.growth = peak_growth([&] {
+    const auto run = [&] {
       const auto begin = Clock::now();
       try {
         seen.given = call(url);
@@ -215,7 +214,12 @@ class CaseRunner {
         seen.error = error;
       }
       seen.took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
-    });
+    };
+    if (kMeasuresMemory) {
+      seen.growth = peak_growth(run);
+    } else {
+      run();
+    }
     seen.exchange = session().LastExchange();
     return seen;
   }
@@ -337,35 +341,25 @@ class CaseRunner {
   std::string route_;
   const Expected& expected_;
   OwnFiles& files_;
-  MisbehavingServer& home_;
-  MisbehavingServer& canary_;
+  MisbehavingServer home_;    ///< is always good
+  MisbehavingServer canary_;  ///< is called by nobody
   FileCanary file_canary_;
   Holes holes_;
   std::string dal_url_;
   int closed_ = 0;  ///< connections of the server, by its script
 };
 
-/// What all cases of the process share: a server that is always good, and one that nobody may call.
-struct World {
-  World() { home.otherwise(good_answer()); }
-
-  OwnFiles files;
-  MisbehavingServer home;
-  MisbehavingServer canary;
-};
-
-World& world() {
-  static World world;
-  return world;
+/// Settings and log of the process, named by its environment.
+OwnFiles& own_files() {
+  static OwnFiles files;
+  return files;
 }
 
 class HostileTest : public ::testing::Test {
  public:
   HostileTest(HostileCase hostile, std::string route)
       : case_(std::move(hostile)), route_(std::move(route)) {}
-  void TestBody() override {
-    CaseRunner(case_, route_, world().files, world().home, world().canary).run();
-  }
+  void TestBody() override { CaseRunner(case_, route_, own_files()).run(); }
 
  private:
   HostileCase case_;
