@@ -45,13 +45,17 @@ Held held_again(const Held& before) {
   return held;
 }
 
+std::size_t resident_memory() {
+  return memory_of_process("VmRSS");
+}
+
 std::size_t peak_growth(const std::function<void()>& action) {
   // Large blocks come from the system and go back to it, whatever was freed before.
   static const int fixed = mallopt(M_MMAP_THRESHOLD, 128 << 10);
   if (fixed != 1) throw std::runtime_error("the allocator cannot be set up");
   malloc_trim(0);
   std::ofstream("/proc/self/clear_refs") << "5";
-  const std::size_t before = memory_of_process("VmRSS");
+  const std::size_t before = resident_memory();
   action();
   const std::size_t peak = memory_of_process("VmHWM");
   return peak > before ? peak - before : 0;

@@ -19,6 +19,9 @@ Held held_now();
 /// of a connection; gives what it holds after all.
 Held held_again(const Held& before);
 
+/// The bytes of the process's memory that are in use.
+std::size_t resident_memory();
+
 /// By how many bytes the resident memory of the process rose at its peak while `action` ran. What
 /// was freed before, but kept by the allocator, is given back to the system first, so that it
 /// cannot hide anything.
