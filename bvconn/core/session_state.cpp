@@ -60,7 +60,7 @@ SessionState& session() {
 }
 
 void release_late_session() noexcept {
-  detail::ThreadRecord<SessionState>::release_late();
+  detail::release_late_records();
 }
 
 }  // namespace bvconn

@@ -77,7 +77,7 @@ struct SessionState {
 /// destructor of an object that outlives it, is given one more, zeroed.
 BVCONN_EXPORT SessionState& session();
 
-/// Releases that one more record, if there is one.
+/// Releases that one more record, if there is one, and all else that was made for late callers.
 void release_late_session() noexcept;
 
 }  // namespace bvconn

@@ -6,6 +6,7 @@ namespace bvconn::detail {
 namespace {
 
 constinit thread_local ThreadScope* innermost_scope = nullptr;
+constinit thread_local LateRecord* latest_record = nullptr;
 
 }  // namespace
 
@@ -26,6 +27,17 @@ ThreadScope* ThreadScope::innermost() noexcept {
 std::shared_ptr<void>& ThreadScope::record(const void* key) {
   const auto found = std::ranges::find(records_, key, &decltype(records_)::value_type::first);
   return found != records_.end() ? found->second : records_.emplace_back(key, nullptr).second;
+}
+
+void note_late_record(LateRecord& record) noexcept {
+  record.next = std::exchange(latest_record, &record);
+}
+
+void release_late_records() noexcept {
+  while (latest_record != nullptr) {
+    const LateRecord& record = *std::exchange(latest_record, latest_record->next);
+    record.release();
+  }
 }
 
 }  // namespace bvconn::detail

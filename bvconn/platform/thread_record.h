@@ -25,11 +25,22 @@ class ThreadScope {
   std::vector<std::pair<const void*, std::shared_ptr<void>>> records_;
 };
 
+/// A record that was made after its thread had released its own, and the next of the same thread.
+struct LateRecord {
+  void (*release)() noexcept;
+  LateRecord* next = nullptr;
+};
+/// Lets `release_late_records` know of one that was made.
+void note_late_record(LateRecord& record) noexcept;
+/// Releases what the calling thread's callers were given after its end, latest first; there mostly
+/// is none.
+void release_late_records() noexcept;
+
 /// What a thread keeps between calls: one `T` for each thread, made when it is first asked for and
 /// released when the thread ends.
 ///
 /// What asks later still, as an object of static lifetime does from its destructor, gets one more
-/// that lives until `release_late`: never the one that is gone.
+/// that lives until `release_late_records`: never the one that is gone.
 template <class T>
 class ThreadRecord {
  public:
@@ -39,9 +50,6 @@ class ThreadRecord {
     static thread_local Own own;
     return own.record;
   }
-
-  /// Releases what was made for a caller that came after the thread's end; there mostly is none.
-  static void release_late() noexcept { delete std::exchange(late_, nullptr); }
 
  private:
   struct Own {
@@ -56,14 +64,20 @@ class ThreadRecord {
   }
 
   static T& late() {
-    if (late_ == nullptr) late_ = new T();
+    if (late_ == nullptr) {
+      late_ = new T();
+      note_late_record(late_record_);
+    }
     return *late_;
   }
+
+  static void release_late() noexcept { delete std::exchange(late_, nullptr); }
 
   static inline char key_ = 0;
   // Without destructors, so that they can be read at any time.
   static inline constinit thread_local bool released_ = false;
   static inline constinit thread_local T* late_ = nullptr;
+  static inline constinit thread_local LateRecord late_record_{&release_late};
 };
 
 }  // namespace bvconn::detail

@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "bvconn/connectors/documents/bv_submittal_connector.h"
 #include "bvconn/connectors/invoice/bv_invoice_connector.h"
 #include "bvconn/connectors/session/bv_heart_beat_connector.h"
 #include "bvconn/core/session_state.h"
@@ -87,6 +88,33 @@ TEST(TwoSessions, TheRouteOfOneIsNotTheRouteOfTheOther) {
   EXPECT_NE(dal.requests()[2].bytes.find("POST /dal/HeartBeatService/sendHeartBeat "),
             std::string::npos);
   EXPECT_NE(dal.requests()[2].bytes.find("Authorization: Bearer T-1"), std::string::npos);
+}
+
+// Logs in from its destructor, when its thread has already let go of all that it had.
+class LateCaller {
+ public:
+  explicit LateCaller(std::string url) : url_(std::move(url)) {}
+  ~LateCaller() {
+    const BVSubmittalConnector last_to_go;
+    BVConnectorObject().InitTorvexDAL(url_);
+  }
+  LateCaller(const LateCaller&) = delete;
+  LateCaller& operator=(const LateCaller&) = delete;
+
+ private:
+  std::string url_;
+};
+
+TEST(TwoSessions, ThatOfALateCallerClosesItsConnectionToTheDalToo) {
+  OwnFiles files;
+  MisbehavingServer dal;
+  std::thread([&] {
+    // Destroyed after the session, since it was there before.
+    thread_local const LateCaller late(dal.url("/dal"));
+    BVConnectorObject().InitTorvexDAL(dal.url("/dal"));
+  }).join();
+  EXPECT_EQ(dal.connections(), 2);
+  EXPECT_TRUE(dal.wait_for_closed(2));
 }
 
 TEST(TwoSessions, ANodeCanBeHandedToAnotherThreadAfterTheCall) {
