@@ -3,6 +3,8 @@
 #include <new>
 #include <string>
 
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/settings/registry_access.h"
 #include "files/temp_folder.h"
 #include "support/watched_memory.h"
@@ -10,14 +12,20 @@
 namespace bvconn::test {
 namespace {
 
-/// Reads one value from a settings file of this text, with each allocation failing in turn, and
-/// gives the number of those whose lack was reported as such.
-std::size_t times_out_of_memory(const std::string& toml) {
+/// What reading came to while each allocation failed in turn.
+struct Readings {
+  std::size_t out_of_memory = 0;  ///< reported as such
+  std::size_t errors = 0;         ///< of another number than 0x80041001
+  std::size_t not_toml = 0;
+};
+
+/// Reads one value from a settings file of this text, with each allocation failing in turn.
+Readings readings_of(const std::string& toml) {
   const files_test::TempFolder folder;
   const files_test::ScopedEnvironment place("BVCONN_MACHINE_SETTINGS", folder.file("s.toml"));
   files_test::put_bytes(folder.file("s.toml"), toml);
   const auto settings = make_settings_files();
-  std::size_t times = 0;
+  Readings readings;
   bool struck = true;
   for (std::size_t number = 1; struck; ++number) {
     try {
@@ -25,17 +33,40 @@ std::size_t times_out_of_memory(const std::string& toml) {
       settings->ReadNumber(SettingsRoot::kLocalMachine, R"(Software\Brimvale)", "port");
       struck = FailingMemory::has_struck();
     } catch (const std::bad_alloc&) {
-      ++times;
+      ++readings.out_of_memory;
+    } catch (const Error& error) {
+      struck = FailingMemory::has_struck();
+      ++(error.number == error_numbers::kSettingsNotToml ? readings.not_toml : readings.errors);
     }
   }
-  return times;
+  return readings;
 }
 
 // Who catches it makes error 7 of it; a reader that swore never to throw would end the process.
 TEST(LackOfMemory, IsReportedByTheReaderOfSettingsFiles) {
-  EXPECT_GT(times_out_of_memory("['Software\\Brimvale']\nport = 8888\ntext = \"of many letters, so "
-                                "that it needs memory\"\nlist = [1, {a.b = 2}]\n"),
-            5U);
+  const Readings readings = readings_of(
+      "['Software\\Brimvale']\nport = 8888\ntext = \"of many letters, so "
+      "that it needs memory\"\nlist = [1, {a.b = 2}]\n");
+  EXPECT_GT(readings.out_of_memory, 5U);
+  EXPECT_EQ(readings.errors, 0U);
+  EXPECT_EQ(readings.not_toml, 0U);
+}
+
+TEST(LackOfMemory, IsReportedByTheReaderOfSettingsFilesThatAreNotToml) {
+  const std::string good =
+      "['Software\\Brimvale']\ntext = \"of many letters, for which it needs memory\"\n";
+  for (const std::string& bad :
+       {std::string("port = "), std::string("port = 1 2\n"), std::string("text = 1\n"),
+        std::string("list = [1, {a.b = 2\n"), std::string("port = '\x80'\n"),
+        std::string("port = \"\\q\"\n"), std::string("port = 1\r"), std::string("=\n"),
+        std::string("['Software\\Brimvale']\n"), std::string("date = 2007-13-45\n"),
+        std::string("port = 99999999999999999999\n"), std::string(200, '[')}) {
+    SCOPED_TRACE(bad);
+    const Readings readings = readings_of(good + bad);
+    EXPECT_GT(readings.out_of_memory, 3U);
+    EXPECT_EQ(readings.errors, 0U);
+    EXPECT_EQ(readings.not_toml, 1U) << "the one reading that has all its memory";
+  }
 }
 
 }  // namespace

@@ -1,8 +1,12 @@
 #include <cmath>
 #include <locale>
 #include <sstream>
+#include <utility>
 #include <vector>
 
+// A mistake in a file is to come back as a value: the exception that it would be otherwise takes
+// memory in a constructor that must not fail, and where there is none the process would end.
+#define TOML_EXCEPTIONS 0
 #include <toml++/toml.h>
 
 #include "bvconn/platform/conversions/conversions.h"
@@ -110,13 +114,13 @@ toml::table parse(const std::string& text, const std::string& path) {
   if (const auto trouble = detail::find_toml_trouble(text)) {
     fail_not_toml(path, trouble->at, trouble->reason);
   }
-  try {
-    // Without the path: to keep a copy of it, the reader takes memory where it may not fail.
-    return toml::parse(text);
-  } catch (const toml::parse_error& error) {
-    const toml::source_position at = error.source().begin;
-    fail_not_toml(path, {.line = at.line, .column = at.column}, error.description());
+  // Without the path: to keep a copy of it, the reader takes memory where it may not fail.
+  toml::parse_result result = toml::parse(text);
+  if (result.failed()) {
+    const toml::source_position at = result.error().source().begin;
+    fail_not_toml(path, {.line = at.line, .column = at.column}, result.error().description());
   }
+  return std::move(result).table();
 }
 
 std::string serialize(const toml::table& table) {
