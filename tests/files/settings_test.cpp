@@ -178,10 +178,10 @@ TEST_F(SettingsFiles, ADeeperFileIsNotRead) {
 }
 
 TEST_F(SettingsFiles, ATooDeepFileIsNamedWithThePlace) {
-  put_machine("a = 1\n\xC3\xA9 = " + std::string(100, '[') + "\n");
+  put_machine("a = 1\n'\xC3\xA9' = " + std::string(100, '[') + "\n");
   EXPECT_EQ(reading_error().description,
             "The settings file \"" + machine() +
-                "\" is not TOML at line 2, column 104: it nests deeper than 100 levels");
+                "\" is not TOML at line 2, column 106: it nests deeper than 100 levels");
 }
 
 TEST_F(SettingsFiles, AHeaderThatBeginsWithNoKeyIsNamedWithThePlace) {
@@ -195,6 +195,30 @@ TEST_F(SettingsFiles, AHeaderThatBeginsWithNoKeyIsNamedWithThePlace) {
   EXPECT_EQ(reading_error().description,
             "The settings file \"" + machine() +
                 "\" is not TOML at line 2, column 3: a table's header begins with no key");
+}
+
+TEST_F(SettingsFiles, WhatTheReaderHoldsForImpossibleIsNamedWithItsLine) {
+  for (const std::string_view value : {"[}", "[1, }", "07:00:", "07:00:x", "1979-05-27T07:00:"}) {
+    put_machine("a = 1\nb = " + std::string(value) + "\nc = 2\n");
+    const Error error = reading_error();
+    EXPECT_EQ(hex_number(error.number), "0x80041001") << value;
+    EXPECT_NE(error.description.find("is not TOML at line 2, column"), std::string::npos)
+        << value << ": " << error.description;
+  }
+}
+
+TEST_F(SettingsFiles, ALetterBeyondAsciiOutsideTextIsNamedWithItsPlace) {
+  for (const std::string_view text : {"\xC3\xA9 = 1\n", "a = \xC3\xA9\n", "a\xC2\xA0= 1\n",
+                                      "a = [1,\n\xEF\xBA\xA6]\n", "a = 1\n\xEF\xBB\xBF"}) {
+    put_machine(text);
+    EXPECT_EQ(hex_number(reading_error().number), "0x80041001") << text;
+  }
+  put_machine("'\xC3\xA9' = '\xC3\xA9'  # \xC3\xA9\nb\xC3\xA9 = 1\n");
+  EXPECT_EQ(
+      reading_error().description,
+      "The settings file \"" + machine() +
+          "\" is not TOML at line 2, column 2: a letter beyond ASCII stands outside quotation "
+          "marks");
 }
 
 TEST_F(SettingsFiles, AHeaderMayBeginWithAnyKey) {

@@ -7,11 +7,10 @@
 #include <filesystem>
 #include <limits>
 #include <sstream>
+#include <utility>
 #include <vector>
 
-#include <toml++/toml.h>
-
-#include "bvconn/platform/settings/toml_check.h"
+#include "bvconn/platform/settings/toml_reader.h"
 #include "input_files.h"
 #include "nearest_names.h"
 #include "status.h"
@@ -28,10 +27,10 @@ std::string variable(std::string_view name) {
   return value != nullptr ? value : "";
 }
 
-[[noreturn]] void fail_not_toml(const std::string& file, detail::TomlPosition at,
-                                std::string_view reason) {
-  throw SettingsError("profiles: " + file + " is not TOML at line " + std::to_string(at.line) +
-                      ", column " + std::to_string(at.column) + ": " + std::string(reason));
+[[noreturn]] void fail_not_toml(const std::string& file, const detail::TomlTrouble& trouble) {
+  throw SettingsError("profiles: " + file + " is not TOML at line " +
+                      std::to_string(trouble.at.line) + ", column " +
+                      std::to_string(trouble.at.column) + ": " + trouble.reason);
 }
 
 toml::table parse_profiles(const std::string& file) {
@@ -45,15 +44,9 @@ toml::table parse_profiles(const std::string& file) {
     throw SettingsError("profiles: " + file + " is larger than " +
                         std::to_string(kLargestProfiles) + " bytes");
   }
-  if (const auto trouble = detail::find_toml_trouble(text)) {
-    fail_not_toml(file, trouble->at, trouble->reason);
-  }
-  try {
-    return toml::parse(text);
-  } catch (const toml::parse_error& error) {
-    const toml::source_position at = error.source().begin;
-    fail_not_toml(file, {.line = at.line, .column = at.column}, error.description());
-  }
+  detail::TomlReading reading = detail::read_toml(text);
+  if (reading.trouble) fail_not_toml(file, *reading.trouble);
+  return std::move(reading.table);
 }
 
 /// A value as the text that an option would have.

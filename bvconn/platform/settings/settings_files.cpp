@@ -4,18 +4,13 @@
 #include <utility>
 #include <vector>
 
-// A mistake in a file is to come back as a value: the exception that it would be otherwise takes
-// memory in a constructor that must not fail, and where there is none the process would end.
-#define TOML_EXCEPTIONS 0
-#include <toml++/toml.h>
-
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/conversions/text.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/settings/file_store.h"
 #include "bvconn/platform/settings/registry_access.h"
-#include "bvconn/platform/settings/toml_check.h"
+#include "bvconn/platform/settings/toml_reader.h"
 
 namespace bvconn {
 
@@ -103,24 +98,17 @@ std::optional<Place> find_value(const std::vector<toml::table*>& tables, std::st
   return std::nullopt;
 }
 
-[[noreturn]] void fail_not_toml(const std::string& path, detail::TomlPosition at,
-                                std::string_view reason) {
+[[noreturn]] void fail_not_toml(const std::string& path, const detail::TomlTrouble& trouble) {
   throw Error(error_numbers::kSettingsNotToml, kSource,
-              "The settings file \"" + path + "\" is not TOML at line " + std::to_string(at.line) +
-                  ", column " + std::to_string(at.column) + ": " + std::string(reason));
+              "The settings file \"" + path + "\" is not TOML at line " +
+                  std::to_string(trouble.at.line) + ", column " +
+                  std::to_string(trouble.at.column) + ": " + trouble.reason);
 }
 
 toml::table parse(const std::string& text, const std::string& path) {
-  if (const auto trouble = detail::find_toml_trouble(text)) {
-    fail_not_toml(path, trouble->at, trouble->reason);
-  }
-  // Without the path: to keep a copy of it, the reader takes memory where it may not fail.
-  toml::parse_result result = toml::parse(text);
-  if (result.failed()) {
-    const toml::source_position at = result.error().source().begin;
-    fail_not_toml(path, {.line = at.line, .column = at.column}, result.error().description());
-  }
-  return std::move(result).table();
+  detail::TomlReading reading = detail::read_toml(text);
+  if (reading.trouble) fail_not_toml(path, *reading.trouble);
+  return std::move(reading.table);
 }
 
 std::string serialize(const toml::table& table) {

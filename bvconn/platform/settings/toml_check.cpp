@@ -26,6 +26,9 @@ class TroubleFinder {
       if (is_header_without_key()) {
         return TomlTrouble{position(begin), "a table's header begins with no key"};
       }
+      if ((static_cast<unsigned char>(toml_[at_]) & 0x80) != 0) {
+        return TomlTrouble{position(begin), "a letter beyond ASCII stands outside quotation marks"};
+      }
       step();
       if (depth() > kDeepestToml) {
         return TomlTrouble{position(begin),
