@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,7 +24,8 @@ class Logins {
   std::map<std::string, std::string, std::less<>> users_by_token_;
 };
 
-/// What all endpoints and operations share.
+/// What all endpoints and operations share. Requests are read and answered on several threads:
+/// whoever uses store, disabled_services or logins holds the mutex; the rest never changes.
 struct Sandbox {
   Store store;
   Contract contract;
@@ -31,6 +33,7 @@ struct Sandbox {
   /// The answer to GetDisabledServices.
   std::string disabled_services;
   Logins logins;
+  std::mutex mutex{};
 };
 
 }  // namespace bvconn::sandbox

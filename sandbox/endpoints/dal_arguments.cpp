@@ -5,6 +5,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "sandbox/endpoints/soap_request.h"
 #include "sandbox/operations/operations.h"
 
 namespace bvconn::sandbox {
@@ -66,7 +67,18 @@ Variant variant_of(const json& value) {
 }  // namespace
 
 std::vector<Variant> read_arguments(const std::string& body, const DalRoute& route) {
-  const json call = json::parse(body, nullptr, /*allow_exceptions=*/false);
+  std::size_t values = 0;
+  const auto count = [&](int /*depth*/, json::parse_event_t event, const json& /*value*/) {
+    if (event == json::parse_event_t::object_end || event == json::parse_event_t::array_end) {
+      return true;
+    }
+    if (++values > kMostRequestTags) {
+      refuse_call(route, route.operation + ": the body has more than " +
+                             std::to_string(kMostRequestTags) + " values");
+    }
+    return true;
+  };
+  const json call = json::parse(body, count, /*allow_exceptions=*/false);
   if (!call.is_object() || call.size() != 1 || !call.contains("arguments") ||
       !call["arguments"].is_array()) {
     refuse_call(route,

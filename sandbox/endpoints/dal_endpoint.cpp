@@ -1,3 +1,4 @@
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -29,10 +30,11 @@ std::optional<DalTarget> target_of(std::string_view path) {
 }
 
 /// Nothing without a login.
-std::optional<std::string> user_of(const Sandbox& sandbox, const Request& request) {
+std::optional<std::string> user_of(Sandbox& sandbox, const Request& request) {
   constexpr std::string_view kScheme = "Bearer ";
   const auto authorization = request.header("Authorization");
   if (!authorization || !authorization->starts_with(kScheme)) return std::nullopt;
+  const std::lock_guard lock(sandbox.mutex);
   return sandbox.logins.user_of(std::string_view(*authorization).substr(kScheme.size()));
 }
 
@@ -64,6 +66,7 @@ DalAnswer run(Sandbox& sandbox, const Operations& operations, const Request& req
   if (needs_login && !user) refuse_without_login(target);
   const std::vector<Variant> arguments = read_arguments(request.body, route);
   if (!is_session) return {.text = dal_answer(sandbox, operations, route, arguments, *user)};
+  const std::lock_guard lock(sandbox.mutex);
   SessionCall call{.sandbox = sandbox, .arguments = arguments};
   return session->second.run(call);
 }

@@ -1,5 +1,7 @@
 #include "sandbox/endpoints/soap_request.h"
 
+#include <algorithm>
+
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/variant.h"
@@ -50,6 +52,9 @@ void note_headers(SoapRequest& request) {
 }  // namespace
 
 SoapRequest read_request(const std::string& text, std::string_view encoding) {
+  if (static_cast<std::size_t>(std::count(text.begin(), text.end(), '<')) > kMostRequestTags) {
+    refuse("The request has more than " + std::to_string(kMostRequestTags) + " tags");
+  }
   SoapRequest request{.envelope = SoapEnvelope::make(), .facts = {}, .user_id = {}};
   // An envelope does not tell the namespace of its method; the document does.
   XMLDocument document;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,10 @@ struct SoapRequest {
   RequestFacts facts;
   std::string user_id;
 };
+
+/// So many tags may stand in a request, and so many values in JSON: what reading one costs, in time
+/// and in memory, grows with these more than with its bytes.
+inline constexpr std::size_t kMostRequestTags = 1'000'000;
 
 /// Reads the envelope of a request. `encoding` is what HTTP says of it, "" where nothing does.
 /// Throws a `Fault` for what is no request.

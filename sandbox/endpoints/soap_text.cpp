@@ -1,5 +1,7 @@
 #include "sandbox/endpoints/soap_text.h"
 
+#include <mutex>
+
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "sandbox/contract/words.h"
 
@@ -43,7 +45,10 @@ std::string reply_text(const Operations::Name& name, const Method& method, Sandb
                 .user_id = user_id,
                 .parameters = parameters,
                 .results = envelope.Parameters()};
-  method(call);
+  {
+    const std::lock_guard lock(sandbox.mutex);
+    method(call);
+  }
   return envelope.Serialize();
 }
 

@@ -7,6 +7,7 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/posix/stream_descriptor.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <csignal>
@@ -16,6 +17,7 @@
 #include <utility>
 
 #include "sandbox/http/session.h"
+#include "sandbox/http/workers.h"
 
 namespace bvconn::sandbox {
 namespace asio = boost::asio;
@@ -40,10 +42,16 @@ struct Server::State {
   State(std::uint16_t port, Limits the_limits, Handler the_handler)
       : limits(the_limits),
         handler(std::move(the_handler)),
+        workers(limits),
         acceptor(listen(context, port)),
         pause(context),
+        patience(context),
         signals(context),
         input(context) {}
+
+  ~State() { workers.end(); }
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
 
   void accept() {
     acceptor.async_accept([this](boost::system::error_code error, tcp::socket socket) {
@@ -51,7 +59,7 @@ struct Server::State {
       if (error) return accept_later();
       boost::system::error_code ignored;
       socket.set_option(tcp::no_delay(true), ignored);
-      std::make_shared<Session>(std::move(socket), limits, handler)->start();
+      std::make_shared<Session>(std::move(socket), limits, handler, workers)->start();
       accept();
     });
   }
@@ -66,17 +74,41 @@ struct Server::State {
   void watch_input() {
     input.async_read_some(asio::buffer(unused_input),
                           [this](boost::system::error_code error, std::size_t /*bytes*/) {
-                            if (error) return context.stop();
+                            if (error) return drain();
                             watch_input();
                           });
   }
 
-  // Sessions end with the context and refer to limits and handler, so these come first.
+  void watch_signals() {
+    signals.async_wait([this](boost::system::error_code error, int /*signal*/) {
+      if (error) return;
+      if (draining) return context.stop();
+      drain();
+      watch_signals();
+    });
+  }
+
+  void drain() {
+    draining = true;
+    boost::system::error_code ignored;
+    acceptor.close(ignored);
+    pause.cancel();
+    patience.expires_after(limits.drain);
+    patience.async_wait([this](boost::system::error_code error) {
+      if (!error) context.stop();
+    });
+    workers.drain([this] { context.stop(); });
+  }
+
+  // Sessions end with the context and refer to limits, handler and workers, so these come first.
   Limits limits;
   Handler handler;
+  Workers workers;
   asio::io_context context{1};
   tcp::acceptor acceptor;
   asio::steady_timer pause;
+  asio::steady_timer patience;
+  bool draining = false;
   asio::signal_set signals;
   asio::posix::stream_descriptor input;
   std::array<char, 4096> unused_input{};
@@ -94,9 +126,7 @@ std::uint16_t Server::port() const {
 void Server::stop_on_signals() {
   state_->signals.add(SIGTERM);
   state_->signals.add(SIGINT);
-  state_->signals.async_wait([this](boost::system::error_code error, int /*signal*/) {
-    if (!error) state_->context.stop();
-  });
+  state_->watch_signals();
 }
 
 void Server::stop_when_input_ends() {
@@ -108,6 +138,10 @@ void Server::stop_when_input_ends() {
 void Server::run() {
   state_->accept();
   state_->context.run();
+}
+
+void Server::finish() {
+  asio::post(state_->context, [this] { state_->drain(); });
 }
 
 void Server::stop() {

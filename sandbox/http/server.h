@@ -20,12 +20,22 @@ struct Limits {
   std::chrono::milliseconds idle{60'000};
   /// From the first byte of a reply to its last; the connection of a slower client is dropped.
   std::chrono::milliseconds reply{30'000};
+  /// So many requests are read and answered at once; others wait.
+  std::size_t workers = 4;
+  /// How many requests, and how much of their bodies, may be waiting, worked on or on their way out
+  /// as replies. Whoever comes then is answered 503.
+  std::size_t requests = 1'000;
+  std::size_t requests_bytes = 256U * 1024 * 1024;
+  /// How long a server that was asked to end goes on for the requests that have arrived.
+  std::chrono::milliseconds drain{5'000};
 };
 
-/// An HTTP/1.1 server on 127.0.0.1. It runs on one thread: handlers are never called at once, and
-/// a slow client holds up nobody, since all waiting is asynchronous.
+/// An HTTP/1.1 server on 127.0.0.1. All waiting is asynchronous on one thread, so a slow client
+/// holds up nobody; handlers are called on a few threads beside it, so neither does a large
+/// request. The requests of one connection are answered one after another.
 class Server {
  public:
+  /// Called on several threads at once.
   using Handler = std::function<Reply(const Request&)>;
 
   /// Listens at once; port 0 takes any free one. Throws std::system_error when it cannot.
@@ -35,13 +45,16 @@ class Server {
   Server& operator=(const Server&) = delete;
 
   std::uint16_t port() const;
-  /// SIGTERM and SIGINT end `run` from now on.
+  /// SIGTERM and SIGINT call `finish` from now on, the second of them `stop`.
   void stop_on_signals();
-  /// The end of standard input ends `run` from now on.
+  /// The end of standard input calls `finish` from now on.
   void stop_when_input_ends();
   /// Serves until it is stopped.
   void run();
-  /// Ends `run`, from any thread.
+  /// Ends `run` once the requests that have arrived are answered, from any thread. No new ones are
+  /// taken, and after a while it waits no longer.
+  void finish();
+  /// Ends `run` at once, from any thread.
   void stop();
 
  private:

@@ -6,6 +6,7 @@
 #include <boost/beast/http/field.hpp>
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/rfc7230.hpp>
+#include <exception>
 #include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
@@ -21,7 +22,7 @@ constexpr std::size_t kReadBytes = 16U * 1024;
 constexpr std::size_t kDrainedBytesMax = 64U * 1024 * 1024;
 constexpr std::chrono::milliseconds kDrainTime{2'000};
 
-Request plain_request(const http::request<http::string_body>& request) {
+Request plain_request(http::request<http::string_body>&& request) {
   Request plain;
   plain.method = std::string(request.method_string());
   plain.target = std::string(request.target());
@@ -29,7 +30,7 @@ Request plain_request(const http::request<http::string_body>& request) {
     plain.headers.push_back(
         {.name = std::string(field.name_string()), .value = std::string(field.value())});
   }
-  plain.body = request.body();
+  plain.body = std::move(request.body());
   return plain;
 }
 
@@ -47,11 +48,13 @@ Reply refusal(const boost::system::error_code& error, const Limits& limits) {
 
 }  // namespace
 
-Session::Session(asio::ip::tcp::socket socket, const Limits& limits, const Server::Handler& handler)
+Session::Session(asio::ip::tcp::socket socket, const Limits& limits, const Server::Handler& handler,
+                 Workers& workers)
     : socket_(std::move(socket)),
       timer_(socket_.get_executor()),
       limits_(limits),
-      handler_(handler) {}
+      handler_(handler),
+      workers_(workers) {}
 
 void Session::limit_to(std::chrono::milliseconds time) {
   timed_out_ = false;
@@ -128,20 +131,51 @@ void Session::refuse(ErrorCode error) {
 void Session::answer() {
   const bool keep_alive = parser_->keep_alive();
   const bool with_body = parser_->get().method() != http::verb::head;
-  deliver(handler_(plain_request(parser_->get())), keep_alive, with_body);
+  place_ = workers_.enter(parser_->get().body().size());
+  if (!place_) {
+    return deliver(text_reply(503, "The server has too much to do.\n"), false, with_body);
+  }
+  timer_.cancel();
+  auto work = [self = shared_from_this(), request = plain_request(parser_->release()), keep_alive,
+               with_body]() mutable {
+    std::string bytes = self->reply_to(request, keep_alive, with_body);
+    // Freed here, where it holds up nobody.
+    request = Request();
+    const auto executor = self->socket_.get_executor();
+    asio::post(executor, [self = std::move(self), bytes = std::move(bytes), keep_alive]() mutable {
+      self->send(std::move(bytes), keep_alive);
+    });
+  };
+  workers_.run(std::move(work));
+}
+
+/// Nothing where not even a reply could be made.
+std::string Session::reply_to(const Request& request, bool keep_alive, bool with_body) const {
+  try {
+    return to_bytes(handler_(request), keep_alive, with_body);
+  } catch (const std::exception&) {
+    return {};
+  }
 }
 
 void Session::deliver(const Reply& reply, bool keep_alive, bool with_body) {
-  outgoing_ = to_bytes(reply, keep_alive, with_body);
+  send(to_bytes(reply, keep_alive, with_body), keep_alive);
+}
+
+void Session::send(std::string bytes, bool keep_alive) {
+  if (bytes.empty()) return close_gently();
+  outgoing_ = std::move(bytes);
   limit_to(limits_.reply);
   asio::async_write(socket_, asio::buffer(outgoing_),
                     [self = shared_from_this(), keep_alive](ErrorCode error, std::size_t /*n*/) {
+                      self->place_.reset();
                       if (error || !keep_alive) return self->close_gently();
                       self->await_request();
                     });
 }
 
 void Session::close_gently() {
+  place_.reset();
   ErrorCode ignored;
   socket_.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
   if (ignored) return;

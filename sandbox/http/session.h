@@ -14,6 +14,7 @@
 
 #include "sandbox/http/message.h"
 #include "sandbox/http/server.h"
+#include "sandbox/http/workers.h"
 
 namespace bvconn::sandbox {
 
@@ -21,8 +22,8 @@ namespace bvconn::sandbox {
 /// whatever it waits for.
 class Session : public std::enable_shared_from_this<Session> {
  public:
-  Session(boost::asio::ip::tcp::socket socket, const Limits& limits,
-          const Server::Handler& handler);
+  Session(boost::asio::ip::tcp::socket socket, const Limits& limits, const Server::Handler& handler,
+          Workers& workers);
   void start() { await_request(); }
 
  private:
@@ -36,7 +37,9 @@ class Session : public std::enable_shared_from_this<Session> {
   void on_request(ErrorCode error);
   void refuse(ErrorCode error);
   void answer();
+  std::string reply_to(const Request& request, bool keep_alive, bool with_body) const;
   void deliver(const Reply& reply, bool keep_alive, bool with_body);
+  void send(std::string bytes, bool keep_alive);
   void close_gently();
   void drain();
 
@@ -47,6 +50,8 @@ class Session : public std::enable_shared_from_this<Session> {
   boost::asio::steady_timer timer_;
   const Limits& limits_;
   const Server::Handler& handler_;
+  Workers& workers_;
+  std::shared_ptr<void> place_;  ///< among the workers, from a request's end to its reply's
   boost::beast::flat_buffer buffer_;
   std::optional<Parser> parser_;
   std::string outgoing_;

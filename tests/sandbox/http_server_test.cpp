@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -19,7 +22,31 @@ using test::RawClient;
 /// More than the buffers of a connection hold.
 constexpr std::size_t kLargeReply = 16'000'000;
 
-/// A server that answers with what it was asked, on a thread of its own.
+/// Something that is waited for on one thread and happens on another.
+class Signal {
+ public:
+  void give() {
+    const std::lock_guard lock(mutex_);
+    given_ = true;
+    change_.notify_all();
+  }
+  void take_back() {
+    const std::lock_guard lock(mutex_);
+    given_ = false;
+  }
+  bool wait() {
+    std::unique_lock lock(mutex_);
+    return change_.wait_for(lock, 10s, [this] { return given_; });
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable change_;
+  bool given_ = false;
+};
+
+/// A server that answers with what it was asked, on a thread of its own. An answer to /slow begins
+/// and then waits for its release.
 class HttpServer : public ::testing::Test {
  protected:
   HttpServer() { start(Limits{}); }
@@ -27,7 +54,12 @@ class HttpServer : public ::testing::Test {
 
   void start(const Limits& limits) {
     end();
-    server_ = std::make_unique<Server>(0, limits, [](const Request& request) {
+    slow_may_end_.take_back();
+    server_ = std::make_unique<Server>(0, limits, [this](const Request& request) {
+      if (request.target == "/slow") {
+        slow_begins_.give();
+        slow_may_end_.wait();
+      }
       static const Reply large = text_reply(200, std::string(kLargeReply, 'x'));
       if (request.target == "/large") return large;
       return text_reply(
@@ -36,17 +68,25 @@ class HttpServer : public ::testing::Test {
     thread_ = std::thread([this] { server_->run(); });
   }
 
+  void finish() { server_->finish(); }
+
   void end() {
     if (!thread_.joinable()) return;
+    slow_may_end_.give();
     server_->stop();
-    thread_.join();
+    wait_for_end();
   }
+
+  void wait_for_end() { thread_.join(); }
 
   std::uint16_t port() const { return server_->port(); }
 
   void expect_alive() const {
     EXPECT_EQ(exchange(port(), http_request("POST", "/alive", "", "12345")).body, "POST /alive 5");
   }
+
+  Signal slow_begins_;
+  Signal slow_may_end_;
 
  private:
   std::unique_ptr<Server> server_;
@@ -187,6 +227,96 @@ TEST_F(HttpServer, SlowClientsHoldUpNobody) {
     ASSERT_TRUE(client->send("defghij"));
     EXPECT_EQ(client->receive().body, "POST / 10");
   }
+}
+
+TEST_F(HttpServer, ASlowAnswerHoldsUpNobodyElse) {
+  RawClient slow(port());
+  ASSERT_TRUE(slow.send(http_request("POST", "/slow", "", "1")));
+  ASSERT_TRUE(slow_begins_.wait());
+  expect_alive();
+  slow_may_end_.give();
+  EXPECT_EQ(slow.receive().body, "POST /slow 1");
+}
+
+TEST_F(HttpServer, ASlowAnswerIsNotOvertakenOnItsConnection) {
+  RawClient client(port());
+  ASSERT_TRUE(client.send(http_request("POST", "/slow", "", "1") +
+                          http_request("POST", "/quick", "", "22")));
+  ASSERT_TRUE(slow_begins_.wait());
+  EXPECT_EQ(client.receive(100ms).status, 0);
+  slow_may_end_.give();
+  EXPECT_EQ(client.receive().body, "POST /slow 1");
+  EXPECT_EQ(client.receive().body, "POST /quick 2");
+}
+
+TEST_F(HttpServer, AnswersWhatHasArrivedBeforeItEnds) {
+  RawClient slow(port());
+  ASSERT_TRUE(slow.send(http_request("POST", "/slow", "", "1")));
+  ASSERT_TRUE(slow_begins_.wait());
+  const std::uint16_t its_port = port();
+  finish();
+  // The listener is closed first, so whoever comes now finds nobody.
+  while (RawClient(its_port).connected()) std::this_thread::sleep_for(1ms);
+  slow_may_end_.give();
+  EXPECT_EQ(slow.receive().body, "POST /slow 1");
+  wait_for_end();
+}
+
+TEST_F(HttpServer, WaitsForAnAnswerOnlySoLongBeforeItEnds) {
+  start(Limits{.drain = 50ms});
+  RawClient slow(port());
+  ASSERT_TRUE(slow.send(http_request("POST", "/slow", "", "1")));
+  ASSERT_TRUE(slow_begins_.wait());
+  finish();
+  EXPECT_EQ(slow.receive(500ms).status, 0);
+}
+
+TEST_F(HttpServer, EndsAtOnceWhereNothingIsUnderWay) {
+  const RawClient resting(port());
+  const auto begin = std::chrono::steady_clock::now();
+  finish();
+  wait_for_end();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, Limits().drain / 2);
+}
+
+TEST_F(HttpServer, WhoeverComesWhileTooManyWaitIsAnswered503) {
+  start(Limits{.workers = 1, .requests = 2});
+  RawClient slow(port());
+  ASSERT_TRUE(slow.send(http_request("POST", "/slow", "", "1")));
+  ASSERT_TRUE(slow_begins_.wait());
+  std::vector<std::unique_ptr<RawClient>> others;
+  for (int i = 0; i < 5; ++i) {
+    others.push_back(std::make_unique<RawClient>(port()));
+    ASSERT_TRUE(others.back()->send(http_request("POST", "/other", "", "22")));
+  }
+  std::vector<int> statuses;
+  for (auto& other : others) statuses.push_back(other->receive(300ms).status);
+  EXPECT_EQ(std::count(statuses.begin(), statuses.end(), 503), 4);
+  EXPECT_EQ(std::count(statuses.begin(), statuses.end(), 0), 1) << "the one that waits";
+  slow_may_end_.give();
+  EXPECT_EQ(slow.receive().status, 200);
+  expect_alive();
+}
+
+TEST_F(HttpServer, WhoeverComesWhileTooMuchWaitsIsAnswered503) {
+  start(Limits{.workers = 1, .requests_bytes = 1000});
+  RawClient slow(port());
+  ASSERT_TRUE(slow.send(http_request("POST", "/slow", "", std::string(2000, 'x'))));
+  ASSERT_TRUE(slow_begins_.wait()) << "alone, it may have any size";
+  EXPECT_EQ(exchange(port(), http_request("POST", "/other", "", "22")).status, 503);
+  slow_may_end_.give();
+  EXPECT_EQ(slow.receive().body, "POST /slow 2000");
+  expect_alive();
+}
+
+TEST_F(HttpServer, ForgetsWhatWaitsWhenItIsStopped) {
+  start(Limits{.workers = 1});
+  RawClient slow(port());
+  ASSERT_TRUE(slow.send(http_request("POST", "/slow", "", "1")));
+  ASSERT_TRUE(slow_begins_.wait());
+  RawClient waiting(port());
+  ASSERT_TRUE(waiting.send(http_request("POST", "/waiting", "", "1")));
+  end();
 }
 
 TEST_F(HttpServer, HeadIsAnsweredWithoutABody) {
