@@ -145,7 +145,7 @@ void ExchangeLog::conclude(const Call& call) noexcept {
   try {
     const Place* place = place_of(call.exchange);
     if (place != nullptr) listener_(read(*place, Secrets::kMasked));
-  } catch (const std::exception&) {
+  } catch (...) {
     // The record is for people who look at it later; the call is not to fail over it.
   }
 }
