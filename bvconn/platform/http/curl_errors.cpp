@@ -1,5 +1,10 @@
 #include "bvconn/platform/http/curl_errors.h"
 
+#include <string>
+
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+
 namespace bvconn::detail {
 namespace {
 
@@ -9,12 +14,24 @@ bool contains(std::string_view text, std::string_view part) {
 
 }  // namespace
 
+void fail_without_memory() {
+  throw Error(error_numbers::kOutOfMemory, "BVConn", "out of memory: libcurl has none");
+}
+
+void fail_to_set_up(CURLcode code, std::string_view source, std::string_view what) {
+  if (code == CURLE_OUT_OF_MEMORY) fail_without_memory();
+  throw Error(
+      error_numbers::kCannotConnect, source,
+      std::string("libcurl cannot be ").append(what).append(": ") + curl_easy_strerror(code));
+}
+
 void start_libcurl(std::string_view source) {
-  static const CURLcode code = curl_global_init(CURL_GLOBAL_DEFAULT);
-  if (code != CURLE_OK) {
-    throw Error(error_numbers::kCannotConnect, source,
-                std::string("libcurl cannot be started: ") + curl_easy_strerror(code));
-  }
+  // A beginning that throws is made again by the next call.
+  [[maybe_unused]] static const bool started = [source] {
+    const CURLcode code = curl_global_init(CURL_GLOBAL_DEFAULT);
+    if (code != CURLE_OK) fail_to_set_up(code, source, "started");
+    return true;
+  }();
 }
 
 std::int32_t number_for(CURLcode code, std::string_view detail) {

@@ -28,10 +28,6 @@ struct ListDeleter {
 };
 using HeaderList = std::unique_ptr<curl_slist, ListDeleter>;
 
-[[noreturn]] void fail_without_memory() {
-  throw Error(error_numbers::kOutOfMemory, "BVConn", "out of memory: libcurl has none");
-}
-
 void append(HeaderList& list, const std::string& line) {
   curl_slist* longer = curl_slist_append(list.get(), line.c_str());
   if (longer == nullptr) {

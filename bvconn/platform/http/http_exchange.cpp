@@ -178,6 +178,8 @@ Error HttpExchange::trouble(CURLcode code) const {
   if (code == CURLE_OK || (request_went_out_ && is_about_connecting(code))) {
     return failure(error_numbers::kConnectionLost, "the server ended it before its reply began");
   }
+  // Later it is how libcurl reports a header line beyond its limit.
+  if (code == CURLE_OUT_OF_MEMORY && !request_went_out_) fail_without_memory();
   const std::string_view words = error_text_.data();
   const std::string_view detail = words.empty() ? curl_easy_strerror(code) : words;
   return failure(trouble_number(code, detail), detail);

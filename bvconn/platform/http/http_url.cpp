@@ -12,6 +12,7 @@
 #include "bvconn/platform/conversions/text.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/http/curl_errors.h"
 
 namespace bvconn::detail {
 namespace {
@@ -98,8 +99,10 @@ void check_url(std::string_view url, std::string_view source) {
     refuse("it names no host");
   }
   const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> parts(curl_url(), &curl_url_cleanup);
+  if (parts == nullptr) fail_without_memory();
   const CURLUcode code =
       curl_url_set(parts.get(), CURLUPART_URL, std::string(url).c_str(), CURLU_PATH_AS_IS);
+  if (code == CURLUE_OUT_OF_MEMORY) fail_without_memory();
   if (code != CURLUE_OK) {
     refuse(curl_url_strerror(code));
   }

@@ -1,0 +1,131 @@
+#include <curl/curl.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "bvconn/connectors/search/bv_search_connector.h"
+#include "bvconn/core/heart_beat_time.h"
+#include "bvconn/dal/bv_connector_object.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+#include "live/own_files.h"
+#include "support/failing_calls.h"
+#include "support/misbehaving_server.h"
+
+// Each call of libcurl fails in turn, in a call of an operation that goes to a real server.
+namespace bvconn::test {
+namespace {
+
+using error_numbers::from_bits;
+
+constexpr std::string_view kReply =
+    "<e:Envelope xmlns:e='http://schemas.xmlsoap.org/soap/envelope/'><e:Body><r>"
+    "<return>the brands</return></r></e:Body></e:Envelope>";
+
+/// What a failure of libcurl has to come out as; nothing where the call does not need what failed.
+std::optional<std::int32_t> number_of(std::string_view call, int code) {
+  if (call == "curl_easy_getinfo") return std::nullopt;  // measures alone
+  if (call == "curl_url_set") {
+    return code == CURLUE_OUT_OF_MEMORY ? error_numbers::kOutOfMemory : from_bits(0x80044308);
+  }
+  switch (code) {
+    case CURLE_OUT_OF_MEMORY:
+      return error_numbers::kOutOfMemory;
+    case CURLE_OPERATION_TIMEDOUT:
+      return from_bits(0x80044302);
+    case CURLE_SSL_CONNECT_ERROR:
+    case CURLE_PEER_FAILED_VERIFICATION:
+      return from_bits(0x80044303);
+    case CURLE_COULDNT_RESOLVE_PROXY:
+      return from_bits(0x80044304);
+    default:
+      return from_bits(0x80044301);  // nothing went out
+  }
+}
+
+class LibcurlCalls : public testing::Test {
+ protected:
+  LibcurlCalls() {
+    server.otherwise(answers::reply(kReply, "200 OK", answers::kXml, {{"Session-Token", "T"}}));
+  }
+
+  void use_dal() {
+    BVConnectorObject().UserName("anna");
+    BVConnectorObject().Password("secret");
+    BVConnectorObject().InitTorvexDAL(server.url());
+    BVConnectorObject().UseTorvexDAL();
+  }
+
+  std::optional<std::int32_t> error_number() {
+    try {
+      const SoapNode brands = BVSearchConnector().SearchForBrands("S1", server.url("/soap"));
+      EXPECT_EQ(brands.Value(), Variant(std::string("the brands")));
+      return std::nullopt;
+    } catch (const Error& error) {
+      EXPECT_FALSE(error.description.empty());
+      return error.number;
+    }
+  }
+
+  void expect_each_failure_is_told() {
+    const std::size_t strikes = for_each_failing_call([&](std::size_t number, std::size_t way) {
+      const Date heart_beat = Global::LastHeartBeat();
+      std::optional<std::int32_t> failed;
+      bool struck_now = false;
+      {
+        const FailingCall failing(Calls::kLibcurl, number, way);
+        failed = error_number();
+        struck_now = FailingCall::has_struck();
+      }
+      if (!struck_now) return false;
+      SCOPED_TRACE(struck() + ", call " + std::to_string(number));
+      const std::optional<std::int32_t> expected = number_of(struck_call(), struck_code());
+      EXPECT_EQ(failed, expected);
+      if (failed) {
+        EXPECT_TRUE(Global::LastHeartBeat() == heart_beat);
+      }
+      EXPECT_EQ(error_number(), std::nullopt) << "the next call";
+      return true;
+    });
+    // Some twenty options that the request needs, each with three ways to fail.
+    EXPECT_GT(strikes, 60U);
+  }
+
+  OwnFiles files;
+  MisbehavingServer server;
+};
+
+TEST_F(LibcurlCalls, ThatStartItAreTriedAgainByTheNextCall) {
+  constexpr std::size_t kCallsBeforeItAtMost = 12;
+  int strikes = 0;
+  for (std::size_t number = 1; number <= kCallsBeforeItAtMost; ++number) {
+    for (std::size_t way = 0; way < 2; ++way) {
+      std::optional<std::int32_t> failed;
+      {
+        const FailingCall failing(Calls::kLibcurl, number, way);
+        failed = error_number();
+      }
+      if (!FailingCall::has_struck() || struck_call() != "curl_global_init") continue;
+      ++strikes;
+      EXPECT_EQ(failed, struck_code() == CURLE_OUT_OF_MEMORY ? error_numbers::kOutOfMemory
+                                                             : from_bits(0x80044301));
+    }
+  }
+  EXPECT_EQ(error_number(), std::nullopt);
+  if (strikes == 0) GTEST_SKIP() << "another test of this process has started libcurl";
+}
+
+TEST_F(LibcurlCalls, FailEachAsOneErrorOnTheSoapRoute) {
+  ASSERT_EQ(error_number(), std::nullopt);
+  expect_each_failure_is_told();
+}
+
+TEST_F(LibcurlCalls, FailEachAsOneErrorOnTheDataAccessLayerRoute) {
+  use_dal();
+  ASSERT_EQ(error_number(), std::nullopt);
+  expect_each_failure_is_told();
+}
+
+}  // namespace
+}  // namespace bvconn::test
