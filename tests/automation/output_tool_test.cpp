@@ -38,6 +38,13 @@ TEST(Output, AsATreeIsForPeople) {
   EXPECT_EQ(printed("tree", reply_envelope(kGood)).out, "return\n  Number = 4711\n");
 }
 
+TEST(Output, AsATreeHasDatesAsPeopleReadThem) {
+  EXPECT_EQ(printed("tree", typed_envelope(
+                                "<return xsi:type=\"xsd:dateTime\">2024-04-04T00:00:00</return>"))
+                .out,
+            "return = 2024-04-04T00:00:00\n");
+}
+
 TEST(Output, AsJsonIsTheFormOfABatch) {
   EXPECT_EQ(printed("json", reply_envelope("<return>4711</return>")).out,
             "{\"id\":null,\"result\":{\"node\":{\"name\":\"return\",\"value\":\"4711\","
@@ -150,6 +157,29 @@ TEST(OutputThatCannotBeWritten, EndsABatch) {
       Shell().run("yes '{\"get\":\"BVMethods.Beat\"}' 2>&- | bvconn batch > /dev/full");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.err, "bvconn: the output cannot be written: No space left on device\n");
+}
+
+TEST(OutputThatCannotBeWritten, NeverGoesIntoTheConnectionWhereItIsClosed) {
+  for (const std::string closed : {">&-", "2>&- >&-"}) {
+    ScriptedServer server;
+    server.reply(reply_envelope(kGood));
+    const auto outcome = Shell().run(
+        "bvconn call BVInvoiceConnector.GetInvoice strInvoiceUID=U1 --session S --server " +
+        server.url() + " " + closed);
+    EXPECT_EQ(outcome.status, 1) << closed;
+    EXPECT_EQ(server.requests().size(), 1U) << closed;
+  }
+  EXPECT_EQ(Shell().run("bvconn call BVMethods.Beat >&-").status, 2);
+  EXPECT_EQ(Shell().run("bvconn list >&-").err,
+            "bvconn: the output cannot be written: Bad file descriptor\n");
+}
+
+TEST(CommandLineSlips, SayWhatIsMissing) {
+  const std::string more = "Run with --help for more information.\n";
+  EXPECT_EQ(Shell().run("bvconn").err, "bvconn: A subcommand is required\n" + more);
+  EXPECT_EQ(Shell().run("bvconn call").err, "bvconn: call: OPERATION is required\n" + more);
+  EXPECT_EQ(Shell().run("bvconn settings get").err,
+            "bvconn: settings get: NAME is required\n" + more);
 }
 
 TEST(CommandLineSlips, SuggestTheNearestSubcommand) {

@@ -292,6 +292,27 @@ TEST(Trace, ServesCallToo) {
       R"({"on":"SessionLogger","do":"ExitMethod","class":"BVHeartBeatConnector","method":"UpdateHeartBeatTime","level":0})");
 }
 
+TEST(Trace, ThatCannotBeWrittenIsSaidAndIsStatus1) {
+  for (const std::string command : {"call", "batch"}) {
+    std::vector<std::string> words{command, "--trace", "/dev/full"};
+    if (command == "call")
+      words.insert(words.begin() + 1, "BVHeartBeatConnector.UpdateHeartBeatTime");
+    const Tool::Outcome outcome =
+        Tool::run(words, "{\"call\":\"BVHeartBeatConnector.UpdateHeartBeatTime\"}\n");
+    EXPECT_EQ(outcome.status, 1) << command;
+    EXPECT_EQ(outcome.err, "bvconn: the trace cannot be written: /dev/full\n") << command;
+  }
+}
+
+TEST(Trace, ThatCannotBeOpenedIsSaidWithTheReason) {
+  const TemporaryFolder folder;
+  const Tool::Outcome outcome = Tool::run(
+      {"call", "BVHeartBeatConnector.UpdateHeartBeatTime", "--trace", folder.path().string()});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(outcome.err,
+            "bvconn: --trace: cannot write " + folder.path().string() + ": Is a directory\n");
+}
+
 TEST(Trace, IsItsOwnersAlone) {
   const TemporaryFolder folder;
   const std::string file = (folder / "trace").string();

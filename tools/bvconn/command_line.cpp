@@ -78,6 +78,20 @@ std::string explain_slip(const CLI::App& app, const std::vector<std::string>& wo
   return text + did_you_mean(words.front(), names_of(subcommands_of(app)));
 }
 
+std::string command_prefix(const CLI::App& app, const std::vector<std::string>& words) {
+  std::string names;
+  const CLI::App* command = &app;
+  for (const std::string& word : words) {
+    const auto below = subcommands_of(*command);
+    const auto named =
+        std::ranges::find(below, word, [](const CLI::App* each) { return each->get_name(); });
+    if (named == below.end()) break;
+    command = *named;
+    names.append(names.empty() ? "" : " ").append(word);
+  }
+  return names.empty() ? "" : names + ": ";
+}
+
 std::vector<CommandWords> command_words(const CLI::App& app) {
   std::vector<CommandWords> commands;
   for (const CLI::App* each : subcommands_of(app)) {

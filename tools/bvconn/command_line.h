@@ -22,6 +22,9 @@ void add_connection_options(CLI::App& command, ConnectionOptions& options,
 /// where it is something else.
 std::string explain_slip(const CLI::App& app, const std::vector<std::string>& words);
 
+/// The subcommands that these words begin with, and a colon; "" where there is none.
+std::string command_prefix(const CLI::App& app, const std::vector<std::string>& words);
+
 /// The subcommands with their options, for completion.
 std::vector<CommandWords> command_words(const CLI::App& app);
 

@@ -90,10 +90,11 @@ Subcommand add_call(CLI::App& app) {
             if (call.form == OutputForm::kRaw) all->trace.reply = std::make_shared<TappedReply>();
             call.reply = all->trace.reply;
             install_trace(all->trace);
-            return run_call(call, {.out = std::cout,
-                                   .err = std::cerr,
-                                   .out_terminal = Terminal::of(STDOUT_FILENO),
-                                   .err_terminal = Terminal::of(STDERR_FILENO)});
+            const int status = run_call(call, {.out = std::cout,
+                                               .err = std::cerr,
+                                               .out_terminal = Terminal::of(STDOUT_FILENO),
+                                               .err_terminal = Terminal::of(STDERR_FILENO)});
+            return traced_status(all->trace, status, std::cerr);
           }};
 }
 
@@ -115,7 +116,8 @@ Subcommand add_batch(CLI::App& app) {
             all->batch.connection = resolve_connection(
                 all->connection, named ? ConnectionSources::kAll : ConnectionSources::kOptions);
             install_trace(all->trace);
-            return run_batch(all->batch, std::cout, std::cerr);
+            return traced_status(all->trace, run_batch(all->batch, std::cout, std::cerr),
+                                 std::cerr);
           }};
 }
 
@@ -171,11 +173,8 @@ int run(const std::vector<std::string>& words, int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
     const std::string slip = explain_slip(app, words);
-    if (slip.empty()) {
-      app.exit(error);
-    } else {
-      std::cerr << "bvconn: " << slip << "\nRun with --help for more information.\n";
-    }
+    std::cerr << "bvconn: " << (slip.empty() ? command_prefix(app, words) + error.what() : slip)
+              << "\nRun with --help for more information.\n";
     return kNotUnderstood;
   }
   for (const Subcommand& each : subcommands) {
@@ -204,6 +203,7 @@ int run_and_report(int argc, char** argv) {
 int main(int argc, char** argv) {
   // A reader that went away is an error of the write, not the end of this process.
   std::signal(SIGPIPE, SIG_IGN);
+  hold_standard_files();
   StandardOutput output;
   const int status = run_and_report(argc, argv);
   const int failure = output.finish();

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/variant.h"
@@ -22,6 +23,7 @@ bool is_plain(std::string_view text) {
 /// A value on one line: text with line breaks in quotes, escaped.
 std::string value_line(const Variant& value) {
   if (value.is(Variant::Type::kString) && is_plain(value.string())) return value.string();
+  if (value.is(Variant::Type::kDate)) return conversions::iso_date_text(value.date());
   return json_value(value);
 }
 

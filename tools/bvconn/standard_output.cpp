@@ -1,11 +1,20 @@
 #include "standard_output.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <iostream>
 
 namespace bvconn::tool {
+
+void hold_standard_files() {
+  for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(file, F_GETFD) >= 0 || errno != EBADF) continue;
+    // The lowest number that is free: this one.
+    static_cast<void>(::open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+  }
+}
 
 StandardOutput::StandardOutput() : before_(std::cout.rdbuf(this)) {
   setp(buffer_.data(), buffer_.data() + buffer_.size());

@@ -3,9 +3,11 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <iostream>
 #include <string_view>
@@ -32,9 +34,13 @@ std::shared_ptr<std::ostream> open_trace(const std::string& name) {
   if (name == "-") return {&std::cerr, [](std::ostream*) {}};
   constexpr int kOwnerOnly = 0600;
   const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kOwnerOnly);
+  const int code = errno;
   if (file >= 0) ::close(file);
   auto stream = std::make_shared<std::ofstream>(name, std::ios::binary);
-  if (file < 0 || !stream->is_open()) throw UsageError("--trace: cannot write " + name);
+  if (file < 0 || !stream->is_open()) {
+    throw UsageError("--trace: cannot write " + name +
+                     (file < 0 ? std::string(": ") + std::strerror(code) : ""));
+  }
   return stream;
 }
 
@@ -50,7 +56,7 @@ void add_trace_options(CLI::App& command, TraceOptions& options) {
   command.add_flag("--trace-secrets", options.shows_secrets, "Show passwords in the trace");
 }
 
-void install_trace(const TraceOptions& options) {
+void install_trace(TraceOptions& options) {
   if (!options.mask.empty()) {
     if (!is_mask(options.mask)) throw UsageError("--mask: a number is expected");
     ::setenv("BVCONN_LOG_MASK", options.mask.c_str(), 1);
@@ -59,10 +65,17 @@ void install_trace(const TraceOptions& options) {
   platform::Platform platform = platform::system_platform();
   if (options.reply) platform = tapped(std::move(platform), options.reply);
   if (!options.file.empty()) {
-    auto trace = std::make_shared<Trace>(open_trace(options.file), options.shows_secrets);
+    options.stream = open_trace(options.file);
+    auto trace = std::make_shared<Trace>(options.stream, options.shows_secrets);
     platform = traced(std::move(platform), std::move(trace));
   }
   platform::install(std::move(platform));
+}
+
+int traced_status(const TraceOptions& options, int status, std::ostream& err) {
+  if (!options.stream || *options.stream) return status;
+  err << "bvconn: the trace cannot be written: " << options.file << '\n';
+  return status == kDone ? kFailed : status;
 }
 
 }  // namespace bvconn::tool
