@@ -68,6 +68,15 @@ TEST(ConnectionOfACall, AFileOfProfilesThatCannotBeUsedIsStatus3) {
   EXPECT_THAT(outcome.err, HasSubstr("is not TOML at line 1"));
 }
 
+TEST(ConnectionOfACall, AProfileWithATimeThatIsNoneIsStatus3) {
+  const Shell shell;
+  shell.profiles("[test]\ntimeout = \"soon\"\n");
+  const auto outcome = shell.run(kGetInvoice + std::string("--profile test"));
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_EQ(outcome.err,
+            "bvconn: profile test: a time is expected, such as 30, 2.5s, 500ms or 2m, not soon\n");
+}
+
 TEST(ConnectionOfACall, AProfileThatIsNotThereIsNotUnderstood) {
   const auto outcome = Shell().run(kGetInvoice + std::string("--profile test"));
   EXPECT_EQ(outcome.status, 2);
@@ -132,6 +141,8 @@ TEST(CallByTheLayer, ARefusedLoginHasTheServicesOwnWords) {
   EXPECT_THAT(outcome.err, HasSubstr("bvconn: the login at " + server.url() +
                                      " failed: error 0x80045400 (-2147200000) from Auth: anna is "
                                      "locked out\n"));
+  EXPECT_THAT(outcome.err,
+              HasSubstr("hint: The login is refused. Check the user and the password"));
   EXPECT_THAT(server.requests(), SizeIs(1));
 }
 

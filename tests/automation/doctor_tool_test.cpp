@@ -209,7 +209,7 @@ TEST(Doctor, ShowsTheServicesWordsWhereItRefusesTheLogin) {
   EXPECT_EQ(visit.outcome.status, 1);
   EXPECT_THAT(visit.line("DAL login"),
               AllOf(StartsWith("FAILED   DAL login   0x00000005 from Auth: Account *** is locked"),
-                    Not(HasSubstr("secret-pw"))));
+                    HasSubstr("Check the user and the password"), Not(HasSubstr("secret-pw"))));
 }
 
 TEST(Doctor, TrustsTheCertificateThatItIsGiven) {

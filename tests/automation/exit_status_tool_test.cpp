@@ -61,6 +61,20 @@ TEST(ExitStatus, Is3ForSettingsThatCannotBeUsed) {
   EXPECT_THAT(outcome.err, HasSubstr("error 0x80041001"));
 }
 
+TEST(ExitStatus, Is3ForASettingThatIsNoNumber) {
+  const Shell shell;
+  shell.folder.file("machine.toml",
+                    "['Software\\Brimvale\\Torvex\\AppData']\ndefaultTimeOut = \"soon\"\n");
+  const auto outcome = shell.run(
+      "bvconn call BVInvoiceConnector.GetInvoice strInvoiceUID=U1 --session S --server "
+      "http://127.0.0.1:1/");
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_THAT(outcome.err, HasSubstr("error 0x0000000D"));
+  EXPECT_THAT(outcome.err,
+              HasSubstr("bvconn: defaultTimeOut in " + (shell.folder / "machine.toml").string() +
+                        " is no 32-bit whole number"));
+}
+
 TEST(ExitStatus, Is4ForAFault) {
   EXPECT_EQ(answered(answers::fault("no")).status, 4);
 }
@@ -72,6 +86,19 @@ TEST(ExitStatus, Is4ForAMappedFaultWithTheServersWordsFromTheRecord) {
   EXPECT_EQ(outcome.status, 4);
   EXPECT_THAT(outcome.err, HasSubstr("error 0x80042739"));
   EXPECT_THAT(outcome.err, HasSubstr("bvconn: the server's words: INV-9 is no invoice\n"));
+}
+
+TEST(ExitStatus, Is4ForAFaultOfTheLayerWithTheServersWordsFromTheRecord) {
+  ScriptedServer server;
+  server.reply("token");
+  server.reply("");
+  server.reply(fault_envelope("4711", "ORD-9 is no order"));
+  const auto outcome = Shell().run(
+      "bvconn call BVOrderConnector.getSAPOrderView aServerURL=u aSessionID=S aOrderGID=G "
+      "aIncludePrice=true --dal " +
+      server.url());
+  EXPECT_EQ(outcome.status, 4);
+  EXPECT_THAT(outcome.err, HasSubstr("bvconn: the server's words: ORD-9 is no order\n"));
 }
 
 TEST(ExitStatus, Is4ForAServiceObjectsRefusalWhateverItsNumber) {

@@ -83,6 +83,18 @@ TEST(Parity, SecretsAreNotShown) {
   EXPECT_THAT(parity.server.requests().at(1).body, HasSubstr("\"login-secret\""));
 }
 
+TEST(Parity, AShortSessionLeavesTheAnswersReadable) {
+  ScriptedServer server;
+  server.reply(reply_envelope("<return>Sold</return>"));
+  server.reply("token");
+  server.reply("");
+  server.reply(reply_envelope("<return>Shipped</return>"));
+  const Tool::Outcome outcome =
+      Tool::run({"parity", "BVOrderConnector.getSAPOrderView", "aServerURL=" + server.url(),
+                 "aSessionID=S", "aOrderGID=G1", "aIncludePrice=true", "--dal", server.url()});
+  EXPECT_THAT(outcome.out, HasSubstr("\"Sold\"  \"Shipped\"\n"));
+}
+
 TEST(Parity, AMethodThatIsDisabledIsComparedAllTheSame) {
   Parity parity("<return/>", "<return/>", "urn:OrderService.getSAPOrderView|");
   const Tool::Outcome outcome = parity.run();

@@ -108,7 +108,7 @@ TEST(SettingsGet, SuggestsTheNearestName) {
   EXPECT_EQ(outcome.status, 2);
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err,
-            "bvconn: settings: there is no setting tracePrt; did you mean tracePort?; "
+            "bvconn: settings: there is no setting tracePrt; did you mean tracePort? "
             "`bvconn settings list` shows all\n");
 }
 

@@ -22,7 +22,8 @@ int run_batch(const BatchOptions& options, std::ostream& out, std::ostream& err)
   const ConnectionScope scope(options.connection);
   if (!options.connection.dal.empty()) {
     if (const auto failure = log_in_to_dal(options.connection)) {
-      err << "bvconn: " << login_failure_text(*failure) << '\n';
+      err << "bvconn: " << login_failure_text(*failure) << '\n'
+          << "bvconn: hint: " << login_advice(*failure) << '\n';
       return kFailed;
     }
   }

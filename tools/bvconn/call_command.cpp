@@ -10,6 +10,7 @@
 #include "bvconn/automation/interface.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/exchange/mask_request.h"
 #include "bvconn/platform/explain.h"
 #include "call_answer.h"
@@ -20,6 +21,7 @@
 #include "input_files.h"
 #include "interruption.h"
 #include "json_text.h"
+#include "library_settings.h"
 #include "print_request.h"
 #include "target.h"
 
@@ -116,7 +118,7 @@ class CallRun {
     const auto failure = log_in_to_dal(options_.connection);
     if (!failure) return kDone;
     err_ << "bvconn: " << terminal_.red(login_failure_text(*failure)) << '\n';
-    hint(recorded_error(*failure));
+    hint(login_advice(*failure));
     return call_status(*failure);
   }
 
@@ -136,11 +138,8 @@ class CallRun {
       error_json = json_error(error);
       const auto last = exchange();
       report(" failed: ", error);
-      // A mapped fault has lost them on its way.
-      if (error.description.empty() && last && last->error) {
-        err_ << "bvconn: the server's words: " << last->error->description << '\n';
-      }
-      status = call_status(error, last);
+      if (last && last->error) add_words(error, last->error->description);
+      status = is_setting_wrong(error) ? kSettings : call_status(error, last);
     } catch (const std::exception& error) {
       error_json = internal_error_json(error.what());
       err_ << "bvconn: " << options_.path << ": internal failure: " << error.what() << '\n';
@@ -178,11 +177,29 @@ class CallRun {
     err_ << "bvconn: " << options_.path << what
          << terminal_.red("error " + hex_number(error.number)) << " (" << error.number << ") from "
          << error.source << ": " << error.description << '\n';
-    hint(error);
+    hint(explain(error));
   }
 
-  void hint(const Error& error) {
-    err_ << "bvconn: " << terminal_.yellow("hint:") << ' ' << explain(error) << '\n';
+  void hint(const std::string& advice) {
+    err_ << "bvconn: " << terminal_.yellow("hint:") << ' ' << advice << '\n';
+  }
+
+  /// A mapped fault and one of the data access layer have lost the server's words on their way.
+  void add_words(const Error& error, const std::string& recorded) {
+    if (error.description.find(recorded) != std::string::npos) return;
+    err_ << "bvconn: the server's words: " << recorded << '\n';
+  }
+
+  /// A setting that is no number fails like an argument that is none: then the settings tell.
+  bool is_setting_wrong(const Error& error) {
+    if (error.outcome != Outcome::kNotSent || error.number != error_numbers::kTypeMismatch) {
+      return false;
+    }
+    const SettingState state = read_setting(find_setting("defaultTimeOut"));
+    if (!state.wrong) return false;
+    err_ << "bvconn: " << state.setting->name << " in " << state.file << " is " << state.remark
+         << '\n';
+    return true;
   }
 
   void report_time(Clock::time_point begun) {

@@ -18,6 +18,8 @@
 namespace bvconn::tool {
 namespace {
 
+/// What the origin of a value begins with that a profile gives.
+constexpr std::string_view kProfileOrigin = "profile ";
 /// Far beyond any use, and small enough for a reader that recurses.
 constexpr std::size_t kLargestProfiles = std::size_t{64} << 10;
 
@@ -71,7 +73,7 @@ std::vector<std::string> field_names() {
 /// One table of the file of profiles.
 class Profile {
  public:
-  explicit Profile(const std::string& name) : origin_("profile " + name) {
+  explicit Profile(const std::string& name) : origin_(std::string(kProfileOrigin) + name) {
     const std::string file = profiles_file();
     folder_ = std::filesystem::path(file).parent_path();
     if (file.empty() || !std::filesystem::exists(file)) {
@@ -175,7 +177,12 @@ Connection resolve_connection(const ConnectionOptions& options, ConnectionSource
   for (const ConnectionField& field : kConnectionFields) {
     connection.*field.value = found_value(field, options, profile, looks_around);
   }
-  static_cast<void>(connection.time_limit());  // What cannot be understood shows at once.
+  try {
+    static_cast<void>(connection.time_limit());  // What cannot be understood shows at once.
+  } catch (const UsageError& error) {
+    if (connection.timeout.origin.starts_with(kProfileOrigin)) throw SettingsError(error.what());
+    throw;
+  }
   return connection;
 }
 

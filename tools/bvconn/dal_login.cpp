@@ -2,7 +2,10 @@
 
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error.h"
+#include "bvconn/platform/explain.h"
 #include "bvconn/platform/http/http_url.h"
+#include "call_status.h"
+#include "status.h"
 #include "target.h"
 
 namespace bvconn::tool {
@@ -29,6 +32,12 @@ std::optional<Exchange> log_in_to_dal(const Connection& connection, const std::s
   if (is_new && last->error) return last;
   info.find("UseTorvexDAL")->invoke(object.get(), {});
   return std::nullopt;
+}
+
+std::string login_advice(const Exchange& failure) {
+  if (call_status(failure) != kRefused) return explain(recorded_error(failure));
+  return "The login is refused. Check the user and the password, and ask those who run the data "
+         "access layer whether this user may sign in.";
 }
 
 std::string login_failure_text(const Exchange& failure) {

@@ -20,4 +20,7 @@ std::optional<Exchange> log_in_to_dal(const Connection& connection, const std::s
 /// the service itself.
 std::string login_failure_text(const Exchange& failure);
 
+/// The likely cause, and what to do.
+std::string login_advice(const Exchange& failure);
+
 }  // namespace bvconn::tool

@@ -13,6 +13,7 @@
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/explain.h"
 #include "bvconn/platform/timeout_scope.h"
+#include "call_status.h"
 #include "dal_login.h"
 #include "mask_urls.h"
 #include "status.h"
@@ -27,13 +28,6 @@ constexpr std::chrono::seconds kLoginPatience{10};
 std::string milliseconds_of(std::int64_t microseconds) {
   constexpr std::int64_t kThousand = 1000;
   return " (" + std::to_string(microseconds / kThousand) + " ms)";
-}
-
-Error error_of(const Exchange& exchange) {
-  const ExchangeError error = exchange.error.value_or(ExchangeError{});
-  Error result(error.number, error.source, error.description);
-  result.outcome = exchange.outcome;
-  return result;
 }
 
 std::string failure_text(const Error& error) {
@@ -100,7 +94,7 @@ Check tls_check(const std::string& url, const Exchange& exchange) {
   if (!is_https(url)) {
     check.text = "the address begins with http:, nothing is encrypted";
   } else if (is_tls_failure(url, exchange)) {
-    const Error error = error_of(exchange);
+    const Error error = recorded_error(exchange);
     check.state = CheckState::kFailed;
     check.text = failure_text(error);
     check.advice = tls_advice(error);
@@ -119,7 +113,7 @@ Check beat_check(const Connection& connection, const Exchange& exchange) {
     check.text = "the server answers OK" + milliseconds_of(exchange.times.total_us);
     return check;
   }
-  const Error error = error_of(exchange);
+  const Error error = recorded_error(exchange);
   if (is_tls_failure(connection.server.text, exchange)) {
     check.state = CheckState::kSkipped;
     check.text = "there is no secure connection";
@@ -162,10 +156,11 @@ void check_dal(const Connection& connection, std::vector<Check>& checks) {
   try {
     const TimeoutScope patience(connection.time_limit().value_or(kLoginPatience));
     if (const auto failure = log_in_to_dal(connection)) {
-      const Error error = error_of(*failure);
+      const Error error = recorded_error(*failure);
       check.state = CheckState::kFailed;
       check.text = failure_text(error);
-      check.advice = error.number == error_numbers::kTls ? tls_advice(error) : explain(error);
+      check.advice =
+          error.number == error_numbers::kTls ? tls_advice(error) : login_advice(*failure);
     } else {
       check.state = CheckState::kOk;
       check.text = "signed in at " + mask_url(connection.dal.text);

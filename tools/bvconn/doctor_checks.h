@@ -19,8 +19,10 @@ struct Check {
 
 /// Looks at everything that a call needs, in the order in which a call needs it. What the
 /// connection does not name is skipped, and so is what cannot work since something before it does
-/// not. Each look is bounded in time. A heart beat and a login are all that is sent; nothing is
-/// changed but for a line in the log. The texts hold no secrets.
+/// not. Each look is bounded in time. A heart beat and a login are all that is sent. What is left
+/// on this machine: a line in the log, and what any call leaves too (the log's own lines about
+/// failures, a log that was full put aside, a line in the file of exchanges, `TraceSoapTraffic` in
+/// the settings where it is absent). The texts hold no secrets.
 std::vector<Check> examine(const Connection& connection);
 
 /// "OK", "FAILED", "skipped".

@@ -90,8 +90,9 @@ const LibrarySetting& find_setting(std::string_view name) {
     if (conversions::equal_ignoring_case(setting.name, name)) return setting;
     names.emplace_back(setting.name);
   }
-  std::string text = "there is no setting " + std::string(name) + did_you_mean(name, names);
-  throw UsageError(text.append("; `bvconn settings list` shows all"));
+  const std::string nearest = did_you_mean(name, names);
+  throw UsageError("there is no setting " + std::string(name) + nearest +
+                   (nearest.empty() ? "; " : " ") + "`bvconn settings list` shows all");
 }
 
 SettingState read_setting(const LibrarySetting& setting) {

@@ -16,6 +16,7 @@
 #include "dal_login.h"
 #include "status.h"
 #include "target.h"
+#include "text_mask.h"
 
 namespace bvconn::tool {
 namespace {
@@ -58,29 +59,11 @@ RouteAnswer ask(const Target& target, const ParityOptions& options) {
   return answer;
 }
 
-/// Texts that are not shown: what the caller gave as a password or an identifier of the session.
-class Secrets {
- public:
-  void add(std::string text) {
-    if (!text.empty()) texts_.push_back(std::move(text));
-  }
-
-  std::string masked(const std::string& path, std::string text) const {
-    if (names_password(path.substr(path.rfind('/') + 1)) && text != "(absent)") {
-      return std::string(kMasked);
-    }
-    for (const std::string& secret : texts_) {
-      for (std::size_t at = text.find(secret); at != std::string::npos;
-           at = text.find(secret, at + kMasked.size())) {
-        text.replace(at, secret.size(), kMasked);
-      }
-    }
-    return text;
-  }
-
- private:
-  std::vector<std::string> texts_;
-};
+/// What one route gave for a field, without passwords and the session's identifier.
+std::string masked(const TextMask& mask, const std::string& path, std::string text) {
+  const bool hidden = names_password(path.substr(path.rfind('/') + 1)) && text != "(absent)";
+  return hidden ? std::string(kMasked) : mask.hide(std::move(text));
+}
 
 std::vector<AnswerDifference> compare(const RouteAnswer& soap, const RouteAnswer& dal) {
   const auto text = [](const RouteAnswer& answer) {
@@ -92,11 +75,11 @@ std::vector<AnswerDifference> compare(const RouteAnswer& soap, const RouteAnswer
   return {{"(outcome)", text(soap), text(dal)}};
 }
 
-void print(const std::vector<AnswerDifference>& rows, const Secrets& secrets, std::ostream& out) {
+void print(const std::vector<AnswerDifference>& rows, const TextMask& mask, std::ostream& out) {
   std::vector<AnswerDifference> shown{{"", "SOAP", "DAL"}};
   for (const AnswerDifference& row : rows) {
     shown.push_back(
-        {row.path, secrets.masked(row.path, row.first), secrets.masked(row.path, row.second)});
+        {row.path, masked(mask, row.path, row.first), masked(mask, row.path, row.second)});
   }
   std::size_t path_width = 0;
   std::size_t first_width = 0;
@@ -111,18 +94,18 @@ void print(const std::vector<AnswerDifference>& rows, const Secrets& secrets, st
 }
 
 /// What was given for an argument that holds a password or the session's identifier.
-Secrets secrets_of(const Target& target, const ParityOptions& options) {
-  Secrets secrets;
+TextMask mask_for(const Target& target, const ParityOptions& options) {
+  TextMask mask;
   const CallArguments given = read_arguments(*target.member, options.arguments, options.connection);
   for (std::size_t i = 0; i < given.values.size(); ++i) {
     const std::string& name = target.member->arguments[i].name;
     const auto* value = std::get_if<Variant>(&given.values[i]);
     const bool secret = name == "aSessionID" || names_password(name);
     if (secret && value != nullptr && value->is(Variant::Type::kString)) {
-      secrets.add(value->string());
+      mask.add(value->string());
     }
   }
-  return secrets;
+  return mask;
 }
 
 /// Both routes can be compared, and asking twice does no harm that was not asked for.
@@ -154,15 +137,16 @@ int compare_routes(const ParityOptions& options, std::ostream& out, std::ostream
   const Target target = find_target(options.path);
   const ObservedConduct conduct = automation::observe_conduct(*target.info, *target.member);
   require_comparable(conduct, options);
-  Secrets secrets = secrets_of(target, options);
+  TextMask mask = mask_for(target, options);
   const std::string password = options.connection.password();
-  secrets.add(password);
+  mask.add(password);
   const ConnectionScope scope(options.connection);
 
   Session session;
   const RouteAnswer by_soap = ask(target, options);
   if (const auto failure = log_in_to_dal(options.connection, password)) {
-    err << "bvconn: " << login_failure_text(*failure) << '\n';
+    err << "bvconn: " << login_failure_text(*failure) << '\n'
+        << "bvconn: hint: " << login_advice(*failure) << '\n';
     return kFailed;
   }
   const bool disabled = is_disabled(session, conduct);
@@ -171,7 +155,7 @@ int compare_routes(const ParityOptions& options, std::ostream& out, std::ostream
 
   const bool failed = by_soap.error || by_dal.error;
   const auto found = compare(by_soap, by_dal);
-  if (!found.empty()) print(found, secrets, out);
+  if (!found.empty()) print(found, mask, out);
   if (failed) {
     out << "No verdict: both routes have to give an answer.\n";
   } else {
