@@ -55,6 +55,14 @@ TEST(Completion, KnowsTheOptionsOfASubcommand) {
   EXPECT_THAT(completed({"describe", "--"}), Contains("--json"));
 }
 
+TEST(Completion, OfSettingsGoesOnToTheirNames) {
+  EXPECT_THAT(completed({"settings", "get", "t"}), ElementsAre("tracePort"));
+  EXPECT_THAT(completed({"settings", "set", ""}),
+              ElementsAre("tracePort", "defaultTimeOut", "TraceSoapTraffic"));
+  EXPECT_THAT(completed({"settings", "get", "tracePort", ""}), IsEmpty());
+  EXPECT_THAT(completed({"settings", "list", ""}), IsEmpty());
+}
+
 TEST(Completion, OfListIsClassesAlone) {
   EXPECT_THAT(completed({"list", "BVMeth"}), ElementsAre("BVMethods"));
 }

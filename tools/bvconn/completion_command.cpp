@@ -5,6 +5,7 @@
 
 #include "bvconn/automation/interface.h"
 #include "connection_options.h"
+#include "library_settings.h"
 #include "nearest_names.h"
 #include "status.h"
 
@@ -124,6 +125,12 @@ std::vector<std::string> values_of(std::string_view option) {
   return option == "--profile" ? profile_names() : std::vector<std::string>();
 }
 
+std::vector<std::string> setting_names() {
+  std::vector<std::string> names;
+  for (const LibrarySetting& setting : library_settings()) names.emplace_back(setting.name);
+  return names;
+}
+
 std::vector<std::string> option_names(const CommandWords& command) {
   std::vector<std::string> names;
   for (const OptionWords& option : command.options) names.push_back(option.name);
@@ -172,6 +179,8 @@ std::vector<std::string> continuations(const CommandWords& command,
   const std::vector<std::string> places = without_options(command, given);
   if (places.empty() && command.name == "completion") return {"bash", "zsh", "fish"};
   if (places.empty() && !command.subcommands.empty()) return command.subcommands;
+  const bool names_setting = places.size() == 1 && command.name == "settings";
+  if (names_setting && places.front() != "list") return setting_names();
   const bool names_path = takes_class(command.name) || takes_operation(command.name);
   if (places.empty() && names_path) return paths_for(command.name, begun);
   return !places.empty() && takes_arguments(command.name) ? arguments_for(places.front(), places)
