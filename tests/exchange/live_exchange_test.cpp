@@ -90,6 +90,17 @@ TEST_F(LiveExchange, TellsTheWaitForTheReplyFromItsTransfer) {
   EXPECT_NEAR(static_cast<double>(sum), static_cast<double>(times.total_us), 5'000.0);
 }
 
+TEST_F(LiveExchange, NoStepsTakeLongerThanTheWhole) {
+  server.otherwise(answers::reply(kReply));
+  for (int i = 0; i < 300; ++i) {
+    send();
+    const ExchangeTimes times = last().times;
+    const std::int64_t sum = times.name_us + times.connect_us + times.tls_us + times.send_us +
+                             times.wait_us + times.receive_us;
+    ASSERT_LE(sum, times.total_us) << i;
+  }
+}
+
 TEST_F(LiveExchange, AKeptConnectionTakesNoTimeToConnect) {
   server.answer(answers::reply(kReply));
   server.answer(answers::reply(kReply));

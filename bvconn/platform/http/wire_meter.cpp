@@ -28,7 +28,8 @@ class Steps {
   std::int64_t until(std::int64_t end_us) {
     if (ended_) return 0;
     ended_ = end_us == 0;
-    const std::int64_t end = ended_ ? total_us_ : std::max(end_us, last_us_);
+    const std::int64_t end =
+        ended_ ? total_us_ : std::clamp(end_us, last_us_, std::max(last_us_, total_us_));
     return end - std::exchange(last_us_, end);
   }
 
@@ -82,8 +83,12 @@ void WireMeter::read(CURL* handle) {
     }
   }
   if (!facts_.went_out) return;
-  times.send_us = steps.until(sent_ ? ready + send_us_ : 0);
-  times.wait_us = steps.until(number_of(handle, CURLINFO_STARTTRANSFER_TIME_T));
+  const std::int64_t answered = number_of(handle, CURLINFO_STARTTRANSFER_TIME_T);
+  // That all is sent may be noted late, on a busy machine even after the answer.
+  const std::int64_t noted = ready + send_us_;
+  const std::int64_t sent = answered > 0 ? std::min(noted, answered) : noted;
+  times.send_us = steps.until(sent_ ? sent : 0);
+  times.wait_us = steps.until(answered);
   times.receive_us = steps.until(total);
 }
 
