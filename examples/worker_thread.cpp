@@ -1,5 +1,4 @@
-// Asks the server on a thread of its own, so that the screen never waits, and closes in time:
-// worker_thread SERVER-URL SESSION [SECONDS]
+// Asks the server on a thread of its own, so that the screen never waits, and closes in time.
 
 #include <bvconn/automation/endpoint.h>
 #include <bvconn/platform/error.h>
@@ -13,27 +12,23 @@
 #include <thread>
 
 // What others post for one thread to run, in order; an application has its event loop for this.
-class Tasks {
- public:
+struct Tasks {
+  std::deque<std::function<void()>> tasks;
+  std::mutex mutex;
+  std::condition_variable_any posted;
   void post(std::function<void()> task) {
-    const std::lock_guard lock(mutex_);
-    tasks_.push_back(std::move(task));
-    posted_.notify_one();
+    const std::lock_guard lock(mutex);
+    tasks.push_back(std::move(task));
+    posted.notify_one();
   }
-  // Waits for the next one; none any more once the thread is asked to stop.
-  std::function<void()> next(const std::stop_token& stop = {}) {
-    std::unique_lock lock(mutex_);
-    posted_.wait(lock, stop, [this] { return !tasks_.empty(); });
+  std::function<void()> next(const std::stop_token& stop = {}) {  // none once a stop is asked for
+    std::unique_lock lock(mutex);
+    posted.wait(lock, stop, [this] { return !tasks.empty(); });
     if (stop.stop_requested()) return {};
-    auto task = std::move(tasks_.front());
-    tasks_.pop_front();
+    auto task = std::move(tasks.front());
+    tasks.pop_front();
     return task;
   }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable_any posted_;
-  std::deque<std::function<void()>> tasks_;
 };
 
 int main(int argc, char** argv) {
@@ -43,22 +38,21 @@ int main(int argc, char** argv) {
   }
   const bvconn::Endpoint office{.url = argv[1], .session = argv[2]};
   const std::chrono::seconds patience(argc > 3 ? std::stoi(argv[3]) : 10);
-  Tasks screen, work;
   std::string shown;
+  Tasks screen, work;
+  const auto show = [&](std::string text) { screen.post([&shown, text] { shown = text; }); };
   std::jthread worker([&](const std::stop_token& stop) {
     const bvconn::TimeoutScope limit(patience);  // No call holds up the closing for longer.
     while (const auto task = work.next(stop)) task();
   });
   work.post([&] {
-    std::string line;
     try {
       bvconn::BVSearchConnector search;  // Made where it is used: in the worker's own session.
       const auto brands = bvconn::call<&bvconn::BVSearchConnector::SearchForBrands>(office, search);
-      line = std::to_string(brands.Nodes().Count()) + " brands";  // Nodes stay on their thread.
+      show(std::to_string(brands.Nodes().Count()) + " brands");  // Nodes stay on their thread.
     } catch (const bvconn::Error& error) {
-      line = error.description;
+      show(error.description + " (" + bvconn::hex_number(error.number) + ")");
     }
-    screen.post([&shown, line] { shown = line; });
   });
   while (shown.empty()) screen.next()();  // The screen, which is never inside a call.
   std::cout << shown << '\n';
