@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "bvconn/core/session_state.h"
+#include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/soap/xml_document.h"
 #include "call_answer.h"
 #include "json_text.h"
@@ -89,6 +90,8 @@ void AnswerPrinter::print_value(const Value& value) const {
     if (variant->node()) streams_.out << node_tree(variant->node(), streams_.out_terminal);
   } else if (variant != nullptr && variant->is(Variant::Type::kString)) {
     streams_.out << variant->string() << '\n';
+  } else if (variant != nullptr && variant->is(Variant::Type::kDate)) {
+    streams_.out << conversions::iso_date_text(variant->date()) << '\n';
   } else {
     streams_.out << json_value(value) << '\n';
   }
