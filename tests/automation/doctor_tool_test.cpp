@@ -235,6 +235,17 @@ TEST(Doctor, SaysThatACertificateIsNotTrusted) {
   EXPECT_THAT(visit.line("heart beat"), StartsWith("skipped "));
 }
 
+TEST(Doctor, NamesTheFileForTlsThatCannotBeRead) {
+  const MisbehavingServer server;
+  std::string url = server.url();
+  url.replace(0, 4, "https");
+  const Visit visit({"--server", url, "--ca-file", "/no/such.pem"});
+  EXPECT_THAT(visit.line("TLS"),
+              AllOf(HasSubstr("\"/no/such.pem\", cannot be read"),
+                    HasSubstr("Name files that are there and that this user may read"),
+                    Not(HasSubstr("expired"))));
+}
+
 TEST(Doctor, SaysThatThereIsNoTlsAtAll) {
   const MisbehavingServer server;
   std::string url = server.url();

@@ -47,6 +47,9 @@ std::string tls_advice(const Error& error) {
     std::string_view advice;
   };
   constexpr std::array kCauses{
+      Cause{"cannot be read",
+            "Name files that are there and that this user may read, with --ca-file, --client-cert "
+            "and --client-key or their variables."},
       Cause{"expired",
             "The server's certificate has expired, or this machine's clock is wrong: have it "
             "renewed, or set the clock."},
