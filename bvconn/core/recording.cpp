@@ -29,7 +29,14 @@ void note(Exchange* exchange, const Error& error, std::string_view words) noexce
 }
 
 // What the transport or the service object knows besides; with one of the application's own
-// nothing.
+// nothing, or a throw.
+template <class Ask>
+const WireFacts* facts_of(Ask ask) noexcept {
+  const WireFacts* facts = nullptr;
+  quietly([&] { facts = ask(); });
+  return facts;
+}
+
 void note(Exchange& exchange, const WireFacts* facts) noexcept {
   if (facts == nullptr) return;
   quietly([&] {
@@ -175,8 +182,10 @@ void send_recorded(HTTPTransport& transport, std::string_view url, std::string_v
       exchange->request.assign(text);
     });
   }
-  const auto write_facts = [&] {
-    if (Exchange* exchange = log.find(log.running())) note(*exchange, transport.LastWire());
+  const auto write_facts = [&]() noexcept {
+    if (Exchange* exchange = log.find(log.running())) {
+      note(*exchange, facts_of([&] { return transport.LastWire(); }));
+    }
   };
   try {
     run_step(&outcome_by_number, [&] { transport.Send(url, text); });
@@ -210,8 +219,9 @@ std::string invoke_recorded(ServiceObject& object, std::string_view operation,
       write_arguments(*exchange, arguments);
     });
   }
-  const auto write_facts = [&] {
-    if (Exchange* exchange = log.find(log.running())) note(*exchange, object.last_wire());
+  const auto last_wire = [&]() noexcept { return facts_of([&] { return object.last_wire(); }); };
+  const auto write_facts = [&]() noexcept {
+    if (Exchange* exchange = log.find(log.running())) note(*exchange, last_wire());
   };
   std::string result;
   try {
@@ -221,7 +231,7 @@ std::string invoke_recorded(ServiceObject& object, std::string_view operation,
     write_facts();
     throw;
   }
-  const WireFacts* facts = object.last_wire();
+  const WireFacts* facts = last_wire();
   set_outcome(facts != nullptr && !facts->went_out ? Outcome::kNotSent : Outcome::kAnswered);
   write_facts();
   if (Exchange* exchange = log.find(log.running())) {

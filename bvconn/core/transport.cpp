@@ -10,6 +10,7 @@
 #include "bvconn/core/timing.h"
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/live_error.h"
 #include "bvconn/platform/timeout_scope.h"
 
 namespace bvconn {
@@ -142,12 +143,27 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 
 }  // namespace Global
 
+namespace {
+
+// A transport of the application's own may throw here; that must not hide what is wrong with the
+// reply.
+std::string last_reply(const HTTPTransport& transport) {
+  try {
+    return transport.LastReply();
+  } catch (...) {
+    live_error();  // lets the end of a thread through
+    return "";
+  }
+}
+
+}  // namespace
+
 void receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {
   std::string text = receive_recorded(transport);
   try {
     envelope.Parse(std::move(text), "");
   } catch (Error& error) {
-    const std::string reply = transport.LastReply();
+    const std::string reply = last_reply(transport);
     // A fault is what the caller asked for, with words of its own.
     if (error.number != error_numbers::kSoapFault && !reply.empty()) {
       error.description.append("; ").append(reply);
