@@ -30,6 +30,14 @@ if(BVCONN_SANITIZE)
   target_link_options(bvconn_settings INTERFACE -fsanitize=${BVCONN_SANITIZE})
 endif()
 
+# bvconn_shows_branches(TARGET): what runs in a fuzzer tells it which branches an input took. Programs
+# that are no fuzzers link the same objects and ignore what they tell.
+function(bvconn_shows_branches target)
+  if(BVCONN_BUILD_FUZZERS)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
+endfunction()
+
 # bvconn_room(NAME [GLOB pattern] [LINK targets…]): one room of bvconn/ as an object library of every
 # .cpp below the calling folder, or of those that match the pattern. The rooms together make
 # libBVConn.so; a test links just the rooms that it tests and those below them.
@@ -44,6 +52,7 @@ function(bvconn_room name)
   set_target_properties(bvconn_${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_compile_definitions(bvconn_${name} PRIVATE BVCONN_BUILDING)
   target_link_libraries(bvconn_${name} PUBLIC bvconn_settings ${ARG_LINK})
+  bvconn_shows_branches(bvconn_${name})
   set_property(GLOBAL APPEND PROPERTY BVCONN_ROOMS bvconn_${name})
 endfunction()
 

@@ -1,17 +1,14 @@
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
+#include "fuzzing.h"
 #include "xml/expat_oracle.h"
 
 namespace {
 
 void check(const char* what, const std::string& difference) {
-  if (difference.empty()) return;
-  std::fprintf(stderr, "%s: %s\n", what, difference.c_str());
-  std::abort();
+  bvconn::fuzz::require(difference.empty(), what, difference);
 }
 
 }  // namespace

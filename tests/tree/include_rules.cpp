@@ -233,7 +233,7 @@ const std::vector<Library>& libraries() {
       {"zlib.h", {"bvconn/platform", "tests"}},
       {"toml++/", {"bvconn/platform", "tools"}},
       {"toml.hpp", {"bvconn/platform"}},
-      {"nlohmann/", {"bvconn/platform", "tools", "sandbox", "tests"}},
+      {"nlohmann/", {"bvconn/platform", "tools", "sandbox", "tests", "fuzz"}},
       {"CLI/", {"tools", "sandbox"}},
       {"boost/", {"sandbox", "tests"}},
       {"sqlite3.h", {"sandbox", "tests"}},

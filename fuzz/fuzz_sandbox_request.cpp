@@ -1,0 +1,151 @@
+// Asks the sandbox's server for what the input says, without a connection in between: a path, what
+// stands in its chief header, and a body. It answers everything, with a status that belongs to the
+// path, in a form that clients read, and is never at a loss.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/soap/soap_envelope.h"
+#include "fuzzing.h"
+#include "sandbox/contract/observed.h"
+#include "sandbox/endpoints/endpoints.h"
+
+namespace {
+
+using namespace bvconn;  // NOLINT(google-build-using-namespace): the interface under test
+using fuzz::Choices;
+using fuzz::require;
+using nlohmann::json;
+using sandbox::Reply;
+using sandbox::Request;
+
+Request request_to(std::string_view method, std::string_view path, std::string_view type,
+                   std::string_view body) {
+  return {.method = std::string(method),
+          .target = std::string(path),
+          .headers = {{.name = "Content-Type", .value = std::string(type)}},
+          .body = std::string(body)};
+}
+
+/// A server with its data, made anew from time to time: what is saved takes memory.
+class Server {
+ public:
+  Reply ask(const Request& request) {
+    if (sandbox_ == nullptr || ++asked_ % kAskedMax == 0) make();
+    return answer(*sandbox_, operations_, request);
+  }
+
+  std::string token() {
+    if (sandbox_ == nullptr) make();
+    return token_;
+  }
+
+ private:
+  static constexpr std::size_t kAskedMax = 20'000;
+
+  void make() {
+    static const auto observations = automation::observe_all();
+    static const auto contract = sandbox::contract_of(observations);
+    static const auto routes = sandbox::dal_routes_of(observations);
+    sandbox_.reset();
+    sandbox_ = std::unique_ptr<sandbox::Sandbox>(
+        new sandbox::Sandbox{.store = sandbox::Store(":memory:", {}),
+                             .contract = sandbox::Contract(contract),
+                             .dal_routes = routes,
+                             .disabled_services = {},
+                             .logins = {}});
+    const Reply reply =
+        answer(*sandbox_, operations_,
+               request_to("POST", "/dal/AuthenticationService/Login", "application/json",
+                          R"({"arguments":["1000","joe","secret","1.0"]})"));
+    for (const auto& header : reply.headers) {
+      if (header.name == "Session-Token") token_ = header.value;
+    }
+    require(!token_.empty(), "nobody can log in", reply.body);
+  }
+
+  const sandbox::Operations operations_ = sandbox::all_operations();
+  std::unique_ptr<sandbox::Sandbox> sandbox_;
+  std::string token_;
+  std::size_t asked_ = 0;
+};
+
+/// The number that a client's envelope gives for the text: 0 where it reads.
+std::int32_t number_of_reading(const std::string& text) {
+  try {
+    SoapEnvelope::make().Parse(text, "");
+    return 0;
+  } catch (const Error& error) {
+    return error.number;
+  }
+}
+
+void require_status(const Reply& reply, std::initializer_list<int> statuses) {
+  require(std::find(statuses.begin(), statuses.end(), reply.status) != statuses.end(),
+          "a status that the path does not have", std::to_string(reply.status) + reply.body);
+}
+
+void check_soap(const Reply& reply) {
+  require_status(reply, {200, 405, 415, 500});
+  if (reply.status == 200) {
+    require(number_of_reading(reply.body) == 0, "an answer that does not read", reply.body);
+  } else if (reply.status == 500) {
+    require(number_of_reading(reply.body) == error_numbers::kSoapFault,
+            "a fault that does not read", reply.body);
+  }
+}
+
+void check_dal(const Reply& reply) {
+  require_status(reply, {200, 400, 401, 404, 405, 415});
+  if (reply.status == 200 || reply.status == 405) return;
+  const json error = json::parse(reply.body, nullptr, false);
+  require(error.is_object() && error["number"].is_number_integer() && error["source"].is_string() &&
+              error["description"].is_string(),
+          "an error of another form", reply.body);
+}
+
+void check(const Request& request, const Reply& reply) {
+  if (request.path() == "/soap") {
+    check_soap(reply);
+  } else if (request.path().starts_with("/dal/")) {
+    check_dal(reply);
+  } else {
+    require_status(reply, {200, 404, 405});
+  }
+}
+
+void check_good_request(Server& server) {
+  Request request = request_to("POST", "/dal/HeartBeatService/sendHeartBeat", "application/json",
+                               R"({"arguments":[]})");
+  request.headers.push_back({.name = "Authorization", .value = "Bearer " + server.token()});
+  const Reply reply = server.ask(request);
+  require(reply.status == 200 && number_of_reading(reply.body) == 0,
+          "the good request fails afterwards", reply.body);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static Server server;
+  Choices choices(data, size);
+  const std::string_view first = choices.line();
+  const std::size_t blank = first.find(' ');
+  const std::string_view method = blank == std::string_view::npos ? "POST" : first.substr(0, blank);
+  const std::string_view path = blank == std::string_view::npos ? first : first.substr(blank + 1);
+  const bool is_soap = path == "/soap";
+  const std::string_view header = is_soap ? choices.line() : std::string_view();
+  Request request =
+      request_to(method, path, is_soap ? "text/xml" : "application/json", choices.rest());
+  request.headers.push_back({.name = "SOAPAction", .value = std::string(header)});
+  request.headers.push_back({.name = "Authorization", .value = "Bearer " + server.token()});
+  check(request, server.ask(request));
+  check_good_request(server);
+  return 0;
+}
