@@ -221,6 +221,14 @@ TEST_F(SettingsFiles, ALetterBeyondAsciiOutsideTextIsNamedWithItsPlace) {
           "marks");
 }
 
+TEST_F(SettingsFiles, AMistakeIsDescribedInOneLineWhateverIsQuotedOfIt) {
+  put_machine("a = tru\n");
+  const Error error = reading_error();
+  EXPECT_EQ(hex_number(error.number), "0x80041001");
+  EXPECT_NE(error.description.find("'tru\\n'"), std::string::npos) << error.description;
+  EXPECT_EQ(error.description.find('\n'), std::string::npos) << error.description;
+}
+
 TEST_F(SettingsFiles, AHeaderMayBeginWithAnyKey) {
   put_machine("\xEF\xBB\xBF[ 'x' ]\n[\"y\"]\n[[ _z ]]\n[-a]\n[0]\n" +
               std::string("[Software.Brimvale.Torvex.AppData]\nport = '1'\n"));

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "bvconn/platform/conversions/text.h"
 #include "bvconn/platform/settings/toml_check.h"
 
 namespace bvconn::detail {
@@ -74,8 +75,9 @@ inline TomlReading read_toml(std::string_view toml) {
     toml::parse_result result = toml::parse(toml);
     if (result.failed()) {
       const toml::source_position at = result.error().source().begin;
-      reading.trouble = TomlTrouble{{.line = at.line, .column = at.column},
-                                    std::string(result.error().description())};
+      reading.trouble = TomlTrouble{{.line = at.line, .column = at.column}, {}};
+      // It quotes what it found as it stands.
+      append_escaped(reading.trouble->reason, result.error().description());
     } else {
       reading.table = std::move(result).table();
     }
