@@ -2,30 +2,37 @@
 
 #include <mutex>
 
+#include <algorithm>
+#include <cstddef>
+
 #include "bvconn/platform/soap/soap_envelope.h"
+#include "bvconn/platform/xml/xml_characters.h"
 #include "sandbox/contract/words.h"
 
 namespace bvconn::sandbox {
 namespace {
 
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+
+/// The words of a fault may quote headers and arguments, whose bytes need be no text that XML can
+/// carry.
 void append_escaped(std::string& xml, std::string_view text) {
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        xml.append("&amp;");
-        break;
-      case '<':
-        xml.append("&lt;");
-        break;
-      case '>':
-        xml.append("&gt;");
-        break;
-      case '\r':
-        xml.append("&#13;");
-        break;
-      default:
-        xml.push_back(c);
+  while (!text.empty()) {
+    const auto [character, length] = detail::xml::decode(text);
+    if (length == 0 || !detail::xml::is_character(character)) {
+      xml.append(kReplacement);
+    } else if (character == '&') {
+      xml.append("&amp;");
+    } else if (character == '<') {
+      xml.append("&lt;");
+    } else if (character == '>') {
+      xml.append("&gt;");
+    } else if (character == '\r') {
+      xml.append("&#13;");
+    } else {
+      xml.append(text.substr(0, length));
     }
+    text.remove_prefix(std::max<std::size_t>(length, 1));
   }
 }
 

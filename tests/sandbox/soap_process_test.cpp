@@ -65,6 +65,13 @@ TEST_F(SandboxSoap, AFaultRepeatsNoMoreThan1KiBOfWhatItWasSent) {
   EXPECT_LE(text.size(), std::string("SOAP-ENV:Client: ").size() + 1024);
 }
 
+TEST_F(SandboxSoap, AFaultIsReadableWhateverBytesItQuotes) {
+  const std::string request = envelope_text("urn:HeartBeatService", "beat", "");
+  EXPECT_EQ(fault(sandbox().soap_text(request, "urn:\xA5<")),
+            "Client: beat in urn:HeartBeatService: SOAPAction is 'urn:\xEF\xBF\xBD<', "
+            "expected 'urn:HeartBeatService'");
+}
+
 TEST_F(SandboxSoap, AnInvoiceComesWithItsCustomerAndLines) {
   const SoapNode node = result(sandbox().soap("urn:InvoiceService", "getInvoice",
                                               "<param xsi:type=\"xsd:string\">INV-1002</param>"));
