@@ -74,6 +74,15 @@ TEST(Readme, NamesEveryRoomOfTheLibrary) {
   }
 }
 
+TEST(Readme, LinksToEveryGuide) {
+  const std::string text = readme();
+  for (const auto& entry : std::filesystem::directory_iterator(kRoot / "docs")) {
+    if (entry.path().extension() != ".md") continue;
+    const std::string page = "docs/" + entry.path().filename().string();
+    EXPECT_NE(text.find("(" + page + ")"), std::string::npos) << "the README leaves out " << page;
+  }
+}
+
 // "./dev NAME" wherever a page tells the reader to type it.
 TEST(Readme, TellsOfTasksThatTheScriptHas) {
   const std::string script = read_text(kRoot / "dev");
