@@ -163,6 +163,25 @@ TEST(ManPageOfTheTool, NamesTheVariablesThatTheHelpTextsName) {
   }
 }
 
+TEST(ManPageOfTheTool, HasTheExitStatusesOfACallAsItsHelpHas) {
+  const Page page("bvconn.1");
+  const std::string text = std::regex_replace(page.text, std::regex("\\s+"), " ");
+  static const std::regex kStatus("\n  ([0-9]+ +[^\n]+)");
+  const std::string& help = helps().at("call").text;
+  const Names statuses = matches(help.substr(help.find("\nExit status:")), kStatus);
+  EXPECT_EQ(statuses.size(), 10U);
+  for (const std::string& status : statuses) {
+    const std::size_t begin = status.find_first_not_of(' ', status.find(' '));
+    // The page begins each with a capital.
+    const std::string number = ".TP .B " + status.substr(0, status.find(' ')) + " ";
+    const std::size_t at = text.find(number);
+    ASSERT_NE(at, std::string::npos) << status;
+    EXPECT_EQ(text.substr(at + number.size() + 1, status.size() - begin - 1),
+              status.substr(begin + 1))
+        << "the page says of " << status;
+  }
+}
+
 TEST(ManPageOfTheSandbox, HasEveryOptionAndNoOther) {
   Names told = Page("bvsandbox.1").options.at("OPTIONS");
   told.erase("--help");

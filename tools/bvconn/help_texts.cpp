@@ -27,7 +27,8 @@ Examples, with a server such as `bvsandbox --port 8080`:
 
 Each subcommand has a --help of its own.
 
-Exit status: 0 done, 1 failed, 2 not understood; call and batch have more.)"},
+Exit status: 0 done, 1 failed, 2 not understood, 3 profiles that cannot be used; call and batch
+have more.)"},
     {"list", R"(
 Examples:
   bvconn list                       # the public classes
@@ -97,7 +98,8 @@ Example, with a server such as `bvsandbox --port 8080`:
       aOrderGID=ORD-5001 aIncludePrice=true --dal http://127.0.0.1:8080/dal --user anna \
       --password-file <(echo secret)
 
-Exit status: 0 equal, 1 different or failed, 2 not understood or but one route.)"},
+Exit status: 0 equal, 1 different or failed, 2 not understood or but one route, 3 profiles
+that cannot be used.)"},
     {"settings", R"(
 Examples:
   bvconn settings list                           # all, and where they come from
@@ -112,7 +114,10 @@ Exit status: 0 all is well, 1 something is in the way, 2 not understood, 3 profi
 used.)"},
     {"support-bundle", R"(
 Example, with a server such as `bvsandbox --port 8080`:
-  bvconn support-bundle report.txt --server http://127.0.0.1:8080/soap --session S)"},
+  bvconn support-bundle report.txt --server http://127.0.0.1:8080/soap --session S
+
+Exit status: 0 written, 1 it cannot be written, 2 not understood, 3 profiles that cannot be
+used.)"},
     {"completion", R"(
 Examples:
   source <(bvconn completion bash)
