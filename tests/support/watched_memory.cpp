@@ -13,10 +13,11 @@ constinit std::atomic<std::size_t> made{0};
 constinit std::atomic<std::size_t> living{0};
 constinit std::atomic<std::size_t> bytes_living{0};
 
-constinit std::size_t failing = 0;  // 0: none
-constinit std::size_t asked = 0;
-constinit bool onward = false;
-constinit bool struck = false;
+// Of the thread that is short of memory; others, such as a server's in the same program, are not.
+constinit thread_local std::size_t failing = 0;  // 0: none
+constinit thread_local std::size_t asked = 0;
+constinit thread_local bool onward = false;
+constinit thread_local bool struck = false;
 
 void* allocated(std::size_t size) {
   if (failing != 0) {
