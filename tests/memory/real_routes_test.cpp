@@ -14,6 +14,7 @@
 #include "bvconn/dal/bv_connector_object.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "files/temp_folder.h"
 #include "live/own_files.h"
 #include "support/misbehaving_server.h"
 #include "support/watched_memory.h"
@@ -133,6 +134,7 @@ class RealRoutes : public testing::Test {
   /// How the call ends with all the memory that it takes.
   std::optional<std::int32_t> good;
   OwnFiles files;
+  files_test::ScopedEnvironment exchanges{"BVCONN_EXCHANGES", files.path("exchanges.jsonl")};
   MisbehavingServer server;
   std::string url = server.url("/soap");
 };

@@ -27,8 +27,8 @@ enum class Shortage : std::uint8_t {
   kOnward,  ///< that one and all that follow
 };
 
-/// While it lives, the allocation with this number (from 1) that its thread makes fails. Only one at
-/// a time on each thread.
+/// While it lives, the allocation with this number (from 1) that its thread makes fails. Only one
+/// at a time on each thread.
 class FailingMemory {
  public:
   FailingMemory(std::size_t number, Shortage shortage) noexcept;
