@@ -7,6 +7,8 @@
 namespace bvconn::tool {
 namespace {
 
+using detail::user_info_size;
+
 /// Where what stands in one word of a JSON text ends: at a blank, escaped or not, at a tag of the
 /// XML that it may be, or at the quotation mark.
 std::size_t end_of_word(std::string_view json) {
@@ -18,23 +20,6 @@ std::size_t end_of_word(std::string_view json) {
     ++at;
   }
   return std::min(at, json.size());
-}
-
-/// Whether what seems to be host and port cannot be, so that a password went on behind it.
-bool is_cut_password(std::string_view authority) {
-  const std::size_t colon = authority.rfind(':');
-  if (colon == std::string_view::npos) return false;
-  const std::string_view port = authority.substr(colon + 1);
-  return port.find(']') == std::string_view::npos &&
-         port.find_first_not_of("0123456789") != std::string_view::npos;
-}
-
-/// How much of what stands behind the two slashes of a URL is user and password, without the @.
-std::size_t user_info_size(std::string_view rest) {
-  const std::string_view authority = rest.substr(0, rest.find_first_of("/?#"));
-  std::size_t at = authority.rfind('@');
-  if (at == std::string_view::npos && is_cut_password(authority)) at = rest.rfind('@');
-  return at == std::string_view::npos ? 0 : at;
 }
 
 }  // namespace

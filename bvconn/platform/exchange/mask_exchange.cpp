@@ -83,9 +83,9 @@ void hide_user_info(std::string& text) {
   constexpr std::string_view kBegin = "://";
   for (std::size_t at = text.find(kBegin); at != std::string::npos; at = text.find(kBegin, at)) {
     at += kBegin.size();
-    const std::size_t end = std::min(text.find_first_of("/?#\"'<> \t\r\n", at), text.size());
-    const std::size_t sign = text.substr(at, end - at).rfind('@');
-    if (sign != std::string::npos) text.replace(at, sign, kMasked);
+    const std::size_t end = std::min(text.find_first_of("\"'<> \t\r\n", at), text.size());
+    const std::size_t secret = detail::user_info_size(std::string_view(text).substr(at, end - at));
+    if (secret > 0) text.replace(at, secret, kMasked);
   }
 }
 

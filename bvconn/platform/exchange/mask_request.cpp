@@ -103,7 +103,23 @@ class Masker {
   int password_depth_ = 0;
 };
 
+/// Whether what seems to be host and port cannot be, so that a password went on behind it.
+bool is_cut_password(std::string_view authority) {
+  const std::size_t colon = authority.rfind(':');
+  if (colon == std::string_view::npos) return false;
+  const std::string_view port = authority.substr(colon + 1);
+  return port.find(']') == std::string_view::npos &&
+         port.find_first_not_of("0123456789") != std::string_view::npos;
+}
+
 }  // namespace
+
+std::size_t user_info_size(std::string_view rest) {
+  const std::string_view authority = rest.substr(0, rest.find_first_of("/?#"));
+  std::size_t at = authority.rfind('@');
+  if (at == std::string_view::npos && is_cut_password(authority)) at = rest.rfind('@');
+  return at == std::string_view::npos ? 0 : at;
+}
 
 std::string mask_envelope(std::string_view text, EnvelopeMask mask,
                           std::vector<std::string>& hidden) {

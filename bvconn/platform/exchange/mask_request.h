@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,10 @@ enum class EnvelopeMask {
 /// The envelope with its secrets hidden; each text that was goes to `hidden`, as it stood.
 BVCONN_EXPORT std::string mask_envelope(std::string_view text, EnvelopeMask mask,
                                         std::vector<std::string>& hidden);
+
+/// How much of what stands behind the two slashes of a URL is user and password, without the @. A
+/// password with a slash in it, which should have been escaped, is looked for too.
+BVCONN_EXPORT std::size_t user_info_size(std::string_view rest);
 
 /// The local name of the Body's first element; "" where there is none.
 std::string_view body_element(std::string_view text);
