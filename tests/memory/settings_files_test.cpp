@@ -5,6 +5,7 @@
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/logging/session_logger.h"
 #include "bvconn/platform/settings/registry_access.h"
 #include "files/temp_folder.h"
 #include "support/watched_memory.h"
@@ -67,6 +68,73 @@ TEST(LackOfMemory, IsReportedByTheReaderOfSettingsFilesThatAreNotToml) {
     EXPECT_EQ(readings.errors, 0U);
     EXPECT_EQ(readings.not_toml, 1U) << "the one reading that has all its memory";
   }
+}
+
+/// Runs `action` with each allocation failing in turn; `check` is told whether it succeeded. The
+/// number of allocations that it makes.
+template <class Action, class Check>
+std::size_t run_short_of_memory(Shortage shortage, const Action& action, const Check& check) {
+  for (std::size_t number = 1;; ++number) {
+    bool succeeded = false;
+    bool struck = false;
+    try {
+      const FailingMemory memory(number, shortage);
+      action();
+      struck = FailingMemory::has_struck();
+      succeeded = true;
+    } catch (const std::bad_alloc&) {
+      struck = true;
+    }
+    SCOPED_TRACE("allocation " + std::to_string(number));
+    check(succeeded);
+    if (!struck) return number - 1;
+  }
+}
+
+TEST(LackOfMemory, LeavesTheOldSettingsFileOrTheNewOneAndNothingBesides) {
+  const files_test::TempFolder folder;
+  const std::string path = folder.file("s.toml");
+  const files_test::ScopedEnvironment place("BVCONN_USER_SETTINGS", path);
+  const std::string old_text = "['Software\\Brimvale']\nport = 'a port of more than 15 letters'\n";
+  const std::string new_text = "a new port of more than 15 letters";
+  files_test::put_bytes(path, old_text);
+  const auto settings = make_settings_files();
+  for (const Shortage shortage : {Shortage::kOnce, Shortage::kOnward}) {
+    const std::size_t allocations = run_short_of_memory(
+        shortage,
+        [&] {
+          settings->Write("HKCU\\Software\\Brimvale\\port", SettingValue(new_text), "REG_SZ");
+        },
+        [&](bool succeeded) {
+          const std::string port =
+              settings->ReadString(SettingsRoot::kCurrentUser, "Software\\Brimvale", "port");
+          EXPECT_EQ(port, succeeded ? new_text : "a port of more than 15 letters");
+          EXPECT_FALSE(files_test::exists(path + ".new"));
+          files_test::put_bytes(path, old_text);
+        });
+    EXPECT_GT(allocations, 10U);
+  }
+}
+
+TEST(LackOfMemory, IsReportedByTheLoggerAndLeavesNoHalfALine) {
+  const files_test::TempFolder folder;
+  const std::string path = folder.file("a-folder/of-some-length/bvconn.log");
+  const files_test::ScopedEnvironment place("BVCONN_LOG_FILE", path);
+  const files_test::ScopedEnvironment mask("BVCONN_LOG_MASK", "8");
+  const files_test::ScopedEnvironment bound("BVCONN_LOG_MAX_BYTES", "2000");
+  const auto logger = make_file_logger();
+  const std::string text = "a text of so many letters that it needs memory";
+  std::size_t lines = 0;
+  const std::size_t allocations = run_short_of_memory(
+      Shortage::kOnce, [&] { logger->LogInfo("BVClass", "aMethod", text, 0); },
+      [&](bool) {
+        for (const std::string& line : files_test::lines_of(path)) {
+          EXPECT_TRUE(line.ends_with(" INFO BVClass aMethod " + text)) << line;
+          ++lines;
+        }
+      });
+  EXPECT_GT(allocations, 2U);
+  EXPECT_GT(lines, 0U);
 }
 
 }  // namespace

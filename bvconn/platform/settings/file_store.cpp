@@ -73,9 +73,8 @@ void write_durably(const std::string& temporary, const std::string& path, std::s
 
 /// The rename itself lasts only when the folder is on the disk too. Not every file system can do
 /// that, and the file is replaced by now: so this fails nothing.
-void flush_folder(const std::string& path) {
-  const Descriptor folder(
-      ::open(folder_of(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOCTTY));
+void flush_folder(const std::string& path) noexcept {
+  const Descriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOCTTY));
   if (folder) {
     ::fsync(folder.get());
   }
@@ -170,17 +169,18 @@ void replace_file(const std::string& path, std::string_view bytes) {
   check_size(path, bytes.size());
   // The lock makes this writer the only one, so a file of this name is what a crash left behind.
   const std::string temporary = path + ".new";
+  const std::string folder = folder_of(path);
   ::unlink(temporary.c_str());
   try {
     write_durably(temporary, path, bytes);
     if (::rename(temporary.c_str(), path.c_str()) != 0) {
       fail_unusable("replace", path, system_message(errno));
     }
-  } catch (const Error&) {
+  } catch (...) {
     ::unlink(temporary.c_str());
     throw;
   }
-  flush_folder(path);
+  flush_folder(folder);
 }
 
 }  // namespace bvconn::detail

@@ -114,6 +114,8 @@ toml::table parse(const std::string& text, const std::string& path) {
 std::string serialize(const toml::table& table) {
   std::ostringstream out;
   out.imbue(std::locale::classic());
+  // Otherwise a stream that finds no memory only stops writing.
+  out.exceptions(std::ios::badbit);
   out << table << '\n';
   return out.str();
 }
