@@ -33,7 +33,11 @@ constexpr std::string_view kReply =
 // What libcurl takes goes through operator new too, so that it can be made to fail.
 
 void* take(std::size_t size) {
-  return ::operator new(size, std::nothrow);
+  try {
+    return ::operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 void give_back(void* memory) {
@@ -157,9 +161,9 @@ TEST_F(RealRoutes, LetErrorsAloneOutOfTheDataAccessLayerWithASessionThatHasAConn
 
 TEST_F(RealRoutes, LetErrorsAloneOutWhereTheDataAccessLayerReportsOne) {
   use_dal();
-  server.otherwise(answers::reply(
-      R"({"number":-2147200000,"source":"SearchService","description":"no brands","more":[1,{"a":2}]})",
-      "500 Internal Server Error", "application/json"));
+  server.otherwise(answers::reply(R"({"number":-2147200000,"source":"SearchService",)"
+                                  R"("description":"no brands","more":[1,{"a":2}]})",
+                                  "500 Internal Server Error", "application/json"));
   good = -2147200000;
   for (const Shortage shortage : {Shortage::kOnce, Shortage::kOnward}) {
     expect_errors_alone(false, false, shortage);
