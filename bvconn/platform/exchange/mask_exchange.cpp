@@ -78,6 +78,18 @@ class Secret {
   std::vector<std::string> forms_;
 };
 
+// The password of an address. Its user's name is hidden in its place alone, since it may be a word
+// of any text.
+std::string_view password_of(std::string_view url) {
+  constexpr std::string_view kBegin = "://";
+  const std::size_t begin = url.find(kBegin);
+  if (begin == std::string_view::npos) return {};
+  url.remove_prefix(begin + kBegin.size());
+  const std::string_view user_info = url.substr(0, detail::user_info_size(url));
+  const std::size_t colon = user_info.find(':');
+  return colon == std::string_view::npos ? std::string_view() : user_info.substr(colon + 1);
+}
+
 // User and password of every URL in the text.
 void hide_user_info(std::string& text) {
   constexpr std::string_view kBegin = "://";
@@ -147,6 +159,7 @@ std::vector<BoundedText*> texts_of(Exchange& exchange) {
 void mask_exchange(Exchange& exchange, std::string_view session_id) {
   Secret secrets;
   secrets.add(session_id);
+  secrets.add(password_of(exchange.url));
   const bool logs_in = equal_ignoring_case(detail::body_element(exchange.request.text), "login") &&
                        detail::body_element(exchange.reply.text) != "Fault";
   if (exchange.route == ExchangeRoute::kDal && exchange.object_operation == "Login") {
