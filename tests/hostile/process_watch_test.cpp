@@ -15,7 +15,7 @@
 namespace bvconn::test {
 namespace {
 
-constexpr std::size_t kMiB = std::size_t{1} << 20U;
+[[maybe_unused]] constexpr std::size_t kMiB = std::size_t{1} << 20U;
 
 #ifndef BVCONN_SANITIZED
 TEST(ProcessWatch, SeesThePeakThoughNothingOfItIsLeft) {
