@@ -234,6 +234,12 @@ TEST(Parse, DescribesInOneLineOfTextWhateverTheReplyHolds) {
       version.description,
       "The reply is not well-formed XML: line 1, column 16: version '2\\n\\xC2\\x85' of XML is "
       "not known");
+  const Error later = error_of(
+      [&] { envelope.Parse("<e:Envelope xmlns:e='urn:&#13;&#10;x/soap-envelope'/>", ""); });
+  EXPECT_EQ(
+      later.description,
+      "The reply is an envelope of SOAP 1.2 (\"urn:\\r\\nx/soap-envelope\"); only SOAP 1.1 is "
+      "understood");
 }
 
 TEST(Parse, TheNodesOutliveTheEnvelope) {

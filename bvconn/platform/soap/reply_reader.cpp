@@ -49,7 +49,7 @@ void check_envelope(const NodeData& root) {
     if (!uri.empty()) found += " in the namespace " + shown(uri);
     not_an_envelope("The reply is not a SOAP 1.1 envelope: " + found);
   }
-  not_an_envelope("The reply is an envelope of SOAP 1.2 (" + std::string(uri) +
+  not_an_envelope("The reply is an envelope of SOAP 1.2 (" + shown(uri) +
                   "); only SOAP 1.1 is understood");
 }
 
