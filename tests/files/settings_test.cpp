@@ -208,8 +208,9 @@ TEST_F(SettingsFiles, WhatTheReaderHoldsForImpossibleIsNamedWithItsLine) {
 }
 
 TEST_F(SettingsFiles, ALetterBeyondAsciiOutsideTextIsNamedWithItsPlace) {
-  for (const std::string_view text : {"\xC3\xA9 = 1\n", "a = \xC3\xA9\n", "a\xC2\xA0= 1\n",
-                                      "a = [1,\n\xEF\xBA\xA6]\n", "a = 1\n\xEF\xBB\xBF"}) {
+  for (const std::string_view text :
+       {"\xC3\xA9 = 1\n", "a = \xC3\xA9\n", "a\xC2\xA0= 1\n", "a = [1,\n\xEF\xBA\xA6]\n",
+        "a = 1\n\xEF\xBB\xBF", "a = 30\"\xC2\xBC\"\n", "a = 30'\xC2\xBC'\n"}) {
     put_machine(text);
     EXPECT_EQ(hex_number(reading_error().number), "0x80041001") << text;
   }
@@ -219,6 +220,20 @@ TEST_F(SettingsFiles, ALetterBeyondAsciiOutsideTextIsNamedWithItsPlace) {
       "The settings file \"" + machine() +
           "\" is not TOML at line 2, column 2: a letter beyond ASCII stands outside quotation "
           "marks");
+}
+
+TEST_F(SettingsFiles, AQuotationMarkWithinAWordIsNamedWithItsPlace) {
+  put_machine("a = 1\nb = 30\"x\"\n");
+  EXPECT_EQ(
+      reading_error().description,
+      "The settings file \"" + machine() +
+          "\" is not TOML at line 2, column 7: a quotation mark stands within a key or a value");
+}
+
+TEST_F(SettingsFiles, TextsMayBeginWhereverWordsDo) {
+  put_machine("\xEF\xBB\xBF\"a\" = ['x',\"y\",''' z''',\"\"]\n'b'.\"c\"={'d'='e',\"f\" =\"g\"}\n" +
+              std::string("[Software.\"Brimvale\".'Torvex\\AppData']\n\tport='1'\n"));
+  EXPECT_EQ(settings()->ReadString(kMachine, kAppData, "port"), "1");
 }
 
 TEST_F(SettingsFiles, AMistakeIsDescribedInOneLineWhateverIsQuotedOfIt) {
