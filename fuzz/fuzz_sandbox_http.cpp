@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -87,8 +88,9 @@ std::string exchange(std::uint16_t port, std::string_view bytes) {
   std::string reply;
   char block[4096];
   ssize_t got = 0;
-  while ((got = ::recv(connection, block, sizeof block, 0)) > 0) {
-    reply.append(block, static_cast<std::size_t>(got));
+  // libFuzzer's clock interrupts.
+  while ((got = ::recv(connection, block, sizeof block, 0)) > 0 || (got < 0 && errno == EINTR)) {
+    if (got > 0) reply.append(block, static_cast<std::size_t>(got));
   }
   ::close(connection);
   require(got == 0, "the server does not end the connection", bytes);
