@@ -245,11 +245,12 @@ void check_writable(const std::string& path, const ValuePath& value, const Setti
 
 void SettingsFiles::Write(std::string_view path, const SettingValue& value, std::string_view type) {
   const ValuePath place = split_path(path);
-  SettingValue content = value;
-  if (const auto* number = std::get_if<std::int64_t>(&value);
-      number != nullptr && equal_ignoring_case(type, "REG_SZ")) {
-    content = conversions::integer_text(*number);
-  }
+  const auto* number = std::get_if<std::int64_t>(&value);
+  const bool number_as_text = number != nullptr && equal_ignoring_case(type, "REG_SZ");
+  const SettingValue number_text(number_as_text ? conversions::integer_text(*number) : "");
+  // No copy of the value: that of a variant which fails for lack of memory is undone wrongly by
+  // GCC 12's standard library.
+  const SettingValue& content = number_as_text ? number_text : value;
   check_writable(path_of(place.root), place, content);
   const std::string file_path = detail::resolve_links(path_of(place.root));
   detail::make_folders_of(file_path);
