@@ -28,13 +28,15 @@ constexpr std::string_view kTurnOnDal =
     "{\"call\":\"BVConnectorObject.UseTorvexDAL\"}\n";
 constexpr std::string_view kHeadersEnd = "\r\n\r\n";
 
+const std::string kGood = response_around("<return>good</return>");
 const Holes kHoles{{"canary", "http://127.0.0.1:9/"},
                    {"canary host", "127.0.0.1:9"},
                    {"canary file", "/nowhere/canary"},
                    {"host", "127.0.0.1:9"},
                    {"port", "9"},
                    {"soap", "http://schemas.xmlsoap.org/soap/envelope/"},
-                   {"good", response_around("<return>good</return>")}};
+                   {"good", kGood},
+                   {"good length", std::to_string(kGood.size())}};
 
 std::string contents(const fs::path& file) {
   std::ifstream in(file, std::ios::binary);
