@@ -26,9 +26,6 @@ class TroubleFinder {
       if (is_header_without_key()) {
         return TomlTrouble{position(begin), "a table's header begins with no key"};
       }
-      if (is_quote_within_word()) {
-        return TomlTrouble{position(begin), "a quotation mark stands within a key or a value"};
-      }
       if ((static_cast<unsigned char>(toml_[at_]) & 0x80) != 0) {
         return TomlTrouble{position(begin), "a letter beyond ASCII stands outside quotation marks"};
       }
@@ -57,14 +54,6 @@ class TroubleFinder {
     if (c == ' ' || c == '\t' || c == '[') return false;
     header_awaits_key_ = false;
     return !begins_key(c) && c != ']';
-  }
-
-  /// No text begins there. The reader looks ahead to the end of such a value, at what would be
-  /// taken for a text here.
-  bool is_quote_within_word() const {
-    constexpr std::string_view kBeforeText = " \t\r\n=,.[{\xBF";  // the last: of a byte-order mark
-    return (toml_[at_] == '"' || toml_[at_] == '\'') && at_ > 0 &&
-           kBeforeText.find(toml_[at_ - 1]) == std::string_view::npos;
   }
 
   std::size_t depth() const { return header_parts_ + key_parts_ + outer_parts_ + open_.size(); }

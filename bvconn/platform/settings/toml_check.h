@@ -24,12 +24,10 @@ struct TomlTrouble {
   std::string reason;
 };
 
-/// Where TOML text first nests deeper than that, begins a table's header with what is no key, has
-/// a letter beyond ASCII elsewhere than in text and comments, or a quotation mark within a word.
-/// Trees of settings are made and freed by recursion, the reader ends the program over such a
-/// header, and with such a letter, also where it looks ahead over quotation marks, it comes to
-/// where its makers let the compiler do anything: so this is asked before it reads. Of text that
-/// is no TOML nothing is overlooked before its first mistake, where reading ends.
+/// Where TOML text first nests deeper than that, begins a table's header with what is no key, or
+/// has a letter beyond ASCII elsewhere than in text and comments. Trees of settings are made and
+/// freed by recursion, so depth is asked for before they are; the reader has no place for the other
+/// two. Of text that is no TOML nothing is overlooked before its first mistake, where reading ends.
 BVCONN_EXPORT std::optional<TomlTrouble> find_toml_trouble(std::string_view toml);
 
 }  // namespace bvconn::detail
