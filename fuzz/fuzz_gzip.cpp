@@ -52,8 +52,10 @@ Unpacked unpack(std::string_view packed, std::string_view sizes) {
 void unpack_both_ways(std::string_view packed, std::string_view sizes) {
   const Unpacked whole = unpack(packed, {});
   const Unpacked pieces = unpack(packed, sizes);
-  require(whole.outcome == pieces.outcome, "pieces make another outcome");
-  if (whole.outcome != Outcome::kGood) return;
+  // Of a stream that is too large and malformed, the size of the pieces says which shows first.
+  const bool is_good = whole.outcome == Outcome::kGood;
+  require(is_good == (pieces.outcome == Outcome::kGood), "pieces make another outcome");
+  if (!is_good) return;
   require(whole == pieces, "pieces make another text", whole.text);
 }
 
