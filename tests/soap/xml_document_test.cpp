@@ -104,6 +104,37 @@ TEST(NodeToXml, DeclaresThePrefixesThatItUses) {
   EXPECT_EQ(node_from_xml(text).Value(), Variant(StringArray{"x"}));
 }
 
+TEST(NodeToXml, KeepsTypesAndValuesOnTheWayThereAndBack) {
+  SoapNode node = SoapNode::make("r");
+  node.Nodes().Create("b", true);
+  node.Nodes().Create("i", std::int32_t{-7});
+  node.Nodes().Create("d", 0.25);
+  node.Nodes().Create("t", from_civil({.year = 2007, .month = 1, .day = 5, .hour = 10}));
+  node.Nodes().Create("s", " <a> & \"b\"\r\n\t");
+  node.Nodes().Create("l", VariantArray({Variant(std::int32_t{1}), Variant(true)}));
+  node.Nodes().Create("nil", Variant());
+  const SoapNode back = node_from_xml(node_to_xml(node));
+  EXPECT_EQ(names_of(back.Nodes()), "b i d t s l nil");
+  for (std::size_t i = 0; i < 6; ++i) {
+    EXPECT_EQ(back.Nodes().Item(i).Value(), node.Nodes().Item(i).Value()) << i;
+  }
+  EXPECT_TRUE(back.Nodes().Item(6).nil());
+  EXPECT_EQ(node_to_xml(back), node_to_xml(node));
+}
+
+TEST(NodeToXml, FailsForATreeDeeperThan10000Elements) {
+  SoapNode root = SoapNode::make("n");
+  SoapNode last = root;
+  for (int i = 1; i < 10'000; ++i) {
+    SoapNode next = SoapNode::make("n");
+    last.Nodes().Append(next);
+    last = next;
+  }
+  EXPECT_TRUE(node_from_xml(node_to_xml(root)));
+  last.Nodes().Append(SoapNode::make("n"));
+  EXPECT_EQ(hex_number(error_of([&] { node_to_xml(root); }).number), "0x80044206");
+}
+
 TEST(NodeToXml, FailsWith91ForAnEmptyReference) {
   EXPECT_EQ(error_of([] { node_to_xml(SoapNode()); }).number, 91);
 }

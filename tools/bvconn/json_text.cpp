@@ -8,30 +8,13 @@
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
-#include "shown_value.h"
+#include "bvconn/platform/soap/shown_value.h"
+#include "bvconn/platform/soap/typed_text.h"
 
 namespace bvconn::tool {
 namespace {
 
 constexpr std::size_t kMaxText = std::size_t{1} << 30;
-
-std::string base64(const Bytes& bytes) {
-  constexpr std::string_view kDigits =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  text.reserve((bytes.size() + 2) / 3 * 4);
-  for (std::size_t at = 0; at < bytes.size(); at += 3) {
-    const std::size_t count = std::min<std::size_t>(3, bytes.size() - at);
-    unsigned group = 0;
-    for (std::size_t i = 0; i < 3; ++i) {
-      group = group << 8 | (i < count ? std::to_integer<unsigned>(bytes[at + i]) : 0U);
-    }
-    for (std::size_t i = 0; i < 4; ++i) {
-      text.push_back(i <= count ? kDigits[group >> (18 - 6 * i) & 0x3FU] : '=');
-    }
-  }
-  return text;
-}
 
 std::string number_text(double value) {
   // JSON has no such numbers.
@@ -96,7 +79,7 @@ class Writer {
 
   void write_node(const SoapNode& node) {
     ++nodes_;
-    auto [value, unreadable] = shown_value(node);
+    auto [value, unreadable] = detail::shown_value(node);
     SoapNodes children = node.Nodes();
     if (value.is(Variant::Type::kNode)) {
       // A node that wraps another one has that one's content on the wire.
@@ -150,7 +133,7 @@ class Writer {
         out_.push_back('}');
         break;
       case Type::kBytes:
-        out_.append(json_string(base64(value.bytes())));
+        out_.append(json_string(detail::to_base64(value.bytes())));
         break;
       case Type::kArray:
         write_array(value.array());

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "bvconn/platform/export.h"
 #include "bvconn/platform/soap/variant.h"
 
 /// Values as XML Schema writes them.
@@ -24,6 +25,6 @@ std::optional<Variant> typed_value(std::string_view text, std::string_view type,
 std::string value_text(const Variant& value);
 
 std::optional<Bytes> from_base64(std::string_view text);
-std::string to_base64(std::span<const std::byte> bytes);
+BVCONN_EXPORT std::string to_base64(std::span<const std::byte> bytes);
 
 }  // namespace bvconn::detail

@@ -1,10 +1,10 @@
-#include "shown_value.h"
+#include "bvconn/platform/soap/shown_value.h"
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/raw_text.h"
 
-namespace bvconn::tool {
+namespace bvconn::detail {
 
 ShownValue shown_value(const SoapNode& node) {
   try {
@@ -20,4 +20,4 @@ ShownValue shown_value(const SoapNode& node) {
   }
 }
 
-}  // namespace bvconn::tool
+}  // namespace bvconn::detail

@@ -2,10 +2,12 @@
 
 #include <string>
 
+#include "bvconn/platform/export.h"
 #include "bvconn/platform/soap/soap_node.h"
 #include "bvconn/platform/soap/variant.h"
 
-namespace bvconn::tool {
+/// For what shows nodes to people; not a part of the interface.
+namespace bvconn::detail {
 
 /// What can be shown of a node's value.
 struct ShownValue {
@@ -16,6 +18,6 @@ struct ShownValue {
 /// The node's value, or its raw text where that is not of its type: a call that was made has an
 /// answer, and one bad field must not cost all the others. An array that cannot be read is empty;
 /// its items are nodes, and show themselves.
-ShownValue shown_value(const SoapNode& node);
+BVCONN_EXPORT ShownValue shown_value(const SoapNode& node);
 
-}  // namespace bvconn::tool
+}  // namespace bvconn::detail
