@@ -5,11 +5,19 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <sstream>
 
 namespace bvconn::test {
 namespace {
 
 constexpr std::string_view kOwnPrefix = "bvconn/";
+constexpr std::string_view kPublicList = "bvconn/public_headers.txt";
+
+// What an application, its tests and a component host start from; all other public headers are what
+// these include.
+constexpr std::string_view kPublicStarts[] = {"bvconn/bvconn.h", "bvconn/automation/interface.h",
+                                              "bvconn/testing/test_world.h",
+                                              "bvconn/component/abi.h"};
 
 std::string place(const SourceFile& file, const Include& include) {
   return file.path + ":" + std::to_string(include.line) + ": ";
@@ -42,6 +50,7 @@ const std::vector<Room>& rooms() {
       {"bvconn/operation/"},
       {"bvconn/connectors/"},
       {"bvconn/automation/"},
+      {"bvconn/bvconn.h"},
       {"bvconn/testing/"},
       {"examples/"},
       {"bvconn/observation/"},
@@ -262,6 +271,18 @@ Kind kind_of(const Include& include) {
   return Kind::kThirdParty;
 }
 
+std::set<std::string> public_headers(const SourceTree& tree) {
+  std::set<std::string> headers;
+  for (const auto& file : tree) {
+    if (file.path != kPublicList) continue;
+    std::istringstream lines(file.text);
+    for (std::string line; std::getline(lines, line);) {
+      if (!line.starts_with('#')) headers.insert(std::string(kOwnPrefix) + line);
+    }
+  }
+  return headers;
+}
+
 // Depth-first; `trail` is the way from the start to here.
 class CircleSearch {
  public:
@@ -432,14 +453,9 @@ Complaints check_public_headers(const SourceTree& tree) {
   std::map<std::string, const SourceFile*> files;
   for (const auto& file : tree) files[file.path] = &file;
   const auto paths = paths_of(tree);
-  // What an application, a platform of its own or a tool starts from; the rest follows.
   std::vector<std::string> open;
-  for (const auto& file : tree) {
-    const bool start =
-        file.below("bvconn/connectors/") || file.below("bvconn/catalogues/") ||
-        file.below("bvconn/core/") || file.below("bvconn/dal/") || file.below("bvconn/testing/") ||
-        file.path == "bvconn/automation/interface.h" || file.path == "bvconn/platform/platform.h";
-    if (start && file.is_header()) open.push_back(file.path);
+  for (const std::string_view start : kPublicStarts) {
+    if (paths.contains(std::string(start))) open.emplace_back(start);
   }
   Complaints complaints;
   std::set<std::string> seen(open.begin(), open.end());
@@ -454,6 +470,37 @@ Complaints check_public_headers(const SourceTree& tree) {
       }
       const auto target = resolved(file, include, paths);
       if (target && seen.insert(*target).second) open.push_back(*target);
+    }
+  }
+  const std::set<std::string> listed = public_headers(tree);
+  for (const auto& path : seen) {
+    if (!listed.contains(path)) {
+      complaints.push_back(path + ": is reached from the public headers; list it in " +
+                           std::string(kPublicList) + ", or keep it out of their reach");
+    }
+  }
+  for (const auto& path : listed) {
+    if (!seen.contains(path)) {
+      complaints.push_back(path + ": is listed in " + std::string(kPublicList) +
+                           ", and no public header includes it");
+    }
+  }
+  return complaints;
+}
+
+Complaints check_umbrella(const SourceTree& tree) {
+  std::set<std::string> included;
+  for (const auto& file : tree) {
+    if (file.path != kPublicStarts[0]) continue;
+    for (const auto& include : includes_of(file.text)) included.insert(include.target);
+  }
+  Complaints complaints;
+  for (const auto& file : tree) {
+    const bool is_class = file.below(kOwnPrefix) && file.is_header() &&
+                          file.text.find("\nclass BVCONN_EXPORT BV") != std::string::npos;
+    if (is_class && !included.contains(file.path)) {
+      complaints.push_back(file.path + ": is the header of a public class; include it in " +
+                           std::string(kPublicStarts[0]));
     }
   }
   return complaints;

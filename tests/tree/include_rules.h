@@ -44,8 +44,12 @@ Complaints check_spelling(const SourceFile& file, const SourceTree& tree);
 /// rooms above platform/ see the standard library alone.
 Complaints check_third_party(const SourceFile& file);
 
-/// What an application can reach from the public headers shows no third-party header.
+/// The list of the public headers, bvconn/public_headers.txt, holds what an application starts
+/// from, all that is reached from there and nothing else; and that shows no third-party header.
 Complaints check_public_headers(const SourceTree& tree);
+
+/// Every header with a class of the interface is included by bvconn/bvconn.h itself.
+Complaints check_umbrella(const SourceTree& tree);
 
 /// No file below bvconn/ includes itself by way of others. One complaint for each circle found.
 Complaints check_circles(const SourceTree& tree);

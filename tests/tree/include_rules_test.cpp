@@ -11,6 +11,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
+using testing::UnorderedElementsAre;
 
 SourceFile file(std::string path, std::string text) {
   return {std::move(path), std::move(text)};
@@ -173,23 +174,50 @@ TEST(CheckThirdParty, WantsAReasonForANewDependency) {
               ElementsAre(HasSubstr("docs/decisions/")));
 }
 
+SourceFile public_list(const std::string& paths) {
+  return file("bvconn/public_headers.txt", "# why\n" + paths);
+}
+
 TEST(CheckPublicHeaders, LetsSourcesAndTheirOwnHeadersUseLibraries) {
   const SourceTree tree{
-      file("bvconn/connectors/a.h", "#include \"bvconn/platform/http/transport.h\"\n"),
+      file("bvconn/bvconn.h", "#include \"bvconn/platform/http/transport.h\"\n"),
       file("bvconn/platform/http/transport.h", "#include <string>\n"),
       file("bvconn/platform/http/handle.h", "#include <curl/curl.h>\n"),
-      file("bvconn/platform/http/transport.cpp", "#include \"bvconn/platform/http/handle.h\"\n")};
+      file("bvconn/platform/http/transport.cpp", "#include \"bvconn/platform/http/handle.h\"\n"),
+      public_list("bvconn.h\nplatform/http/transport.h\n")};
   EXPECT_THAT(check_public_headers(tree), IsEmpty());
 }
 
 TEST(CheckPublicHeaders, ComplainsOfALibraryThatAnApplicationWouldSee) {
   const SourceTree tree{
-      file("bvconn/connectors/a.h", "#include \"bvconn/platform/http/transport.h\"\n"),
+      file("bvconn/bvconn.h", "#include \"bvconn/platform/http/transport.h\"\n"),
       file("bvconn/platform/http/transport.h", "#include \"bvconn/platform/http/handle.h\"\n"),
-      file("bvconn/platform/http/handle.h", "#pragma once\n#include <curl/curl.h>\n")};
+      file("bvconn/platform/http/handle.h", "#pragma once\n#include <curl/curl.h>\n"),
+      public_list("bvconn.h\nplatform/http/transport.h\nplatform/http/handle.h\n")};
   EXPECT_THAT(check_public_headers(tree),
               ElementsAre(AllOf(StartsWith("bvconn/platform/http/handle.h:2: "),
                                 HasSubstr("shows in a public header"))));
+}
+
+TEST(CheckPublicHeaders, WantsWhatIsReachedInTheListAndNothingElse) {
+  const SourceTree tree{file("bvconn/bvconn.h", "#include \"bvconn/platform/error.h\"\n"),
+                        file("bvconn/platform/error.h", ""), file("bvconn/platform/files.h", ""),
+                        public_list("bvconn.h\nplatform/files.h\n")};
+  EXPECT_THAT(check_public_headers(tree),
+              UnorderedElementsAre(
+                  AllOf(StartsWith("bvconn/platform/error.h: is reached"), HasSubstr("list it")),
+                  AllOf(StartsWith("bvconn/platform/files.h: is listed"),
+                        HasSubstr("no public header includes it"))));
+}
+
+TEST(CheckUmbrella, WantsEveryClassOfTheInterfaceIncludedByItself) {
+  const SourceTree tree{
+      file("bvconn/bvconn.h", "#include \"bvconn/connectors/print/bv_print_connector.h\"\n"),
+      file("bvconn/connectors/print/bv_print_connector.h",
+           "\nclass BVCONN_EXPORT BVPrintConnector {\n#include \"bvconn/connectors/a.h\"\n"),
+      file("bvconn/connectors/a.h", "\nclass BVCONN_EXPORT BVPostalConnector {\n"),
+      file("bvconn/platform/error.h", "\nclass BVCONN_EXPORT Error {\n")};
+  EXPECT_THAT(check_umbrella(tree), ElementsAre(StartsWith("bvconn/connectors/a.h: ")));
 }
 
 TEST(CheckCircles, FollowsSharedFilesWithoutComplaint) {

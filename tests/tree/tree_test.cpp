@@ -80,8 +80,12 @@ TEST(SourceTree, KeepsThirdPartyCodeInItsPlaces) {
   EXPECT_EQ(code_complaints_of(check_third_party), "");
 }
 
-TEST(SourceTree, ShowsNoThirdPartyCodeInPublicHeaders) {
+TEST(SourceTree, ListsItsPublicHeadersAndShowsNoThirdPartyCodeInThem) {
   EXPECT_EQ(joined(check_public_headers(tree())), "");
+}
+
+TEST(SourceTree, HasAllClassesOfTheInterfaceInOneHeader) {
+  EXPECT_EQ(joined(check_umbrella(tree())), "");
 }
 
 TEST(SourceTree, HasNoStrayBlanksOrTabs) {

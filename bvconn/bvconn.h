@@ -1,0 +1,55 @@
+#pragma once
+
+/// All that an application uses: the connectors and what their operations take, give and raise, the
+/// thread's session, and the platform for an application that brings a part of its own. Each header
+/// can be included by itself instead; a program that makes few calls compiles faster so.
+///
+/// Left out are the interface as data (<bvconn/automation/interface.h>), the world for an
+/// application's tests (<bvconn/testing/test_world.h>) and the headers of component hosts
+/// (<bvconn/component/abi.h>).
+
+#include "bvconn/automation/endpoint.h"
+#include "bvconn/catalogues/bv_methods.h"
+#include "bvconn/catalogues/bv_services.h"
+#include "bvconn/connectors/documents/bv_acknowledgement_connector.h"
+#include "bvconn/connectors/documents/bv_order_connector.h"
+#include "bvconn/connectors/documents/bv_project_connector.h"
+#include "bvconn/connectors/documents/bv_quote_connector.h"
+#include "bvconn/connectors/documents/bv_request_for_quote_connector.h"
+#include "bvconn/connectors/documents/bv_rma_connector.h"
+#include "bvconn/connectors/documents/bv_sales_instrument_connector.h"
+#include "bvconn/connectors/documents/bv_submittal_connector.h"
+#include "bvconn/connectors/invoice/bv_invoice_connector.h"
+#include "bvconn/connectors/maintenance/bv_maintenance_connector.h"
+#include "bvconn/connectors/print/bv_print_connector.h"
+#include "bvconn/connectors/search/bv_search_connector.h"
+#include "bvconn/connectors/session/bv_config_connector.h"
+#include "bvconn/connectors/session/bv_document_connector.h"
+#include "bvconn/connectors/session/bv_export_connector.h"
+#include "bvconn/connectors/session/bv_generic_connector.h"
+#include "bvconn/connectors/session/bv_heart_beat_connector.h"
+#include "bvconn/connectors/session/bv_postal_connector.h"
+#include "bvconn/connectors/session/bv_summary_connector.h"
+#include "bvconn/core/session_state.h"
+#include "bvconn/dal/bv_connector_object.h"
+#include "bvconn/platform/clock.h"
+#include "bvconn/platform/conversions/date.h"
+#include "bvconn/platform/error.h"
+#include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/exchange/exchange.h"
+#include "bvconn/platform/exchange/exchange_json.h"
+#include "bvconn/platform/exchange/exchange_log.h"
+#include "bvconn/platform/explain.h"
+#include "bvconn/platform/http/http_transport.h"
+#include "bvconn/platform/logging/session_logger.h"
+#include "bvconn/platform/message_box.h"
+#include "bvconn/platform/outcome.h"
+#include "bvconn/platform/platform.h"
+#include "bvconn/platform/settings/registry_access.h"
+#include "bvconn/platform/soap/soap_envelope.h"
+#include "bvconn/platform/soap/soap_node.h"
+#include "bvconn/platform/soap/variant.h"
+#include "bvconn/platform/soap/xml_document.h"
+#include "bvconn/platform/timeout_scope.h"
+#include "bvconn/platform/tls_files.h"
+#include "bvconn/platform/torvexlib/service_object.h"
