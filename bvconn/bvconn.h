@@ -46,6 +46,7 @@
 #include "bvconn/platform/outcome.h"
 #include "bvconn/platform/platform.h"
 #include "bvconn/platform/settings/registry_access.h"
+#include "bvconn/platform/soap/print.h"
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "bvconn/platform/soap/soap_node.h"
 #include "bvconn/platform/soap/variant.h"
