@@ -52,9 +52,12 @@ const std::vector<Room>& rooms() {
       {"bvconn/automation/"},
       {"bvconn/bvconn.h"},
       {"bvconn/testing/"},
-      {"examples/"},
       {"bvconn/observation/"},
       {"bvconn/component/"},
+      // What an application includes, and of the component what a host does.
+      {"examples/",
+       {"bvconn/bvconn.h", "bvconn/platform/", "bvconn/core/", "bvconn/dal/", "bvconn/connectors/",
+        "bvconn/automation/", "bvconn/testing/", "bvconn/component/abi"}},
       // Of the core what it offers to applications.
       {"tools/",
        {"bvconn/platform/", "bvconn/core/session_state", "bvconn/core/settings",

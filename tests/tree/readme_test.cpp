@@ -13,20 +13,6 @@ namespace {
 
 const std::filesystem::path kRoot = BVCONN_SOURCE_DIR;
 
-// The code blocks of a text in Markdown that are marked with a language.
-std::vector<std::string> code_blocks(const std::string& text, const std::string& language) {
-  const std::string fence = "\n```" + language + "\n";
-  std::vector<std::string> blocks;
-  for (std::size_t at = text.find(fence); at != std::string::npos; at = text.find(fence, at)) {
-    at += fence.size();
-    const auto end = text.find("\n```\n", at);
-    if (end == std::string::npos) break;
-    blocks.push_back(text.substr(at, end + 1 - at));
-    at = end;
-  }
-  return blocks;
-}
-
 std::vector<std::string> all_matches(const std::string& text, const std::regex& pattern) {
   std::vector<std::string> found;
   for (std::sregex_iterator at(text.begin(), text.end(), pattern), end; at != end; ++at) {
@@ -37,21 +23,6 @@ std::vector<std::string> all_matches(const std::string& text, const std::regex& 
 
 std::string readme() {
   return read_text(kRoot / "README.md");
-}
-
-TEST(CodeBlocks, AreFoundByTheirLanguage) {
-  const std::string text =
-      "a\n```cpp\nint x;\n```\nb\n```sh\nls\n```\n```cpp\nint y;\n\nint z;\n```\n";
-  EXPECT_EQ(code_blocks(text, "cpp"), (std::vector<std::string>{"int x;\n", "int y;\n\nint z;\n"}));
-  EXPECT_EQ(code_blocks(text, "sh"), (std::vector<std::string>{"ls\n"}));
-  EXPECT_EQ(code_blocks(text, "py"), std::vector<std::string>());
-}
-
-TEST(Readme, ShowsTheFirstProgramAsItIsBuilt) {
-  const auto programs = code_blocks(readme(), "cpp");
-  ASSERT_FALSE(programs.empty());
-  EXPECT_EQ(programs.front(), read_text(kRoot / "examples/first_program.cpp"))
-      << "copy examples/first_program.cpp into the README";
 }
 
 TEST(Readme, LinksOnlyToFilesThatExist) {

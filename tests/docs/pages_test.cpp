@@ -1,0 +1,68 @@
+// Every block of every page does what the page says.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "automation/shell.h"
+#include "automation/tool_process.h"
+#include "docs/fragments.h"
+#include "docs/page.h"
+#include "docs/page_run.h"
+
+namespace bvconn::test {
+namespace {
+
+const std::filesystem::path kRoot = BVCONN_SOURCE_DIR;
+
+std::vector<Block> blocks_of_page(const std::string& page) {
+  return blocks_of(read_text(kRoot / page), page);
+}
+
+class Page : public testing::TestWithParam<std::string> {};
+
+TEST_P(Page, HasNoBlockThatNobodyRuns) {
+  for (const Block& block : blocks_of_page(GetParam())) EXPECT_EQ(complaint_about(block), "");
+}
+
+TEST_P(Page, DoesWhatItShows) {
+  const PageRun run = follow(blocks_of_page(GetParam()));
+  for (const std::string& complaint : run.complaints) ADD_FAILURE() << complaint;
+  for (const std::string& place : run.missing) {
+    std::cerr << place << ": not run, for lack of a program\n";
+  }
+}
+
+std::string name_of_page(const testing::TestParamInfo<std::string>& page) {
+  std::string name;
+  for (const char c : std::filesystem::path(page.param).stem().string()) {
+    name += c == '-' ? '_' : c;
+  }
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Docs, Page, testing::ValuesIn(pages_with_blocks(kRoot)), name_of_page);
+
+TEST(Pages, HaveFragmentsThatCompile) {
+  std::vector<Block> fragments;
+  for (const std::string& page : pages_with_blocks(kRoot)) {
+    for (const Block& block : blocks_of_page(page)) {
+      const bool elsewhere =
+          block.has("shows") || block.has("part of") || block.has("write") || block.has("not run");
+      if (block.language == "cpp" && !elsewhere) fragments.push_back(block);
+    }
+  }
+  ASSERT_GE(fragments.size(), 5U);
+  const TemporaryFolder folder;
+  const std::string source = folder.file("fragments.cpp", source_of(fragments));
+  const std::string messages = (folder / "messages").string();
+  const std::string command =
+      std::string(BVCONN_COMPILER " -std=c++20 -fsyntax-only -I ") + quoted(BVCONN_SOURCE_DIR) +
+      " -I " + quoted(BVCONN_SOURCE_DIR "/tests") + " " + quoted(source) + " 2>" + quoted(messages);
+  EXPECT_EQ(std::system(command.c_str()), 0) << read_text(messages);
+}
+
+}  // namespace
+}  // namespace bvconn::test
