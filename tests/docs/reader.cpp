@@ -3,9 +3,11 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -53,6 +55,20 @@ int bind_port(std::uint16_t port) {
   return -1;
 }
 
+/// A name that one process of this machine can have at a time, until it is closed; -1 where another
+/// one has it.
+int claim_name(const std::string& name) {
+  const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  name.copy(address.sun_path + 1,
+            sizeof address.sun_path - 1);  // The zero in front: it is no file.
+  const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+  if (::bind(socket, reinterpret_cast<const sockaddr*>(&address), size) == 0) return socket;
+  ::close(socket);
+  return -1;
+}
+
 /// The clone of a reader: all that is in this one, with what was built, in a folder to write in.
 void imitate_clone(const fs::path& clone) {
   fs::create_directories(clone / "build");
@@ -70,19 +86,23 @@ bool starts_sandbox(const std::string& line) {
 
 }  // namespace
 
-// Below those that the system gives to whoever asks for any, so that nobody takes it in the moment
-// between letting go of it and the start of the sandbox.
+// Below those that the system gives to whoever asks for any. Other readers stay away from it as
+// long as this one lives, also between letting go of it and the start of the sandbox.
 HeldPort::HeldPort() {
-  const auto first = static_cast<std::uint16_t>(::getpid() % 10000);
-  for (std::uint16_t step = 0; step < 10000 && socket_ < 0; ++step) {
+  const int first = ::getpid();
+  for (int step = 0; step < 10000 && socket_ < 0; ++step) {
     number_ = static_cast<std::uint16_t>(20000 + (first + step) % 10000);
+    claim_ = claim_name("bvconn-docs-" + text());
+    if (claim_ < 0) continue;
     socket_ = bind_port(number_);
+    if (socket_ < 0) ::close(claim_);
   }
   if (socket_ < 0) throw std::runtime_error("no port is free");
 }
 
 HeldPort::~HeldPort() {
   let_go();
+  ::close(claim_);
 }
 
 void HeldPort::let_go() {

@@ -23,6 +23,7 @@ class HeldPort {
 
  private:
   std::uint16_t number_ = 0;
+  int claim_ = -1;
   int socket_ = -1;
 };
 
