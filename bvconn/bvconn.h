@@ -6,7 +6,7 @@
 ///
 /// Left out are the interface as data (<bvconn/automation/interface.h>), the world for an
 /// application's tests (<bvconn/testing/test_world.h>) and the headers of component hosts
-/// (<bvconn/component/abi.h>).
+/// (<bvconn/component/abi.h>, <bvconn/component/bvconn_component.h>).
 
 #include "bvconn/automation/endpoint.h"
 #include "bvconn/catalogues/bv_methods.h"

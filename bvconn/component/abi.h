@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include "bvconn/component/abi_records.h"
+#include "bvconn/component/bvconn_component.h"
 
-/// The binary interface between the library and a component host: the records, the interfaces of
-/// the objects, the exported functions. A host includes this header, loads the library and looks
-/// the functions up by name.
+/// The binary interface between the library and a component host in C++: the records, the
+/// interfaces of the objects, the exported functions. A host includes this header, loads the
+/// library and looks the functions up by name. Hosts in C include bvconn_component.h.
 ///
 /// An interface is a class of pure virtual functions without a virtual destructor: an object's
 /// first word points at a plain list of function pointers, in the order of the declarations, whose
@@ -19,7 +19,7 @@ namespace bvconn::component {
 
 class IUnknownAbi {
  public:
-  static constexpr Guid kId{0x00000000, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+  static constexpr Guid kId = BVCONN_IID_UNKNOWN;
   virtual Hresult QueryInterface(const Guid* id, void** object) noexcept = 0;
   virtual std::uint32_t AddRef() noexcept = 0;
   virtual std::uint32_t Release() noexcept = 0;
@@ -30,7 +30,7 @@ class IUnknownAbi {
 
 class IClassFactoryAbi : public IUnknownAbi {
  public:
-  static constexpr Guid kId{0x00000001, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+  static constexpr Guid kId = BVCONN_IID_CLASS_FACTORY;
   virtual Hresult CreateInstance(IUnknownAbi* outer, const Guid* id, void** object) noexcept = 0;
   virtual Hresult LockServer(std::int32_t lock) noexcept = 0;
 
@@ -40,7 +40,7 @@ class IClassFactoryAbi : public IUnknownAbi {
 
 class IDispatchAbi : public IUnknownAbi {
  public:
-  static constexpr Guid kId{0x00020400, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+  static constexpr Guid kId = BVCONN_IID_DISPATCH;
   virtual Hresult GetTypeInfoCount(std::uint32_t* count) noexcept = 0;
   virtual Hresult GetTypeInfo(std::uint32_t index, std::uint32_t locale, void** info) noexcept = 0;
   virtual Hresult GetIDsOfNames(const Guid* reserved, char16_t** names, std::uint32_t count,
@@ -69,23 +69,15 @@ class EnumeratorAbi : public IUnknownAbi {
 
 class IEnumVariantAbi : public EnumeratorAbi<IEnumVariantAbi, VariantRecord> {
  public:
-  static constexpr Guid kId{0x00020404, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+  static constexpr Guid kId = BVCONN_IID_ENUM_VARIANT;
 
  protected:
   ~IEnumVariantAbi() = default;
 };
 
-/// A living connection: the sink and the number that `Advise` gave for it.
-struct ConnectionRecord {
-  IUnknownAbi* sink;
-  std::uint32_t cookie;
-};
-static_assert(sizeof(ConnectionRecord) == 16 && offsetof(ConnectionRecord, cookie) == 8);
-
 class IEnumConnectionsAbi : public EnumeratorAbi<IEnumConnectionsAbi, ConnectionRecord> {
  public:
-  static constexpr Guid kId{
-      0xB196B287, 0xBAB4, 0x101A, {0xB6, 0x9C, 0x00, 0xAA, 0x00, 0x34, 0x1D, 0x07}};
+  static constexpr Guid kId = BVCONN_IID_ENUM_CONNECTIONS;
 
  protected:
   ~IEnumConnectionsAbi() = default;
@@ -95,8 +87,7 @@ class IConnectionPointContainerAbi;
 
 class IConnectionPointAbi : public IUnknownAbi {
  public:
-  static constexpr Guid kId{
-      0xB196B286, 0xBAB4, 0x101A, {0xB6, 0x9C, 0x00, 0xAA, 0x00, 0x34, 0x1D, 0x07}};
+  static constexpr Guid kId = BVCONN_IID_CONNECTION_POINT;
   virtual Hresult GetConnectionInterface(Guid* id) noexcept = 0;
   virtual Hresult GetConnectionPointContainer(IConnectionPointContainerAbi** owner) noexcept = 0;
   virtual Hresult Advise(IUnknownAbi* sink, std::uint32_t* cookie) noexcept = 0;
@@ -110,8 +101,7 @@ class IConnectionPointAbi : public IUnknownAbi {
 class IEnumConnectionPointsAbi
     : public EnumeratorAbi<IEnumConnectionPointsAbi, IConnectionPointAbi*> {
  public:
-  static constexpr Guid kId{
-      0xB196B285, 0xBAB4, 0x101A, {0xB6, 0x9C, 0x00, 0xAA, 0x00, 0x34, 0x1D, 0x07}};
+  static constexpr Guid kId = BVCONN_IID_ENUM_CONNECTION_POINTS;
 
  protected:
   ~IEnumConnectionPointsAbi() = default;
@@ -119,8 +109,7 @@ class IEnumConnectionPointsAbi
 
 class IConnectionPointContainerAbi : public IUnknownAbi {
  public:
-  static constexpr Guid kId{
-      0xB196B284, 0xBAB4, 0x101A, {0xB6, 0x9C, 0x00, 0xAA, 0x00, 0x34, 0x1D, 0x07}};
+  static constexpr Guid kId = BVCONN_IID_CONNECTION_POINT_CONTAINER;
   virtual Hresult EnumConnectionPoints(IEnumConnectionPointsAbi** points) noexcept = 0;
   virtual Hresult FindConnectionPoint(const Guid* id, IConnectionPointAbi** point) noexcept = 0;
 
@@ -130,21 +119,19 @@ class IConnectionPointContainerAbi : public IUnknownAbi {
 
 // The exported functions, as types to cast a looked-up symbol to.
 
-using DllCanUnloadNowFunction = Hresult (*)();
-using DllGetClassObjectFunction = Hresult (*)(const Guid* class_id, const Guid* id, void** object);
-using DllRegisterServerFunction = Hresult (*)();
-using DllUnregisterServerFunction = Hresult (*)();
-
-using BVConnFindClassFunction = Hresult (*)(const char16_t* prog_id, Guid* class_id);
-using BVConnAllocStringFunction = StringPointer (*)(const char16_t* text, std::uint32_t length);
-using BVConnStringLengthFunction = std::uint32_t (*)(const char16_t* text);
-using BVConnFreeStringFunction = void (*)(StringPointer text);
-using BVConnCreateArrayFunction = ArrayRecord* (*)(std::uint16_t element_type, std::uint32_t count);
-using BVConnCreateStringArrayFunction = ArrayRecord* (*)(const char16_t* const* texts,
-                                                         std::uint32_t count);
-using BVConnDestroyArrayFunction = Hresult (*)(ArrayRecord* array);
-using BVConnCopyVariantFunction = Hresult (*)(VariantRecord* target, const VariantRecord* source);
-using BVConnClearVariantFunction = Hresult (*)(VariantRecord* variant);
-using BVConnClearExceptionFunction = void (*)(ExceptionRecord* exception);
+using ::BVConnAllocStringFunction;
+using ::BVConnClearExceptionFunction;
+using ::BVConnClearVariantFunction;
+using ::BVConnCopyVariantFunction;
+using ::BVConnCreateArrayFunction;
+using ::BVConnCreateStringArrayFunction;
+using ::BVConnDestroyArrayFunction;
+using ::BVConnFindClassFunction;
+using ::BVConnFreeStringFunction;
+using ::BVConnStringLengthFunction;
+using ::DllCanUnloadNowFunction;
+using ::DllGetClassObjectFunction;
+using ::DllRegisterServerFunction;
+using ::DllUnregisterServerFunction;
 
 }  // namespace bvconn::component

@@ -57,7 +57,8 @@ const std::vector<Room>& rooms() {
       // What an application includes, and of the component what a host does.
       {"examples/",
        {"bvconn/bvconn.h", "bvconn/platform/", "bvconn/core/", "bvconn/dal/", "bvconn/connectors/",
-        "bvconn/automation/", "bvconn/testing/", "bvconn/component/abi"}},
+        "bvconn/automation/", "bvconn/testing/", "bvconn/component/abi",
+        "bvconn/component/bvconn_component"}},
       // Of the core what it offers to applications.
       {"tools/",
        {"bvconn/platform/", "bvconn/core/session_state", "bvconn/core/settings",
@@ -226,12 +227,13 @@ constexpr std::string_view kStandardHeaders[] = {"algorithm",
                                                  "version",
                                                  "cstdbool"};
 
-// The operating system's, and what the compiler's own library tells of its exceptions.
+// The operating system's and those of C, and what the compiler's own library tells of its
+// exceptions.
 constexpr std::string_view kSystemHeaders[] = {
-    "arpa/",     "cxxabi.h", "dirent.h", "dlfcn.h",  "errno.h",  "fcntl.h",   "iconv.h",
-    "limits.h",  "locale.h", "netdb.h",  "netinet/", "poll.h",   "pthread.h", "pty.h",
-    "pwd.h",     "sched.h",  "signal.h", "spawn.h",  "stdlib.h", "string.h",  "sys/",
-    "termios.h", "time.h",   "unistd.h", "malloc.h"};
+    "arpa/",    "cxxabi.h", "dirent.h",  "dlfcn.h",  "errno.h",  "fcntl.h",   "iconv.h",
+    "limits.h", "locale.h", "netdb.h",   "netinet/", "poll.h",   "pthread.h", "pty.h",
+    "pwd.h",    "sched.h",  "signal.h",  "spawn.h",  "stdio.h",  "stdint.h",  "stdlib.h",
+    "string.h", "sys/",     "termios.h", "time.h",   "unistd.h", "malloc.h"};
 
 // A third-party library by the beginning of its includes, and who may use it.
 struct Library {
@@ -480,6 +482,15 @@ Complaints check_public_headers(const SourceTree& tree) {
     if (!listed.contains(path)) {
       complaints.push_back(path + ": is reached from the public headers; list it in " +
                            std::string(kPublicList) + ", or keep it out of their reach");
+    }
+  }
+  for (const auto& file : tree) {
+    if (!file.below("examples/")) continue;
+    for (const auto& include : includes_of(file.text)) {
+      if (include.target.starts_with(kOwnPrefix) && !listed.contains(include.target)) {
+        complaints.push_back(place(file, include) + include.target +
+                             " is no public header; an example shows what an application may use");
+      }
     }
   }
   for (const auto& path : listed) {

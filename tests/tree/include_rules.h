@@ -46,6 +46,7 @@ Complaints check_third_party(const SourceFile& file);
 
 /// The list of the public headers, bvconn/public_headers.txt, holds what an application starts
 /// from, all that is reached from there and nothing else; and that shows no third-party header.
+/// Examples include of the library nothing else.
 Complaints check_public_headers(const SourceTree& tree);
 
 /// Every header with a class of the interface is included by bvconn/bvconn.h itself.

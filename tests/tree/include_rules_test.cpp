@@ -210,6 +210,14 @@ TEST(CheckPublicHeaders, WantsWhatIsReachedInTheListAndNothingElse) {
                         HasSubstr("no public header includes it"))));
 }
 
+TEST(CheckPublicHeaders, LetsExamplesShowNothingElse) {
+  const SourceTree tree{
+      file("bvconn/bvconn.h", ""), file("bvconn/platform/files.h", ""),
+      file("examples/a.cpp", "#include <bvconn/bvconn.h>\n#include <bvconn/platform/files.h>\n"),
+      public_list("bvconn.h\n")};
+  EXPECT_THAT(check_public_headers(tree), ElementsAre(StartsWith("examples/a.cpp:2: ")));
+}
+
 TEST(CheckUmbrella, WantsEveryClassOfTheInterfaceIncludedByItself) {
   const SourceTree tree{
       file("bvconn/bvconn.h", "#include \"bvconn/connectors/print/bv_print_connector.h\"\n"),

@@ -16,8 +16,8 @@ namespace fs = std::filesystem;
 constexpr std::array<std::string_view, 11> kFolders{"bvconn",   "tools", "sandbox",  "tests",
                                                     "examples", "docs",  "bench",    "fuzz",
                                                     "cmake",    ".ci",   "packaging"};
-constexpr std::array<std::string_view, 10> kTextEndings{".h",     ".cpp", ".inc", ".md",   ".txt",
-                                                        ".cmake", ".sh",  ".py",  ".json", ".in"};
+constexpr std::array<std::string_view, 11> kTextEndings{
+    ".h", ".c", ".cpp", ".inc", ".md", ".txt", ".cmake", ".sh", ".py", ".json", ".in"};
 
 bool is_text(const fs::path& path) {
   const std::string name = path.filename().string();

@@ -13,7 +13,9 @@ struct SourceFile {
 
   bool below(std::string_view folder) const { return path.starts_with(folder); }
   bool is_header() const { return path.ends_with(".h"); }
-  bool is_code() const { return is_header() || path.ends_with(".cpp") || path.ends_with(".inc"); }
+  bool is_code() const {
+    return is_header() || path.ends_with(".cpp") || path.ends_with(".inc") || path.ends_with(".c");
+  }
 };
 using SourceTree = std::vector<SourceFile>;
 
