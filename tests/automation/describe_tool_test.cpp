@@ -107,6 +107,24 @@ TEST(Describe, AClassOrNothingIsListed) {
             Tool::run({"list", "BVHeartBeatConnector"}).out);
 }
 
+TEST(Describe, GivesAllOperationsOneOnEachLine) {
+  const Tool::Outcome outcome = Tool::run({"describe", "--all", "--json"});
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  // 205 operations of connectors, and of the session's object two and two properties with
+  // arguments.
+  const auto lines = outcome.lines();
+  ASSERT_EQ(lines.size(), 209U);
+  EXPECT_EQ(ordered_json::parse(lines.front())["operation"], "SendDALMessageToLog");
+  EXPECT_EQ(ordered_json::parse(lines.back())["class"], "BVConfigConnector");
+  EXPECT_EQ(lines[4] + "\n", Tool::run({"describe", "BVGenericConnector.Send", "--json"}).out);
+  EXPECT_THAT(Tool::run({"describe", "--all"}).out,
+              HasSubstr("\n\nBVInvoiceConnector.GetInvoice\n  gives SoapNode\n"));
+}
+
+TEST(Describe, TakesAllInPlaceOfOneAlone) {
+  EXPECT_EQ(Tool::run({"describe", "--all", "BVInvoiceConnector.GetInvoice"}).status, 2);
+}
+
 TEST(Describe, OperationsKeepToTheWidthOfAPage) {
   const auto classes = ordered_json::parse(Tool::run({"list", "--json"}).out);
   std::size_t described_count = 0;

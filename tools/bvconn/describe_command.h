@@ -8,6 +8,7 @@ namespace bvconn::tool {
 struct DescribeOptions {
   std::string path;  ///< CLASS.OPERATION; a class or "" lists
   bool json = false;
+  bool all = false;  ///< every operation of the interface, in its order
 };
 
 /// `bvconn describe`: what an operation sends, asks and raises. Gives the exit status.

@@ -37,7 +37,8 @@ Examples:
     {"describe", R"(
 Examples:
   bvconn describe BVInvoiceConnector.GetInvoice
-  bvconn describe BVInvoiceConnector.GetInvoice --json)"},
+  bvconn describe BVInvoiceConnector.GetInvoice --json
+  bvconn describe --all --json | wc -l                   # one operation on each line)"},
     {"skeleton", R"(
 Examples:
   bvconn skeleton BVInvoiceConnector.GetInvoice          # a line of a batch to fill in

@@ -46,8 +46,11 @@ Subcommand add_describe(CLI::App& app) {
   auto options = std::make_shared<DescribeOptions>();
   CLI::App* command =
       app.add_subcommand("describe", "Show what an operation sends, raises and logs");
-  command->add_option("OPERATION", options->path, "CLASS.OPERATION; a class is listed");
+  CLI::Option* const path =
+      command->add_option("OPERATION", options->path, "CLASS.OPERATION; a class is listed");
   command->add_flag("--json", options->json, "As data");
+  command->add_flag("--all", options->all, "Every operation; as data, one on each line")
+      ->excludes(path);
   return {command, [options] { return run_describe(*options, std::cout, std::cerr); }};
 }
 
