@@ -178,7 +178,7 @@ class Reader:
     def _paragraph(self, lines, at):
         end = at + 1
         while end < len(lines) and lines[end].strip() and \
-                not re.match(r"#{1,6} | {0,3}(```|~~~)|\||>", lines[end]) and \
+                not re.match(r"#{1,6} | {0,3}(```|~~~)|\||>| *<!--", lines[end]) and \
                 not (ITEM.match(lines[end]) and not lines[end].startswith("    ")):
             end += 1
         return el("p", self.inline("\n".join(line.strip() for line in lines[at:end]))), end
