@@ -28,6 +28,7 @@ SoapEnvelope getEnvelope(std::string_view method, std::string_view urn,
 std::string getEnvelopeStart(std::string_view userID, std::string_view method,
                              std::string_view urn) {
   return run_logged(kGetEnvelopeStartLog, [&] {
+    // deliberate [unescaped-text]: nothing is escaped, and whatever it holds, it says UTF-8.
     std::string text =
         "<?xml version='1.0' encoding='UTF-8' standalone='no'?><SOAP-ENV:Envelope "
         "xmlns:SOAP-ENV='http://schemas.xmlsoap.org/soap/envelope/'>"

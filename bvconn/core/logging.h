@@ -11,11 +11,13 @@ namespace bvconn {
 enum class LogForm : std::uint8_t {
   kLevels,     ///< `EnterMethod` and `ExitMethod` at the block's level
   kTextLines,  ///< `LogInfo` with "Entering Method..." and "Exiting Method..."
-  kNone,       ///< no line
+  kNone,       ///< no line; deliberate [no-lines]: nobody sees from the log that these ran
 };
 
-/// The names in a function's log lines. They are constants of the line, not names of the code:
-/// where they differ from the function's, the difference is deliberate.
+/// The names in a function's log lines.
+///
+/// deliberate [log-names]: they are constants of the line, not names of the code; where they differ
+/// from the function's, in letters or in brackets, they stay as they stand.
 struct LogBlock {
   std::string_view cls;
   std::string_view method;
@@ -65,8 +67,8 @@ auto run_logged(const LogBlock& log, Body&& body) -> decltype(body()) {
 namespace Global {
 
 /// The library's own line in the log file, for requests that go to the data access layer: the name,
-/// " - ", the message, CR LF. The file is opened and closed for each line. Always True; a file that
-/// cannot be written is error 0x80041003.
+/// " - ", the message, CR LF; deliberate [bare-log-line]: without time and thread. The file is
+/// opened and closed for each line. Always True; a file that cannot be written is error 0x80041003.
 bool DALMessageToLog(std::string_view evalMethod, std::string_view evalMessage);
 
 }  // namespace Global

@@ -10,7 +10,8 @@
 namespace bvconn::Global {
 namespace {
 
-// The same key with another spelling; names in the settings know no case.
+// deliberate [app-data-spelling]: the same key with another spelling; names in the settings know no
+// case.
 constexpr std::string_view kTraceSoapTrafficPath =
     R"(HKCU\Software\Brimvale\Torvex\appData\TraceSoapTraffic)";
 
@@ -18,8 +19,8 @@ constexpr LogBlock kTracePortLog{.cls = "Global", .method = "TracePort", .level 
 constexpr LogBlock kDefaultTimeoutLog{.cls = "Global", .method = "DefaultTimeout", .level = 2};
 
 constexpr std::string_view kTraceReader = "TraceSoapTraffic() - Property Get";
-// No class of this library bears the names of these lines; they are what readers of the log look
-// for.
+// deliberate [foreign-log-names]: no class of this library bears the names of these lines; they are
+// what readers of the log look for.
 constexpr LogBlock kTraceWriterLog{
     .cls = "clsSessionInfo", .method = "TraceSoapTraffic", .level = 4};
 
@@ -56,13 +57,14 @@ bool TraceSoapTraffic() {
     logger.LogInfo("Global", kTraceReader, "Entering Method...", 0);
     const auto registry = settings();
     if (!registry->Exists(kTraceSoapTrafficPath)) {
+      // deliberate [trace-default]: a number, where all others write a word.
       logger.LogWarning("clsSessionInfo", "LoadPreferences()()",
                         "TraceSoapTraffic not found in registry, default value set.", 0);
       registry->Write(kTraceSoapTrafficPath, std::int64_t{0}, "");
     }
     const bool value = conversions::text_to_boolean(
         registry->ReadString(SettingsRoot::kCurrentUser, kSettingsKey, "TraceSoapTraffic"));
-    // The closing line has the words of the opening one.
+    // deliberate [entering-twice]: the closing line has the words of the opening one.
     logger.LogInfo("Global", kTraceReader, "Entering Method...", 0);
     return value;
   } catch (...) {
@@ -71,6 +73,7 @@ bool TraceSoapTraffic() {
   }
 }
 
+// deliberate [trace-silent]: what fails here or above is logged, and the caller is not told.
 void TraceSoapTraffic(bool value) {
   try {
     log_enter(kTraceWriterLog);

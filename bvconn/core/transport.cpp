@@ -32,6 +32,7 @@ void set_up_tracing(HTTPTransport& transport, TracingRule rule) {
     traced = traced || set;
   }
   if (!traced) return;
+  // deliberate [tracing-stays]: nothing takes the file from the transport again.
   transport.Option("tracing.file", rule == TracingRule::kTracingFile ? logger.TracingFilePath()
                                                                      : logger.LogFilePath());
 }
@@ -90,8 +91,8 @@ Variant sendXML(const SoapEnvelope& envelope, std::string_view soapAction, std::
   } catch (...) {
     throw only_errors([&, error = live_error()] {
       std::string description = error.description;
-      // By name alone, whatever the error: before a reply was parsed these are the request's own
-      // parameters.
+      // deliberate [faultstring-by-name]: by name alone, whatever the error; before a reply was
+      // parsed these are the request's own parameters.
       for (const SoapNode node : envelope.Parameters()) {
         if (node.Name() == "faultstring") description = to_text(node.Value());
       }
@@ -131,10 +132,13 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
   return run_logged(kSendXmlAndLoadDocLog, [&] {
     const auto transport = session().Transport();
     set_up_tracing(*transport, TracingRule::kTracingFile);
+    // deliberate [soap-action-before]: a blank one leaves that of the request before.
     if (!conversions::trim_blanks(soapAction).empty()) set_soap_action(*transport, soapAction);
     set_up_proxy(*transport);
     transport->Timeout(default_timeout());
     send_recorded(*transport, url, xmlText);
+    // deliberate [unread-reply]: without a document the reply is left unread and counts all the
+    // same, and a reply that is no XML is no error.
     if (document != nullptr) document->load(receive_recorded(*transport));
     LastHeartBeat(session().clock().now());
     return Variant();
@@ -172,6 +176,7 @@ void receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {
   }
 }
 
+// deliberate [soap-action-before]: no SOAPAction is set.
 std::shared_ptr<HTTPTransport> inline_transport(TracingRule rule) {
   auto transport = session().Transport();
   set_up_tracing(*transport, rule);

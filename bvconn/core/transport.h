@@ -16,9 +16,10 @@ namespace bvconn {
 enum class TracingRule : std::uint8_t {
   /// Mask bit 0x40 for `isBrimvale`, or the setting `TraceSoapTraffic`; the logger's tracing file.
   kTracingFile,
-  /// The same test, but the traffic goes to the log file.
+  /// deliberate [traffic-in-log]: the same test, but the traffic goes to the log file.
   kLogFile,
-  /// Mask bit 0x40 for `isBrimvale` alone, to the log file; the setting is not asked.
+  /// deliberate [traffic-by-mask]: mask bit 0x40 for `isBrimvale` alone, to the log file; the
+  /// setting is not asked.
   kLogFileByMaskAlone,
 };
 

@@ -18,7 +18,7 @@ std::string text_of(std::string SessionState::*field) {
   return only_errors([&] { return session().*field; });
 }
 
-// The one sales organisation of the other country.
+// deliberate [one-country-code]: the one sales organisation of the other country, to the letter.
 constexpr std::string_view kCanadianSalesOrg = "2200";
 
 void make_service_objects(SessionState& state) {
@@ -27,8 +27,9 @@ void make_service_objects(SessionState& state) {
 #include "bvconn/platform/torvexlib/service_object_rows.inc"
 }
 
-// What a getter gives: its field as it stands. Deliberate: the search getter does not look at its
-// own field, but gives the heart beat object where that offers the interface.
+// What a getter gives: its field as it stands.
+// deliberate [search-getter]: the search getter does not look at its own field, but gives the heart
+// beat object where that offers the interface.
 std::shared_ptr<ServiceObject> gotten(std::shared_ptr<ServiceObject> SessionState::*field) {
   if (field != &SessionState::SearchService) return session().*field;
   return only_errors([] {
@@ -124,8 +125,8 @@ void BVConnectorObject::InitTorvexDAL(std::string_view dal_server_url) {
     authentication.Login(state.UserName, state.Password, state.AppVer, country);
     GetDisabledDALServices(authentication.GetDisabledServices());
   } catch (...) {
-    // Deliberate: the application goes on by SOAP, and nothing is reported to it. The record has
-    // the words.
+    // deliberate [init-silent]: the application goes on by SOAP, and nothing is reported to it. The
+    // record has the words.
     Error error = live_error();
     record.failed(error);
   }
@@ -135,9 +136,11 @@ void BVConnectorObject::UseTorvexDAL() {
   try {
     session().UsingTorvexDAL = true;
     session().UseDALSave = true;
+    // deliberate [on-twice]: once more, through the property.
     UsingTorvexDAL(true);
   } catch (...) {
     only_errors([error = live_error()] {
+      // deliberate [message-box]: shown to the user, and the caller goes on.
       platform::current().message_box()->show("Init Torvex DAL",
                                               "UseTorvexDAL error:" + error.description);
     });

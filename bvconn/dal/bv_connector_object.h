@@ -46,6 +46,7 @@ class BVCONN_EXPORT BVConnectorObject {
   bool IsDALDisabled(std::string_view evalMethod, std::string_view evalService) const;
   /// The disabled methods: entries "service.method|", with nothing in front of the first; "" for
   /// none. `InitTorvexDAL` replaces them.
+  /// deliberate [get-that-sets]: the property is written too.
   void GetDisabledDALServices(std::string_view value);
   std::string GetDisabledDALServices() const;
   /// The address that the last `InitTorvexDAL` was given; writing it alone changes no connection.
@@ -60,9 +61,9 @@ class BVCONN_EXPORT BVConnectorObject {
   void SalesOrg(std::string_view value);
 
   // The service objects as they stand, `AuthenticationService()` to `SalesInstrumentService()`;
-  // empty before `InitTorvexDAL`. But `SearchService()` is deliberately not the search object: it
-  // gives the heart beat object, seen through the search interface, and fails with error 13 unless
-  // that object offers it.
+  // empty before `InitTorvexDAL`. deliberate [search-getter]: but `SearchService()` is not the
+  // search object: it gives the heart beat object, seen through the search interface, and fails
+  // with error 13 unless that object offers it.
 #define BVCONN_SERVICE_OBJECT(name, ...) std::shared_ptr<ServiceObject> name() const;
 #include "bvconn/platform/torvexlib/service_object_rows.inc"
 

@@ -46,7 +46,9 @@ struct Operation {
 };
 
 /// What a call works with that is not its own. Every frame is given `{aServerURL, aSessionID}` in
-/// this order, whatever the order in the operation's interface.
+/// this order.
+/// deliberate [argument-order]: in the operations' interfaces the two stand in either order, and
+/// first, last or apart.
 struct CallContext {
   std::string_view url = {};
   std::string_view session_id = {};
@@ -76,6 +78,7 @@ class Call {
   /// Fills the envelope through `getEnvelope`, whose log lines are written.
   Call& getEnvelope();
   /// Fills the envelope by hand: the same content without log lines, and an encoding style if any.
+  /// deliberate [encoding-style]: some operations state one, others in the same class do not.
   Call& request(std::string_view encoding_style = {});
   /// Fills the envelope without a `userID`.
   Call& request_without_session();
@@ -84,8 +87,8 @@ class Call {
   Call& add(std::string_view name, const Variant& value, std::string_view type = {});
   /// Adds the very node, under its own name.
   Call& append(const SoapNode& node);
-  /// Adds parameters that the server knows by their place alone: a boolean as "param_bool",
-  /// everything else as "param".
+  /// Adds parameters that the server knows by their place alone.
+  /// deliberate [param-bool]: a boolean as "param_bool", everything else as "param".
   template <class... Values>
   Call& params(const Values&... values) {
     (add(std::same_as<Values, bool> ? "param_bool" : "param", values), ...);

@@ -33,7 +33,8 @@ std::int32_t with_object_error_base(std::int32_t code) {
     if (conversions::number_of(code)) {
       const std::int32_t number = with_object_error_base(conversions::text_to_int32(code));
       for (const FaultRow& row : context.faults) {
-        // The server's text is lost on a match: callers go by the number alone.
+        // deliberate [mapped-words]: the server's text is lost on a match; callers go by the number
+        // alone.
         if (number == with_object_error_base(row.code))
           throw Error(row.number, context.log.cls, "");
       }
@@ -57,8 +58,8 @@ std::int32_t with_object_error_base(std::int32_t code) {
 }
 
 [[noreturn]] void overview_tail(const TailContext& context, Error& error) {
-  // Deliberate: the description is written over before the line is logged, so the server's text is
-  // lost.
+  // deliberate [overview-words]: the description is written over before the line is logged, so the
+  // server's text is lost.
   error.description.clear();
   log_error(context.log, error);
   throw error.described_as("");

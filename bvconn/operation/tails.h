@@ -10,8 +10,9 @@
 
 namespace bvconn {
 
-/// What becomes of an error that is raised inside an operation. In every tail a further error while
-/// it runs leaves the operation at once, with that new error and with no more of the tail done.
+/// What becomes of an error that is raised inside an operation.
+/// deliberate [tail-error]: in every tail a further error while it runs leaves the operation at
+/// once, with that new error and with no more of the tail done.
 enum class Tail : std::uint8_t {
   kPlain,        ///< log; raise number, source, description
   kFaultCode,    ///< log; raise the error that the fault's code is mapped to, else as kPlain

@@ -52,7 +52,7 @@ inline constexpr std::int32_t kRfqFault = from_bits(0x80042B5D);
 inline constexpr std::int32_t kInvoiceFault = from_bits(0x80042739);
 /// `SaveOrderReconcile`: 10081.
 inline constexpr std::int32_t kSaveReconcileFault = from_bits(0x80042761);
-/// `GetOrderReconcile`: 10011 and 10012, deliberately one number for both.
+/// `GetOrderReconcile`: 10011 and 10012; deliberate [two-codes-one-error].
 inline constexpr std::int32_t kGetReconcileFault = from_bits(0x8004271B);
 /// `AssocInvoiceAndOrderReconcile`: 10061.
 inline constexpr std::int32_t kAssociateFault = from_bits(0x8004274D);

@@ -21,6 +21,8 @@ constexpr Operation kGetExistingAcknowledgement{
     .service = &BVServices::Order,
     .tail = Tail::kBare,
 };
+// deliberate [ack-spelling]: with and without the second "e", as interface, row and wire name each
+// have it.
 constexpr Operation kGetNewAcknowledgment{
     .log = {.cls = kClass, .method = "getNewAcknowledgment", .form = LogForm::kNone},
     .method = &BVMethods::NewAcknowledgment,
@@ -28,7 +30,9 @@ constexpr Operation kGetNewAcknowledgment{
     .tail = Tail::kBare,
 };
 
-// The answer's text, which must hold an address. The sources spell the class in a way of their own.
+// The answer's text.
+// deliberate [ack-address]: it must hold "http:" in these letters, which no "https:" does.
+// deliberate [ack-sources]: the sources spell class and operation in a way of their own.
 std::string address_in(Call& call, std::string_view source) {
   std::string text = call.text();
   if (text.find("http:") == std::string::npos) {
@@ -44,6 +48,7 @@ SoapNode BVAcknowledgementConnector::getOverview(std::string_view orderGID,
                                                  std::string_view aServerURL,
                                                  std::string_view aSessionID) {
   return ConnectorMethodFrame(kGetOverview, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [overview-arguments]: the error line shows all arguments, the session too.
     std::string line_name = "getOverview(";
     line_name.append(orderGID).append(", ").append(aServerURL).append(", ").append(aSessionID);
     call.error_name(line_name + ")");
@@ -66,6 +71,7 @@ std::string BVAcknowledgementConnector::getNewAcknowledgment(std::string_view se
                                                              std::string_view aSessionID) {
   return ConnectorMethodFrame(kGetNewAcknowledgment, {aServerURL, aSessionID}, [&](Call& call) {
     const std::string text = call.literal_request(serializedAckObject);
+    // deliberate [ack-no-contact]: unlike other exchanges it does not count as a contact.
     call.exchange_text(*inline_transport(TracingRule::kLogFile), text);
     return address_in(call, "BVAcknowledgmentConnector.getNewAcknowledgment");
   });

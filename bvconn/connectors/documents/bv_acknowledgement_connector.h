@@ -16,9 +16,8 @@ namespace bvconn {
 class BVCONN_EXPORT BVAcknowledgementConnector {
  public:
   /// All acknowledgements of an order, the reply's first parameter. A failure reaches the caller
-  /// deliberately without a description, so without the server's text, and its log line shows the
-  /// three arguments.
-  /// Route: SOAP `getAllAcknowledgementOverview`.
+  /// without a description, so without the server's text, and its log line shows the three
+  /// arguments: deliberate [overview-words]. Route: SOAP `getAllAcknowledgementOverview`.
   SoapNode getOverview(std::string_view orderGID, std::string_view aServerURL,
                        std::string_view aSessionID);
   /// The address of an acknowledgement: a text that holds "http:" somewhere, in small letters. One

@@ -34,6 +34,7 @@ SoapNode BVOrderConnector::getSAPInfo(std::string_view aSessionID, std::string_v
   return ConnectorMethodFrame(kGetSapInfo, {aServerURL, aSessionID}, [&](Call& call) {
     call.request().params(aOrderGID, aAgentGID, aCustomerGID);
     if (call.takes_dal()) {
+      // deliberate [sap-info-opens-saves]: from here on projects are saved on this route too.
       session().UseDALSave = true;
       return call.first_of(call.dal().OrderService().getSAPInfo(call.request_text()));
     }

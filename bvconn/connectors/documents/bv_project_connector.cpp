@@ -9,13 +9,14 @@
 namespace bvconn {
 namespace {
 
-// Names in log lines begin with small letters, also where the operation's do not.
+// deliberate [project-log-names]: names in log lines begin with small letters, also where the
+// operation's do not, and end in brackets.
 constexpr LogBlock with_brackets(std::string_view method) {
   return {.cls = "BVProjectConnector", .method = method, .brackets = true};
 }
 
 constexpr Operation kCopyProject{
-    .log = with_brackets("copyProject"),
+    .log = with_brackets("copyProject"),  // deliberate [project-log-names]
     .name = "CopyProject",
     .method = &BVMethods::CopyProject,
     .service = &BVServices::Project,
@@ -51,23 +52,24 @@ constexpr Operation kSetStatusToLostOpportunity{
     .service = &BVServices::Project,
 };
 constexpr Operation kSaveProject{
-    .log = with_brackets("saveProject"),
+    .log = with_brackets("saveProject"),  // deliberate [project-log-names]
     .name = "SaveProject",
     .method = &BVMethods::SaveProject,
     .service = &BVServices::Project,
 };
 constexpr Operation kRequestReview{
-    .log = with_brackets("requestReview"),
+    .log = with_brackets("requestReview"),  // deliberate [project-log-names]
     .name = "RequestReview",
     .method = &BVMethods::RequestReview,
     .service = &BVServices::Project,
 };
 constexpr Operation kReturnToAgent{
-    .log = with_brackets("returnToAgent"),
+    .log = with_brackets("returnToAgent"),  // deliberate [project-log-names]
     .name = "ReturnToAgent",
     .method = &BVMethods::ReturnToAgent,
     .service = &BVServices::Project,
 };
+// deliberate [project-log-names]: no brackets in this one.
 constexpr Operation kCheckSingleSaveStatus{
     .log = {.cls = "BVProjectConnector", .method = "CheckSingleSaveStatus"},
     .method = &BVMethods::CheckSaveStatus,
@@ -96,7 +98,8 @@ SoapNode BVProjectConnector::generateQuotes(std::string_view aServerURL,
   return ConnectorMethodFrame(kGenerateQuotes, {aServerURL, aSessionID}, [&](Call& call) {
     const WholeSecondTimer timer;
     call.request(kSoapEncoding);
-    // One name for either the key or the whole project; with neither, the server has its say.
+    // deliberate [key-or-project]: one name for either the key or the whole project; with neither,
+    // the server has its say.
     if (aProjectGID.empty()) {
       call.add("Project", aProject);
     } else {
@@ -104,7 +107,7 @@ SoapNode BVProjectConnector::generateQuotes(std::string_view aServerURL,
     }
     call.append(aGenQuoteContainer);
     if (call.takes_dal()) {
-      // Deliberate: made into text twice, for the log and for the call.
+      // deliberate [text-twice]: made into text for the log and again for the call.
       Global::DALMessageToLog("generateQuotes", call.request_text());
       call.parse(call.dal().ProjectService().generateQuotes(call.request_text()));
     } else {
@@ -118,6 +121,7 @@ SoapNode BVProjectConnector::generateQuotes(std::string_view aServerURL,
 
 SoapNode BVProjectConnector::getNewProject(std::string_view aServerURL,
                                            std::string_view aSessionID) {
+  // deliberate [save-route]: before the enter line, where CopyProject waits for it.
   session().UseDALSave = false;
   return ConnectorMethodFrame(kGetNewProject, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
@@ -148,7 +152,7 @@ SoapNode BVProjectConnector::getRevertedProject(std::string_view aServerURL,
   });
 }
 
-// The next two prepare a request and stop. It is deliberate: nothing is to be sent.
+// deliberate [not-sent]: the next two prepare a request and stop. Nothing is to be sent.
 
 SoapNode BVProjectConnector::setStatusToNegotiating(std::string_view /*aServerURL*/,
                                                     std::string_view aSessionID,
@@ -174,8 +178,9 @@ SoapNode BVProjectConnector::SaveProject(std::string_view aServerURL, std::strin
                                          const SoapNode& aProject) {
   return ConnectorMethodFrame(kSaveProject, {aServerURL, aSessionID}, [&](Call& call) {
     call.request(kSoapEncoding).append(aProject);
+    // deliberate [save-route]: how the project was begun decides how it is saved.
     if (call.takes_dal(session().UseDALSave)) {
-      // Made into text twice, as in generateQuotes.
+      // deliberate [text-twice]: as in generateQuotes.
       Global::DALMessageToLog("SaveProject", call.request_text());
       return call.first_of(call.dal().ProjectService().SaveProject(call.request_text()));
     }
@@ -187,6 +192,7 @@ SoapNode BVProjectConnector::RequestReview(std::string_view aServerURL, std::str
                                            const SoapNode& aProject) {
   return ConnectorMethodFrame(kRequestReview, {aServerURL, aSessionID}, [&](Call& call) {
     call.request(kSoapEncoding).append(aProject);
+    // deliberate [review-route]: `UseDALSave` is not asked, here and in the next.
     if (call.takes_dal())
       return call.first_of(call.dal().ProjectService().RequestReview(call.request_text()));
     return call.send().first();

@@ -45,8 +45,8 @@ class BVCONN_EXPORT BVProjectConnector {
   /// Route: DAL `ProjectService.getRevertedProject`, else SOAP `revert`.
   SoapNode getRevertedProject(std::string_view aServerURL, std::string_view aSessionID,
                               std::string_view aGID);
-  // An empty reference, always: the request is prepared and deliberately not sent, so no argument
-  // matters. Route: none.
+  // An empty reference, always: the request is prepared and not sent, so no argument matters:
+  // deliberate [not-sent]. Route: none.
   SoapNode setStatusToNegotiating(std::string_view aServerURL, std::string_view aSessionID,
                                   std::string_view aGID);
   SoapNode setStatusToLostOpportunity(std::string_view aServerURL, std::string_view aSessionID,
@@ -59,7 +59,8 @@ class BVCONN_EXPORT BVProjectConnector {
   SoapNode SaveProject(std::string_view aServerURL, std::string_view aSessionID,
                        const SoapNode& aProject);
   /// What the server says to the wish for a review. `aProject` as in `SaveProject`, but the route
-  /// deliberately does not ask for `UseDALSave`; an empty reference fails with error 91.
+  /// does not ask for `UseDALSave`, deliberate [review-route]; an empty reference fails with error
+  /// 91.
   /// Route: DAL `ProjectService.RequestReview` with the request's text, else SOAP `requestReview`.
   SoapNode RequestReview(std::string_view aServerURL, std::string_view aSessionID,
                          const SoapNode& aProject);

@@ -9,7 +9,7 @@ namespace {
 constexpr std::string_view kClass = "BVQuoteConnector";
 
 constexpr Operation kGetExistingQuote{
-    // Errors are logged under the project connector's operation.
+    // deliberate [quote-log-name]: errors are logged under the project connector's operation.
     .log = {.cls = kClass,
             .method = "getExistingQuote",
             .brackets = true,
@@ -17,18 +17,23 @@ constexpr Operation kGetExistingQuote{
     .method = &BVMethods::Quote,
     .service = &BVServices::Quote,
 };
+// deliberate [small-log-name]: its lines begin with a small letter.
 constexpr Operation kSetQuoteStatusToQuoted{
     .log = {.cls = kClass, .method = "setQuoteStatusToQuoted"},
     .name = "SetQuoteStatusToQuoted",
     .method = &BVMethods::SetQuoteStatusToQuoted,
     .service = &BVServices::Quote,
 };
+// deliberate [no-row]: the next two have their wire names from no row.
+// deliberate [no-tail]: nor do they have a tail.
+// deliberate [misspelt-overidden]: operation and wire name alike.
 constexpr Operation kCanExpirationBeOveridden{
     .log = {.cls = kClass, .method = "canExpirationBeOveridden", .form = LogForm::kNone},
     .wire = "canExpirationBeOveridden",
     .service = &BVServices::Quote,
     .tail = Tail::kNone,
 };
+// deliberate [no-row]: as above.
 constexpr Operation kGetNewPriceExpirationDate{
     .log = {.cls = kClass, .method = "getNewPriceExpirationDate", .form = LogForm::kNone},
     .wire = "getNewPriceExpirationDate",
@@ -47,6 +52,7 @@ std::string expiration_text(const Variant& value) {
 SoapNode BVQuoteConnector::getExistingQuote(std::string_view aServerURL,
                                             std::string_view aSessionID, std::string_view aGID) {
   return ConnectorMethodFrame(kGetExistingQuote, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [soap-alone]: the next operation has another route, this one has none.
     return call.request(kSoapEncoding).add("GID", aGID).send().first();
   });
 }

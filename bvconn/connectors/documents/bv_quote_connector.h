@@ -18,8 +18,8 @@ namespace bvconn {
 /// 0x80044204.
 class BVCONN_EXPORT BVQuoteConnector {
  public:
-  /// The quote with this key, the reply's first parameter. Its failures are deliberately logged
-  /// under `getExistingProject`. Route: SOAP `getQuote`.
+  /// The quote with this key, the reply's first parameter. Its failures are logged under
+  /// `getExistingProject`, deliberate [quote-log-name]. Route: SOAP `getQuote`.
   SoapNode getExistingQuote(std::string_view aServerURL, std::string_view aSessionID,
                             std::string_view aGID);
   /// What the server says to a quote's being marked as quoted: the reply's first parameter.

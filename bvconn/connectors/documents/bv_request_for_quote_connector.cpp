@@ -27,6 +27,8 @@ std::string BVRequestForQuoteConnector::updateRFQ(std::string_view RFQGID,
   return ConnectorMethodFrame(kUpdateRfq, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal())
       return call.text_of(call.dal().QuoteService().updateRFQ(RFQGID, mfrQuoteNumber));
+    // deliberate [rfq-gid]: the name in these letters, unlike the argument's.
+    // deliberate [rfq-type]: a type of no namespace, which no other operation gives.
     call.getEnvelope()
         .add("RFQGid", RFQGID, "String")
         .add("mfrQuoteNumber", mfrQuoteNumber, "String");

@@ -28,11 +28,13 @@ constexpr Operation kSubmitRma{
     .service = &BVServices::RMA,
 };
 constexpr Operation kOpenRma{
-    // Errors are logged under the operation that fetches an RMA.
+    // deliberate [open-rma-log-name]: errors are logged under the operation that fetches an RMA.
+    // deliberate [no-row]: its wire name is in no row.
     .log = {.cls = kClass, .method = "openRMA", .brackets = true, .error = "GetExistingRMA"},
     .wire = "openRMA",
     .service = &BVServices::RMA,
 };
+// deliberate [small-log-name]: its lines begin with a small letter.
 constexpr Operation kGetInvoiceInfo{
     .log = {.cls = kClass, .method = "getInvoiceInfo", .brackets = true},
     .name = "GetInvoiceInfo",
@@ -61,13 +63,14 @@ SoapNode BVRMAConnector::GetExistingRMA(std::string_view aServerURL, std::string
 SoapNode BVRMAConnector::SaveRMA(std::string_view aServerURL, std::string_view aSessionID,
                                  const SoapNode& aSerializedRMA) {
   return ConnectorMethodFrame(kSaveRma, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [serialized-node]: a node, whatever its name says.
     call.request().add("RMARequestBean", aSerializedRMA);
     if (call.takes_dal()) {
       call.parse(call.dal().RMAService().SaveRMA(call.request_text()));
     } else {
       call.send();
     }
-    // One level deeper than in SubmitRMA.
+    // deliberate [save-rma-deeper]: one level deeper than in SubmitRMA.
     return to_node(call.value());
   });
 }
@@ -85,6 +88,7 @@ SoapNode BVRMAConnector::SubmitRMA(std::string_view aServerURL, std::string_view
 SoapNode BVRMAConnector::openRMA(std::string_view aServerURL, std::string_view aSessionID,
                                  std::string_view aUID) {
   return ConnectorMethodFrame(kOpenRma, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [soap-alone]: fetching an RMA has another route, opening it has none.
     return call.request(kSoapEncoding).add("UID", aUID).send().first();
   });
 }

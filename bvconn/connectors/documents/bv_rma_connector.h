@@ -32,7 +32,8 @@ class BVCONN_EXPORT BVRMAConnector {
   /// Route: DAL `RMAService.SubmitRMA` with the request's text, else SOAP `submitRMA`.
   SoapNode SubmitRMA(std::string_view aServerURL, std::string_view aSessionID,
                      const SoapNode& aSerializedRMA);
-  /// The RMA with this key, opened. Its failures are deliberately logged under `GetExistingRMA`.
+  /// The RMA with this key, opened. Its failures are logged under `GetExistingRMA`,
+  /// deliberate [open-rma-log-name].
   /// Route: SOAP `openRMA`.
   SoapNode openRMA(std::string_view aServerURL, std::string_view aSessionID, std::string_view aUID);
   /// What the RMA service knows of the invoice with this number.

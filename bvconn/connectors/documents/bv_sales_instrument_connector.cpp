@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kClass = "BVSalesInstrumentConnector";
 
-// The first seven operations write a line on failure alone.
+// deliberate [instrument-lines]: the first seven operations write a line on failure alone.
 constexpr LogBlock only_errors(std::string_view method) {
   return {.cls = kClass, .method = method, .form = LogForm::kNone};
 }
@@ -67,14 +67,15 @@ constexpr Operation kGetOrderHeaderComments{
     .method = &BVMethods::GetHeaderComments,
     .service = &BVServices::Order,
 };
-// The next two bear the quote's URN in the envelope and the order's as SOAPAction: the server is
-// used to it.
+// deliberate [quote-comments-action]: the next two bear the quote's URN in the envelope and the
+// order's as SOAPAction; the server is used to it.
 constexpr Operation kGetQuoteHeaderComments{
     .log = with_brackets("GetQuoteHeaderComments"),
     .method = &BVMethods::GetHeaderComments,
     .service = &BVServices::Quote,
     .soap_action = &BVServices::Order,
 };
+// deliberate [quote-comments-action]: as above.
 constexpr Operation kGetHeaderCommentsForCopyToOrder{
     .log = with_brackets("getHeaderCommentsForCopyToOrder"),
     .method = &BVMethods::getHeaderCommentsForCopyToOrder,
@@ -102,7 +103,8 @@ constexpr Operation kUpdateProjectHeaderComments{
     .service = &BVServices::Project,
 };
 
-// The URN of an instrument's type in capitals; "" for a type that has none.
+// The URN of an instrument's type in capitals.
+// deliberate [unknown-type]: "" for a type that has none; the call goes on with it.
 std::string service_of_comments(std::string_view type) {
   if (type == "PROJECT") return session().Services().Project();
   if (type == "QUOTE") return session().Services().Quote();
@@ -110,7 +112,7 @@ std::string service_of_comments(std::string_view type) {
   return "";
 }
 
-// There is no branch for projects here.
+// deliberate [prices-without-projects]: there is no branch for projects here.
 std::string service_of_prices(std::string_view type) {
   if (type == "QUOTE") return session().Services().Quote();
   if (type == "ORDER") return session().Services().Order();
@@ -133,6 +135,7 @@ SoapNode BVSalesInstrumentConnector::GetProductApprovals(std::string_view aServe
                                                          const SoapNode& aLineItemsNode) {
   return ConnectorMethodFrame(kGetProductApprovals, {aServerURL, aSessionID}, [&](Call& call) {
     call.request(kSoapEncoding).params(aAgentGID).append(aLineItemsNode);
+    // deliberate [approvals-object]: the search object, though the service is the products'.
     if (call.takes_dal())
       return call.first_of(call.dal().SearchService().GetProductApprovals(call.request_text()));
     return call.send().first();
@@ -177,7 +180,7 @@ std::string BVSalesInstrumentConnector::SetLineComments(std::string_view aSalseI
     call.service(service_of_comments(conversions::upper_case(aSalseInstrType)));
     const std::string text = call.literal_request(aCommentXML);
     if (call.takes_dal(session().UseDALSave)) {
-      // To the order object, whatever the instrument's type.
+      // deliberate [line-comments-object]: to the order object, whatever the instrument's type.
       return call.text_of(call.dal().OrderService().SetLineComments(text));
     }
     const auto transport = Global::getHTTPTransport(call.service());
@@ -202,6 +205,8 @@ void BVSalesInstrumentConnector::pilferSalesInstrument(std::string_view SIGID, X
                                                        std::string_view aServerURL,
                                                        std::string_view aSessionID) {
   ConnectorMethodFrame(kPilferSalesInstrument, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [pilfer-type]: the type of the instrument plays no part.
+    // deliberate [pilfer-fault]: a fault is a document like any other.
     call.request().params(SIGID);
     Global::sendXMLAndLoadDoc(doc, call.service(), call.request_text(), aServerURL);
   });
@@ -212,6 +217,7 @@ SoapNode BVSalesInstrumentConnector::UpdateCommSalesPeople(std::string_view aSes
                                                            std::string_view aGID, SoapNode aNode) {
   return ConnectorMethodFrame(kUpdateCommSalesPeople, {aServerURL, aSessionID}, [&](Call& call) {
     call.request(kSoapEncoding);
+    // deliberate [renamed-node]: the caller's own node, which keeps the name.
     aNode.Name("CommissionableSalesPeople");
     return call.append(aNode).add("GID", aGID).send().first();
   });
@@ -268,6 +274,7 @@ SoapNode BVSalesInstrumentConnector::getHeaderCommentsForCopyToOrder(std::string
   return ConnectorMethodFrame(
       kGetHeaderCommentsForCopyToOrder, {aServerURL, aSessionID}, [&](Call& call) {
         if (call.takes_dal()) {
+          // deliberate [copy-comments-object]: the same call as for the quote's own comments.
           return call.first_of(
               call.dal().QuoteService().GetQuoteHeaderComments(aQuoteGID, aCommentType));
         }

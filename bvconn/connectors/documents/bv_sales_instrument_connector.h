@@ -63,7 +63,7 @@ class BVCONN_EXPORT BVSalesInstrumentConnector {
                                                   std::string_view aSessionID);
   /// Takes over the lock of an instrument. The reply's bytes are loaded into `doc`, which stays
   /// empty where they are no XML; a server fault is not told apart, the application finds it there.
-  /// With a null `doc` nothing is received. `SIType` is deliberately not used.
+  /// With a null `doc` nothing is received. `SIType` is not used: deliberate [pilfer-type].
   /// Route: SOAP `pilferSalesInstrument` of "urn:SalesInstrumentService".
   void pilferSalesInstrument(std::string_view SIGID, XMLDocument* doc, std::string_view SIType,
                              std::string_view aServerURL, std::string_view aSessionID);
@@ -85,7 +85,7 @@ class BVCONN_EXPORT BVSalesInstrumentConnector {
   // Route: DAL `…Service.Get…HeaderComments`, else SOAP `getHeaderComments` of "urn:…Service".
   SoapNode GetOrderHeaderComments(std::string_view aOrderGID, std::string_view aCommentType,
                                   std::string_view aSessionID, std::string_view aServerURL);
-  /// Those of a quote; the SOAPAction is deliberately another service's.
+  /// Those of a quote. The SOAPAction is another service's: deliberate [quote-comments-action].
   /// Route: DAL `QuoteService.GetQuoteHeaderComments`, else SOAP `getHeaderComments` of
   /// "urn:QuoteService" under the SOAPAction "urn:OrderService".
   SoapNode GetQuoteHeaderComments(std::string_view aQuoteGID, std::string_view aCommentType,

@@ -10,6 +10,8 @@ constexpr LogBlock text_lines(std::string_view method) {
   return {.cls = "BVSubmittalConnector", .method = method, .form = LogForm::kTextLines};
 }
 
+// deliberate [object-lines]: making and ending an object write lines under names of their own, and
+// a failure there is logged alone.
 constexpr Operation kInitialize{.log = text_lines("Class_Initialize"), .tail = Tail::kSwallow};
 // What fails here is logged; a destructor can't raise it again.
 constexpr Operation kTerminate{.log = text_lines("Class_Terminate"), .tail = Tail::kSwallow};
@@ -19,7 +21,8 @@ constexpr Operation kGetAllParagraphs{
     .method = &BVMethods::GetAllParagraphs,
     .service = &BVServices::Submittal,
 };
-// A successful call leaves an entering line without a matching exit line.
+// deliberate [remarks-exit]: a successful call leaves an entering line without a matching exit
+// line.
 constexpr Operation kGetAllRemarks{
     .log = {.cls = "BVSubmittalConnector",
             .method = "GetAllRemarks",
@@ -58,6 +61,7 @@ constexpr Operation kGetSubmittalCommentsForQuoteLineItems{
     .method = &BVMethods::GetSubmittalCommentsForLineItem,
     .service = &BVServices::Submittal,
 };
+// deliberate [create-submittal-lines]: no line at all, not even on failure.
 constexpr Operation kCreateSubmittal{
     .log = {.cls = "BVSubmittalConnector", .method = "CreateSubmittal", .form = LogForm::kNone},
     .method = &BVMethods::CreateSubmittal,

@@ -27,7 +27,7 @@ class BVCONN_EXPORT BVSubmittalConnector {
 
   /// The paragraphs that a submittal can hold. Route: SOAP `getAllParagraphs`.
   SoapNode GetAllParagraphs(std::string_view aSessionID, std::string_view aServerURL);
-  /// The remarks that a submittal can hold. Deliberately writes no exit line.
+  /// The remarks that a submittal can hold. Writes no exit line: deliberate [remarks-exit].
   /// Route: SOAP `getAllRemarks`.
   SoapNode GetAllRemarks(std::string_view aSessionID, std::string_view aServerURL);
   /// The submittal with this key. Route: SOAP `getSubmittal`.
@@ -56,7 +56,8 @@ class BVCONN_EXPORT BVSubmittalConnector {
 
   // What the server says to a submittal, as text; an array or a node fails with error 13.
   // `aSoapNode` is sent as the content of "Submittal", an empty reference as nil.
-  /// A new one. Deliberately writes no log line of its own, not even on failure.
+  /// A new one. Writes no log line of its own, not even on failure:
+  /// deliberate [create-submittal-lines].
   /// Route: SOAP `createSubmittal`.
   std::string CreateSubmittal(std::string_view aSessionID, const SoapNode& aSoapNode,
                               std::string_view aServerURL);

@@ -21,7 +21,7 @@ constexpr std::array kInvoiceFaults{
 constexpr std::array kSaveReconcileFaults{
     FaultRow{.code = 10081, .number = error_numbers::kSaveReconcileFault},
 };
-// Two codes of the server's are one error to the caller.
+// deliberate [two-codes-one-error]: two codes of the server's are one error to the caller.
 constexpr std::array kGetReconcileFaults{
     FaultRow{.code = 10011, .number = error_numbers::kGetReconcileFault},
     FaultRow{.code = 10012, .number = error_numbers::kGetReconcileFault},
@@ -46,7 +46,7 @@ constexpr Operation kGetInvoice{
     .faults = kInvoiceFaults,
 };
 constexpr Operation kGetSAPInvoice{
-    // Errors are logged under the operation above.
+    // deliberate [sap-invoice-log-name]: errors are logged under the operation above.
     .log = {.cls = kClass, .method = "GetSAPInvoice", .error = "GetInvoice"},
     .method = &BVMethods::GetSAPInvoice,
     .service = &BVServices::Invoice,
@@ -68,7 +68,7 @@ constexpr Operation kGetOrderReconcile{
     .faults = kGetReconcileFaults,
 };
 constexpr Operation kGetNewReconicle{
-    // The operation is misspelt, its row is not.
+    // deliberate [misspelt-reconicle]: the operation is misspelt, its row is not.
     .log = {.cls = kClass, .method = "GetNewReconicle"},
     .method = &BVMethods::GetNewReconcile,
     .service = &BVServices::Invoice,
@@ -88,6 +88,7 @@ constexpr Operation kPilferOrderReconcile{
     .method = &BVMethods::PilferOrderReconcile,
     .service = &BVServices::Invoice,
 };
+// deliberate [level-zero]: lines of level 0, here and in `kAutoReconcileMultiple`.
 constexpr Operation kUnlockOrderReconcile{
     .log = {.cls = kClass, .method = "UnlockOrderReconcile", .level = 0},
     .method = &BVMethods::UnlockOrderReconcile,
@@ -107,6 +108,7 @@ constexpr Operation kAutoReconcileSingle{
     .tail = Tail::kFaultCode,
     .faults = kAutoReconcileFaults,
 };
+// deliberate [level-zero]: see above.
 constexpr Operation kAutoReconcileMultiple{
     .log = {.cls = kClass, .method = "AutoReconcileMultiple", .level = 0},
     .method = &BVMethods::AutoReconcileMultiple,
@@ -120,14 +122,15 @@ constexpr Operation kGetCommissionRange{
     .service = &BVServices::Invoice,
 };
 constexpr Operation kGetCommissionRangeByAgent{
-    // The row of the operation above: the number of parameters makes the difference.
+    // deliberate [range-row]: the row of the operation above; the number of parameters makes the
+    // difference.
     .log = {.cls = kClass, .method = "GetCommissionRangeByAgent"},
     .method = &BVMethods::GetCommissionRange,
     .service = &BVServices::Invoice,
 };
 
-// The time line tells of the look-ups and the making of the request too, and a span that passes
-// midnight is negative.
+// deliberate [statement-time]: the time line tells of the look-ups and the making of the request
+// too, and a span that passes midnight is negative.
 SoapNode commission_statement(const Operation& operation, const CallContext& context,
                               std::string_view aCommKey) {
   return ConnectorMethodFrame(operation, context, [&](Call& call) {
@@ -151,7 +154,8 @@ SoapNode BVInvoiceConnector::InvoiceSearch(std::string_view aServerURL, std::str
         .params(criteria.strInvoiceNumber, criteria.strPONumber, criteria.strProjectName,
                 criteria.strManufacturer, criteria.strManufacturerOrderNumber, criteria.strStatus,
                 criteria.strCustomerGID)
-        // The last of the four in the interface is the second on the wire.
+        // deliberate [sold-to-order]: the last of the four in the interface is the second on the
+        // wire.
         .params(criteria.strCustomerSoldToName, criteria.strCustomerAccountNumber,
                 criteria.strPartnerID)
         .params(conversions::format_text(criteria.strAgent, kAgentPicture))
@@ -182,7 +186,8 @@ SoapNode BVInvoiceConnector::SaveOrderReconcile(std::string_view aServerURL,
                                                 std::string_view aSessionID,
                                                 const SoapNode& aSoapNode) {
   return ConnectorMethodFrame(kSaveOrderReconcile, {aServerURL, aSessionID}, [&](Call& call) {
-    // The one operation here that fills its envelope by hand, and that names its parameter.
+    // deliberate [reconcile-by-hand]: the one operation here that fills its envelope by hand, and
+    // that names its parameter.
     return call.request().add("BVOrderReconcileBean", aSoapNode).send().first();
   });
 }
@@ -229,7 +234,7 @@ void BVInvoiceConnector::UnlockOrderReconcile(std::string_view aServerURL,
                                               std::string_view aSessionID, std::string_view aGID,
                                               bool blnUnassociate, std::string_view aAgentID) {
   ConnectorMethodFrame(kUnlockOrderReconcile, {aServerURL, aSessionID}, [&](Call& call) {
-    // The one boolean that bears the name of all the others here.
+    // deliberate [unlock-boolean]: the one boolean that bears the name of all the others here.
     call.getEnvelope().params(aGID).add("param", blnUnassociate).params(aAgentID).send();
   });
 }
@@ -282,6 +287,7 @@ SoapNode BVInvoiceConnector::GetCommissionRangeByAgent(std::string_view aServerU
                                                        std::string_view aAgentID) {
   return ConnectorMethodFrame(
       kGetCommissionRangeByAgent, {aServerURL, aSessionID}, [&](Call& call) {
+        // deliberate [agent-digits]: leading zeros are lost, which InvoiceSearch fills in.
         call.getEnvelope().params(aListCount, conversions::text_to_int16(aAgentID));
         return call.send().first();
       });

@@ -20,7 +20,8 @@ struct InvoiceSearchCriteria {
   std::string_view strManufacturer{};
   std::string_view strManufacturerOrderNumber{};
   std::string_view strStatus{};
-  // Variants in spite of their names; each is sent with its own type, a missing one as nil.
+  // deliberate [str-variants]: variants in spite of their names; each is sent with its own type, a
+  // missing one as nil.
   Variant strCustomerGID = Variant::Missing{};
   Variant strCustomerAccountNumber = Variant::Missing{};
   Variant strPartnerID = Variant::Missing{};
@@ -54,7 +55,8 @@ class BVCONN_EXPORT BVInvoiceConnector {
   /// @throws Error  0x80042739 for the fault code 10041.
   SoapNode GetInvoice(std::string_view aServerURL, std::string_view aSessionID,
                       std::string_view strInvoiceUID);
-  /// One invoice as SAP has it; its errors are deliberately logged under `GetInvoice`.
+  /// One invoice as SAP has it; its errors are logged under `GetInvoice`,
+  /// deliberate [sap-invoice-log-name].
   /// Route: SOAP `getSAPInvoice`.
   /// @throws Error  0x80042739 for the fault code 10041.
   SoapNode GetSAPInvoice(std::string_view aServerURL, std::string_view aSessionID,
@@ -65,7 +67,8 @@ class BVCONN_EXPORT BVInvoiceConnector {
   SoapNode SaveOrderReconcile(std::string_view aServerURL, std::string_view aSessionID,
                               const SoapNode& aSoapNode);
   /// One order reconcile. Route: SOAP `getOrderReconcile`.
-  /// @throws Error  0x8004271B for the fault codes 10011 and 10012, deliberately one for both.
+  /// @throws Error  0x8004271B for the fault codes 10011 and 10012, one for both:
+  /// deliberate [two-codes-one-error].
   SoapNode GetOrderReconcile(std::string_view aServerURL, std::string_view aSessionID,
                              std::string_view aUID, std::string_view aAgentID);
   /// A new order reconcile. Route: SOAP `getNewReconcile`.

@@ -104,7 +104,7 @@ class BVCONN_EXPORT BVMaintenanceConnector {
   std::string GetAgentSAPPrintoutDefault(std::string_view aSessionID, std::string_view aServerURL);
   std::string GetAgentProjectPrintoutDefault(std::string_view aSessionID,
                                              std::string_view aServerURL);
-  /// Its exit line deliberately bears the name `GetAgentQuotePrintoutDefault`.
+  /// Its exit line bears the name `GetAgentQuotePrintoutDefault`: deliberate [submit-exit-name].
   std::string GetAgentOrderSubmitPrintoutDefault(std::string_view aSessionID,
                                                  std::string_view aServerURL);
   std::string GetAgentRFQPrintoutDefault(std::string_view aSessionID, std::string_view aServerURL);
@@ -114,8 +114,8 @@ class BVCONN_EXPORT BVMaintenanceConnector {
   /// out as nil. Without children the request has no parameter. An empty reference fails with error
   /// 91, more than 32768 children with error 6, before anything is sent.
   /// Route: DAL `MaintenanceService.SetUserProfile` with the request's text, unless
-  /// `setUserQuotePrintoutDefault` is disabled there (deliberately not the operation's own name),
-  /// else SOAP `updateUserProfile`.
+  /// `setUserQuotePrintoutDefault` is disabled there (not the operation's own name,
+  /// deliberate [profile-route]), else SOAP `updateUserProfile`.
   SoapNode SetUserProfile(std::string_view aSessionID, std::string_view aServerURL,
                           const SoapNode& theNode);
 

@@ -24,6 +24,7 @@ constexpr Operation kUpdateRemark = maintenance("UpdateRemark", &BVMethods::Upda
 constexpr Operation kDeleteRemark = maintenance("DeleteRemark", &BVMethods::DeleteRemark);
 constexpr Operation kOrderRemarks = maintenance("OrderRemarks", &BVMethods::OrderRemarks);
 
+// deliberate [two-steps]: the whole family sends in two steps, so without a timing line.
 SoapNode get_all(const Operation& operation, const CallContext& context) {
   return ConnectorMethodFrame(operation, context,
                               [&](Call& call) { return call.getEnvelope().exchange().first(); });

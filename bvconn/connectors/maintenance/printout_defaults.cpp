@@ -47,7 +47,8 @@ constexpr Operation kGetAgentSAPPrintoutDefault =
 constexpr Operation kGetAgentProjectPrintoutDefault =
     maintenance("GetAgentProjectPrintoutDefault", &BVMethods::GetAgentProjectPrintoutDefault);
 constexpr Operation kGetAgentOrderSubmitPrintoutDefault{
-    // Its exit line bears another operation's name; its enter and error lines do not.
+    // deliberate [submit-exit-name]: its exit line bears another operation's name; its enter and
+    // error lines do not.
     .log = {.cls = kClass,
             .method = "GetAgentOrderSubmitPrintoutDefault",
             .exit = "GetAgentQuotePrintoutDefault"},
@@ -98,7 +99,7 @@ SoapNode save_printout(const Operation& operation, const CallContext& context,
   });
 }
 
-// The agent's default has no other route.
+// deliberate [soap-alone]: the agent's default has no other route, the user's has.
 SoapNode save_for_agent(const Operation& operation, const CallContext& context,
                         std::string_view aPrintInfoUID) {
   return ConnectorMethodFrame(operation, context, [&](Call& call) {

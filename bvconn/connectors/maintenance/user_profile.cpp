@@ -28,7 +28,7 @@ constexpr Operation kSetUserLogo{
     .service = &BVServices::Maintenance,
 };
 constexpr Operation kUpdatePassword{
-    // Its text lines bear no "()", unlike those of its neighbours.
+    // deliberate [password-log-name]: its text lines bear no "()", unlike those of its neighbours.
     .log = {.cls = kClass,
             .method = "UpdatePassword",
             .form = LogForm::kTextLines,
@@ -41,7 +41,7 @@ constexpr Operation kSetUserProfile{
     .log = {.cls = kClass, .method = "SetUserProfile"},
     .method = &BVMethods::UpdateUserProfile,
     .service = &BVServices::Maintenance,
-    // Another operation's entry disables this one; its own does not.
+    // deliberate [profile-route]: another operation's entry disables this one; its own does not.
     .route_method = &BVMethods::SetUserQuotePrintoutDefault,
 };
 
@@ -52,11 +52,12 @@ bool holds_a_node(const Variant& value) {
   return std::any_of(items.begin(), items.end(), holds_a_node);
 }
 
-// The children go out one by one, each with its name and value. Nothing below them does: where the
-// value is a node itself, or an array of nodes, the name is all that is left.
+// deliberate [profile-flat]: the children go out one by one, each with its name and value. Nothing
+// below them does: where the value is a node itself, or an array of nodes, the name is all that is
+// left.
 void add_flattened(Call& call, const SoapNode& profile) {
   const SoapNodes children = profile.Nodes();
-  // They are counted with 16 bits.
+  // deliberate [profile-bound]: they are counted with 16 bits.
   if (children.Count() > std::size_t{std::numeric_limits<std::int16_t>::max()} + 1) {
     throw Error(error_numbers::kOverflow, "BVConn",
                 std::to_string(children.Count()) + " nodes are more than can be counted");

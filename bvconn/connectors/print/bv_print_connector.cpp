@@ -23,7 +23,7 @@ constexpr Operation kGetQuotePrintoutDefaults{
     .service = &BVServices::Printing,
 };
 constexpr Operation kGetOrderPrintoutDefaults{
-    // Errors are logged under the operation for quotes.
+    // deliberate [order-defaults-log-name]: errors are logged under the operation for quotes.
     .log = {.cls = kClass,
             .method = "GetOrderPrintoutDefaults",
             .error = "GetQuotePrintoutDefaults"},
@@ -71,14 +71,15 @@ constexpr Operation kGetProposalComments{
     .service = &BVServices::Search,
     .tail = Tail::kBare,
 };
-// The next two belong to the quote and the project service, but go out under the SOAPAction of the
-// search service. The mismatch is deliberate.
+// deliberate [rfq-info-action]: the next two belong to the quote and the project service, but go
+// out under the SOAPAction of the search service.
 constexpr Operation kGetRFQAuxiliaryInfo{
     .log = {.cls = kClass, .method = "getRFQAuxiliaryInfo"},
     .method = &BVMethods::getRFQAuxiliaryInfo,
     .service = &BVServices::Quote,
     .soap_action = &BVServices::Search,
 };
+// deliberate [rfq-info-action]: as above.
 constexpr Operation kGetRFQFromProjAuxInfo{
     .log = {.cls = kClass, .method = "getRFQFromProjAuxInfo"},
     .method = &BVMethods::getRFQFromProjAuxInfo,
@@ -185,6 +186,7 @@ SoapNode BVPrintConnector::SaveQuotePrintout(std::string_view aServerURL,
 SoapNode BVPrintConnector::GetOrderPrintout(std::string_view aServerURL,
                                             std::string_view aSessionID, std::string_view aUID) {
   return ConnectorMethodFrame(kGetOrderPrintout, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [soap-alone]: of all printouts the quote's alone has another route.
     return call.request(kSoapEncoding).add("UID", aUID).send().first();
   });
 }
@@ -201,6 +203,7 @@ SoapNode BVPrintConnector::getProposalComments(std::string_view aAgentID,
                                                std::string_view aServerURL,
                                                std::string_view aSessionID) {
   return ConnectorMethodFrame(kGetProposalComments, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [comments-agent]: the agent is for SOAP alone.
     if (call.takes_dal()) return call.first_of(call.dal().SearchService().getProposalComments());
     return call.request().params(aAgentID).send().first();
   });

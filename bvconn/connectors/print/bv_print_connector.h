@@ -28,7 +28,8 @@ class BVCONN_EXPORT BVPrintConnector {
   // Route: DAL `PrintingService.Get…PrintoutDefaults`, else SOAP `get…PrintoutDefaults`.
   SoapNode GetQuotePrintoutDefaults(std::string_view aServerURL, std::string_view aSessionID,
                                     bool getUserDefaults);
-  /// Its failures are deliberately logged under `GetQuotePrintoutDefaults`.
+  /// Its failures are logged under `GetQuotePrintoutDefaults`,
+  /// deliberate [order-defaults-log-name].
   SoapNode GetOrderPrintoutDefaults(std::string_view aServerURL, std::string_view aSessionID,
                                     bool getUserDefaults);
   SoapNode GetProjectPrintoutDefaults(std::string_view aServerURL, std::string_view aSessionID,
@@ -61,14 +62,14 @@ class BVCONN_EXPORT BVPrintConnector {
   /// "urn:SearchService".
   SoapNode getProposalComments(std::string_view aAgentID, std::string_view aServerURL,
                                std::string_view aSessionID);
-  /// What an RFQ to a manufacturer needs of a quote. The SOAPAction is deliberately another
-  /// service's.
+  /// What an RFQ to a manufacturer needs of a quote. The SOAPAction is another service's:
+  /// deliberate [rfq-info-action].
   /// Route: DAL `QuoteService.getRFQAuxiliaryInfo`, else SOAP `getRFQAuxiliaryInfo` of
   /// "urn:QuoteService" under the SOAPAction "urn:SearchService".
   SoapNode getRFQAuxiliaryInfo(std::string_view aQuoteGID, std::string_view aManufacturerGID,
                                std::string_view aServerURL, std::string_view aSessionID);
-  /// What an RFQ to a manufacturer needs of a project. The SOAPAction is deliberately another
-  /// service's.
+  /// What an RFQ to a manufacturer needs of a project. The SOAPAction is another service's:
+  /// deliberate [rfq-info-action].
   /// Route: DAL `ProjectService.getRFQFromProjAuxInfo`, else SOAP `getRFQFromProjAuxInfo` of
   /// "urn:ProjectService" under the SOAPAction "urn:SearchService".
   SoapNode getRFQFromProjAuxInfo(std::string_view aProjectGID, std::string_view aManufacturerGID,

@@ -25,6 +25,7 @@ constexpr Operation kSearchForAuthorizations{
     .service = &BVServices::Search,
     .tail = Tail::kFaultString,
 };
+// deliberate [log-names]: without the brackets of the class's other lines.
 constexpr Operation kSearchForApprovalQueueShippingMethods{
     .log = {.cls = kClass, .method = "SearchForApprovalQueueShippingMethods"},
     .method = &BVMethods::GetShippingMethodsToDisplayInTheApprovalQueue,
@@ -51,6 +52,8 @@ SoapNode BVSearchConnector::SearchForApprovals(std::string_view aSessionID,
                                                std::string_view aServerURL,
                                                const SearchForApprovalsCriteria& criteria) {
   return ConnectorMethodFrame(kSearchForApprovals, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [approvals-order]: the server's order, not the signature's.
+    // deliberate [soap-alone]: the queue has another route, this search has none.
     call.request().params(
         criteria.AgentID, criteria.BrandGID, criteria.Project, criteria.Quote, criteria.Order,
         criteria.NAOnly, criteria.NAExclude, criteria.CFOnly, criteria.CFExclude,
@@ -69,6 +72,7 @@ SoapNode BVSearchConnector::SearchApprovalQueue(std::string_view aSessionID,
   return ConnectorMethodFrame(kSearchApprovalQueue, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal())
       return call.first_of(search_queue_by_dal(call.dal().SearchService(), criteria));
+    // deliberate [queue-order]: the server's order, not the signature's.
     call.request().params(
         criteria.AgentID, criteria.BrandCode, criteria.PromoCode, criteria.ManufacturerCode,
         criteria.shippingMethod, criteria.Project, criteria.Quote, criteria.Order, criteria.NAOnly,

@@ -84,7 +84,7 @@ class BVCONN_EXPORT BVSearchConnector {
   /// Route: DAL `SearchService.SearchForAllCustomers`, else SOAP `searchForAllCustomersLite`.
   SoapNode SearchForAllCustomers(std::string_view aSessionID, std::string_view aServerURL,
                                  std::string_view aAgentID);
-  /// An enumeration. Deliberately logged under `SearchForAllCUDCodes`.
+  /// An enumeration. Logged under `SearchForAllCUDCodes`: deliberate [enumeration-log-name].
   /// Route: SOAP `searchForEnumeration`.
   SoapNode SearchForEnumeration(std::string_view aSessionID, std::string_view aServerURL,
                                 std::string_view aEnumGroup);
@@ -154,7 +154,8 @@ class BVCONN_EXPORT BVSearchConnector {
                        const StringArray& catalogArray, std::string_view Description = "",
                        std::string_view AgentID = "", std::string_view CustomerGID = "");
   /// Average of a price history. The array as in `SearchForPH`, so error 9 too; on the DAL route
-  /// one of more than 32768 elements fails with error 6. Deliberately logged with a capital S.
+  /// one of more than 32768 elements fails with error 6. Logged with a capital S:
+  /// deliberate [average-log-name].
   /// Route: DAL `SearchService.searchForPHAverage`, else SOAP `searchForPHAverage`.
   SoapNode searchForPHAverage(std::string_view aSessionID, std::string_view aServerURL,
                               const StringArray& catalogArray, std::string_view aType = "",

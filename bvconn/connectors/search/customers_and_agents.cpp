@@ -38,6 +38,7 @@ constexpr Operation kSearchForAllAgents{
     .method = &BVMethods::SearchForAllAgents,
     .service = &BVServices::Search,
 };
+// deliberate [customers-lite]: the row of another name; its own is the application's.
 constexpr Operation kSearchForAllCustomers{
     .log = with_brackets("SearchForAllCustomers"),
     .method = &BVMethods::SearchForAllCustomersLite,
@@ -78,6 +79,8 @@ SoapNode BVSearchConnector::SearchForCustomers(std::string_view aSessionID,
                                                const SearchForCustomersCriteria& criteria) {
   using conversions::text_to_boolean;
   const auto& c = criteria;
+  // deliberate [text-booleans]: booleans that are passed as text; left out, they are none.
+  // deliberate [customers-order]: country before postcode, unlike the signature.
   return ConnectorMethodFrame(kSearchForCustomers, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
       // One by one, so that the first text that is no boolean is the one complained of.
@@ -130,7 +133,8 @@ SoapNode BVSearchConnector::SearchForAllAgents(std::string_view aSessionID,
           call.dal().SearchService().SearchForAllAgents(conversions::text_to_int32(agent)));
     }
     call.request();
-    // Named, unlike the parameters of its neighbours, and left out when the argument is.
+    // deliberate [agent-node]: named, unlike the parameters of its neighbours, and left out when
+    // the argument is. deliberate [agent-range]: 16 bits here, 32 on the other route.
     if (!aAgentID.missing()) call.add("agentID", to_int16(aAgentID));
     return call.send().first();
   });
@@ -142,6 +146,7 @@ SoapNode BVSearchConnector::SearchForAllCustomers(std::string_view aSessionID,
   return ConnectorMethodFrame(kSearchForAllCustomers, {aServerURL, aSessionID}, [&](Call& call) {
     const WholeSecondTimer timer;
     if (call.takes_dal()) {
+      // deliberate [customers-agent]: a number here, any text by SOAP.
       const std::int32_t agent = conversions::text_to_int32(aAgentID);
       call.parse(call.dal().SearchService().SearchForAllCustomers(agent));
     } else {

@@ -7,6 +7,7 @@ namespace {
 
 using namespace search;
 
+// deliberate [no-tail]: the error goes to the caller as it is.
 constexpr Operation kSearchForCatalogNumbersFromInvoice{
     .log = silent("SearchForCatalogNumbersFromInvoice"),
     .method = &BVMethods::GetCatalogNumbersFromInvoice,
@@ -121,17 +122,20 @@ SoapNode BVSearchConnector::SearchForSAPOrderView(std::string_view aSessionID,
   });
 }
 
-// The six searches on the data access layer alone take a session and a server like all others, and
-// use neither: no test of the switch, no fallback. Their rows in the catalogues are looked up by
-// nobody. The e-mail forms read their answer, so that a fault in it is raised, and take nothing
-// from it.
+// deliberate [dal-alone]: the six searches on the data access layer alone take a session and a
+// server like all others, and use neither: no test of the switch, no fallback. Their rows in the
+// catalogues are looked up by nobody.
+// deliberate [email-results]: the e-mail forms read their answer, so that a fault in it is raised,
+// and take nothing from it.
+// deliberate [dal-alone-order]: the service objects' order of arguments is not the signature's.
 
 SoapNode BVSearchConnector::SearchForOrders(std::string_view /*aSessionID*/,
                                             std::string_view /*aServerURL*/,
                                             const SearchForOrdersCriteria& criteria) {
   const auto& c = criteria;
   return ConnectorMethodFrame(kSearchForOrders, [&](Call& call) {
-    // An omitted one is no text; only this operation turns the variant into one.
+    // deliberate [first-order-text]: an omitted one is no text; only this operation turns the
+    // variant into one.
     const std::string first_po = c.ContractorFirstPO.missing() ? "" : to_text(c.ContractorFirstPO);
     return call.first_of(call.dal().SearchService().SearchForOrders(
         c.OrderNbr, c.SAPOrderNumber, c.OrderStatus, c.ProjName, c.PONbr, c.QuoteNbr, c.AgentID,
@@ -182,6 +186,7 @@ SoapNode BVSearchConnector::SearchForProjects(std::string_view /*aSessionID*/,
                                               const SearchForProjectsCriteria& criteria) {
   const auto& c = criteria;
   return ConnectorMethodFrame(kSearchForProjects, [&](Call& call) {
+    // deliberate [projects-object]: the project object; the e-mail form goes to the search object.
     return call.first_of(call.dal().ProjectService().SearchForProjects(
         c.ProjNbr, c.ProjName, c.ProjCity, c.ProjState, c.ProjCountry, c.ProjStatus, c.AgentID,
         c.CatNbr, c.CustomerGID, c.CustomerName, c.BidStart, c.BidEnd, c.QuoteNbr, c.AppNbr,
@@ -254,6 +259,7 @@ SoapNode BVSearchConnector::searchForZeltViewUsingParameters(std::string_view aS
                                                              std::string_view AgentID) {
   return ConnectorMethodFrame(
       kSearchForZeltViewUsingParameters, {aServerURL, aSessionID}, [&](Call& call) {
+        // deliberate [zelt-order]: the agent second, unlike the signature.
         return call.request().params(PONumber, AgentID, CustAcctNbr).send().first();
       });
 }

@@ -19,6 +19,7 @@ constexpr Operation kSearchForVendors{
     .method = &BVMethods::SearchForVendors,
     .service = &BVServices::Search,
 };
+// deliberate [no-tail]: the error goes to the caller as it is.
 constexpr Operation kSearchForAllCUDCodes{
     .log = silent("SearchForAllCUDCodes"),
     .method = &BVMethods::SearchForAllCUDCodes,
@@ -61,7 +62,7 @@ constexpr Operation kSearchForUserNamesAtSalesOrg{
     .service = &BVServices::Search,
     .tail = Tail::kBare,
 };
-// All its lines stand under another operation's name.
+// deliberate [enumeration-log-name]: all its lines stand under another operation's name.
 constexpr Operation kSearchForEnumeration{
     .log = {.cls = kClass, .method = "SearchForAllCUDCodes"},
     .name = "SearchForEnumeration",
@@ -116,6 +117,7 @@ SoapNode BVSearchConnector::SearchForHeaderCommentInfo(std::string_view aSession
       [&](Call& call) { return call.request().params(aSalesInstrGID).send().first(); });
 }
 
+// deliberate [manufacturers-variant]: the one result that is a variant.
 Variant BVSearchConnector::SearchForManufacturers(std::string_view aSessionID,
                                                   std::string_view aServerURL) {
   return ConnectorMethodFrame(kSearchForManufacturers, {aServerURL, aSessionID}, [&](Call& call) {
@@ -160,6 +162,8 @@ SoapNode BVSearchConnector::SearchForEnumeration(std::string_view aSessionID,
                                                  std::string_view aServerURL,
                                                  std::string_view aEnumGroup) {
   return ConnectorMethodFrame(kSearchForEnumeration, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [group-node]: the group of enumerations is sent as "groupCode".
+    // deliberate [soap-alone]: and has another route.
     return call.request(kSoapEncoding).add("group", aEnumGroup).send().first();
   });
 }
@@ -179,6 +183,7 @@ SoapNode BVSearchConnector::SearchForGLCodes(std::string_view aSessionID,
                                              std::string_view aServerURL, std::string_view Code,
                                              std::string_view Desc, std::string_view Misc) {
   using conversions::text_to_boolean;
+  // deliberate [text-booleans]: a boolean that is passed as text; left out, it is none.
   return ConnectorMethodFrame(kSearchForGLCodes, {aServerURL, aSessionID}, [&](Call& call) {
     if (call.takes_dal()) {
       return call.first_of(

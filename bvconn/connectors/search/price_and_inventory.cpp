@@ -27,12 +27,13 @@ constexpr Operation kSearchForPriceHistory{
     .service = &BVServices::Search,
     .tail = Tail::kBare,
 };
+// deliberate [log-names]: without the brackets of the class's other lines, here and in the next.
 constexpr Operation kSearchForPH{
     .log = {.cls = kClass, .method = "SearchForPH"},
     .method = &BVMethods::SearchForPH,
     .service = &BVServices::Search,
 };
-// Its lines begin with a capital.
+// deliberate [average-log-name]: its lines begin with a capital.
 constexpr Operation kSearchForPHAverage{
     .log = {.cls = kClass, .method = "SearchForPHAverage"},
     .name = "searchForPHAverage",
@@ -58,7 +59,7 @@ constexpr Operation kSearchForInventory{
     .tail = Tail::kBare,
 };
 
-// As `joined`, with the upper bound held in 16 bits.
+// deliberate [average-bound]: as `joined`, with the upper bound held in 16 bits.
 std::string joined_with_16_bit_bound(const StringArray& codes) {
   if (codes.upper_bound() > std::numeric_limits<std::int16_t>::max()) {
     throw Error(error_numbers::kOverflow, "BVConn",
@@ -79,6 +80,7 @@ SoapNode BVSearchConnector::SearchForCatalogNbrs(std::string_view aSessionID,
                                                  std::string_view aServerURL,
                                                  const SearchForCatalogNbrsCriteria& criteria) {
   return ConnectorMethodFrame(kSearchForCatalogNbrs, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [catalogue-order]: the server's order, not the signature's.
     call.request().params(criteria.BrandGID, criteria.ProdType, criteria.CatNbr,
                           criteria.MaterialID, criteria.UPCNumber, criteria.Desc, criteria.AgentID,
                           criteria.Country, criteria.MfgGID, criteria.Classification);
@@ -110,6 +112,7 @@ SoapNode BVSearchConnector::SearchForPH(std::string_view aSessionID, std::string
       return call.first_of(call.dal().SearchService().SearchForPH(Description, AgentID, CustomerGID,
                                                                   joined(catalogArray)));
     }
+    // deliberate [array-last]: first in the signature, last on the wire.
     call.request().params(Description, AgentID, CustomerGID, catalogArray);
     return call.send().first();
   });
@@ -148,15 +151,17 @@ SoapNode BVSearchConnector::SearchForTotalInventory(std::string_view strInfo,
     const double start = timer_seconds();
     const std::string text = call.literal_request(strInfo);
     if (call.takes_dal()) {
-      // The whole request, where SearchForInventory passes `strInfo` alone.
+      // deliberate [inventory-argument]: the whole request, where SearchForInventory passes
+      // `strInfo` alone.
       call.parse(call.dal().InventoryInquiryService().SearchForTotalInventory(text));
     } else {
       exchange_inventory(call, text);
     }
+    // deliberate [inventory-contact]: a contact on either route, unlike all other operations.
     Global::LastHeartBeat(session().clock().now());
     SoapNode result = call.first();
     const double seconds = timer_seconds() - start;
-    // The class's name ends in "y" in this one line.
+    // deliberate [inventory-class-name]: the class's name ends in "y" in this one line.
     session().Logger().LogAtLevel(
         16, "BVSearchConnectory", "SearchForTotalInventory",
         "Time to search Total Inventory: " + conversions::double_text(seconds), 0);

@@ -33,7 +33,7 @@ constexpr Operation kSearchForRMA{
     .service = &BVServices::RMA,
 };
 
-// The one document type whose reasons are asked for; the caller can't change it.
+// deliberate [one-document-type]: whose reasons are asked for; the caller can't change it.
 constexpr std::string_view kOrderReturns = "ZRE";
 
 }  // namespace
@@ -79,6 +79,8 @@ SoapNode BVSearchConnector::SearchForRMA(std::string_view aSessionID, std::strin
                                          std::string_view aDistributorGID,
                                          std::string_view aSubmitSaveDate) {
   return ConnectorMethodFrame(kSearchForRMA, {aServerURL, aSessionID}, [&](Call& call) {
+    // deliberate [torvex-letters]: the name in these letters, unlike the argument's.
+    // deliberate [rma-search-text]: the one search whose service object gets the whole request.
     call.request(kSoapEncoding)
         .add("CustomerRefNumber", aCustomerRefNumber)
         .add("TorvexRMANumber", aTORVEXRMANumber)

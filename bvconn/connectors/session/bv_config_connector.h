@@ -16,7 +16,8 @@ class BVCONN_EXPORT BVConfigConnector {
  public:
   /// The configuration of the products of a sales instrument, the reply's first parameter; a reply
   /// without one fails with 0x80044204. The key goes out as it stands, "" too, as the first of an
-  /// array of two texts, the second empty. The SOAPAction deliberately names another operation.
+  /// array of two texts, the second empty. The SOAPAction names another operation:
+  /// deliberate [config-action].
   /// Route: SOAP `GetConfigXML` under the SOAPAction "…/TorvexConfigContract/GetTorvexXML", where
   /// the service's URI stands in front.
   ///

@@ -6,7 +6,10 @@ namespace bvconn {
 namespace {
 
 constexpr Operation kGetDocuments{
-    // The lines bear another class's name; only the entering one has brackets.
+    // deliberate [documents-log-name]: the lines bear another class's name; only the entering one
+    // has
+    // brackets.
+    // deliberate [documents-swallow]: a failure is logged, and the caller gets nothing.
     .log = {.cls = "BVOrderConnector", .method = "getDocuments", .enter = "getDocuments()"},
     .cls = "BVDocumentConnector",
     .name = "GetDocuments",
@@ -19,6 +22,7 @@ constexpr Operation kGetDocuments{
 
 SoapNode BVDocumentConnector::GetDocuments(std::string_view aServerURL, std::string_view aGID) {
   return ConnectorMethodFrame(kGetDocuments, {.url = aServerURL}, [&](Call& call) {
+    // deliberate [no-session]: no `userID`.
     call.request_without_session().add("arg0", aGID).send();
     SoapNode documents = SoapNode::make();
     for (const SoapNode& document : call.parameters()) documents.Nodes().Append(document);

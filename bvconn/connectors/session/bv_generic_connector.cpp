@@ -11,7 +11,7 @@ namespace {
 constexpr Operation kSend{
     .log = {.cls = "BVGenericConnector", .method = "Send", .form = LogForm::kTextLines},
 };
-// The default of `aSessionID`: no `userID` header at all.
+// deliberate [nothing-word]: the default of `aSessionID`, which makes no `userID` header at all.
 constexpr std::string_view kNoSession = "NOTHING";
 
 }  // namespace
@@ -20,6 +20,8 @@ SoapNode BVGenericConnector::Send(std::string_view aService, std::string_view aM
                                   std::string_view aRootNodeName, const SoapNode& aSoapNode,
                                   std::string_view aServerURL, std::int32_t aTimeout,
                                   std::string_view aSessionID) {
+  // deliberate [kept-envelope]: made before the first line, and a failure leaves it to be looked
+  // at.
   with_plain_tail(kSend.log, [&] { envelope_ = bvconn::SoapEnvelope::make(); });
   return ConnectorMethodFrame(kSend, {aServerURL, aSessionID, envelope_}, [&](Call& call) {
     call.service(std::string(aService));

@@ -17,6 +17,7 @@ constexpr Operation kSendHeartBeat{
     .method = &BVMethods::Beat,
     .service = &BVServices::Heartbeat,
 };
+// deliberate [level-zero]: lines of level 0.
 constexpr Operation kUpdateHeartBeatTime{
     .log = {.cls = "BVHeartBeatConnector", .method = "UpdateHeartBeatTime", .level = 0},
 };
@@ -27,6 +28,8 @@ void send_beat(Call& call) {
   } else {
     call.getEnvelope().send(kBeatTimeout_ms);
   }
+  // deliberate [beat-counted]: another answer is a failure, but by SOAP it has moved the time
+  // already.
   if (call.value() != Variant("OK")) {
     throw Error(error_numbers::kHeartBeatNotOk, "Heart.Beat", "Server did not return OK");
   }
@@ -35,6 +38,8 @@ void send_beat(Call& call) {
 }
 
 void log_failure(const Error& error) {
+  // deliberate [beat-lost-line]: no error line for a lost connection, but a promise that nothing
+  // here keeps.
   if (error.number == error_numbers::kConnectionLost) {
     session().Logger().LogAtLevel(
         1, "BVHeartBeatConnector", "sendHeartBeat",
@@ -44,6 +49,8 @@ void log_failure(const Error& error) {
   }
 }
 
+// deliberate [beat-minutes]: boundaries of minutes are counted, not seconds, and exactly 15 are
+// none too many.
 bool is_long_silence() {
   const Date now = session().clock().now();
   return minutes_between(Global::LastHeartBeat(), now) > kSilenceLimit_min;
@@ -70,6 +77,8 @@ void BVHeartBeatConnector::sendHeartBeat(std::string_view aServerURL, std::strin
     send_beat(call);
     log_exit(kSendHeartBeat.log);
   } catch (...) {
+    // deliberate [beat-silent]: nothing is raised; a long silence is the event, at each failed
+    // beat.
     only_errors([&, error = live_error()]() mutable {
       call.note_failure(error);
       log_failure(error);

@@ -14,7 +14,7 @@ namespace bvconn {
 class BVCONN_EXPORT BVPostalConnector {
  public:
   /// The list of countries, the reply's first parameter; a reply without one fails with 0x80044204.
-  /// Logs on failure alone, and then deliberately as `BVGenericConnector.GetCountry`.
+  /// Logs on failure alone, as `BVGenericConnector.GetCountry`: deliberate [countries-log-name].
   /// @param aLazyLoad  Always sent on the SOAP route, false too; the other one does not use it.
   /// Route: DAL `SearchService.GetCountries`, else SOAP `getCountries`.
   SoapNode GetCountries(std::string_view aServerURL, std::string_view aSessionID, bool aLazyLoad);

@@ -17,7 +17,7 @@ constexpr Operation kGetUserSummary{
     .method = &BVMethods::GetUserSummary,
     .service = &BVServices::Summary,
 };
-// Another operation for the caller, the same method for the server.
+// deliberate [summary-row]: another operation for the caller, the same method for the server.
 constexpr Operation kGetUserSummaryByGIDs{
     .log = {.cls = kClass, .method = "GetUserSummaryByGIDs"},
     .method = &BVMethods::GetUserSummary,
@@ -54,8 +54,9 @@ constexpr Operation kGetOrderSummary{
     .service = &BVServices::Summary,
 };
 
-// The keys as the data access layer takes them; "nogid" in the first place stands for no keys at
-// all, whatever follows it.
+// The keys as the data access layer takes them.
+// deliberate [nogid]: "nogid" in the first place stands for no keys at all, whatever follows it; by
+// SOAP it goes to the server.
 std::string joined_keys(const Variant& gids) {
   const std::vector<Variant>& items = gids.array().items();
   if (items.empty()) {
