@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -117,6 +118,46 @@ const std::map<std::string, Help>& helps() {
 }
 
 constexpr const char* kShared = "CONNECTION OPTIONS";
+
+using Meanings = std::map<std::string, std::string>;
+
+/// What the page says of the exit statuses of `call`, as the beginning of a sentence.
+Meanings statuses_of_the_page() {
+  const Page page("bvconn.1");
+  static const std::regex kStatus(R"(\.B (\d+)\n(\w)([^\n]*)\.\n)");
+  const std::size_t begin = page.text.find(".SH EXIT STATUS");
+  const std::string part = page.text.substr(begin, page.text.find(".PP", begin) - begin);
+  Meanings found;
+  for (std::sregex_iterator at(part.begin(), part.end(), kStatus), end; at != end; ++at) {
+    const char first =
+        static_cast<char>(std::tolower(static_cast<unsigned char>((*at)[2].str()[0])));
+    found[(*at)[1]] = first + (*at)[3].str();
+  }
+  return found;
+}
+
+Meanings statuses_of_the_guide() {
+  static const std::regex kRow(R"(^\| (\d+) \| (.*) \|$)");
+  Meanings found;
+  bool inside = false;
+  for (const std::string& line : lines_of(read_text(BVCONN_MAN_PAGES "/../tool.md"))) {
+    inside = line.starts_with("| exit status of `call` |") || (inside && line.starts_with("|"));
+    std::smatch row;
+    if (inside && std::regex_match(line, row, kRow)) found[row[1]] = row[2];
+  }
+  return found;
+}
+
+TEST(ManPageOfTheTool, SaysOfExitStatusesWithWhatTheGuideBegins) {
+  const Meanings guide = statuses_of_the_guide();
+  const Meanings page = statuses_of_the_page();
+  EXPECT_GE(guide.size(), 10U);
+  EXPECT_EQ(guide.size(), page.size());
+  for (const auto& [status, meaning] : guide) {
+    ASSERT_TRUE(page.contains(status)) << status;
+    EXPECT_TRUE(meaning.starts_with(page.at(status))) << status << ": " << page.at(status);
+  }
+}
 
 TEST(ManPageOfTheTool, HasASectionForEachCommand) {
   const Page page("bvconn.1");

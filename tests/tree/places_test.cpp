@@ -118,6 +118,18 @@ TEST(ANewOperation, NeedsEightPlacesThatTheListTellsInOrder) {
   EXPECT_LE(std::size(kPlaces), 8U);
 }
 
+TEST(ANewOperation, IsWalkedThroughInTheSameOrder) {
+  std::istringstream page(read_text(BVCONN_SOURCE_DIR "/docs/adding-an-operation.md"));
+  std::vector<std::string> headings;
+  for (std::string line; std::getline(page, line);) {
+    if (line.starts_with("## ") && line.find(". ") != std::string::npos) headings.push_back(line);
+  }
+  ASSERT_EQ(headings.size(), std::size(kPlaces));
+  for (std::size_t i = 0; i < headings.size(); ++i) {
+    EXPECT_EQ(headings[i], "## " + std::to_string(i + 1) + ". " + std::string(kPlaces[i].title));
+  }
+}
+
 TEST(ANewOperation, IsAtEveryPlaceThatAllOperationsHave) {
   for (const Place& place : kPlaces) {
     if (place.names == nullptr) continue;
