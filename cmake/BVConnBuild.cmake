@@ -73,12 +73,32 @@ function(bvconn_rooms_from out)
   set(${out} "${found}" PARENT_SCOPE)
 endfunction()
 
-# bvconn_test(NAME SOURCES files… [ROOMS rooms…] [LINK targets…]): one GoogleTest program; each of
-# its tests is a ctest entry. Tests labelled "threads" run under the thread sanitizer too; the target
-# threads_tests builds them. ROOMS names the highest rooms in use, without their prefix; those below
-# come with them, and "all" stands for all.
+# Starting a sanitized program costs more than most of its tests do.
+if(BVCONN_SANITIZE)
+  set(join_tests ON)
+else()
+  set(join_tests OFF)
+endif()
+option(BVCONN_JOIN_TESTS "Make one ctest entry of a test program, not one of each of its tests"
+       ${join_tests})
+
+# bvconn_joined_test(NAME COMMAND command… [PROPERTIES properties…]): a ctest entry of many GoogleTest
+# tests in one process. Its output names each test before it runs, one that ends the process too.
+function(bvconn_joined_test name)
+  cmake_parse_arguments(ARG "" "" "COMMAND;PROPERTIES" ${ARGN})
+  add_test(NAME ${name} COMMAND ${ARG_COMMAND})
+  set_tests_properties(${name} PROPERTIES ${ARG_PROPERTIES} TIMEOUT 900)
+endfunction()
+
+# bvconn_test(NAME SOURCES files… [ROOMS rooms…] [LINK targets…] [LABELS labels…] [TIMEOUT seconds]
+# [SERIAL] [LONG] [APART reason]): one GoogleTest program; each of its tests is a ctest entry. Where
+# tests are joined the program is one entry that bears its name (a LONG one begins early, so that it
+# does not end alone), unless APART gives the reason why its tests need processes of their own.
+# Tests labelled "threads" run under the thread sanitizer too; the target threads_tests builds them.
+# ROOMS names the highest rooms in use, without their prefix; those below come with them, and "all"
+# stands for all.
 function(bvconn_test name)
-  cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "SOURCES;ROOMS;LINK;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "SERIAL;LONG" "TIMEOUT;APART" "SOURCES;ROOMS;LINK;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   if(ARG_ROOMS STREQUAL "all")
     get_property(rooms GLOBAL PROPERTY BVCONN_ROOMS)
@@ -96,6 +116,9 @@ function(bvconn_test name)
   if(ARG_SERIAL)
     list(APPEND properties RUN_SERIAL TRUE)
   endif()
+  if(ARG_LONG)
+    list(APPEND properties COST 100)
+  endif()
   if(ARG_LABELS)
     list(APPEND properties LABELS "${ARG_LABELS}")
     foreach(label IN LISTS ARG_LABELS)
@@ -105,5 +128,25 @@ function(bvconn_test name)
       add_dependencies(${label}_tests ${name})
     endforeach()
   endif()
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
+  if(BVCONN_JOIN_TESTS AND NOT ARG_APART)
+    bvconn_joined_test(${name} COMMAND ${name} PROPERTIES ${properties})
+  else()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
+  endif()
+endfunction()
+
+# bvconn_file_tests(PREFIX COMMAND runner… FILES files… [PROPERTIES properties…]): each file, given to
+# the runner, is a ctest entry, PREFIX.STEM; where tests are joined all of them are one, PREFIX.files.
+function(bvconn_file_tests prefix)
+  cmake_parse_arguments(ARG "" "" "COMMAND;FILES;PROPERTIES" ${ARGN})
+  if(BVCONN_JOIN_TESTS)
+    bvconn_joined_test(${prefix}.files COMMAND ${ARG_COMMAND} ${ARG_FILES}
+                       PROPERTIES ${ARG_PROPERTIES})
+    return()
+  endif()
+  foreach(file IN LISTS ARG_FILES)
+    cmake_path(GET file STEM LAST_ONLY name)
+    add_test(NAME ${prefix}.${name} COMMAND ${ARG_COMMAND} "${file}")
+    set_tests_properties(${prefix}.${name} PROPERTIES ${ARG_PROPERTIES})
+  endforeach()
 endfunction()
