@@ -1,7 +1,7 @@
 // Prints the fields of one invoice: first_program SERVER-URL SESSION INVOICE-UID
 
 #include <bvconn/connectors/invoice/bv_invoice_connector.h>
-#include <bvconn/platform/error.h>
+#include <bvconn/platform/explain.h>
 #include <bvconn/platform/soap/variant.h>
 
 #include <iostream>
@@ -25,7 +25,8 @@ int main(int argc, char** argv) {
     }
   } catch (const bvconn::Error& error) {
     std::cerr << bvconn::hex_number(error.number) << " from " << error.source << ": "
-              << error.description << '\n';
+              << error.description << '\n'
+              << explain(error) << '\n';
     return 1;
   }
 }
