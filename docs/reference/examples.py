@@ -9,7 +9,8 @@ import tempfile
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass
 
-SESSION = "BVConnectorObject"
+from interface import SESSION
+
 SHOWN_URL = "http://127.0.0.1:8080"
 SHOWN_LINES = 40
 
@@ -19,6 +20,7 @@ class Example:
     command: str
     output: str
     status: int
+    sent: str = ""  # on each of its routes, to the letter
 
 
 def read_values(path):
@@ -121,8 +123,12 @@ def run_example(programs, member, values):
         return run(programs, command)
     with Sandbox(programs["sandbox"]) as sandbox:
         example = run(programs, command.replace(SHOWN_URL, sandbox.url))
-        # The pages tell the reader which port to start the sandbox on.
-        return Example(command, example.output.replace(sandbox.url, SHOWN_URL), example.status)
+    # The pages tell the reader which port to start the sandbox on.
+    example.command = command
+    example.output = shortened(example.output.replace(sandbox.url, SHOWN_URL))
+    if command.startswith("bvconn call") and (member.seen["soap"] or member.seen["dal"]):
+        example.sent = run(programs, command + " --print-request").output
+    return example
 
 
 def run(programs, command):
@@ -134,7 +140,7 @@ def run(programs, command):
         done = subprocess.run(["bash", "-c", command], env=environment, cwd=home, text=True,
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT, timeout=60, check=False)
-    return Example(command, shortened(done.stdout), done.returncode)
+    return Example(command, done.stdout.rstrip("\n"), done.returncode)
 
 
 def run_examples(programs, values, members):

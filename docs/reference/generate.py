@@ -79,6 +79,8 @@ def main():
                                        os.path.join(given.build, "tools/bvconn/bvconn"))
     problems = [] if given.examples == "none" else add_examples(given, classes)
     numbers = interface.read_error_numbers(read(given.source, "docs/errors.md"))
+    if os.path.exists(os.path.join(given.out, "search-index.js")):
+        shutil.rmtree(given.out)  # pages of what is gone would be found again
     site = Site(given.out, version_of(given.source))
     api = Api(given.source)
     if not given.without_api:
@@ -89,7 +91,7 @@ def main():
             problems.append(str(error))
     prose = Prose(classes, numbers)
     try:
-        guides = Guides(given.source, site, api).write()
+        guides = Guides(given.source, site, api, prose).write()
     except BrokenLink as error:
         problems.append(str(error))
         guides = {}

@@ -31,8 +31,9 @@ def sources(root):
 
 
 class Guides:
-    def __init__(self, root, site, api):
+    def __init__(self, root, site, api, prose):
         self.root = root
+        self.prose = prose
         self.site = site
         self.api = api
         self.broken = []
@@ -48,7 +49,8 @@ class Guides:
 
     def _write_page(self, source):
         path = site_path(source)
-        reader = Reader(lambda target, words: self.resolve(source, target, words))
+        reader = Reader(lambda target, words: self.resolve(source, target, words),
+                        lambda text: self.prose.whole_name(text, up_from(path)))
         with open(os.path.join(self.root, source), encoding="utf-8") as file:
             page = reader.read(file.read())
         self.site.known_to_search("guide", page.title, path)

@@ -8,6 +8,7 @@ from dataclasses import dataclass, field
 import headers
 import wire_files
 
+SESSION = "BVConnectorObject"       # what belongs to the calling thread, and is no connector
 CATALOGUES = ("BVServices", "BVMethods")
 
 

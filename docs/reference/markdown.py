@@ -25,10 +25,11 @@ class Page:
 
 
 class Reader:
-    """`resolve(target, words)` gives a link's HTML."""
+    """`resolve(target, words)` gives a link's HTML, `name(text)` that of a piece of code."""
 
-    def __init__(self, resolve):
+    def __init__(self, resolve, name=code):
         self.resolve = resolve
+        self.name = name
         self.page = Page()
         self.anchors = {}
 
@@ -43,10 +44,11 @@ class Reader:
 
     def _piece(self, found):
         if found["code"] is not None:
-            return code(found["code"].strip() if found["ticks"] != "`" else found["code"])
+            return self.name(found["code"].strip() if found["ticks"] != "`" else found["code"])
         if found["target"] is not None:
             self.page.links.append(found["target"])
-            return self.resolve(found["target"], self.inline(found["words"]))
+            plain = Reader(self.resolve)  # a link has no links within
+            return self.resolve(found["target"], plain.inline(found["words"]))
         if found["strong"] is not None:
             return el("strong", self.inline(found["strong"]))
         if found["address"] is not None:
@@ -104,7 +106,8 @@ class Reader:
         found = re.match(r"(#{1,6}) +(.*?) *#*$", lines[at])
         if not found:
             return None, at
-        level, words = len(found[1]), self.inline(found[2])
+        # A heading is a link to itself, and has none within.
+        level, words = len(found[1]), Reader(self.resolve).inline(found[2])
         if level == 1 and not self.page.title:
             self.page.title = re.sub(r"[`*]", "", found[2])
             return Markup(""), at + 1

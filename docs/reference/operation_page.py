@@ -2,6 +2,7 @@
 
 import json
 
+from interface import SESSION
 from markup import Markup, code, el, joined, link, pre, section, table
 from routes import condition_words, dal_part, failure_part, log_part, origin, soap_part
 from wire_files import indented_xml
@@ -41,6 +42,8 @@ def becomes(name, member):
         for header in request["headers"]:
             if name in header.get("arguments", ()):
                 soap.append(["header ", code(header["name"])])
+        if any(case.startswith(name + "=") for case in request["cases"]):
+            soap.append("chooses the form")
         for place, each in enumerate(request["body"], 1):
             if name in each.get("arguments", ()):
                 soap.append([f"{place}: ", code(each["name"]) if each["name"]
@@ -102,7 +105,7 @@ def routes_part(member, prose):
     for place, request in enumerate(requests):
         forms.append(soap_part(request, place, len(requests)))
     # An operation of a connector chooses one; the session's own makes one after the other.
-    what = "call" if member.cls == "BVConnectorObject" else "form"
+    what = "call" if member.cls == SESSION else "form"
     for place, call in enumerate(calls):
         forms.append(dal_part(call, place, len(calls), what))
     if not requests and not calls:
@@ -169,7 +172,9 @@ def example_part(member):
            code("bvsandbox --port 8080"), ":") if "8080" in example.command else None,
         pre(example.command, "sh"),
         pre(example.output, "text") if example.output else
-        el("p", "It prints nothing, and ends with 0."))
+        el("p", "It prints nothing, and ends with 0."),
+        [el("p", "What goes out, shown by ", code("--print-request"), " behind it:"),
+         el("pre", code(example.sent), class_="folded", tabindex="0")] if example.sent else None)
 
 
 def errors_part(member, prose):

@@ -1,7 +1,7 @@
 """The pages that lead to the operations: overview, classes, error numbers."""
 
+import interface
 from markup import code, el, joined, link, pre, section, table
-from operation_page import by_name
 from shell import up_from
 
 
@@ -34,15 +34,21 @@ def write_class(cls, classes, site, prose, api):
         way=[("index.html", "Overview"), ("classes/index.html", "Classes")])
 
 
+def result_of(member):
+    result = member.data.get("result", "none")
+    return "–" if result == "none" else result
+
+
 def members_part(cls, prose):
     parts = []
     for kind, title in (("operation", "Operations"), ("property", "Properties"),
                         ("event", "Events")):
         rows = [(f"member-{member.name}",
-                 [link("../" + member.path, code(member.name)), prose.text(member.summary, cls.name),
-                  code(by_name(member))]) for member in cls.members if member.kind == kind]
+                 [link("../" + member.path, code(member.name)), result_of(member),
+                  prose.text(member.summary, cls.name)])
+                for member in cls.members if member.kind == kind]
         if rows:
-            parts.append(section(title, table(["name", "gives", "by name"], rows)))
+            parts.append(section(title, table(["name", "type", "what it gives"], rows)))
     return parts
 
 
@@ -156,9 +162,9 @@ def write_errors_index(numbers, site, prose):
 
 
 def write_index(classes, numbers, guides, site, prose):
-    operations = sum(member.kind == "operation" for each in classes for member in each.members
-                     if each.words and not each.is_catalogue and
-                     each.name != "BVConnectorObject")
+    connectors = [each for each in classes
+                  if not each.is_catalogue and each.name != interface.SESSION]
+    operations = sum(member.kind == "operation" for each in connectors for member in each.members)
     rows = [[link(each.path, code(each.name)), str(len(each.members)),
              prose.at_top(each.summary, each.name)] for each in classes]
     guide_links = [el("li", link("guides/" + source[5:-3] + ".html", title))
@@ -166,7 +172,7 @@ def write_index(classes, numbers, guides, site, prose):
                    if source.startswith("docs/") and source.count("/") == 1]
     site.write_page(
         "index.html", "BVConn",
-        el("p", f"{operations} operations in {len(classes) - 3} connector classes, "
+        el("p", f"{operations} operations in {len(connectors)} connector classes, "
            f"{len(numbers)} error numbers, {len(guide_links)} guides. Press ", el("kbd", "/"),
            " to search them: names of operations and arguments, wire names, error numbers, fault "
            "codes.", class_="summary"),

@@ -18,6 +18,7 @@ class Prose:
                     self.members[member.whole_name] = member.path
         self.classes = {each.name: each.path for each in classes}
         self.numbers = {each.number: each.path for each in numbers}
+        self.constants = {each.constant: each.path for each in numbers}
 
     def text(self, text, cls=None):
         parts, at = [], 0
@@ -38,6 +39,12 @@ class Prose:
         target = self.members.get(bare) or self.members.get(f"{cls}.{bare}") or \
             self.classes.get(bare)
         return link("../" + target, code(name)) if target else code(name)
+
+    def whole_name(self, name, root):
+        """Links operations and numbers that are named whole, from a page below `root`."""
+        target = self.members.get(name) or self.classes.get(name) or self.constants.get(name) or \
+            self.numbers.get(name)
+        return link(root + target, code(name)) if target else code(name)
 
     def number(self, number):
         target = self.numbers.get(number)

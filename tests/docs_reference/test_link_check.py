@@ -9,6 +9,7 @@ import support
 from cpp_api import Api
 from guides import BrokenLink, Guides
 from link_check import broken_links
+from prose import Prose
 from shell import Site
 
 
@@ -57,7 +58,7 @@ class GuideLinks(unittest.TestCase):
         with open(os.path.join(self.root, "docs/page.md"), "w", encoding="utf-8") as file:
             file.write(text)
         site = Site(os.path.join(self.root, "out"), "1.0")
-        Guides(self.root, site, Api(self.root)).write()
+        Guides(self.root, site, Api(self.root), Prose([], [])).write()
         return os.path.join(self.root, "out/guides/page.html")
 
     def test_to_a_source_that_is_there_name_it(self):

@@ -101,12 +101,19 @@ class Pages(unittest.TestCase):
         self.assertIn("bvconn call BVPostalConnector.GetCountries --server "
                       "http://127.0.0.1:8080/soap --session S", example)
         self.assertIn("Country", example)
+        self.assertIn("SOAP: POST http://127.0.0.1:8080/soap SOAPAction: urn:Postal", example)
+        self.assertIn('<m:getCountries xmlns:m="urn:Postal"', example)
 
     def test_of_a_number_lead_to_the_operation_that_raises_it(self):
         with open(os.path.join(OUT, "errors/0x80042739.html"), encoding="utf-8") as file:
             text = file.read()
         self.assertIn('href="../operations/BVInvoiceConnector.GetSAPInvoice.html"', text)
         self.assertIn("-2147211463", text)
+
+    def test_of_guides_link_numbers_and_operations(self):
+        with open(os.path.join(OUT, "guides/errors.html"), encoding="utf-8") as file:
+            self.assertIn('<a href="../errors/0x80044201.html"><code>kSoapFault</code></a>',
+                          file.read())
 
     def test_of_the_methods_say_who_sends_them(self):
         rows = page("classes/BVMethods.html", "rows")
