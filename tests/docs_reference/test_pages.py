@@ -6,6 +6,7 @@ import re
 import shutil
 import tempfile
 import unittest
+from html.parser import HTMLParser
 
 import support
 
@@ -34,6 +35,28 @@ def search_entries():
     with open(os.path.join(OUT, "search-index.js"), encoding="utf-8") as file:
         text = file.read()
     return json.loads(text[text.index("["):text.rindex("]") + 1])
+
+
+class Nesting(HTMLParser):
+    """What is wrong with a page's elements: ends without a beginning, places that are there twice."""
+
+    def __init__(self):
+        super().__init__()
+        self.open, self.places, self.wrong = [], set(), []
+
+    def handle_starttag(self, tag, attrs):
+        place = dict(attrs).get("id")
+        if place in self.places:
+            self.wrong.append(f"{place} is there twice")
+        self.places.update({place} - {None})
+        if tag == "a" and "a" in self.open:
+            self.wrong.append(f"a link within a link, line {self.getpos()[0]}")
+        if tag not in ("meta", "link", "input", "wbr"):
+            self.open.append(tag)
+
+    def handle_endtag(self, tag):
+        if not self.open or self.open.pop() != tag:
+            self.wrong.append(f"</{tag}> ends nothing, line {self.getpos()[0]}")
 
 
 class Pages(unittest.TestCase):
@@ -118,6 +141,14 @@ class Pages(unittest.TestCase):
     def test_of_the_methods_say_who_sends_them(self):
         rows = page("classes/BVMethods.html", "rows")
         self.assertIn("GetNewReconcile getNewReconcile BVInvoiceConnector.GetNewReconicle", rows)
+
+    def test_are_put_together_as_they_have_to_be(self):
+        for folder, _, names in os.walk(OUT):
+            for name in (each for each in names if each.endswith(".html")):
+                nesting = Nesting()
+                with open(os.path.join(folder, name), encoding="utf-8") as file:
+                    nesting.feed(file.read())
+                self.assertEqual(nesting.wrong + nesting.open, [], name)
 
     def test_have_nothing_of_this_machine(self):
         for folder, _, names in os.walk(OUT):
