@@ -118,6 +118,8 @@ SoapEnvelope getResponseEnvelope(const SoapEnvelope& envelope,
   } catch (...) {
     throw only_errors([&, error = live_error()] {
       std::string description = error.description;
+      // deliberate [faultstring-by-name]: here of a fault alone, and where there is none, that is
+      // the error.
       if (error.number == error_numbers::kSoapFault) {
         description = to_text(envelope.Parameters().ItemByName("faultstring", "").Value());
       }

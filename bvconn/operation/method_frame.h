@@ -112,6 +112,8 @@ class Call {
   /// Sends ready text on `transport` and reads the reply into the envelope.
   Call& exchange_text(HTTPTransport& transport, std::string_view text);
   /// Reads the text that a service object gave into the envelope.
+  /// deliberate [fault-words]: a fault in it, or in the reply to a ready text, leaves in constant
+  /// words; those of the server are in the envelope alone.
   Call& parse(std::string text);
 
   /// The first parameter of the reply; fails with 0x80044204 where there is none.

@@ -44,7 +44,7 @@ class BVCONN_EXPORT BVSalesInstrumentConnector {
   /// The SOAP route writes no line with the time that it took, and a fault leaves it without the
   /// server's text.
   /// @param aSalseInstrType  "project", "quote" or "order" in any case chooses the service; any
-  ///                         other goes on with an empty one.
+  ///                         other goes on with an empty one. deliberate [misspelt-salse].
   /// @param aCommentXML      XML, pasted into the request as it stands.
   /// Route: DAL `OrderService.SetLineComments` with the request's text, whatever the type, if
   /// `UseDALSave` is true too, else SOAP `updateLineItemComments` of "urn:ProjectService",

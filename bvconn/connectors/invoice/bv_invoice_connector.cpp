@@ -205,6 +205,7 @@ SoapNode BVInvoiceConnector::GetNewReconicle(std::string_view aServerURL,
                                              const Variant& strUIDs) {
   return ConnectorMethodFrame(kGetNewReconicle, {aServerURL, aSessionID}, [&](Call& call) {
     call.getEnvelope().params(aAgentID);
+    // deliberate [left-out-keys]: left out, they are no parameter, where others send nil.
     if (!strUIDs.missing()) call.params(strUIDs);
     return call.send().first();
   });
