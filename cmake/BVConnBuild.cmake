@@ -11,6 +11,12 @@ if(BVCONN_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
       "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1 "${BVCONN_CCACHE}")
 endif()
 
+option(BVCONN_TIDY "Check the sources with clang-tidy while compiling" OFF)
+if(BVCONN_TIDY)
+  find_program(BVCONN_CLANG_TIDY NAMES clang-tidy-14 clang-tidy REQUIRED)
+  set(CMAKE_CXX_CLANG_TIDY "${BVCONN_CLANG_TIDY}")
+endif()
+
 # Headers are included as <bvconn/core/…>, in the build as in the installed package.
 set(BVCONN_INCLUDE_ROOT "${PROJECT_SOURCE_DIR}")
 
