@@ -11,6 +11,7 @@ namespace bvconn::test {
 namespace {
 
 constexpr std::string_view kPrompt = "$ ";
+constexpr std::string_view kNextPrompt = "> ";  // of a line that goes on with the one before
 
 /// One block after another, by one reader.
 class Following {
@@ -86,10 +87,13 @@ class Following {
     std::string commands;
     std::vector<std::string> shown;
     bool goes_on = false;
+    bool typed_last = false;
     for (const std::string& line : lines_of(block_->text)) {
       const bool begins = line.starts_with(kPrompt);
-      if (begins || goes_on) {
-        commands += line.substr(begins ? kPrompt.size() : 0) + "\n";
+      const bool continues = typed_last && line.starts_with(kNextPrompt);
+      typed_last = begins || continues || goes_on;
+      if (typed_last) {
+        commands += line.substr(begins || continues ? kPrompt.size() : 0) + "\n";
         goes_on = line.ends_with('\\');
       } else {
         shown.push_back(line);

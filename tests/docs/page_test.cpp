@@ -113,6 +113,13 @@ TEST(Following, ComparesWhatIsShownAfterACommand) {
               ElementsAre(HasSubstr("two")));
 }
 
+TEST(Following, TypesWhatGoesOnBehindASecondPrompt) {
+  EXPECT_THAT(complaints_of(block("", "console", "$ cat <<END\n> a\n> b\n> END\na\nb\n")),
+              IsEmpty());
+  EXPECT_THAT(complaints_of(block("", "console", "$ echo a \\\n    b; echo '> c'\na b\n> c\n")),
+              IsEmpty());
+}
+
 TEST(Following, StartsTheSandboxAndGoesOnWhenItListens) {
   EXPECT_THAT(
       complaints_of(
