@@ -89,7 +89,10 @@ def main():
             site.has_api = True
         except DoxygenFailed as error:
             problems.append(str(error))
-    prose = Prose(classes, numbers)
+    oddities = interface.read_oddities(read(given.source, "docs/oddities.md"))
+    prose = Prose(classes, numbers, oddities)
+    for each in oddities:
+        site.known_to_search("oddity", each.id, f"guides/oddities.html#{each.id}", each.words)
     try:
         guides = Guides(given.source, site, api, prose).write()
     except BrokenLink as error:
@@ -99,7 +102,7 @@ def main():
         overview_pages.write_class(cls, classes, site, prose, api)
         if not cls.is_catalogue:
             for member in cls.members:
-                operation_page.write(member, cls, classes, site, prose, api, guides)
+                operation_page.write(member, cls, classes, site, prose, api, guides, oddities)
     for number in numbers:
         overview_pages.write_error(number, classes, site, prose)
     overview_pages.write_classes_index(classes, site, prose)

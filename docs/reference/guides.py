@@ -19,7 +19,9 @@ def site_path(source):
 
 
 def sources(root):
-    """The guides first, then the pages beside them."""
+    """The guides first, in the order in which the README leads to them; then the pages beside them."""
+    with open(os.path.join(root, "README.md"), encoding="utf-8") as file:
+        readme = file.read()
     found = []
     for folder, folders, names in os.walk(root):
         folders[:] = sorted(each for each in folders
@@ -27,7 +29,8 @@ def sources(root):
         found += [os.path.relpath(os.path.join(folder, name), root)
                   for name in names if name.endswith(".md")]
     kind = {"docs": 0, "": 1, "docs/decisions": 3}
-    return sorted(found, key=lambda path: (kind.get(os.path.dirname(path), 2), path))
+    return sorted(found, key=lambda path: (kind.get(os.path.dirname(path), 2),
+                                           readme.find(f"({path})"), path))
 
 
 class Guides:

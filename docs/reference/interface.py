@@ -129,3 +129,23 @@ def read_error_numbers(page):
     """The rows of the table in docs/errors.md; a test holds it against what the library says."""
     rows = re.findall(r"^\| *(0x[0-9A-F]{8}|\d+) *\| *`(k\w+)` *\| *(.*?) *\|$", page, re.M)
     return [ErrorNumber(*row) for row in rows]
+
+
+@dataclass
+class Oddity:
+    id: str
+    words: str
+    held_by: str
+
+    def is_of(self, member):
+        """Whether the operation's comment names it, or the operation's wire files hold it."""
+        text = " ".join([member.words.text, member.words.route, member.group.text,
+                         *member.words.params.values(), *member.words.throws])
+        return f"deliberate [{self.id}]" in text.replace("Deliberate [", "deliberate [") or \
+            f"wire.{member.whole_name}." in self.held_by
+
+
+def read_oddities(page):
+    """The rows of docs/oddities.md; a test holds it together with the sources."""
+    rows = re.findall(r"^\| ([a-z][a-z0-9-]+) \| (.*?) \| .*? \| (.*) \|$", page, re.M)
+    return [Oddity(*row) for row in rows if row[0] != "id"]

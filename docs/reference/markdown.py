@@ -126,13 +126,16 @@ class Reader:
         end = at + 2
         while end < len(lines) and lines[end].lstrip().startswith("|"):
             end += 1
-        head = el("tr", [el("th", self.inline(each), scope="col") for each in cells(lines[at])])
-        rows = [self._row(cells(line)) for line in lines[at + 2:end]]
+        titles = cells(lines[at])
+        head = el("tr", [el("th", self.inline(each), scope="col") for each in titles])
+        named = titles and titles[0] == "id"  # of what other pages point to
+        rows = [self._row(cells(line), named) for line in lines[at + 2:end]]
         return el("div", el("table", el("thead", head), el("tbody", rows)), class_="wide",
                   tabindex="0"), end
 
-    def _row(self, texts):
-        return el("tr", [el("td", self.inline(each)) for each in texts])
+    def _row(self, texts, named):
+        return el("tr", [el("td", self.inline(each)) for each in texts],
+                  id=texts[0] if named else None)
 
     def _list(self, lines, at):
         first = ITEM.match(lines[at])

@@ -194,6 +194,13 @@ def errors_part(member, prose):
         failures["dal"] else None)
 
 
+def oddities_part(member, oddities, prose):
+    rows = [[prose.oddity(each.id), prose.text(each.words, member.cls)]
+            for each in oddities if each.is_of(member)]
+    return section("Deliberate oddities", table(["id", "what is odd"], rows) if rows else None,
+                   anchor="oddities")
+
+
 def more_part(member, classes, api, guides):
     cls = next(each for each in classes if each.name == member.cls)
     links = [link("../" + cls.path, member.cls)]
@@ -218,7 +225,7 @@ def signature_part(member, cls, api):
         el("p", "In ", shown, ". By name:"), pre(by_name(member)))
 
 
-def write(member, cls, classes, site, prose, api, guides):
+def write(member, cls, classes, site, prose, api, guides, oddities):
     group = member.group.text if member.words.text else ""
     text = member.words.text or member.group.text
     site.write_page(
@@ -231,6 +238,7 @@ def write(member, cls, classes, site, prose, api, guides):
         routes_part(member, prose),
         errors_part(member, prose),
         log_part(member.seen["log"]) if member.seen else None,
+        oddities_part(member, oddities, prose),
         wire_part(member),
         more_part(member, classes, api, guides),
         way=[("index.html", "Overview"), ("classes/index.html", "Classes"),

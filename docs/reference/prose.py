@@ -4,13 +4,15 @@ import re
 
 from markup import Markup, code, el, escaped, link
 
-PIECE = re.compile(r"`([^`]+)`|(0x[0-9A-F]{8})\b|\b(errors? )(\d+)\b")
+PIECE = re.compile(
+    r"`([^`]+)`|(0x[0-9A-F]{8})\b|\b(errors? )(\d+)\b|(?<=eliberate \[)([a-z][a-z0-9-]+)(?=\])")
 
 
 class Prose:
     """Links from pages in a folder one level below the overview."""
 
-    def __init__(self, classes, numbers):
+    def __init__(self, classes, numbers, oddities=()):
+        self.oddities = {each.id for each in oddities}
         self.members = {}
         for each in classes:
             for member in each.members:
@@ -32,6 +34,8 @@ class Prose:
             return self.name(found[1], cls)
         if found[2]:
             return self.number(found[2])
+        if found[5]:
+            return self.oddity(found[5])
         return [found[3], self.number(found[4])]
 
     def name(self, name, cls=None):
@@ -45,6 +49,9 @@ class Prose:
         target = self.members.get(name) or self.classes.get(name) or self.constants.get(name) or \
             self.numbers.get(name)
         return link(root + target, code(name)) if target else code(name)
+
+    def oddity(self, name):
+        return link(f"../guides/oddities.html#{name}", name) if name in self.oddities else name
 
     def number(self, number):
         target = self.numbers.get(number)

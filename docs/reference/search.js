@@ -4,7 +4,7 @@
   "use strict";
 
   const kShown = 30;
-  const kWeights = { class: 9, operation: 7, error: 7, guide: 6, event: 5, property: 4, heading: 3, row: 0 };
+  const kWeights = { class: 9, operation: 7, error: 7, guide: 6, oddity: 5, event: 5, property: 4, heading: 3, row: 0 };
   // Names that say all by themselves: whoever types one of these means just that.
   const kExact = { error: 95, constant: 95, "fault code": 80, method: 55, "wire name": 55, "service object": 50,
                    argument: 45, parameter: 35, service: 30 };

@@ -55,8 +55,9 @@ class GuideLinks(unittest.TestCase):
 
     def write(self, text):
         os.makedirs(os.path.join(self.root, "docs"), exist_ok=True)
-        with open(os.path.join(self.root, "docs/page.md"), "w", encoding="utf-8") as file:
-            file.write(text)
+        for name, words in (("docs/page.md", text), ("README.md", "# R\n")):
+            with open(os.path.join(self.root, name), "w", encoding="utf-8") as file:
+                file.write(words)
         site = Site(os.path.join(self.root, "out"), "1.0")
         Guides(self.root, site, Api(self.root), Prose([], [])).write()
         return os.path.join(self.root, "out/guides/page.html")

@@ -4,7 +4,7 @@ import unittest
 
 import support  # noqa: F401  (finds the generator)
 from headers import words_of
-from interface import Class, Member
+from interface import Class, Member, Oddity
 from markdown import Reader
 from markup import el, escaped, pre, section, table
 from prose import Prose
@@ -64,6 +64,13 @@ class Comments(unittest.TestCase):
         self.assertEqual(prose.text("as `Get` and `Put`", "C"),
                          'as <a href="../operations/C.Get.html"><code>Get</code></a> and '
                          "<code>Put</code>")
+
+
+    def test_link_the_oddities_that_there_are(self):
+        prose = Prose([], [], [Oddity("log-name", "", "")])
+        self.assertEqual(prose.text("deliberate [log-name] and deliberate [other]"),
+                         'deliberate [<a href="../guides/oddities.html#log-name">log-name</a>] and '
+                         "deliberate [other]")
 
 
 class Markdown(unittest.TestCase):

@@ -119,6 +119,11 @@ class Pages(unittest.TestCase):
         routes = page("operations/BVSalesInstrumentConnector.SetLineComments.html", "routes")
         self.assertIn("form 3 of 3 (aSalseInstrType=ORDER)", routes)
 
+    def test_name_the_oddities_of_the_operation(self):
+        odd = page("operations/BVInvoiceConnector.GetNewReconicle.html", "oddities", "wire")
+        self.assertIn("misspelt-reconicle", odd)
+        self.assertNotIn("misspelt-overidden", odd)
+
     def test_show_what_a_sandbox_answers(self):
         example = page("operations/BVPostalConnector.GetCountries.html", "example", "routes")
         self.assertIn("bvconn call BVPostalConnector.GetCountries --server "
