@@ -139,6 +139,15 @@ TEST_F(Example, DemoShowsTheMainJob) {
   }
 }
 
+TEST(Examples, AreAllNamedByGettingStarted) {
+  const std::string page = read_text(BVCONN_SOURCE_DIR "/docs/getting-started.md");
+  for (const auto& entry : std::filesystem::directory_iterator(BVCONN_SOURCE_DIR "/examples")) {
+    const std::string name = entry.path().filename().string();
+    if (name == "CMakeLists.txt" || name == "demo.cpp") continue;
+    EXPECT_THAT(page, HasSubstr("examples/" + name));
+  }
+}
+
 TEST(Examples, AreShortEnoughToBeReadAtASitting) {
   int examples = 0;
   for (const auto& entry : std::filesystem::directory_iterator(BVCONN_SOURCE_DIR "/examples")) {
