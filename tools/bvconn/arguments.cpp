@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
-#include <set>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error.h"
+#include "json_text.h"
 
 namespace bvconn::tool {
 namespace {
@@ -18,31 +18,6 @@ using automation::Value;
 using automation::ValueType;
 
 constexpr int kMaxArrayDepth = 100;
-/// Objects and arrays in each other. Values of JSON are copied by recursion, which ends with the
-/// stack; no request comes near this.
-constexpr int kMaxJsonDepth = 500;
-
-/// Refuses JSON that is too deep, before anything reads it. Text that is not JSON may pass, since
-/// no part of it before its first mistake is deeper than the brackets that are counted here.
-void check_depth(std::string_view json) {
-  int depth = 0;
-  bool quoted = false;
-  for (std::size_t at = 0; at < json.size(); ++at) {
-    const char c = json[at];
-    if (quoted && c == '\\') {
-      ++at;
-    } else if (c == '"') {
-      quoted = !quoted;
-    } else if (quoted) {
-      continue;
-    } else if ((c == '{' || c == '[') && ++depth > kMaxJsonDepth) {
-      throw UsageError("the JSON nests deeper than " + std::to_string(kMaxJsonDepth));
-    } else if (c == '}' || c == ']') {
-      --depth;
-    }
-  }
-}
-
 template <class Integer>
 std::string range_text() {
   using Limits = std::numeric_limits<Integer>;
@@ -52,26 +27,20 @@ std::string range_text() {
 
 /// The number, if the JSON is a whole one that the type has room for.
 template <class Integer>
-std::optional<Integer> whole_number(const Json& json) {
+std::optional<Integer> whole_number(const JsonValue& json) {
   using Limits = std::numeric_limits<Integer>;
-  if (json.is_number_float()) {
-    const auto number = json.get<double>();
-    const bool fits = number >= Limits::min() && number <= Limits::max();
-    return fits && std::trunc(number) == number ? std::optional(static_cast<Integer>(number))
-                                                : std::nullopt;
+  if (const double* const number = json.number()) {
+    const bool fits = *number >= Limits::min() && *number <= Limits::max();
+    return fits && std::trunc(*number) == *number ? std::optional(static_cast<Integer>(*number))
+                                                  : std::nullopt;
   }
-  if (json.is_number_unsigned() && json.get<std::uint64_t>() <= std::uint64_t{Limits::max()}) {
-    return static_cast<Integer>(json.get<std::uint64_t>());
-  }
-  if (json.is_number_integer() && !json.is_number_unsigned() &&
-      json.get<std::int64_t>() >= Limits::min()) {
-    return static_cast<Integer>(json.get<std::int64_t>());
-  }
-  return std::nullopt;
+  const std::int64_t* const number = json.integer();
+  const bool fits = number != nullptr && *number >= Limits::min() && *number <= Limits::max();
+  return fits ? std::optional(static_cast<Integer>(*number)) : std::nullopt;
 }
 
 template <class Integer>
-Value integer_from_json(const Json& json) {
+Value integer_from_json(const JsonValue& json) {
   const auto number = whole_number<Integer>(json);
   if (!number) throw UsageError(range_text<Integer>());
   return Variant(*number);
@@ -87,9 +56,13 @@ Value integer_from_text(std::string_view text) {
   return Variant(number);
 }
 
-std::string expect_string(const Json& json) {
-  if (!json.is_string()) throw UsageError("a string is expected");
-  return json.get<std::string>();
+bool is_true(const JsonValue* json) {
+  return json != nullptr && json->boolean() != nullptr && *json->boolean();
+}
+
+std::string expect_string(const JsonValue& json) {
+  if (json.text() == nullptr) throw UsageError("a string is expected");
+  return *json.text();
 }
 
 SoapNode node_from_text(std::string_view xml) {
@@ -110,49 +83,50 @@ Date date_from_text(const std::string& text) {
   return *date;
 }
 
-/// The value of an object with exactly this key, or null.
-const Json* only_member(const Json& json, const char* key) {
-  const bool has = json.is_object() && json.size() == 1 && json.contains(key);
-  return has ? &json.at(key) : nullptr;
+Variant variant_from_json(const JsonValue& json, int depth = 0);
+
+VariantArray array_from_json(const JsonValue::Array& array, int depth) {
+  if (depth == kMaxArrayDepth) throw UsageError("the array is too deep");
+  std::vector<Variant> items;
+  items.reserve(array.size());
+  for (const JsonValue& item : array) items.push_back(variant_from_json(item, depth + 1));
+  return VariantArray(std::move(items));
 }
 
-Variant variant_from_json(const Json& json, int depth = 0) {
+Variant variant_from_json(const JsonValue& json, int depth) {
   if (json.is_null()) return {};
-  if (json.is_string()) return json.get<std::string>();
-  if (json.is_boolean()) return json.get<bool>();
-  if (json.is_number()) {
-    const auto whole = json.is_number_float() ? std::nullopt : whole_number<std::int32_t>(json);
-    return whole ? Variant(*whole) : Variant(json.get<double>());
+  if (const std::string* text = json.text()) return *text;
+  if (const bool* boolean = json.boolean()) return *boolean;
+  if (const double* number = json.number()) return *number;
+  if (const std::int64_t* integer = json.integer()) {
+    const auto whole = whole_number<std::int32_t>(json);
+    return whole ? Variant(*whole) : Variant(static_cast<double>(*integer));
   }
-  if (json.is_array()) {
-    if (depth == kMaxArrayDepth) throw UsageError("the array is too deep");
-    std::vector<Variant> items;
-    items.reserve(json.size());
-    for (const Json& item : json) items.push_back(variant_from_json(item, depth + 1));
-    return VariantArray(std::move(items));
-  }
-  if (const Json* missing = only_member(json, "missing"); missing != nullptr && *missing == true) {
-    return Variant::Missing{};
-  }
-  if (const Json* date = only_member(json, "date")) return date_from_text(expect_string(*date));
-  if (const Json* xml = only_member(json, "xml")) return node_from_text(expect_string(*xml));
+  if (const JsonValue::Array* array = json.array()) return array_from_json(*array, depth);
+  if (is_true(json.only_member("missing"))) return Variant::Missing{};
+  if (const JsonValue* date = json.only_member("date")) return date_from_text(expect_string(*date));
+  if (const JsonValue* xml = json.only_member("xml")) return node_from_text(expect_string(*xml));
   throw UsageError(
       "a string, boolean, number, array, null, {\"missing\":true}, {\"date\":…} or {\"xml\":…} "
       "is expected");
 }
 
-StringArray strings_from_json(const Json& json) {
+StringArray strings_from_json(const JsonValue& json) {
   if (json.is_null()) return {};
-  const auto is_string = [](const Json& item) { return item.is_string(); };
-  if (!json.is_array() || !std::all_of(json.begin(), json.end(), is_string)) {
+  const auto is_string = [](const JsonValue& item) { return item.text() != nullptr; };
+  const JsonValue::Array* const items = json.array();
+  if (items == nullptr || !std::all_of(items->begin(), items->end(), is_string)) {
     throw UsageError("an array of strings or null is expected");
   }
-  return json.get<std::vector<std::string>>();
+  std::vector<std::string> strings;
+  strings.reserve(items->size());
+  for (const JsonValue& item : *items) strings.push_back(*item.text());
+  return strings;
 }
 
-SoapNode node_from_json(const Json& json) {
+SoapNode node_from_json(const JsonValue& json) {
   if (json.is_null()) return {};
-  const Json* xml = only_member(json, "xml");
+  const JsonValue* xml = json.only_member("xml");
   if (xml == nullptr) throw UsageError("{\"xml\":\"…\"} or null is expected");
   return node_from_text(expect_string(*xml));
 }
@@ -162,10 +136,9 @@ XMLDocument* new_document(CallArguments& arguments) {
   return arguments.documents.back().get();
 }
 
-XMLDocument* document_from_json(const Json& json, CallArguments& arguments) {
+XMLDocument* document_from_json(const JsonValue& json, CallArguments& arguments) {
   if (json.is_null()) return nullptr;
-  const Json* wanted = only_member(json, "document");
-  if (wanted == nullptr || *wanted != true) {
+  if (!is_true(json.only_member("document"))) {
     throw UsageError("{\"document\":true} or null is expected");
   }
   return new_document(arguments);
@@ -185,40 +158,13 @@ void require_utf8(std::string_view text) {
 
 }  // namespace
 
-Json parse_json(std::string_view text) {
-  check_depth(text);
-  std::vector<std::set<std::string>> keys;
-  std::string twice;
-  const auto watch = [&](int, Json::parse_event_t event, Json& parsed) {
-    if (event == Json::parse_event_t::object_start) {
-      keys.emplace_back();
-    } else if (event == Json::parse_event_t::object_end) {
-      keys.pop_back();
-    } else if (event == Json::parse_event_t::key) {
-      const auto& key = parsed.get_ref<const std::string&>();
-      if (!keys.back().insert(key).second) twice = key;
-    }
-    return true;
-  };
-  Json json;
-  try {
-    json = Json::parse(text, watch);
-  } catch (const Json::exception& error) {
-    std::string_view what = error.what();
-    what.remove_prefix(std::min(what.find("] ") + 2, what.size()));
-    throw UsageError("not JSON: " + std::string(what));
-  }
-  if (!twice.empty()) throw UsageError("the key " + twice + " stands twice");
-  return json;
-}
-
-Value value_from_json(const Json& json, ValueType type, CallArguments& arguments) {
+Value value_from_json(const JsonValue& json, ValueType type, CallArguments& arguments) {
   switch (type) {
     case ValueType::kString:
       return Variant(expect_string(json));
     case ValueType::kBoolean:
-      if (!json.is_boolean()) throw UsageError("true or false is expected");
-      return Variant(json.get<bool>());
+      if (json.boolean() == nullptr) throw UsageError("true or false is expected");
+      return Variant(*json.boolean());
     case ValueType::kInt16:
       return integer_from_json<std::int16_t>(json);
     case ValueType::kInt32:

@@ -7,7 +7,7 @@
 
 #include "bvconn/automation/interface.h"
 #include "connection_options.h"
-#include "json_text.h"
+#include "json_value.h"
 #include "nearest_names.h"
 #include "status.h"
 
@@ -22,15 +22,11 @@ struct CallArguments {
 
 /// A value in JSON as one of this type. Documents that it asks for are made in `arguments`.
 /// @throws UsageError  for a value that the type does not have, saying what is expected.
-automation::Value value_from_json(const Json& json, automation::ValueType type,
+automation::Value value_from_json(const JsonValue& json, automation::ValueType type,
                                   CallArguments& arguments);
 /// A value as text from a command line: XML for a node, JSON for an array, else the plain value.
 automation::Value value_from_text(std::string_view text, automation::ValueType type,
                                   CallArguments& arguments);
-
-/// One line of JSON. Fails for a key that an object has twice: it would be anybody's guess which
-/// one is meant.
-Json parse_json(std::string_view text);
 
 /// Puts a value in its place among the arguments; `values` grows to the number of them. The message
 /// of an error names the argument.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <utility>
 
 #include "batch_request.h"
@@ -18,12 +19,18 @@ using automation::Member;
 using automation::MemberKind;
 using automation::Value;
 
-CallArguments read_arguments(const Member& member, const Json& request,
+constexpr std::string_view kIdKey = "{\"id\":";
+constexpr std::string_view kNoId = "null";
+constexpr std::string_view kOutOfMemoryLine =
+    R"({"id":null,"error":{"number":7,"hex":"0x00000007","source":"BVConn",)"
+    R"("description":"out of memory","helpFile":"","helpContext":0}})";
+
+CallArguments read_arguments(const Member& member, const JsonValue& request,
                              const Connection& connection) {
   CallArguments arguments;
-  if (const auto args = request.find("args"); args != request.end()) {
-    if (!args->is_object()) throw UsageError("args: an object is expected");
-    for (const auto& [name, json] : args->items()) {
+  if (const JsonValue* const args = request.find("args")) {
+    if (args->object() == nullptr) throw UsageError("args: an object is expected");
+    for (const auto& [name, json] : *args->object()) {
       place_argument(member, name, arguments, [&, &value = json](automation::ValueType type) {
         return value_from_json(value, type, arguments);
       });
@@ -53,12 +60,39 @@ Batch::~Batch() {
 
 void Batch::run(std::string_view line) {
   if (trimmed(line).empty()) return;
-  id_ = "null";
+  id_ = kNoId;
   event_failure_ = nullptr;
   std::string text;
+  std::string_view answer;
   try {
-    const Json request = parse_json(line);
-    if (!request.is_object()) throw UsageError("a JSON object is expected");
+    spare_.reserve(line.size() + kOutOfMemoryLine.size());
+    text = answer_line(line);
+    answer = text;
+  } catch (const std::bad_alloc&) {
+    answer = out_of_memory_answer(line);
+  }
+  id_ = kNoId;
+  output_(answer);
+}
+
+std::string_view Batch::out_of_memory_answer(std::string_view line) {
+  some_failed_ = true;
+  std::string_view id = kNoId;
+  try {
+    id = raw_member(line, "id");
+  } catch (const std::exception&) {
+    // The answer is to nobody's line rather than to none.
+  }
+  const std::string_view tail = kOutOfMemoryLine.substr(kOutOfMemoryLine.find(','));
+  if (spare_.capacity() < kIdKey.size() + id.size() + tail.size()) return kOutOfMemoryLine;
+  return spare_.assign(kIdKey).append(id).append(tail);
+}
+
+std::string Batch::answer_line(std::string_view line) {
+  std::string text;
+  try {
+    const JsonValue request = parse_json(line);
+    if (request.object() == nullptr) throw UsageError("a JSON object is expected");
     id_ = raw_member(line, "id");
     text = answer(request);
   } catch (const UsageError& error) {
@@ -66,15 +100,17 @@ void Batch::run(std::string_view line) {
     if (status_ == kDone) status_ = kNotUnderstood;
   } catch (const Error& error) {
     text = error_text(failed(json_error(error)));
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception& error) {
     text = error_text(failure(error.what()));
   } catch (...) {
     text = error_text(failure("unknown exception"));
   }
-  output_("{\"id\":" + id_ + "," + text + "}");
+  return std::string(kIdKey).append(id_).append(",").append(text).append("}");
 }
 
-std::string Batch::answer(const Json& request) {
+std::string Batch::answer(const JsonValue& request) {
   const std::string verb = verb_of(request);
   if (verb == "call") return call(request);
   if (verb == "new") return make(request);
@@ -83,7 +119,7 @@ std::string Batch::answer(const Json& request) {
   return release(request);
 }
 
-std::string Batch::call(const Json& request) {
+std::string Batch::call(const JsonValue& request) {
   Target target = resolve(request, "call");
   const Member& member = *target.member;
   const CallArguments arguments = on_path(text_member(request, "call"), [&] {
@@ -99,12 +135,14 @@ std::string Batch::call(const Json& request) {
     return answer.with_result(result);
   } catch (const Error& error) {
     return answer.with_error(failed(json_error(error)));
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception& error) {
     return answer.with_error(failure(error.what()));
   }
 }
 
-std::string Batch::make(const Json& request) {
+std::string Batch::make(const JsonValue& request) {
   const std::string& class_name = text_member(request, "new");
   const std::string& name = text_member(request, "as");
   const ClassInfo* info = automation::find_class(class_name);
@@ -121,7 +159,7 @@ std::string Batch::make(const Json& request) {
   return result_text({});
 }
 
-std::string Batch::get(const Json& request) {
+std::string Batch::get(const JsonValue& request) {
   const Target target = resolve(request, "get");
   const std::string& path = text_member(request, "get");
   const auto object = on_path(path, [&] {
@@ -134,18 +172,18 @@ std::string Batch::get(const Json& request) {
   return result_text(target.member->get(object.get()));
 }
 
-std::string Batch::set(const Json& request) {
+std::string Batch::set(const JsonValue& request) {
   const Target target = resolve(request, "set");
   const std::string& path = text_member(request, "set");
   CallArguments arguments;
   Value value;
   const auto object = on_path(path, [&] {
-    const auto given = request.find("value");
+    const JsonValue* const given = request.find("value");
     if (target.member->kind == MemberKind::kProperty && !target.member->writable) {
       throw UsageError("the property cannot be written");
     }
     auto instance = property_object(target);
-    if (given == request.end()) throw UsageError("value is required");
+    if (given == nullptr) throw UsageError("value is required");
     value = value_from_json(*given, target.member->result, arguments);
     return instance;
   });
@@ -153,7 +191,7 @@ std::string Batch::set(const Json& request) {
   return result_text({});
 }
 
-std::string Batch::release(const Json& request) {
+std::string Batch::release(const JsonValue& request) {
   const std::string& name = text_member(request, "release");
   const auto found = find(name);
   if (found == instances_.end()) throw UsageError(name + ": there is no such object");
@@ -161,7 +199,7 @@ std::string Batch::release(const Json& request) {
   return result_text({});
 }
 
-Batch::Target Batch::resolve(const Json& request, const char* verb) {
+Batch::Target Batch::resolve(const JsonValue& request, const char* verb) {
   const std::string& path = text_member(request, verb);
   const std::size_t dot = path.rfind('.');
   if (dot == std::string::npos) throw UsageError(path + ": OBJECT.MEMBER is expected");
@@ -209,7 +247,7 @@ std::shared_ptr<void> Batch::make_object(const ClassInfo& info) {
       // An operation keeps what its event's handlers throw; this is for the call that it is part
       // of.
       try {
-        output_("{\"event\":" + event + ",\"id\":" + id_ + "}");
+        output_("{\"event\":" + event + ",\"id\":" + std::string(id_) + "}");
       } catch (...) {
         event_failure_ = std::current_exception();
       }

@@ -11,7 +11,7 @@
 #include "arguments.h"
 #include "bvconn/automation/interface.h"
 #include "connection_options.h"
-#include "json_text.h"
+#include "json_value.h"
 #include "status.h"
 
 namespace bvconn::tool {
@@ -53,14 +53,18 @@ class Batch {
     std::shared_ptr<void> object;
   };
 
-  std::string answer(const Json& request);
-  std::string call(const Json& request);
-  std::string make(const Json& request);
-  std::string get(const Json& request);
-  std::string set(const Json& request);
-  std::string release(const Json& request);
+  /// The line that answers this one. Lack of memory leaves it.
+  std::string answer_line(std::string_view line);
+  /// Takes no more memory.
+  std::string_view out_of_memory_answer(std::string_view line);
+  std::string answer(const JsonValue& request);
+  std::string call(const JsonValue& request);
+  std::string make(const JsonValue& request);
+  std::string get(const JsonValue& request);
+  std::string set(const JsonValue& request);
+  std::string release(const JsonValue& request);
 
-  Target resolve(const Json& request, const char* verb);
+  Target resolve(const JsonValue& request, const char* verb);
   std::shared_ptr<void> make_object(const automation::ClassInfo& info);
   std::shared_ptr<void> property_object(const Target& target);
   std::string failure(const char* what);
@@ -71,7 +75,8 @@ class Batch {
   Output output_;
   Connection connection_;
   std::vector<Instance> instances_;
-  std::string id_;                    ///< of the request that runs, as it was written
+  std::string_view id_;               ///< of the request that runs, as it was written
+  std::string spare_;                 ///< room for an answer when there is no other
   std::exception_ptr event_failure_;  ///< of the line of an event in it
   int status_ = kDone;
   bool some_failed_ = false;

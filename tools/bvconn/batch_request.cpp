@@ -36,6 +36,15 @@ std::size_t end_of_value(std::string_view json, std::size_t at) {
   return at;
 }
 
+/// Whether a key as it was written is this one. It takes memory only where it has escapes.
+bool is_key(std::string_view written, std::string_view key) {
+  if (written.find('\\') != std::string_view::npos) {
+    const JsonValue read = parse_json(written);
+    return read.text() != nullptr && *read.text() == key;
+  }
+  return written.size() == key.size() + 2 && written.substr(1, key.size()) == key;
+}
+
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
@@ -44,7 +53,7 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-std::string verb_of(const Json& request) {
+std::string verb_of(const JsonValue& request) {
   struct Verb {
     std::string_view name, companion;
   };
@@ -52,12 +61,12 @@ std::string verb_of(const Json& request) {
       {{"call", "args"}, {"new", "as"}, {"get", ""}, {"set", "value"}, {"release", ""}}};
   const Verb* found = nullptr;
   for (const Verb& verb : kVerbs) {
-    if (!request.contains(verb.name)) continue;
+    if (request.find(verb.name) == nullptr) continue;
     if (found != nullptr) throw UsageError("a line holds one request");
     found = &verb;
   }
   if (found == nullptr) throw UsageError("call, new, get, set or release is required");
-  for (const auto& [key, value] : request.items()) {
+  for (const auto& [key, value] : *request.object()) {
     if (key != "id" && key != found->name &&
         (found->companion.empty() || key != found->companion)) {
       throw UsageError(std::string(found->name) + " does not take " + key);
@@ -66,21 +75,21 @@ std::string verb_of(const Json& request) {
   return std::string(found->name);
 }
 
-const std::string& text_member(const Json& request, const char* key) {
-  const auto found = request.find(key);
-  if (found == request.end()) throw UsageError(std::string(key) + " is required");
-  if (!found->is_string()) throw UsageError(std::string(key) + ": a string is expected");
-  return found->get_ref<const std::string&>();
+const std::string& text_member(const JsonValue& request, const char* key) {
+  const JsonValue* const found = request.find(key);
+  if (found == nullptr) throw UsageError(std::string(key) + " is required");
+  if (found->text() == nullptr) throw UsageError(std::string(key) + ": a string is expected");
+  return *found->text();
 }
 
-std::string raw_member(std::string_view object, std::string_view key) {
+std::string_view raw_member(std::string_view object, std::string_view key) {
   std::size_t at = object.find('{');
   while (at < object.size() && object[at] != '}') {
     const std::size_t colon = end_of_value(object, at + 1);
     if (colon >= object.size() || object[colon] != ':') break;
     const std::size_t end = end_of_value(object, colon + 1);
-    if (Json::parse(object.substr(at + 1, colon - at - 1)).get<std::string>() == key) {
-      return std::string(trimmed(object.substr(colon + 1, end - colon - 1)));
+    if (is_key(trimmed(object.substr(at + 1, colon - at - 1)), key)) {
+      return trimmed(object.substr(colon + 1, end - colon - 1));
     }
     at = end;
   }

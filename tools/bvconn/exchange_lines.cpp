@@ -2,48 +2,50 @@
 
 #include <cstdint>
 
-#include "arguments.h"
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/exchange/mask_exchange.h"
 #include "bvconn/platform/exchange/mask_request.h"
-#include "json_text.h"
+#include "json_value.h"
+#include "status.h"
 
 namespace bvconn::tool {
 namespace {
 
-const Json& member(const Json& json, const char* name) {
-  static const Json kNothing;
-  const auto found = json.find(name);
-  return found == json.end() ? kNothing : *found;
+const JsonValue& member(const JsonValue& json, const char* name) {
+  static const JsonValue kNothing;
+  const JsonValue* const found = json.find(name);
+  return found == nullptr ? kNothing : *found;
 }
 
-std::string text_of(const Json& json, const char* name) {
-  const Json& value = member(json, name);
-  return value.is_string() ? value.get<std::string>() : "";
+std::string text_of(const JsonValue& json, const char* name) {
+  const std::string* const text = member(json, name).text();
+  return text != nullptr ? *text : "";
 }
 
-std::int64_t number_of(const Json& json, const char* name) {
-  const Json& value = member(json, name);
-  return value.is_number_integer() ? value.get<std::int64_t>() : 0;
+std::int64_t number_of(const JsonValue& json, const char* name) {
+  const std::int64_t* const number = member(json, name).integer();
+  return number != nullptr ? *number : 0;
 }
 
-void read_text(const Json& json, const std::string& name, BoundedText& text) {
+void read_text(const JsonValue& json, const std::string& name, BoundedText& text) {
   text.assign(text_of(json, name.c_str()));
   const std::int64_t size = number_of(json, (name + "Size").c_str());
   if (size > 0) text.size = static_cast<std::uint64_t>(size);
 }
 
-void read_arguments(const Json& json, Exchange& exchange) {
-  for (const Json& each : member(json, "arguments")) {
-    if (!each.is_object()) continue;
+void read_arguments(const JsonValue& json, Exchange& exchange) {
+  const JsonValue::Array* const arguments = member(json, "arguments").array();
+  if (arguments == nullptr) return;
+  for (const JsonValue& each : *arguments) {
+    if (each.object() == nullptr) continue;
     ExchangeArgument& argument = exchange.arguments.emplace_back();
     argument.type = text_of(each, "type");
     read_text(each, "text", argument.text);
   }
 }
 
-ExchangeTimes times_of(const Json& json) {
-  if (!json.is_object()) return {};
+ExchangeTimes times_of(const JsonValue& json) {
+  if (json.object() == nullptr) return {};
   return {.name_us = number_of(json, "name"),
           .connect_us = number_of(json, "connect"),
           .tls_us = number_of(json, "tls"),
@@ -60,13 +62,13 @@ Outcome outcome_of(std::string_view text) {
   return Outcome::kNone;
 }
 
-void read_outcome(const Json& json, Exchange& exchange) {
+void read_outcome(const JsonValue& json, Exchange& exchange) {
   exchange.outcome = outcome_of(text_of(json, "outcome"));
-  if (const Json& error = member(json, "error"); error.is_object()) {
+  if (const JsonValue& error = member(json, "error"); error.object() != nullptr) {
     exchange.error = ExchangeError{static_cast<std::int32_t>(number_of(error, "number")),
                                    text_of(error, "source"), text_of(error, "description")};
   }
-  if (const Json& raised = member(json, "raised"); raised.is_object()) {
+  if (const JsonValue& raised = member(json, "raised"); raised.object() != nullptr) {
     exchange.raised = static_cast<std::int32_t>(number_of(raised, "number"));
   }
 }
@@ -82,13 +84,13 @@ void learn_login(const Exchange& exchange, TextMask& mask) {
 }  // namespace
 
 std::optional<Exchange> exchange_from_json(std::string_view line) {
-  Json json;
+  JsonValue json;
   try {
     json = parse_json(line);
   } catch (const UsageError&) {
     return std::nullopt;
   }
-  if (!json.is_object() || !member(json, "outcome").is_string()) return std::nullopt;
+  if (json.object() == nullptr || member(json, "outcome").text() == nullptr) return std::nullopt;
   Exchange exchange;
   exchange.number = static_cast<std::uint64_t>(number_of(json, "number"));
   if (const auto at = conversions::date_of(text_of(json, "at"))) exchange.at = *at;
@@ -96,7 +98,8 @@ std::optional<Exchange> exchange_from_json(std::string_view line) {
   exchange.operation = text_of(json, "operation");
   exchange.route = text_of(json, "route") == "dal" ? ExchangeRoute::kDal : ExchangeRoute::kSoap;
   exchange.url = text_of(json, "url");
-  if (member(json, "soapAction").is_string()) exchange.soap_action = text_of(json, "soapAction");
+  if (member(json, "soapAction").text() != nullptr)
+    exchange.soap_action = text_of(json, "soapAction");
   read_text(json, "request", exchange.request);
   exchange.object = text_of(json, "object");
   exchange.object_operation = text_of(json, "objectOperation");

@@ -76,7 +76,8 @@ class XmlLines {
 std::optional<std::string> laid_out_json(std::string_view text) {
   if (!text.starts_with('{') && !text.starts_with('[')) return std::nullopt;
   try {
-    return parse_json(text).dump(kStep, ' ', false, Json::error_handler_t::replace);
+    static_cast<void>(parse_json(text));
+    return Json::parse(text).dump(kStep, ' ', false, Json::error_handler_t::replace);
   } catch (const UsageError&) {
     return std::nullopt;
   }
