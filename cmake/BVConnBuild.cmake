@@ -79,6 +79,14 @@ function(bvconn_rooms_from out)
   set(${out} "${found}" PARENT_SCOPE)
 endfunction()
 
+# bvconn_knows_sanitizers(TARGET): BVCONN_SANITIZED is defined where a sanitizer makes it slow and
+# keeps memory of its own.
+function(bvconn_knows_sanitizers target)
+  if(BVCONN_SANITIZE)
+    target_compile_definitions(${target} PRIVATE BVCONN_SANITIZED)
+  endif()
+endfunction()
+
 # Starting a sanitized program costs more than most of its tests do.
 if(BVCONN_SANITIZE)
   set(join_tests ON)

@@ -16,6 +16,13 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
+// A fifth is enough to be slow where a sanitizer looks on, and is still more than a million tags.
+#ifdef BVCONN_SANITIZED
+constexpr std::size_t kPart = 5;
+#else
+constexpr std::size_t kPart = 1;
+#endif
+
 constexpr std::string_view kHeartBeat = "urn:HeartBeatService";
 
 std::string repeated(std::string_view piece, std::size_t times) {
@@ -25,10 +32,10 @@ std::string repeated(std::string_view piece, std::size_t times) {
   return text;
 }
 
-/// 63 MB of 900,000 tags: about as large as a request may be.
+/// 63 MB of 900,000 tags, or a part of them: about as large as a request may be.
 std::string huge_envelope() {
   return envelope_text(kHeartBeat, "beat",
-                       repeated("<param>" + std::string(125, 'x') + "</param>", 450'000));
+                       repeated("<param>" + std::string(125, 'x') + "</param>", 450'000 / kPart));
 }
 
 std::string soap_request(std::string_view text) {
@@ -75,8 +82,8 @@ TEST(LargeRequest, KeepsNoOtherClientWaiting) {
 TEST(LargeRequest, OfMoreThanAMillionTagsIsRefusedUnread) {
   SandboxProcess sandbox;
   const auto begin = Clock::now();
-  const RawReply reply =
-      sandbox.soap_text(envelope_text(kHeartBeat, "beat", repeated("<p/>", 15'000'000)), "");
+  const RawReply reply = sandbox.soap_text(
+      envelope_text(kHeartBeat, "beat", repeated("<p/>", 15'000'000 / kPart)), "");
   EXPECT_EQ(reply.status, 500);
   EXPECT_NE(reply.body.find("The request has more than 1000000 tags"), std::string::npos)
       << reply.body.substr(0, 500);
@@ -86,8 +93,9 @@ TEST(LargeRequest, OfMoreThanAMillionTagsIsRefusedUnread) {
 
 TEST(LargeRequest, OfMoreThanAMillionValuesIsRefusedOnTheOtherRouteToo) {
   SandboxProcess sandbox;
-  const RawReply reply = sandbox.dal("AuthenticationService/Login",
-                                     R"({"arguments":[)" + repeated("[],", 15'000'000) + "[]]}");
+  const RawReply reply =
+      sandbox.dal("AuthenticationService/Login",
+                  R"({"arguments":[)" + repeated("[],", 15'000'000 / kPart) + "[]]}");
   EXPECT_EQ(reply.status, 400);
   EXPECT_NE(reply.body.find("the body has more than 1000000 values"), std::string::npos)
       << reply.body.substr(0, 500);
