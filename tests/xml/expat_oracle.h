@@ -356,7 +356,7 @@ inline Theirs read_with_expat(std::string_view bytes, const char* encoding, bool
 /// Whether our reader is right to differ from expat about a document, and why. Nothing but these:
 ///
 /// 1. A document type declaration, which expat reads and we refuse on purpose.
-/// 2. A version that is not 1.x: expat takes any word for one.
+/// 2. A version that is not 1.x: older releases of expat take any word for one.
 /// 3. Names with characters beyond Latin-1: expat has the tables of the fourth edition, which know
 ///    fewer of them. (It cannot err on the other side: the fifth edition allows all of the fourth.)
 /// 4. A limit of ours was passed.
