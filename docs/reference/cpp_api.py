@@ -47,22 +47,26 @@ class Api:
     """Where its pages are. Without a file of tags nothing is known, and no page links there."""
 
     def __init__(self, root, tag_file=None, folder="api/"):
-        self.classes, self.members, self.files = {}, {}, {}
+        self.classes, self.members, self.functions, self.files = {}, {}, {}, {}
         self.folder = folder
-        if not tag_file:
-            return
-        for compound in xml.parse(tag_file).getroot():
+        for compound in xml.parse(tag_file).getroot() if tag_file else ():
             kind, name = compound.get("kind"), compound.findtext("name")
             page = compound.findtext("filename")
             if kind in ("class", "struct"):
                 self.classes[name] = page
-                for member in compound.iter("member"):
-                    key = (name, member.findtext("name"))
-                    anchor = f"{member.findtext('anchorfile')}#{member.findtext('anchor')}"
-                    self.members.setdefault(key, anchor)
+                self._read_members(compound, name, self.members)
+            elif kind == "namespace":
+                self._read_members(compound, name, self.functions)
             elif kind == "file":
                 path = os.path.join(compound.findtext("path") or "", name)
                 self.files[os.path.relpath(os.path.join(root, path), root)] = page
+
+    @staticmethod
+    def _read_members(compound, name, into):
+        for member in compound.iter("member"):
+            page, anchor = member.findtext("anchorfile"), member.findtext("anchor")
+            if page and anchor:
+                into.setdefault((name, member.findtext("name")), f"{page}#{anchor}")
 
     def _page(self, page):
         if not page:
@@ -77,3 +81,13 @@ class Api:
 
     def file(self, path):
         return self._page(self.files.get(path))
+
+    def names(self, known):
+        """Names in C++ and their pages, but for the classes that have pages of their own."""
+        whole = [(name, page) for name, page in self.classes.items()]
+        for (owner, name), page in [*self.members.items(), *self.functions.items()]:
+            whole.append((f"{owner}::{name}", page))
+        for name, page in whole:
+            short = name.removeprefix("bvconn::")
+            if name != short and short.split("::")[0] not in known:
+                yield short, self._page(page)

@@ -90,6 +90,8 @@ def main():
         except DoxygenFailed as error:
             problems.append(str(error))
     oddities = interface.read_oddities(read(given.source, "docs/oddities.md"))
+    for name, page in api.names({each.name for each in classes}):
+        site.known_to_search("C++", name, page)
     prose = Prose(classes, numbers, oddities)
     for each in oddities:
         site.known_to_search("oddity", each.id, f"guides/oddities.html#{each.id}", each.words)

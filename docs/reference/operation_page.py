@@ -1,6 +1,7 @@
 """The page of one operation, or of one property."""
 
 import json
+import re
 
 from interface import SESSION
 from markup import Markup, code, el, joined, link, pre, section, table
@@ -216,12 +217,16 @@ def more_part(member, classes, api, guides):
 
 def signature_part(member, cls, api):
     """In C++ and by name."""
+    names = re.findall(r"\b[A-Z]\w+", " ".join(each.code for each in member.declarations))
+    types = [link("../" + api.cls(name), code(name)) for name in dict.fromkeys(names)
+             if api.cls(name)]
     header = cls.words.path
     page = api.file(header)
     shown = link("../" + page, code(header)) if page else code(header)
     return section(
         "Signature",
         [pre(each.code, "cpp") for each in member.declarations],
+        [el("p", "Types: ", joined(types, ", "), ".")] if types else None,
         el("p", "In ", shown, ". By name:"), pre(by_name(member)))
 
 

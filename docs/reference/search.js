@@ -4,9 +4,10 @@
   "use strict";
 
   const kShown = 30;
-  const kWeights = { class: 9, operation: 7, error: 7, guide: 6, oddity: 5, event: 5, property: 4, heading: 3, row: 0 };
+  const kWeights = { class: 9, operation: 7, error: 7, guide: 6, oddity: 5, event: 5, property: 4, heading: 3, "C++": 2,
+                     row: 0 };
   // Names that say all by themselves: whoever types one of these means just that.
-  const kExact = { error: 95, constant: 95, "fault code": 80, method: 55, "wire name": 55, "service object": 50,
+  const kExact = { error: 100, constant: 100, "fault code": 80, method: 55, "wire name": 55, "service object": 50,
                    argument: 45, parameter: 35, service: 30 };
 
   const root = document.body.dataset.root;
@@ -22,7 +23,7 @@
 
   function scoreOfText(text, term) {
     const lower = text.toLowerCase();
-    const last = lower.slice(lower.lastIndexOf(".") + 1);
+    const last = lower.slice(Math.max(lower.lastIndexOf("."), lower.lastIndexOf(":")) + 1);
     if (lower === term || last === term) return 100;
     if (last.startsWith(term)) return 65;
     if (lower.startsWith(term)) return 60;

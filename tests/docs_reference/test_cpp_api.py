@@ -22,8 +22,12 @@ class CppApi(unittest.TestCase):
         for page in (api.cls("BVInvoiceConnector"), api.file("bvconn/platform/error.h"),
                      api.member("BVInvoiceConnector", "GetInvoice").split("#", maxsplit=1)[0]):
             self.assertTrue(os.path.exists(os.path.join(self.out, page)), page)
-        for folder in ("index.html",):  # what the pages lead back to
-            open(os.path.join(self.out, folder), "w", encoding="utf-8").close()
+        names = dict(api.names({"BVInvoiceConnector"}))
+        for name in ("TimeoutScope", "Variant::is", "explain", "error_numbers::kTimeout"):
+            self.assertIn(name, names)
+        self.assertNotIn("BVInvoiceConnector::GetInvoice", names)
+        for name in ("index.html",):  # what the pages lead back to
+            open(os.path.join(self.out, name), "w", encoding="utf-8").close()
         self.assertEqual(broken_links(self.out), [])
 
     def test_fails_over_a_parameter_that_there_is_not(self):
