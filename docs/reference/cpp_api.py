@@ -89,5 +89,7 @@ class Api:
             whole.append((f"{owner}::{name}", page))
         for name, page in whole:
             short = name.removeprefix("bvconn::")
-            if name != short and short.split("::")[0] not in known:
+            *owners, last = short.split("::")
+            made = last in owners or last.startswith(("~", "operator"))
+            if name != short and not made and (owners + [last])[0] not in known:
                 yield short, self._page(page)

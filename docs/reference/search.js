@@ -4,7 +4,7 @@
   "use strict";
 
   const kShown = 30;
-  const kWeights = { class: 9, operation: 7, error: 7, guide: 6, oddity: 5, event: 5, property: 4, heading: 3, "C++": 2,
+  const kWeights = { class: 9, operation: 7, error: 7, guide: 9, oddity: 5, event: 5, property: 4, heading: 3, "C++": 2,
                      row: 0 };
   // Names that say all by themselves: whoever types one of these means just that.
   const kExact = { error: 100, constant: 100, "fault code": 80, method: 55, "wire name": 55, "service object": 50,
@@ -15,14 +15,19 @@
   const found = document.getElementById("found");
   let chosen = -1;
 
+  // In any case of letters, and with or without the hyphen: time-outs, timeout.
+  function folded(text) {
+    return text.toLowerCase().replace(/-/g, "");
+  }
+
   // "getSAPOrder" has the words get, sap and order.
   function words(name) {
-    return name.replace(/([a-z0-9])([A-Z])/g, "$1 $2").replace(/([A-Z]+)([A-Z][a-z])/g, "$1 $2")
+    return name.replace(/-/g, "").replace(/([a-z0-9])([A-Z])/g, "$1 $2").replace(/([A-Z]+)([A-Z][a-z])/g, "$1 $2")
       .toLowerCase().split(/[^a-z0-9]+/);
   }
 
   function scoreOfText(text, term) {
-    const lower = text.toLowerCase();
+    const lower = folded(text);
     const last = lower.slice(Math.max(lower.lastIndexOf("."), lower.lastIndexOf(":")) + 1);
     if (lower === term || last === term) return 100;
     if (last.startsWith(term)) return 65;
@@ -32,7 +37,7 @@
   }
 
   function scoreOfName(kind, name, term) {
-    const lower = name.toLowerCase();
+    const lower = folded(name);
     if (lower === term) return kExact[kind] || 40;
     if (lower.startsWith(term)) return 22;
     return lower.includes(term) ? 12 : 0;
@@ -45,12 +50,12 @@
       const score = scoreOfName(kind, name, term);
       if (score > best.score) best = { score, why: kind + " " + name };
     }
-    if (best.score === 0 && entry.d.toLowerCase().includes(term)) best = { score: 5, why: "" };
+    if (best.score === 0 && folded(entry.d).includes(term)) best = { score: 5, why: "" };
     return best;
   }
 
   function search(text) {
-    const terms = text.toLowerCase().split(/\s+/).filter(Boolean);
+    const terms = folded(text).split(/\s+/).filter(Boolean);
     if (terms.length === 0) return [];
     const results = [];
     for (const entry of window.bvconnSearchIndex) {

@@ -53,6 +53,10 @@ class Search(unittest.TestCase):
         self.assertEqual(results, [("operation", "BVInvoiceConnector.UnlockOrderReconcile")])
         self.assertIn("argument blnUnassociate", box)
 
+    def test_a_guide_is_found_with_or_without_the_hyphen(self):
+        results, _, _ = self.found("timeouts proxy")
+        self.assertEqual(results[0], ("guide", "Time-outs, TLS and proxy"))
+
     def test_all_words_count_and_markup_is_text(self):
         results, _, _ = self.found("reconcile lock")
         self.assertIn(("operation", "BVInvoiceConnector.UnlockOrderReconcile"), results)
