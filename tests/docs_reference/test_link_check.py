@@ -2,6 +2,8 @@
 
 import os
 import shutil
+import subprocess
+import sys
 import tempfile
 import unittest
 
@@ -42,6 +44,15 @@ class LinkCheck(unittest.TestCase):
         self.assertEqual(broken_links(self.folder),
                          ["a.html:1: b.html#gone: the page has no such place",
                           "a.html:1: #gone: the page has no such place"])
+
+    def test_is_a_program_that_fails_over_what_it_finds(self):
+        check = [sys.executable, "-B", os.path.join(support.GENERATOR, "link_check.py"), self.folder]
+        self.page("a.html", "<p>x</p>")
+        self.assertEqual(subprocess.run(check, capture_output=True, check=False).returncode, 0)
+        self.page("b.html", '<a href="gone.html">x</a>')
+        done = subprocess.run(check, capture_output=True, text=True, check=False)
+        self.assertEqual((done.returncode, done.stdout),
+                         (1, "b.html:1: gone.html: there is no such page\n"))
 
     def test_a_script_that_is_not_there_is_found(self):
         self.page("a.html", '<script src="gone.js"></script>')
