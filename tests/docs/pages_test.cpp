@@ -1,6 +1,7 @@
 // Every block of every page does what the page says.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -21,10 +22,22 @@ std::vector<Block> blocks_of_page(const std::string& page) {
   return blocks_of(read_text(kRoot / page), page);
 }
 
+/// The lines that begin or end a block for a reader of Markdown.
+std::size_t fences_in(const std::string& text) {
+  const auto lines = lines_of(text);
+  return static_cast<std::size_t>(std::count_if(lines.begin(), lines.end(), [](const auto& line) {
+    const std::size_t begin = std::min(line.find_first_not_of(" >"), line.size());
+    return line.compare(begin, 3, "```") == 0 || line.compare(begin, 3, "~~~") == 0;
+  }));
+}
+
 class Page : public testing::TestWithParam<std::string> {};
 
 TEST_P(Page, HasNoBlockThatNobodyRuns) {
-  for (const Block& block : blocks_of_page(GetParam())) EXPECT_EQ(complaint_about(block), "");
+  const auto blocks = blocks_of_page(GetParam());
+  for (const Block& block : blocks) EXPECT_EQ(complaint_about(block), "");
+  EXPECT_EQ(fences_in(read_text(kRoot / GetParam())), 2 * blocks.size())
+      << "a block is indented, begins with another sign than ```, or has no end";
 }
 
 TEST_P(Page, DoesWhatItShows) {
