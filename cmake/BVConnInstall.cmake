@@ -39,7 +39,7 @@ function(bvconn_install_libraries)
   set(built "${CMAKE_CURRENT_BINARY_DIR}/install")
   configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/BVConnConfig.cmake.in"
     "${built}/BVConnConfig.cmake" INSTALL_DESTINATION "${BVCONN_INSTALL_CMAKEDIR}"
-    NO_SET_AND_CHECK_MACRO)
+    NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
   # As long as the first number of the version, and so the library's soname, stays.
   write_basic_package_version_file("${built}/BVConnConfigVersion.cmake"
     COMPATIBILITY SameMajorVersion)
