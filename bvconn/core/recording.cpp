@@ -6,6 +6,7 @@
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/http/http_url.h"
 #include "bvconn/platform/soap/xml_document.h"
 
 namespace bvconn {
@@ -238,6 +239,17 @@ std::string invoke_recorded(ServiceObject& object, std::string_view operation,
     quietly([&] { exchange->result.assign(result); });
   }
   return result;
+}
+
+std::string invoke_words() {
+  ExchangeLog& log = session().exchanges();
+  const Exchange* const exchange = log.find(log.running());
+  if (exchange == nullptr || exchange->route != ExchangeRoute::kDal || exchange->http_status == 0) {
+    return "";
+  }
+  return "the data access layer at " + detail::shown_url(exchange->url) + " answered " +
+         exchange->object + "." + exchange->object_operation + " with the status " +
+         conversions::integer_text(exchange->http_status);
 }
 
 }  // namespace bvconn

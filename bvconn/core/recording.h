@@ -48,5 +48,8 @@ void send_recorded(HTTPTransport& transport, std::string_view url, std::string_v
 std::string receive_recorded(HTTPTransport& transport);
 std::string invoke_recorded(ServiceObject& object, std::string_view operation,
                             std::span<const Variant> arguments, bool by_name);
+/// What answered the running call's last `invoke_recorded`, and how, for people; "" where the
+/// record does not have it.
+std::string invoke_words();
 
 }  // namespace bvconn

@@ -153,9 +153,9 @@ namespace {
 
 // A transport of the application's own may throw here; that must not hide what is wrong with the
 // reply.
-std::string last_reply(const HTTPTransport& transport) {
+std::string reply_words(const std::function<std::string()>& words) {
   try {
-    return transport.LastReply();
+    return words();
   } catch (...) {
     live_error();  // lets the end of a thread through
     return "";
@@ -164,18 +164,22 @@ std::string last_reply(const HTTPTransport& transport) {
 
 }  // namespace
 
-void receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {
-  std::string text = receive_recorded(transport);
+void parse_reply(const SoapEnvelope& envelope, std::string text,
+                 const std::function<std::string()>& words) {
   try {
     envelope.Parse(std::move(text), "");
   } catch (Error& error) {
-    const std::string reply = last_reply(transport);
+    const std::string reply = reply_words(words);
     // A fault is what the caller asked for, with words of its own.
     if (error.number != error_numbers::kSoapFault && !reply.empty()) {
       error.description.append("; ").append(reply);
     }
     throw;
   }
+}
+
+void receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {
+  parse_reply(envelope, receive_recorded(transport), [&] { return transport.LastReply(); });
 }
 
 // deliberate [soap-action-before]: no SOAPAction is set.

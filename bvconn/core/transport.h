@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -50,8 +51,12 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 
 }  // namespace Global
 
-/// Reads the reply to the last `Send` into the envelope. What `Parse` says against its text is
-/// followed by where the reply came from and its status, as far as the transport knows.
+/// Reads the text of a reply into the envelope. What `Parse` says against it is followed by
+/// `words`: where it came from and its status, or "" where nobody knows.
+void parse_reply(const SoapEnvelope& envelope, std::string text,
+                 const std::function<std::string()>& words);
+
+/// Reads the reply to the last `Send` into the envelope, with the transport's words.
 void receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope);
 
 /// The thread's transport with tracing, proxy and default time-out set, and its SOAPAction left as

@@ -121,7 +121,7 @@ Call& Call::exchange_text(HTTPTransport& transport, std::string_view text) {
 }
 
 Call& Call::parse(std::string text) {
-  envelope().Parse(std::move(text), "");
+  parse_reply(envelope(), std::move(text), &invoke_words);
   return *this;
 }
 

@@ -5,10 +5,13 @@
 #include <vector>
 
 #include "bvconn/connectors/documents/bv_acknowledgement_connector.h"
+#include "bvconn/connectors/search/bv_search_connector.h"
 #include "bvconn/connectors/session/bv_generic_connector.h"
 #include "bvconn/core/transport.h"
+#include "bvconn/dal/bv_connector_object.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/thread_record.h"
 #include "own_files.h"
 #include "support/error_of.h"
 #include "support/misbehaving_server.h"
@@ -91,6 +94,29 @@ TEST(LiveReply, ThatCannotBeReadIsNamedByUrlAndStatusOnEveryRoad) {
       EXPECT_GT(error.description.size(), end.size() + 10) << error.description;
     }
   }
+}
+
+TEST(LiveReply, OfTheDataAccessLayerThatCannotBeReadIsNamedByAddressOperationAndStatus) {
+  const detail::ThreadScope fresh;
+  OwnFiles files;
+  MisbehavingServer server;
+  server.answer(
+      {answers::reply("welcome"), answers::reply(""), answers::reply("not XML"),
+       answers::reply(envelope(kSoap11, "<e:Fault><faultstring>no</faultstring></e:Fault>"))});
+  BVConnectorObject object;
+  object.InitTorvexDAL("http://joe:word@" + server.host() + "/dal");
+  object.UseTorvexDAL();
+  const auto search = [] { BVSearchConnector().SearchForBrands("S", "http://unused.example/"); };
+  const Error unreadable = error_of(search);
+  EXPECT_EQ(hex_number(unreadable.number), "0x80044202");
+  EXPECT_EQ(unreadable.source, "SoapEnvelope");
+  EXPECT_TRUE(unreadable.description.ends_with(
+      "; the data access layer at " + server.url("/dal") +
+      " answered SearchService.SearchForBrands with the status 200"))
+      << unreadable.description;
+  const Error fault = error_of(search);
+  EXPECT_EQ(hex_number(fault.number), "0x80044201");
+  EXPECT_EQ(fault.description, "The reply is a SOAP fault");
 }
 
 TEST(LiveReply, ThatIsAFaultHasTheServersWordsAlone) {
