@@ -32,8 +32,8 @@ def write_api(root, out, version):
         with open(os.path.join(HERE, "Doxyfile"), encoding="utf-8") as file:
             settings = file.read()
         settings += "\n".join([
-            f"PROJECT_NUMBER = {version}", f'STRIP_FROM_INC_PATH = "{root}"', f'OUTPUT_DIRECTORY = "{out}"',
-            f'LAYOUT_FILE = "{layout}"', f'GENERATE_TAGFILE = "{tags}"',
+            f"PROJECT_NUMBER = {version}", f'STRIP_FROM_INC_PATH = "{root}"',
+            f'OUTPUT_DIRECTORY = "{out}"', f'LAYOUT_FILE = "{layout}"', f'GENERATE_TAGFILE = "{tags}"',
             "INPUT = " + " ".join(public_headers(root))]) + "\n"
         os.makedirs(out, exist_ok=True)
         done = subprocess.run(["doxygen", "-"], cwd=root, input=settings, text=True, check=False,

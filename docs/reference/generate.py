@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Makes the reference: pages of HTML for operations, classes, errors and guides, with a search.
 
-What the pages say is taken from where it is held: the built tool, which observes the operations; the
-comments of the public headers; the first case of each wire file; a sandbox, which answers the
+What the pages say is taken from where it is held: the built tool, which observes the operations;
+the comments of the public headers; the first case of each wire file; a sandbox, which answers the
 examples. See README.md beside this file.
 """
 

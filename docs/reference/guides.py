@@ -19,7 +19,7 @@ def site_path(source):
 
 
 def sources(root):
-    """The guides first, in the order in which the README leads to them; then the pages beside them."""
+    """The guides in the order in which the README leads to them, then the pages beside them."""
     with open(os.path.join(root, "README.md"), encoding="utf-8") as file:
         readme = file.read()
     found = []

@@ -1,4 +1,4 @@
-"""All that is known of the interface, from where it is known: the tool, the headers, the wire files."""
+"""All that is known of the interface, from where it is known: tool, headers and wire files."""
 
 import json
 import re

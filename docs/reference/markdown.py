@@ -7,7 +7,8 @@ from markup import Markup, code, el, escaped, heading_link, pre, slug
 
 INLINE = re.compile(
     r"(?P<ticks>`+)(?P<code>.+?)(?P=ticks)"
-    r"|!?\[(?P<words>(?:[^\[\]`]|`[^`]*`|\[[^\]]*\])*)\]\((?P<target>[^()\s]*(?:\([^)]*\))?[^()\s]*)\)"
+    r"|!?\[(?P<words>(?:[^\[\]`]|`[^`]*`|\[[^\]]*\])*)\]"
+    r"\((?P<target>[^()\s]*(?:\([^)]*\))?[^()\s]*)\)"
     r"|\*\*(?P<strong>(?:[^*`]|`[^`]*`)+)\*\*"
     r"|(?<![\w*])\*(?P<em>[^*\s](?:[^*]*[^*\s])?)\*(?!\w)"
     r"|(?<!\w)_(?P<em2>[^_\s](?:[^_]*[^_\s])?)_(?!\w)"
@@ -21,7 +22,6 @@ class Page:
     title: str = ""
     body: Markup = Markup("")
     headings: list = field(default_factory=list)  # of level, anchor, text
-    links: list = field(default_factory=list)
 
 
 class Reader:
@@ -46,7 +46,6 @@ class Reader:
         if found["code"] is not None:
             return self.name(found["code"].strip() if found["ticks"] != "`" else found["code"])
         if found["target"] is not None:
-            self.page.links.append(found["target"])
             plain = Reader(self.resolve)  # a link has no links within
             return self.resolve(found["target"], plain.inline(found["words"]))
         if found["strong"] is not None:
@@ -68,8 +67,8 @@ class Reader:
             if not line.strip():
                 at += 1
                 continue
-            for form in (self._comment, self._fence, self._heading, self._table, self._list, self._quote,
-                         self._indented, self._paragraph):
+            for form in (self._comment, self._fence, self._heading, self._table, self._list,
+                         self._quote, self._indented, self._paragraph):
                 block, after = form(lines, at)
                 if block is not None:
                     made += [block, "\n"] if block else []

@@ -5,7 +5,7 @@ import re
 
 from interface import SESSION
 from markup import Markup, code, el, joined, link, pre, section, table
-from routes import condition_words, dal_part, failure_part, log_part, origin, soap_part
+from routes import condition_words, dal_part, failure_part, log_part, soap_part
 from wire_files import indented_xml
 
 
@@ -114,7 +114,8 @@ def routes_part(member, prose):
     return section("Routes", *forms)
 
 
-WORDS_OF_ROUTE = {"soap": "By SOAP", "dal": "By the data access layer", "nothing": "Without a route"}
+WORDS_OF_ROUTE = {"soap": "By SOAP", "dal": "By the data access layer",
+                  "nothing": "Without a route"}
 
 
 def wire_part(member):

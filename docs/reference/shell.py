@@ -81,7 +81,3 @@ def foldable(title):
 
 def up_from(path):
     return "../" * path.count("/")
-
-
-def paragraphs(texts):
-    return [el("p", text) for text in texts if text] or Markup("")

@@ -46,7 +46,8 @@ class LinkCheck(unittest.TestCase):
                           "a.html:1: #gone: the page has no such place"])
 
     def test_is_a_program_that_fails_over_what_it_finds(self):
-        check = [sys.executable, "-B", os.path.join(support.GENERATOR, "link_check.py"), self.folder]
+        program = os.path.join(support.GENERATOR, "link_check.py")
+        check = [sys.executable, "-B", program, self.folder]
         self.page("a.html", "<p>x</p>")
         self.assertEqual(subprocess.run(check, capture_output=True, check=False).returncode, 0)
         self.page("b.html", '<a href="gone.html">x</a>')

@@ -84,7 +84,8 @@ class Markdown(unittest.TestCase):
             "<ul><li><p>one more</p><ul><li>inner</li></ul></li><li>two</li></ul>")
 
     def test_headings_have_the_places_that_links_mean(self):
-        page = Reader(plain_link).read("# T\n\n## Is a setting `x` the reason?\n\n## Data\n\n## Data")
+        page = Reader(plain_link).read("# T\n\n## Is a setting `x` the reason?\n\n"
+                                       "## Data\n\n## Data")
         self.assertEqual(page.title, "T")
         self.assertEqual([anchor for _, anchor, _ in page.headings],
                          ["is-a-setting-x-the-reason", "data", "data-1"])

@@ -38,7 +38,7 @@ def search_entries():
 
 
 class Nesting(HTMLParser):
-    """What is wrong with a page's elements: ends without a beginning, places that are there twice."""
+    """What is wrong with a page's elements: ends without a beginning, places that it has twice."""
 
     def __init__(self):
         super().__init__()
@@ -82,8 +82,8 @@ class Pages(unittest.TestCase):
         name = "operations/BVInvoiceConnector.GetInvoice.html"
         whole = page(name)
         for words in ("One invoice.",
-                      "SoapNode GetInvoice(std::string_view aServerURL, std::string_view aSessionID, "
-                      "std::string_view strInvoiceUID);",
+                      "SoapNode GetInvoice(std::string_view aServerURL, std::string_view "
+                      "aSessionID, std::string_view strInvoiceUID);",
                       "SoapNode GetInvoice(string aServerURL, string aSessionID, string "
                       "strInvoiceUID)"):
             self.assertIn(words, whole)
@@ -110,7 +110,8 @@ class Pages(unittest.TestCase):
         name = "operations/BVProjectConnector.SaveProject.html"
         routes = page(name, "routes", "errors")
         self.assertIn("asked when UsingTorvexDAL is true and UseDALSave is true and the method is "
-                      "not disabled there (urn:ProjectService.save); otherwise the request goes by SOAP", routes)
+                      "not disabled there (urn:ProjectService.save); otherwise the request goes "
+                      "by SOAP", routes)
         self.assertIn("calls ProjectService.SaveProject", routes)
         self.assertIn("1 the request's text aSessionID, aProject", routes)
         self.assertIn("aProject SoapNode 1: under the caller's name", page(name, "arguments"))
