@@ -169,6 +169,15 @@ TEST(ExitStatusOfABeat, Is5WhereTheServerIsNotReached) {
   EXPECT_EQ(beat("no-url").status, 5);
 }
 
+TEST(ExitStatusOfABeat, Is3ForSettingsThatCannotBeUsed) {
+  const Shell shell;
+  shell.folder.file("machine.toml", "no TOML");
+  const auto outcome = shell.run(
+      "bvconn call BVHeartBeatConnector.sendHeartBeat --session S --server http://127.0.0.1:1/");
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_THAT(outcome.err, HasSubstr("error 0x80041001"));
+}
+
 TEST(ExitStatusOfABeat, Is6WhereTheConnectionIsLost) {
   MisbehavingServer server;
   server.otherwise(answers::close_before_status());

@@ -82,6 +82,19 @@ TEST(Output, RawShowsWhatCameInsteadOfAnAnswer) {
             "no such page");
 }
 
+TEST(Output, RawSaysThatItHasTheBeginningOfALargePage) {
+  ScriptedServer server;
+  server.reply_with("HTTP/1.1 404 Not Found\r\nContent-Type: text/plain\r\n",
+                    std::string(100'000, 'x'));
+  const auto outcome = Shell().run(
+      "bvconn call BVInvoiceConnector.GetInvoice strInvoiceUID=U1 --session S --output raw "
+      "--server " +
+      server.url());
+  EXPECT_EQ(outcome.out, std::string(65'536, 'x'));
+  EXPECT_THAT(outcome.err,
+              HasSubstr("bvconn: the page is longer: these are its first 65536 bytes\n"));
+}
+
 TEST(Output, RawOfTheLayerIsTheServiceObjectsText) {
   ScriptedServer server;
   server.reply("token");

@@ -112,6 +112,10 @@ void AnswerPrinter::print_raw() const {
   } else if (const auto exchange = session().LastExchange(Secrets::kShown)) {
     // A page that is no answer goes to nobody, and the record has its beginning.
     streams_.out << exchange->reply.text;
+    if (exchange->reply.cut()) {
+      streams_.err << "bvconn: the page is longer: these are its first "
+                   << exchange->reply.text.size() << " bytes\n";
+    }
   }
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "bvconn/platform/error.h"
+#include "bvconn/platform/exchange/exchange.h"
 
 namespace bvconn::detail {
 
@@ -20,8 +21,9 @@ struct ReplyRules {
   /// is refused with the error 0x80044305.
   bool (*accepts)(int status, std::string_view content_type) = nullptr;
   std::uint64_t body_size_max = std::uint64_t{1} << 30;  ///< counted after unpacking
-  /// So much is kept of the body of a reply that is refused.
-  std::uint64_t refused_body_size_max = 16 << 10;
+  /// So much is kept of the body of a reply that is refused: what the record of the exchange keeps,
+  /// and one byte that tells it of more.
+  std::uint64_t refused_body_size_max = kKeptTextMax + 1;
   bool takes_gzip = false;  ///< where it was asked for
 };
 
