@@ -92,4 +92,6 @@ function(bvconn_install_documents)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" ${documentation} FILES_MATCHING PATTERN "*.md")
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" ${documentation}
     FILES_MATCHING PATTERN "*.cpp" PATTERN "*.c")
+  install(FILES "${PROJECT_SOURCE_DIR}/cmake/BVConnExamples.cmake" RENAME CMakeLists.txt
+    DESTINATION "${BVCONN_INSTALL_DOCDIR}/examples" COMPONENT BVConn_documentation)
 endfunction()
