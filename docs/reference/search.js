@@ -4,8 +4,9 @@
   "use strict";
 
   const kShown = 30;
-  const kWeights = { class: 9, operation: 7, error: 7, guide: 9, oddity: 5, event: 5, property: 4, heading: 3, "C++": 2,
-                     row: 0 };
+  // An oddity is called by the words of the operation that has it, and comes behind it.
+  const kWeights = { class: 9, guide: 9, operation: 7, error: 7, event: 5, property: 4, heading: 3,
+                     "C++": 2, row: 0, oddity: -25 };
   // Names that say all by themselves: whoever types one of these means just that.
   const kExact = { error: 100, constant: 100, "fault code": 80, method: 55, "wire name": 55, "service object": 50,
                    argument: 45, parameter: 35, service: 30 };
@@ -32,7 +33,8 @@
     if (lower === term || last === term) return 100;
     if (last.startsWith(term)) return 65;
     if (lower.startsWith(term)) return 60;
-    if (words(text).some((word) => word.startsWith(term))) return 45;
+    const parts = words(text);
+    if (parts.some((_, at) => parts.slice(at).join("").startsWith(term))) return 45;
     return lower.includes(term) ? 30 : 0;
   }
 
@@ -117,12 +119,13 @@
     query.setAttribute("aria-expanded", "false");
   }
 
+  const script = document.createElement("script");
+  script.src = root + "search-index.js";
+
   function withIndex(then) {
     if (window.bvconnSearchIndex) return then();
-    const script = document.createElement("script");
-    script.src = root + "search-index.js";
-    script.onload = then;
-    document.head.append(script);
+    script.addEventListener("load", then, { once: true });
+    document.head.append(script);  // once: the same element is not run again
   }
 
   const kKeys = {
