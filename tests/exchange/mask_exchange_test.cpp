@@ -40,6 +40,16 @@ TEST(MaskExchange, HidesTheSessionWhereverElseItTurnsUp) {
   EXPECT_EQ(shown.error->description, "who is ***?");
 }
 
+TEST(MaskExchange, HidesTheEchoOfAPasswordThatWasSentAsItStands) {
+  Exchange exchange;
+  exchange.request =
+      kept(envelope("S", "<m:save><userPassword><![CDATA[hunter<2>&]]></userPassword></m:save>"));
+  exchange.reply = kept("no: hunter<2>& is too short, and so is hunter&lt;2&gt;&amp;");
+  const Exchange shown = masked(exchange);
+  EXPECT_EQ(shown.request.text.find("hunter"), std::string::npos) << shown.request.text;
+  EXPECT_EQ(shown.reply.text, "no: *** is too short, and so is ***");
+}
+
 TEST(MaskExchange, HidesPasswordElementsOfAnyMethodAndTheirEchoes) {
   Exchange exchange;
   exchange.request =

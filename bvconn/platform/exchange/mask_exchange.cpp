@@ -49,7 +49,10 @@ std::string unescaped(std::string_view raw) {
 class Secret {
  public:
   void add(std::string_view text) {
-    for (std::string form : {std::string(text), escaped(std::string(text)), unescaped(text)}) {
+    // What stood in CDATA may come back escaped.
+    const std::string plain = unescaped(text);
+    for (std::string form :
+         {std::string(text), escaped(std::string(text)), plain, escaped(plain)}) {
       if (form.size() >= kFoundAgainMin && std::ranges::find(forms_, form) == forms_.end()) {
         forms_.push_back(std::move(form));
       }
