@@ -29,7 +29,6 @@ class MemberTable {
 
   const NamedMember* find(std::string_view name) const;
   const NamedMember* find(DispatchId id) const;
-  const std::vector<NamedMember>& members() const { return members_; }
 
  private:
   std::vector<NamedMember> members_;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "automation/sample_class.h"
@@ -107,6 +109,32 @@ TEST_F(ClassBuilder, DefaultsAreToldAsData) {
   EXPECT_FALSE(std::get<Variant>(arguments[4].default_value).node());
   EXPECT_EQ(std::get<Variant>(arguments[5].default_value), Variant("NOTHING"));
   EXPECT_FALSE(member("Join").arguments[0].optional);
+}
+
+// Only what no class of ours asks for.
+struct Optionals {
+  std::string Take(std::int16_t small, const StringArray& list, XMLDocument* document) {
+    return std::to_string(small) + (list.allocated() ? " list" : "") + (document ? " text" : "");
+  }
+  std::string Find(const FindCriteria& criteria) { return std::string(criteria.Name); }
+};
+
+TEST_F(ClassBuilder, LeftOutNumbersAreZeroAndListsAndDocumentsAreNotThere) {
+  using C = Optionals;
+  const ClassInfo optionals = automation::ClassBuilder<C>("Optionals")
+                                  .BVCONN_OPERATION(Take, "small?", "list?", "document?")
+                                  .take();
+  Optionals object;
+  const Value answer = optionals.find("Take")->invoke(&object, {});
+  EXPECT_EQ(std::get<Variant>(answer).string(), "0");
+}
+
+TEST_F(ClassBuilder, ADeclarationThatContradictsTheClassIsFoundWhereItStands) {
+  using C = Optionals;
+  automation::ClassBuilder<C> builder("Optionals");
+  EXPECT_THROW(builder.BVCONN_OPERATION(Take, {"small?", "no number"}, "list", "document"),
+               std::logic_error);
+  EXPECT_THROW(builder.BVCONN_OPERATION(Find, "criteria"), std::logic_error);
 }
 
 TEST_F(ClassBuilder, AnAggregateStandsFieldByFieldInItsPlace) {

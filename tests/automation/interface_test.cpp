@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <set>
 #include <string>
+#include <utility>
+#include <variant>
+#include <vector>
 
 namespace bvconn::test {
 namespace {
@@ -11,6 +15,8 @@ namespace {
 using automation::Argument;
 using automation::ClassInfo;
 using automation::Member;
+using automation::MemberKind;
+using automation::Value;
 using automation::ValueType;
 
 TEST(Interface, EveryClassAndEveryMemberHasANameOfItsOwn) {
@@ -27,6 +33,36 @@ TEST(Interface, EveryClassAndEveryMemberHasANameOfItsOwn) {
       }
     }
     EXPECT_NE(info->make(), nullptr) << info->name;
+  }
+}
+
+TEST(Interface, KindsOfMembersHaveNames) {
+  EXPECT_EQ(automation::kind_name(MemberKind::kOperation), "operation");
+  EXPECT_EQ(automation::kind_name(MemberKind::kProperty), "property");
+  EXPECT_EQ(automation::kind_name(MemberKind::kEvent), "event");
+}
+
+TEST(Interface, AValueFitsItsOwnTypeAloneAndAVariantEveryKindOfVariant) {
+  XMLDocument document;
+  const std::vector<std::pair<ValueType, Value>> values{
+      {ValueType::kNone, Value()},
+      {ValueType::kString, Variant("text")},
+      {ValueType::kBoolean, Variant(true)},
+      {ValueType::kInt16, Variant(std::int16_t{1})},
+      {ValueType::kInt32, Variant(std::int32_t{1})},
+      {ValueType::kSoapNode, Variant(SoapNode())},
+      {ValueType::kStringArray, StringArray()},
+      {ValueType::kSoapEnvelope, SoapEnvelope()},
+      {ValueType::kHTTPTransport, std::shared_ptr<HTTPTransport>()},
+      {ValueType::kXMLDocument, &document},
+      {ValueType::kObject, std::shared_ptr<ServiceObject>()}};
+  for (const auto& [own, value] : values) {
+    for (const auto& [type, other] : values) {
+      EXPECT_EQ(automation::fits(value, type), own == type)
+          << automation::type_name(own) << " as " << automation::type_name(type);
+    }
+    EXPECT_EQ(automation::fits(value, ValueType::kVariant), std::holds_alternative<Variant>(value))
+        << automation::type_name(own);
   }
 }
 

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 #include "bvconn/component/text.h"
 #include "component/host.h"
 
@@ -57,6 +60,68 @@ TEST(ComponentMemory, AnArrayWithoutElementsIsStillAllocated) {
 TEST(ComponentMemory, ThereIsNoArrayOfObjectsOrOfNothing) {
   EXPECT_EQ(create_array(vt::kEmpty, 1), nullptr);
   EXPECT_EQ(create_array(vt::kDispatch, 1), nullptr);
+}
+
+TEST(ComponentMemory, ElementsAreAsWideAsTheirType) {
+  const std::vector<std::pair<std::uint16_t, std::uint32_t>> widths{
+      {vt::kInt8, 1},   {vt::kUint8, 1},   {vt::kInt16, 2},  {vt::kUint16, 2}, {vt::kBoolean, 2},
+      {vt::kInt32, 4},  {vt::kUint32, 4},  {vt::kInt, 4},    {vt::kUint, 4},   {vt::kFloat, 4},
+      {vt::kInt64, 8},  {vt::kUint64, 8},  {vt::kDouble, 8}, {vt::kDate, 8},   {vt::kCurrency, 8},
+      {vt::kString, 8}, {vt::kVariant, 24}};
+  for (const auto& [type, width] : widths) {
+    ArrayRecord* array = create_array(type, 3);
+    ASSERT_NE(array, nullptr) << type;
+    EXPECT_EQ(array->element_size, width) << type;
+    EXPECT_EQ(element_type_of(*array), type);
+    EXPECT_EQ(destroy_array(array, type), kOk);
+  }
+}
+
+TEST(ComponentMemory, ACopyOfNumbersHasItsOwn) {
+  VariantRecord source{};
+  source.type = vt::kArray | vt::kInt16;
+  source.value.array = create_array(vt::kInt16, 3);
+  auto* numbers = static_cast<std::int16_t*>(source.value.array->data);
+  numbers[2] = 17;
+  VariantRecord copy{};
+  ASSERT_EQ(copy_variant(&copy, &source), kOk);
+  numbers[2] = 18;
+  EXPECT_EQ(copy.type, vt::kArray | vt::kInt16);
+  EXPECT_EQ(copy.value.array->bounds[0].count, 3u);
+  EXPECT_EQ(static_cast<std::int16_t*>(copy.value.array->data)[2], 17);
+  EXPECT_EQ(clear_variant(&source), kOk);
+  EXPECT_EQ(clear_variant(&copy), kOk);
+}
+
+// What a host made is read as it says only where it says it of one row of elements of that width.
+TEST(ComponentMemory, AnArrayThatContradictsItsTypeIsNotCopied) {
+  VariantRecord source{};
+  source.type = vt::kArray | vt::kInt32;
+  source.value.array = create_array(vt::kInt16, 2);
+  VariantRecord target = owned_text(u"kept");
+  EXPECT_EQ(copy_variant(&target, &source), kBadVariantType);
+  EXPECT_EQ(test::text_behind(target.value.string), u"kept");
+  source.type = vt::kArray | vt::kInt16;
+  source.value.array->dimensions = 2;
+  EXPECT_EQ(copy_variant(&target, &source), kBadVariantType);
+  source.value.array->dimensions = 1;
+  EXPECT_EQ(clear_variant(&source), kOk);
+  EXPECT_EQ(clear_variant(&target), kOk);
+}
+
+TEST(ComponentMemory, ALockedArrayIsNotCopiedOver) {
+  VariantRecord target{};
+  target.type = vt::kArray | vt::kUint8;
+  target.value.array = create_array(vt::kUint8, 5);
+  target.value.array->locks = 1;
+  ArrayRecord* const kept = target.value.array;
+  VariantRecord source = owned_text(u"text");
+  EXPECT_EQ(copy_variant(&target, &source), kArrayIsLocked);
+  EXPECT_EQ(target.value.array, kept);
+  EXPECT_EQ(test::text_behind(source.value.string), u"text");
+  kept->locks = 0;
+  EXPECT_EQ(clear_variant(&target), kOk);
+  EXPECT_EQ(clear_variant(&source), kOk);
 }
 
 TEST(ComponentMemory, ALockedArrayStaysAndSoDoesItsVariant) {

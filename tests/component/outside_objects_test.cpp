@@ -2,9 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
 
+#include "bvconn/automation/interface.h"
+#include "bvconn/component/instance_object.h"
 #include "bvconn/component/memory.h"
+#include "bvconn/core/session_state.h"
+#include "bvconn/platform/platform.h"
 #include "component/host.h"
 
 namespace bvconn::component {
@@ -114,6 +119,20 @@ TEST(ServiceObjectByName, IsAskedAndCalled) {
   clear_variant(&arguments);
   EXPECT_EQ(test::call(*object, u"invoke", {test::of_string(operation)}).result, kOk);
   EXPECT_EQ(lines, (Lines{"SearchForBrands|11|True|by name", "SearchForBrands|by name"}));
+}
+
+TEST(ServiceObjectByName, IsWhatTheConnectorObjectGivesForAField) {
+  const platform::ScopedPlatform scope(platform::current());
+  Lines lines;
+  session().QuoteService = std::make_shared<NotingService>(lines);
+  const automation::ClassInfo* info = automation::find_class("BVConnectorObject");
+  ASSERT_NE(info, nullptr);
+  Held<IDispatchAbi> connector(make_instance_object(*info, kNullGuid));
+  const Outcome service = test::get(*connector, u"QuoteService");
+  EXPECT_EQ(test::get(service.object(), u"name").text(), u"SearchService");
+  HostString operation(u"SearchForBrands");
+  EXPECT_EQ(test::call(service.object(), u"invoke", {test::of_string(operation)}).result, kOk);
+  EXPECT_EQ(lines, (Lines{"SearchForBrands|by name"}));
 }
 
 TEST(ServiceObjectByName, ArgumentsThatAreNoArrayAreError13) {

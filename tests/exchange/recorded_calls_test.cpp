@@ -95,6 +95,17 @@ TEST(RecordedCall, KeepsTheServersWordsOfAFaultThatIsMapped) {
   EXPECT_EQ(exchange.outcome, Outcome::kAnswered);
 }
 
+// The words of a fault may be anything that a server puts there.
+TEST(RecordedCall, AFaultWhoseWordsAreNoTextIsThereAllTheSame) {
+  RecordingPlatform world;
+  world.reply(fault_text("SOAP-ENV:10041", "<words><word>closed</word></words>"));
+  const Error error = raised_by([] { BVInvoiceConnector().GetInvoice(kUrl, "S", "U-7"); });
+  const Exchange exchange = last();
+  ASSERT_TRUE(exchange.error.has_value());
+  EXPECT_EQ(exchange.raised, error.number);
+  EXPECT_EQ(exchange.outcome, Outcome::kAnswered);
+}
+
 struct Failure {
   std::int32_t number;
   Outcome in_send;
@@ -363,6 +374,18 @@ TEST(RecordedDalCall, AnArrayIsShownByItsItemsAndADateInFull) {
   for (const auto& each : last().arguments) shown.push_back(each.type + " " + each.text.text);
   EXPECT_THAT(shown, testing::ElementsAre("array a|b", "date 2007-12-30T00:00:00", "boolean True",
                                           "double 1.5", "empty ", "missing "));
+}
+
+TEST(RecordedDalCall, ANodeIsShownAsXml) {
+  const RecordingPlatform world;
+  AnyObject object;
+  const SoapNode node = SoapNode::make("quote");
+  node.Nodes().Create("UID", "Q-1");
+  const std::vector<Variant> arguments{Variant(node), Variant(SoapNode())};
+  static_cast<void>(invoke_recorded(object, "Any", arguments, true));
+  ASSERT_EQ(last().arguments.size(), 2U);
+  EXPECT_THAT(last().arguments[0].text.text, HasSubstr("Q-1</UID></quote>"));
+  EXPECT_EQ(last().arguments[1].text.text, "");
 }
 
 TEST(RecordedLogin, ThatIsRefusedShowsItsWordsAndNoPassword) {

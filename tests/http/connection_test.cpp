@@ -2,8 +2,11 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <set>
+#include <thread>
 
+#include "bvconn/platform/http/interrupted_exchanges.h"
 #include "http/transport_fixture.h"
 
 namespace bvconn::test {
@@ -36,6 +39,29 @@ class SilentPort {
   int socket_;
   std::uint16_t port_ = 0;
 };
+
+// What an interrupted program calls: every exchange ends, those that begin afterwards too, until
+// the interruption is over.
+TEST_F(Connection, EndsWhereItIsInterruptedWithWhatIsKnownOfItsOutcome) {
+  transport->Timeout(60000);
+  server.answer(answers::never());
+  std::thread interruption([&] {
+    while (server.requests().empty()) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    detail::interrupt_exchanges(true);
+  });
+  Error running(0, "", "");
+  const double seconds = seconds_of(
+      [&] { running = error_of([&] { transport->Send(server.url(), "<question/>"); }); });
+  interruption.join();
+  EXPECT_EQ(hex_number(running.number), "0x80044307");
+  EXPECT_EQ(running.outcome, Outcome::kUnknown);
+  EXPECT_THAT(running.description, HasSubstr("it was interrupted"));
+  EXPECT_LT(seconds, 20);
+  EXPECT_THAT(error_of([&] { transport->Send(server.url(), "<question/>"); }).description,
+              HasSubstr("it was interrupted"));
+  detail::interrupt_exchanges(false);
+  expect_next_call_works();
+}
 
 TEST_F(Connection, RefusedFailsInSend) {
   const SilentPort silent;

@@ -48,6 +48,17 @@ TEST_F(Options, ThatAreNumbersTakeNothingElse) {
   expect_next_call_works();
 }
 
+// A file name goes to calls of the system, which would end it there.
+TEST_F(Options, ThatAreFileNamesHoldNoNul) {
+  const std::string name("a\0b", 3);
+  for (const char* key : {"tracing.file", "tls.ca_file", "tls.client_cert", "tls.client_key"}) {
+    const Error error = error_of([&] { transport->Option(key, name); });
+    EXPECT_EQ(hex_number(error.number), "0x80044309") << key;
+    EXPECT_THAT(error.description, HasSubstr(key));
+  }
+  expect_next_call_works();
+}
+
 TEST_F(Options, KeepTheirValueWhenABadOneFollows) {
   transport->Option("http.max_reply_bytes", "3");
   EXPECT_THROW(transport->Option("http.max_reply_bytes", "many"), Error);

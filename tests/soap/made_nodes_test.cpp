@@ -247,5 +247,16 @@ TEST(SoapNodeType, GivenToCreateReplacesTheDerivedOne) {
   EXPECT_EQ(node.Type(), "string") << "setting Value derives the type anew";
 }
 
+TEST(SoapNodes, AreWalkedByEitherFormOfTheIncrement) {
+  const SoapNode node = SoapNode::make("n");
+  node.Nodes().Create("a", "1");
+  node.Nodes().Create("b", "2");
+  const SoapNodes nodes = node.Nodes();
+  auto at = nodes.begin();
+  EXPECT_EQ((*at++).Name(), "a");
+  EXPECT_EQ((*at).Name(), "b");
+  EXPECT_EQ(++at, nodes.end());
+}
+
 }  // namespace
 }  // namespace bvconn

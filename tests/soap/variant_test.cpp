@@ -26,6 +26,11 @@ TEST(Variant, KnowsTheTypeThatItWasMadeWith) {
   EXPECT_EQ(Variant(QualifiedName{"urn:ten", "ten"}).type(), Type::kQualifiedName);
 }
 
+TEST(Variant, ThatIsMissingEqualsAnotherThatIs) {
+  EXPECT_EQ(Variant(Variant::Missing{}), Variant(Variant::Missing{}));
+  EXPECT_NE(Variant(Variant::Missing{}), Variant());
+}
+
 TEST(Variant, GivesItsValueToStrictAccess) {
   const SoapNode node = SoapNode::make("n");
   EXPECT_EQ(Variant(false).boolean(), false);
@@ -163,6 +168,8 @@ TEST(VariantToNumber, FailsWith13ForWhatIsNone) {
   EXPECT_EQ(error_of([] { to_double(Variant("abc")); }).number, 13);
   EXPECT_EQ(error_of([] { to_int32(Variant("abc")); }).number, 13);
   EXPECT_EQ(error_of([] { to_int16(Variant(StringArray())); }).number, 13);
+  EXPECT_EQ(error_of([] { to_int32(Variant(StringArray())); }).number, 13);
+  EXPECT_EQ(error_of([] { to_double(Variant(SoapNode::make("n"))); }).number, 13);
 }
 
 TEST(VariantToNode, GivesTheVeryNode) {

@@ -147,5 +147,15 @@ TEST(NodeToXml, FailsForTextThatXmlCannotCarry) {
   EXPECT_EQ(error.source, "SoapNodes");
 }
 
+TEST(XMLDocument, MovesOverAnotherWithAllThatItHolds) {
+  XMLDocument from;
+  ASSERT_TRUE(from.load("<a x='1'><b/></a>"));
+  XMLDocument to;
+  ASSERT_TRUE(to.load("<other/>"));
+  to = std::move(from);
+  EXPECT_EQ(to.documentElement().Name(), "a");
+  EXPECT_NE(to.xml().find("x="), std::string::npos) << to.xml();
+}
+
 }  // namespace
 }  // namespace bvconn

@@ -105,6 +105,28 @@ TEST(TestWorld, ReadsTheRequestOfASaveOnEitherRoute) {
   }
 }
 
+TEST(TestWorld, LogsWithTheMaskAndTheFileThatItWasGiven) {
+  TestWorld world;
+  world.set_log_mask(8);
+  world.set_log_file("/nowhere/calls.log");
+  EXPECT_EQ(session().Logger().LogMask(), 8);
+  EXPECT_EQ(session().Logger().LogFilePath(), "/nowhere/calls.log");
+}
+
+TEST(TestWorld, KeepsTheMessagesThatAreShown) {
+  const TestWorld world;
+  platform::current().message_box()->show("The title", "what happened");
+  EXPECT_THAT(world.record().messages, ElementsAre("The title | what happened"));
+}
+
+TEST(Shown, IsTheTypeAloneOfWhatIsNoText) {
+  EXPECT_EQ(shown(Variant(Bytes{std::byte{1}})), "bytes");
+  EXPECT_EQ(shown(Variant(StringArray{"a"})), "array");
+  EXPECT_EQ(shown(Variant(SoapNode::make("n"))), "node");
+  EXPECT_EQ(shown(Variant(4711)), "4711");
+  EXPECT_EQ(shown(Variant("text")), "\"text\"");
+}
+
 TEST(ScriptedReply, IsTheTextOfOneParameterUnlessItIsXml) {
   TestWorld world;
   world.next().replies("a < b & c > d").replies("").replies("<x>1</x><y>2</y>");

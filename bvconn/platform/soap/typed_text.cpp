@@ -15,7 +15,7 @@ namespace bvconn::detail {
 
 namespace {
 
-enum class Kind { kString, kBoolean, kInteger, kFloat, kDateTime, kDate, kBase64, kHex };
+enum class Kind { kBoolean, kInteger, kFloat, kDateTime, kDate, kBase64, kHex };
 
 /// A type that does not read as a string; for integers with the range and the variant's type.
 struct SimpleType {
@@ -174,8 +174,6 @@ std::optional<Variant> typed_value(std::string_view text, std::string_view type,
   if (simple == nullptr) return Variant(text);
   const std::string_view trimmed = trim_xml_space(text);
   switch (simple->kind) {
-    case Kind::kString:
-      break;
     case Kind::kBoolean:
       return boolean_value(trimmed);
     case Kind::kInteger:
