@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include <csignal>
 
@@ -24,6 +25,19 @@ TEST(AppendToFile, AddsBehindWhatIsThere) {
   append_to_file(folder.file("a.log"), "one\r\n");
   append_to_file(folder.file("a.log"), "two\n");
   EXPECT_EQ(files_test::bytes_of(folder.file("a.log")), "one\r\ntwo\n");
+}
+
+// A program may have closed its standard input, so that the first file that is opened is number 0.
+TEST(Descriptor, ClosesNumberZeroToo) {
+  const int input = ::dup(0);
+  ASSERT_EQ(::close(0), 0);
+  {
+    const detail::OpenedFile opened = detail::open_file("/dev/null", O_RDONLY);
+    ASSERT_EQ(opened.file.get(), 0);
+  }
+  EXPECT_EQ(::fcntl(0, F_GETFD), -1);
+  ASSERT_EQ(::dup2(input, 0), 0);
+  ::close(input);
 }
 
 TEST(AppendToFile, MakesFileAndFoldersForTheOwnerAlone) {

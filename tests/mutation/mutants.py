@@ -56,6 +56,8 @@ DECLARING = set(
     virtual void volatile wchar_t while""".split()
 )
 LEFT_OUT_ALONE = {"throw", "break", "continue", "delete"}
+# Given back, these are what an empty value is already, or are changed as constants.
+EMPTY_VALUES = ("{}", '""', "std::nullopt", "nullptr", "true", "false")
 # A function's body, or a block in it, follows one of these.
 BEFORE_CODE = {")", "]", "else", "do", "try", "const", "noexcept", "override", "mutable", "final"}
 SCOPES = {"namespace", "class", "struct", "union", "enum", "extern"}
@@ -242,7 +244,7 @@ def statements(source, place):
     if token.text == "return":
         value = source.text[source.tokens[place].end : source.tokens[end].start].strip()
         literal = end == place + 2 and source.tokens[place + 1].kind in ("number", "char")
-        if value and value not in ("{}", "true", "false") and not literal:
+        if value and value not in EMPTY_VALUES and not literal:
             yield source.change(place, end, "return {};", "value given back")
         return
     if token.text not in LEFT_OUT_ALONE:

@@ -158,6 +158,18 @@ TEST(MethodFrame, AReplyWithoutParametersFailsAtTheFirstAndThroughTheTail) {
   EXPECT_TRUE(world.record.log.back().starts_with("LogError BVThing.Do 0x80044204 \"SoapNodes\""));
 }
 
+TEST(MethodFrame, ANilAnswerIsNoBoolean) {
+  RecordingPlatform world;
+  constexpr Operation kOperation{.log = kLog};
+  const std::string nil = envelope_text(
+      "r", "<return xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:nil='true'/>");
+  const Error error = error_of([&] {
+    ConnectorMethodFrame(kOperation, [&](Call& call) { return call.parse(nil).boolean(); });
+  });
+  EXPECT_EQ(error.number, error_numbers::kTypeMismatch);
+  EXPECT_EQ(error.source, "BVConn");
+}
+
 TEST(MethodFrame, ADataAccessLayerTextOfNothingFailsInParse) {
   RecordingPlatform world;
   constexpr Operation kOperation{.log = kLog};
