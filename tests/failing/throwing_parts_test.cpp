@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <map>
 #include <optional>
 #include <set>
@@ -22,8 +21,6 @@ namespace {
 
 using automation::ClassInfo;
 using automation::Member;
-
-constexpr std::array kThrown{Thrown::kError, Thrown::kStandard, Thrown::kNumber, Thrown::kNothing};
 
 // Where a sanitizer makes it slow, a member that has thrown each kind throws one in each operation.
 #ifdef BVCONN_SANITIZED

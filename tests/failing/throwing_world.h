@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -15,6 +16,9 @@ enum class Thrown : std::uint8_t {
   kNumber,    ///< an int
   kNothing,   ///< an object of no standard type, that says nothing
 };
+
+inline constexpr std::array kThrown{Thrown::kError, Thrown::kStandard, Thrown::kNumber,
+                                    Thrown::kNothing};
 
 inline constexpr std::int32_t kThrownNumber = static_cast<std::int32_t>(0x80049999);
 
