@@ -46,9 +46,17 @@ function(bvconn_install_libraries)
   install(FILES "${built}/BVConnConfig.cmake" "${built}/BVConnConfigVersion.cmake"
     DESTINATION "${BVCONN_INSTALL_CMAKEDIR}" ${development})
 
-  # From the folder of the file, so that the prefix can be moved.
+  # From the folder of the file, so that the prefix can be moved. A folder that was given with its whole
+  # path stays where it is.
   cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
     BASE_DIRECTORY "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" OUTPUT_VARIABLE prefix)
+  foreach(folder includedir libdir)
+    string(TOUPPER ${folder} place)
+    set(${folder} "${CMAKE_INSTALL_${place}}")
+    if(NOT IS_ABSOLUTE "${${folder}}")
+      set(${folder} "\${prefix}/${${folder}}")
+    endif()
+  endforeach()
   configure_file("${PROJECT_SOURCE_DIR}/cmake/bvconn.pc.in" "${built}/bvconn.pc" @ONLY)
   install(FILES "${built}/bvconn.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" ${development})
 endfunction()
