@@ -144,6 +144,8 @@ void RecordedCall::failed(Error& error, const std::optional<std::string>& words)
   if (log_ == nullptr) return;
   if (call_.exchange == 0) {
     Exchange* exchange = begin();
+    // The place may have been that of another request.
+    if (exchange != nullptr) exchange->soap_action.reset();
     if (exchange != nullptr && call_.route == ExchangeRoute::kDal) {
       quietly([&] { exchange->url.assign(session().DALUrl); });
     }

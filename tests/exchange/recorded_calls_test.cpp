@@ -348,6 +348,36 @@ TEST(RecordedDalCall, OneWithoutServiceObjectsWasNotSent) {
   EXPECT_EQ(last().error->number, numbers::kObjectNotSet);
 }
 
+// Enough for every place of the record to have held one.
+void make_requests(RecordingPlatform& world) {
+  for (int i = 0; i < 100; ++i) {
+    world.reply(envelope_text("getInvoiceResponse", "<return>R</return>"));
+    BVInvoiceConnector().GetInvoice("http://h/", "S", "U-7");
+  }
+  ASSERT_EQ(last().soap_action, "urn:InvoiceService");
+}
+
+TEST(RecordedDalCall, HasNothingOfTheRequestThatHadItsPlace) {
+  RecordingPlatform world;
+  make_requests(world);
+  world.use_dal();
+  world.dal_answers["SearchService.SearchForBrands"] = envelope_text("r", "<return>R</return>");
+  BVSearchConnector().SearchForBrands("S", "http://h/");
+  EXPECT_FALSE(last().soap_action.has_value());
+  EXPECT_EQ(last().request.text, "");
+  EXPECT_EQ(last().reply.text, "");
+}
+
+TEST(RecordedCall, OneThatWasNotSentHasNothingOfTheRequestThatHadItsPlace) {
+  RecordingPlatform world;
+  make_requests(world);
+  session().UsingTorvexDAL = true;
+  raised_by([] { BVSearchConnector().SearchForBrands("S", "http://h/"); });
+  EXPECT_EQ(last().outcome, Outcome::kNotSent);
+  EXPECT_FALSE(last().soap_action.has_value());
+  EXPECT_EQ(last().request.text, "");
+}
+
 TEST(RecordedDalCall, AFaultInItsTextHasTheServersWords) {
   RecordingPlatform world;
   world.use_dal();

@@ -128,6 +128,23 @@ TEST(XmlRefusals, OfMalformedAttributes) {
   });
 }
 
+// So many attributes are sorted: by names of namespaces too, here of all lengths.
+TEST(XmlRefusals, OfAnAttributeThatIsThereTwiceAmongManyOfItsName) {
+  constexpr std::size_t kCount = 41;
+  for (std::size_t step = 1; step < kCount; ++step) {
+    std::string document = "<a";
+    for (std::size_t i = 0; i < kCount; ++i) {
+      // A prime number, so that each length comes once, in another order for each step.
+      const std::string uri(1 + i * step % kCount, 'u');
+      const std::string prefix = "p" + std::to_string(i);
+      document += " xmlns:" + prefix + "='" + uri + "' " + prefix + ":b='1'";
+    }
+    EXPECT_NO_THROW(outline(document + "/>")) << step;
+    document += " xmlns:again='" + std::string(1 + 20 * step % kCount, 'u') + "' again:b='2'/>";
+    EXPECT_THROW(outline(document), ReadError) << step;
+  }
+}
+
 TEST(XmlRefusals, OfAttributesThatAreThereTwice) {
   expect_refused({
       {"<a b='1' b='2'/>", 1, 10, "the attribute 'b' is there twice"},
