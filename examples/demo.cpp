@@ -372,7 +372,8 @@ int run(const char* sandbox_program) {
   sandbox.stop();
   expect_error([&] { invoices.GetInvoice(soap, kSession, "INV-1001"); }, 0x80044301);
 
-  std::cout << "\nThat is the library's main job. The same calls by name: bvconn --help\n";
+  std::cout << "\nThat is the library's main job. The same calls by name: bvconn --help.\n"
+               "A program of your own: docs/getting-started.md\n";
   return 0;
 }
 
