@@ -34,7 +34,8 @@ Rehearsal rehearse(const ClassInfo& info, const Member& operation, std::span<con
                    bool dal) {
   detail::World world;
   platform::Platform platform = world.platform();
-  // The time-out of a request is one of them.
+  // What a call would do now, by this machine's time, and with the time-out that is set.
+  platform.clock = platform::current().clock;
   platform.settings = [make = platform::current().settings] {
     return std::make_unique<SettingsToRead>(make());
   };

@@ -99,6 +99,13 @@ TEST(Conduct, ASaveAsksForTheSwitchOfSavesToo) {
   EXPECT_THAT(condition->disabled_by, ElementsAre("urn:ProjectService.save"));
 }
 
+TEST(Conduct, LinesAboutTimeAreTheSameEachTimeSinceNonePasses) {
+  const ObservedConduct conduct = conduct_of("BVSearchConnector", "SearchForCustomer");
+  std::vector<std::string> texts;
+  for (const auto& line : conduct.log) texts.push_back(line.text);
+  EXPECT_THAT(texts, testing::Contains("Total time in method: 0"));
+}
+
 TEST(Conduct, WhatTheLayerAloneServesHasNoCondition) {
   const auto condition = conduct_of("BVSearchConnector", "SearchForQuotes").condition;
   ASSERT_TRUE(condition);
