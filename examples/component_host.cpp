@@ -8,8 +8,11 @@
 using namespace bvconn::component;
 
 int main() {
-  void* library = dlopen("libBVConn.so", RTLD_NOW);
-  if (library == nullptr) return 1;
+  void* library = dlopen("libBVConn.so.0", RTLD_NOW);
+  if (library == nullptr) {
+    std::fprintf(stderr, "%s\n", dlerror());
+    return 1;
+  }
   const auto find = reinterpret_cast<BVConnFindClassFunction>(dlsym(library, "BVConnFindClass"));
   const auto get = reinterpret_cast<DllGetClassObjectFunction>(dlsym(library, "DllGetClassObject"));
   const auto clear =

@@ -49,7 +49,10 @@ static BVConnClearExceptionFunction clear_exception;
 
 static int load(const char* file) {
   void* const library = dlopen(file, RTLD_NOW);
-  if (library == NULL) return 0;
+  if (library == NULL) {
+    fprintf(stderr, "%s\n", dlerror());
+    return 0;
+  }
   *(void**)&find_class = dlsym(library, "BVConnFindClass");
   *(void**)&get_class = dlsym(library, "DllGetClassObject");
   *(void**)&alloc_string = dlsym(library, "BVConnAllocString");
@@ -81,10 +84,11 @@ static BVConnVariant text(const char* ascii) {
 }
 
 int main(int argc, char** argv) {
-  if (argc != 5 || !load(argv[1])) {
+  if (argc != 5) {
     fprintf(stderr, "usage: component_host_in_c LIBRARY SERVER-URL SESSION INVOICE-UID\n");
     return 2;
   }
+  if (!load(argv[1])) return 1;
   BVConnDispatch* const connector = make("BVConn.BVInvoiceConnector");
   if (connector == NULL) return 1;
 
