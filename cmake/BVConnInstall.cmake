@@ -97,7 +97,8 @@ endfunction()
 function(bvconn_install_documents)
   set(documentation DESTINATION "${BVCONN_INSTALL_DOCDIR}" COMPONENT BVConn_documentation)
   install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md" ${documentation})
-  install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" ${documentation} FILES_MATCHING PATTERN "*.md")
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" ${documentation}
+    FILES_MATCHING PATTERN "*.md" PATTERN "man" EXCLUDE)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" ${documentation}
     FILES_MATCHING PATTERN "*.cpp" PATTERN "*.c")
   install(FILES "${PROJECT_SOURCE_DIR}/cmake/BVConnExamples.cmake" RENAME CMakeLists.txt

@@ -7,8 +7,7 @@ namespace {
 
 constexpr Operation kGetDocuments{
     // deliberate [documents-log-name]: the lines bear another class's name; only the entering one
-    // has
-    // brackets.
+    // has brackets.
     // deliberate [documents-swallow]: a failure is logged, and the caller gets nothing.
     .log = {.cls = "BVOrderConnector", .method = "getDocuments", .enter = "getDocuments()"},
     .cls = "BVDocumentConnector",
