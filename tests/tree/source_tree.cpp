@@ -40,6 +40,14 @@ std::string read_text(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+std::vector<std::string> all_matches(const std::string& text, const std::regex& pattern) {
+  std::vector<std::string> found;
+  for (std::sregex_iterator at(text.begin(), text.end(), pattern), end; at != end; ++at) {
+    found.push_back((*at)[1]);
+  }
+  return found;
+}
+
 SourceTree read_source_tree(const fs::path& root) {
   SourceTree tree;
   const auto take = [&](const fs::path& path) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <filesystem>
+#include <regex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace bvconn::test {
@@ -25,5 +27,8 @@ SourceTree read_source_tree(const std::filesystem::path& root);
 
 /// The text of one file; fails the running test when it cannot be read.
 std::string read_text(const std::filesystem::path& path);
+
+/// What the first group of the pattern stands for at each of its places in the text.
+std::vector<std::string> all_matches(const std::string& text, const std::regex& pattern);
 
 }  // namespace bvconn::test
