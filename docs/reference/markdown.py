@@ -11,8 +11,6 @@ INLINE = re.compile(
     r"\((?P<target>[^()\s]*(?:\([^)]*\))?[^()\s]*)\)"
     r"|\*\*(?P<strong>(?:[^*`]|`[^`]*`)+)\*\*"
     r"|(?<![\w*])\*(?P<em>[^*\s](?:[^*]*[^*\s])?)\*(?!\w)"
-    r"|(?<!\w)_(?P<em2>[^_\s](?:[^_]*[^_\s])?)_(?!\w)"
-    r"|<(?P<address>https?://[^>\s]+)>"
     r"|\\(?P<plain>[\\`*_{}\[\]()#+.!|<>-])", re.S)
 ITEM = re.compile(r"( *)([-*+]|\d+[.)]) +(.*)")
 
@@ -50,11 +48,9 @@ class Reader:
             return self.resolve(found["target"], plain.inline(found["words"]))
         if found["strong"] is not None:
             return el("strong", self.inline(found["strong"]))
-        if found["address"] is not None:
-            return self.resolve(found["address"], escaped(found["address"]))
         if found["plain"] is not None:
             return found["plain"]
-        return el("em", self.inline(found["em"] or found["em2"]))
+        return el("em", self.inline(found["em"]))
 
     def read(self, text):
         self.page.body = self.blocks(text.splitlines())
@@ -68,7 +64,7 @@ class Reader:
                 at += 1
                 continue
             for form in (self._comment, self._fence, self._heading, self._table, self._list,
-                         self._quote, self._indented, self._paragraph):
+                         self._indented, self._paragraph):
                 block, after = form(lines, at)
                 if block is not None:
                     made += [block, "\n"] if block else []
@@ -171,19 +167,10 @@ class Reader:
         whole = re.fullmatch(r"<p>((?:(?!</?p>).)*)</p>", block, re.S)
         return Markup(whole[1] if whole else block)
 
-    def _quote(self, lines, at):
-        end = at
-        while end < len(lines) and lines[end].startswith(">"):
-            end += 1
-        if end == at:
-            return None, at
-        return el("blockquote", self.blocks([re.sub(r"^> ?", "", each)
-                                             for each in lines[at:end]])), end
-
     def _paragraph(self, lines, at):
         end = at + 1
         while end < len(lines) and lines[end].strip() and \
-                not re.match(r"#{1,6} | {0,3}(```|~~~)|\||>| *<!--", lines[end]) and \
+                not re.match(r"#{1,6} | {0,3}(```|~~~)|\|| *<!--", lines[end]) and \
                 not (ITEM.match(lines[end]) and not lines[end].startswith("    ")):
             end += 1
         return el("p", self.inline("\n".join(line.strip() for line in lines[at:end]))), end
