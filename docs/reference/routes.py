@@ -83,7 +83,7 @@ def condition_words(condition):
     if condition and condition["disabledBy"]:
         parts.append(["the method is not disabled there (",
                       joined([code(each) for each in condition["disabledBy"]], ", "), ")"])
-    return ["when ", joined(parts, " and ")] if parts else "always"
+    return ["when ", joined(parts, " and ")] if parts else "whatever is switched on"
 
 
 def raised_words(keeps):

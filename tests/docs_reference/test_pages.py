@@ -116,6 +116,10 @@ class Pages(unittest.TestCase):
         self.assertIn("1 the request's text aSessionID, aProject", routes)
         self.assertIn("aProject SoapNode 1: under the caller's name", page(name, "arguments"))
 
+    def test_of_an_operation_with_the_layer_alone_say_so(self):
+        self.assertIn("The data access layer is asked whatever is switched on.",
+                      page("operations/BVSearchConnector.SearchForOrders.html", "routes"))
+
     def test_of_several_forms_show_each(self):
         routes = page("operations/BVSalesInstrumentConnector.SetLineComments.html", "routes")
         self.assertIn("form 3 of 3 (aSalseInstrType=ORDER)", routes)
