@@ -200,6 +200,11 @@ TEST_F(ClassBuilder, PropertiesAreReadAndWritten) {
   EXPECT_EQ(std::get<Variant>(member("Word").get(&sample)), Variant("end"));
 }
 
+TEST_F(ClassBuilder, OnlyWhatIsAnOperationIsCalled) {
+  EXPECT_THROW(invoke("Flag", {}), Error);
+  EXPECT_THROW(invoke("Happened", {}), Error);
+}
+
 TEST_F(ClassBuilder, AWriteOnlyPropertyCannotBeRead) {
   EXPECT_FALSE(member("Secret").readable);
   EXPECT_TRUE(member("Secret").writable);

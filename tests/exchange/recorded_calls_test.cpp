@@ -387,6 +387,16 @@ TEST(RecordedDalCall, AFaultInItsTextHasTheServersWords) {
   EXPECT_EQ(last().error->description, "no brands today");
 }
 
+TEST(RecordedDalCall, AFaultWhoseWordsAreNoTextHasThoseOfTheError) {
+  RecordingPlatform world;
+  world.use_dal();
+  world.dal_answers["SearchService.SearchForBrands"] =
+      fault_text("c", "<words><word>closed</word></words>");
+  raised_by([] { BVSearchConnector().SearchForBrands("S", "http://h/"); });
+  EXPECT_EQ(last().error->number, numbers::kSoapFault);
+  EXPECT_EQ(last().error->description, "The reply is a SOAP fault");
+}
+
 class AnyObject final : public ServiceObject {
  public:
   std::string_view name() const override { return "AnyService"; }

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "bvconn/platform/http/http_url.h"
 #include "http/gzip_text.h"
 #include "http/transport_fixture.h"
 
@@ -193,6 +194,12 @@ class Variable {
  private:
   const char* name_;
 };
+
+TEST(ProxyUrl, HasAnIPv6AddressInBracketsOnce) {
+  EXPECT_EQ(detail::proxy_url("::1", "8080"), "http://[::1]:8080");
+  EXPECT_EQ(detail::proxy_url("[::1]", "8080"), "http://[::1]:8080");
+  EXPECT_EQ(detail::proxy_url("localhost", "8080"), "http://localhost:8080");
+}
 
 TEST_F(Proxy, SeesTheWholeUrl) {
   proxy.answer(answers::reply("<by proxy/>"));
