@@ -1,5 +1,6 @@
 #include "bvconn/core/session_state.h"
 
+#include "bvconn/core/late_session.h"
 #include "bvconn/platform/live_error.h"
 #include "bvconn/platform/thread_record.h"
 

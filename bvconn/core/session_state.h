@@ -21,12 +21,12 @@ namespace bvconn {
 /// The four accessors create their object at first use. The fields are as the application or
 /// `InitTorvexDAL` left them.
 struct SessionState {
-  SessionLogger& Logger();
-  BVServices& Services();
-  BVMethods& Methods();
+  BVCONN_EXPORT SessionLogger& Logger();
+  BVCONN_EXPORT BVServices& Services();
+  BVCONN_EXPORT BVMethods& Methods();
   /// The thread's one transport. What a request sets on it stays set until the next overwrites it.
-  const std::shared_ptr<HTTPTransport>& Transport();
-  Clock& clock();
+  BVCONN_EXPORT const std::shared_ptr<HTTPTransport>& Transport();
+  BVCONN_EXPORT Clock& clock();
 
   /// The thread's last request to the server and what became of it; nothing where there was none or
   /// none is kept. Passwords, session identifiers and tokens are masked unless asked for.
@@ -76,8 +76,5 @@ struct SessionState {
 /// The calling thread's record. A call that comes after the thread has released it, from the
 /// destructor of an object that outlives it, is given one more, zeroed.
 BVCONN_EXPORT SessionState& session();
-
-/// Releases that one more record, if there is one, and all else that was made for late callers.
-void release_late_session() noexcept;
 
 }  // namespace bvconn

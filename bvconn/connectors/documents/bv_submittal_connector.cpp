@@ -1,5 +1,6 @@
 #include "bvconn/connectors/documents/bv_submittal_connector.h"
 
+#include "bvconn/core/late_session.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/operation/method_frame.h"
 

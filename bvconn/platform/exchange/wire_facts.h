@@ -25,6 +25,6 @@ struct BVCONN_EXPORT WireFacts {
 
 /// What a failure tells of a request where nothing else is known: numbers of the transport that
 /// stand for a connection that never came about say that it was not sent.
-Outcome outcome_by_number(std::int32_t error_number);
+BVCONN_EXPORT Outcome outcome_by_number(std::int32_t error_number);
 
 }  // namespace bvconn

@@ -53,7 +53,7 @@ class BVCONN_EXPORT VariantArray {
   std::size_t size() const;
   const std::vector<Variant>& items() const;
 
-  friend bool operator==(const VariantArray&, const VariantArray&);
+  BVCONN_EXPORT friend bool operator==(const VariantArray&, const VariantArray&);
 
  private:
   bool allocated_ = false;
