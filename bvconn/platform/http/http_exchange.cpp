@@ -187,6 +187,10 @@ Error HttpExchange::trouble(CURLcode code) const {
 
 std::int32_t HttpExchange::trouble_number(CURLcode code, std::string_view detail) const {
   const std::int32_t number = number_for(code, detail);
+  // Ahead of the request nobody but a proxy has anything to say.
+  if (number == error_numbers::kBadReply && !request_went_out_ && request_.proxy) {
+    return error_numbers::kProxy;
+  }
   if (number == error_numbers::kTimeout || number == error_numbers::kBadReply) {
     return number;
   }

@@ -65,7 +65,9 @@ void WireMeter::take_header(std::string_view line) {
 }
 
 void WireMeter::read(CURL* handle) {
-  facts_.http_status = static_cast<std::int32_t>(small_number_of(handle, CURLINFO_RESPONSE_CODE));
+  // Some versions of libcurl tell what a reply calls its status even where it refuses the reply.
+  const long status = small_number_of(handle, CURLINFO_RESPONSE_CODE);
+  facts_.http_status = status < 100 ? 0 : static_cast<std::int32_t>(status);
   facts_.bytes_sent = static_cast<std::uint64_t>(number_of(handle, CURLINFO_SIZE_UPLOAD_T));
   facts_.bytes_received = static_cast<std::uint64_t>(number_of(handle, CURLINFO_SIZE_DOWNLOAD_T));
   const std::int64_t total = number_of(handle, CURLINFO_TOTAL_TIME_T);
