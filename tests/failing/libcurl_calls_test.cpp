@@ -19,10 +19,6 @@ namespace {
 
 using error_numbers::from_bits;
 
-constexpr std::string_view kReply =
-    "<e:Envelope xmlns:e='http://schemas.xmlsoap.org/soap/envelope/'><e:Body><r>"
-    "<return>the brands</return></r></e:Body></e:Envelope>";
-
 /// What a failure of libcurl has to come out as; nothing where the call does not need what failed.
 std::optional<std::int32_t> number_of(std::string_view call, int code) {
   if (call == "curl_easy_getinfo") return std::nullopt;  // measures alone
@@ -46,9 +42,7 @@ std::optional<std::int32_t> number_of(std::string_view call, int code) {
 
 class LibcurlCalls : public testing::Test {
  protected:
-  LibcurlCalls() {
-    server.otherwise(answers::reply(kReply, "200 OK", answers::kXml, {{"Session-Token", "T"}}));
-  }
+  LibcurlCalls() { server.otherwise(answers::brands()); }
 
   void use_dal() {
     BVConnectorObject().UserName("anna");

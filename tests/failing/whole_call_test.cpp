@@ -23,15 +23,11 @@ namespace {
 
 using error_numbers::from_bits;
 
-constexpr std::string_view kReply =
-    "<e:Envelope xmlns:e='http://schemas.xmlsoap.org/soap/envelope/'><e:Body><r>"
-    "<return>the brands</return></r></e:Body></e:Envelope>";
-
 class WholeCall : public testing::Test {
  protected:
   WholeCall() {
     write_settings();
-    server.otherwise(answers::reply(kReply, "200 OK", answers::kXml, {{"Session-Token", "T"}}));
+    server.otherwise(answers::brands());
   }
 
   void write_settings() {

@@ -26,10 +26,6 @@ namespace {
 
 using error_numbers::from_bits;
 
-constexpr std::string_view kReply =
-    "<e:Envelope xmlns:e='http://schemas.xmlsoap.org/soap/envelope/'><e:Body><r>"
-    "<return>the brands</return></r></e:Body></e:Envelope>";
-
 // What libcurl takes goes through operator new too, so that it can be made to fail.
 
 void* take(std::size_t size) {
@@ -73,7 +69,7 @@ class RealRoutes : public testing::Test {
                 "['Software\\Brimvale\\Torvex\\AppData']\ndefaultTimeOut = 60000\n");
     files.write("user.toml",
                 "['Software\\Brimvale\\Torvex\\AppData']\nTraceSoapTraffic = 'False'\n");
-    server.otherwise(answers::reply(kReply, "200 OK", answers::kXml, {{"Session-Token", "T"}}));
+    server.otherwise(answers::brands());
   }
 
   void use_dal() {

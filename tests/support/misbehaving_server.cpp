@@ -166,6 +166,13 @@ Answer reply(std::string_view body, std::string_view status, std::string_view co
   return raw(head("HTTP/1.1 " + std::string(status), all) + std::string(body));
 }
 
+Answer brands() {
+  return reply(
+      "<e:Envelope xmlns:e='http://schemas.xmlsoap.org/soap/envelope/'><e:Body><r>"
+      "<return>the brands</return></r></e:Body></e:Envelope>",
+      "200 OK", kXml, {{"Session-Token", "T"}});
+}
+
 Answer wrong_length(std::string_view body, std::size_t stated_length) {
   return raw(xml_head({{"Content-Length", std::to_string(stated_length)}}) + std::string(body));
 }

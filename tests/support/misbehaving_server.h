@@ -65,6 +65,8 @@ Answer raw(std::string_view bytes);
 /// A reply with a right Content-Length, by itself or with further headers.
 Answer reply(std::string_view body, std::string_view status = "200 OK",
              std::string_view content_type = kXml, const Headers& headers = {});
+/// What answers a search for brands on both routes: one text, "the brands", and a token.
+Answer brands();
 /// A reply that states another length than its body has.
 Answer wrong_length(std::string_view body, std::size_t stated_length);
 /// In chunks of so many bytes.
