@@ -85,6 +85,27 @@ TEST(LargeTrees, AMillionSiblingsAreReadAndWalkedByIndex) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
+TEST(LargeTrees, NamesThatNeverComeAgainAreAllRead) {
+  constexpr std::size_t kCount = 20'000;
+  const auto name = [](std::size_t i) { return "n" + std::to_string(i); };
+  std::string text = "<r>";
+  for (int round = 0; round < 2; ++round) {
+    for (std::size_t i = 0; i < kCount; ++i) {
+      text += "<" + name(i) + " xmlns='urn:" + std::to_string(i % 3) +
+              "' xsi:type='xsd:" + (i % 2 == 0 ? "int" : "string") + "'>7</" + name(i) + ">";
+    }
+  }
+  const SoapEnvelope reply = parsed(text + "</r>");
+  ASSERT_EQ(reply.Parameters().Count(), 2 * kCount);
+  std::size_t at = 0;
+  for (const SoapNode& node : reply.Parameters()) {
+    const std::size_t i = at++ % kCount;
+    ASSERT_EQ(node.Name(), name(i));
+    ASSERT_EQ(node.Namespace(), "urn:" + std::to_string(i % 3));
+    ASSERT_EQ(node.Value(), i % 2 == 0 ? Variant(7) : Variant("7"));
+  }
+}
+
 TEST(LargeTrees, AHundredThousandAppendsAreQuick) {
   const SoapNode node = SoapNode::make("list");
   const auto start = std::chrono::steady_clock::now();

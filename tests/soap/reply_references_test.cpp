@@ -55,6 +55,26 @@ TEST(References, ShareTheirTarget) {
   EXPECT_EQ(names_of(b.Nodes()), "v w");
 }
 
+TEST(References, ReachWhatStandsBelowAnElementThatIsNil) {
+  const SoapEnvelope reply = parsed(
+      "<r><gone xsi:nil='1'><m id='1'><v id='2'>x</v></m></gone><a href='#1'/><b href='#2'/></r>");
+  EXPECT_TRUE(reply.Parameters().Item(0).nil());
+  EXPECT_EQ(reply.Parameters().Item(0).Nodes().Count(), 0U);
+  EXPECT_EQ(names_of(reply.Parameters().Item(1).Nodes()), "v");
+  EXPECT_EQ(reply.Parameters().Item(2).Value(), Variant("x"));
+}
+
+TEST(References, BetweenElementsAtEveryDepthFindTheirTargets) {
+  const SoapEnvelope reply = parsed(
+      "<r id='r0'><a id='a0'><b id='b0'><c href='#d0'/><d id='d0'>D</d></b><e href='#b0'/></a>"
+      "<f href='#a0'/><g id='g0'><h href='#d0'/></g></r><m id='m0'/>");
+  const SoapNodes nodes = reply.Parameters();
+  EXPECT_EQ(nodes.Item(0).Nodes().Item(0).Nodes().Item(0).Value(), Variant("D"));
+  EXPECT_EQ(names_of(nodes.Item(0).Nodes().Item(1).Nodes()), "c d");
+  EXPECT_EQ(nodes.Item(1).Nodes().Item(0), nodes.Item(0).Nodes().Item(0));
+  EXPECT_EQ(nodes.Item(2).Nodes().Item(0).Value(), Variant("D"));
+}
+
 TEST(References, MayStandAnywhereAndReferAnywhere) {
   const SoapEnvelope envelope = SoapEnvelope::make();
   envelope.Parse(

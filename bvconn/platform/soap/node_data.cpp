@@ -12,10 +12,15 @@ namespace bvconn::detail {
 
 namespace {
 
+/// A slice of the buffer of a node that is part of a tree, or an empty one.
 std::string_view view(const NodeData& node, Slice slice) noexcept {
-  if (slice.size == 0) return {};
-  if (slice.offset == kXmlUriSlice.offset) return xml::kXmlUri;
-  return std::string_view(node.tree->buffer).substr(slice.offset, slice.size);
+  return slice.size == 0 ? std::string_view() : view(*node.tree(), slice);
+}
+
+/// A node's name or type, from where it counts.
+std::string_view text_in(const NodeData& node, std::string Own::*own_text, Slice Shape::*slice) {
+  const Own* own = node.own();
+  return own != nullptr ? std::string_view(own->*own_text) : view(node, node.shape->*slice);
 }
 
 /// Takes the content away; what it linked to is released when the result goes.
@@ -29,9 +34,9 @@ std::vector<NodeRef> take_content(NodeData& node) {
   node.clear(kReference);
   node.clear(kQualified);
   node.clear(kTypedItems);
-  if (node.own != nullptr) {
-    node.own->value = Variant();
-    node.own->children.clear();
+  if (Own* own = node.own()) {
+    own->value = Variant();
+    own->children.clear();
   }
   return links;
 }
@@ -39,7 +44,7 @@ std::vector<NodeRef> take_content(NodeData& node) {
 /// Whether a node stands on the way from another one to its content.
 bool is_on_the_way(NodeData& node, const NodeData& from) {
   // A node that only its maker knows stands on no way; so a long chain is made in linear time.
-  if (node.tree == nullptr && static_cast<MadeNode&>(node).references == 1) return false;
+  if (node.tree() == nullptr && static_cast<MadeNode&>(node).references == 1) return false;
   const NodeData* next = &from;
   while (next != &node && next->content == Content::kLink) next = next->link;
   return next == &node;
@@ -65,7 +70,8 @@ void set_array(NodeData& node, const VariantArray& array) {
     items.push_back(make_node("item"));
     set_value(*items.back(), value);
   }
-  own_of(node).children.reserve(items.size());
+  Own& own = own_of(node);
+  own.children.reserve(items.size());
   const auto old = take_content(node);
   node.content = Content::kOwnChildren;
   node.set(kArray);
@@ -73,7 +79,7 @@ void set_array(NodeData& node, const VariantArray& array) {
   set_type(node, "Array", kEncodingUri, kTypeDerived);
   for (const NodeRef& item : items) {
     hold_link(node, *item);
-    node.own->children.push_back(item.get());
+    own.children.push_back(item.get());
   }
 }
 
@@ -107,7 +113,9 @@ std::vector<NodeData*>& growing_children(NodeData& node) {
   Own& own = own_of(node);
   if (node.content == Content::kOwnChildren) return own.children;
   if (node.content == Content::kChildren) {
-    own.children.assign(node.children, node.children + node.count);
+    std::vector<NodeData*> children(node.count);
+    for (std::size_t i = 0; i < node.count; ++i) children[i] = node.children + i;
+    own.children = std::move(children);
   } else {
     const auto old = take_content(node);
     if (!node.has(kTypeExplicit)) clear_type(node);
@@ -118,25 +126,31 @@ std::vector<NodeData*>& growing_children(NodeData& node) {
 
 }  // namespace
 
+std::string_view view(const Tree& tree, Slice slice) noexcept {
+  if (slice.size == 0) return {};
+  if (slice.offset == kXmlUriSlice.offset) return xml::kXmlUri;
+  return {tree.buffer.data() + slice.offset, slice.size};
+}
+
 std::string_view name_of(const NodeData& node) noexcept {
-  return node.own != nullptr ? std::string_view(node.own->name) : view(node, node.name);
+  return text_in(node, &Own::name, &Shape::name);
 }
 std::string_view namespace_of(const NodeData& node) noexcept {
-  return node.own != nullptr ? std::string_view(node.own->name_space) : view(node, node.name_space);
+  return text_in(node, &Own::name_space, &Shape::name_space);
 }
 std::string_view text_of(const NodeData& node) noexcept {
   return view(node, node.text);
 }
 std::string_view own_type_of(const NodeData& node) noexcept {
-  return node.own != nullptr ? std::string_view(node.own->type) : view(node, node.type);
+  return text_in(node, &Own::type, &Shape::type);
 }
 std::string_view own_type_space_of(const NodeData& node) noexcept {
   if (node.has(kQualified)) return own_type_of(node).empty() ? std::string_view() : kXsdUri;
-  return node.own != nullptr ? std::string_view(node.own->type_space) : view(node, node.type_space);
+  return text_in(node, &Own::type_space, &Shape::type_space);
 }
 std::string_view qualified_space_of(const NodeData& node) noexcept {
   if (!node.has(kQualified)) return {};
-  return node.own != nullptr ? std::string_view(node.own->type_space) : view(node, node.type_space);
+  return text_in(node, &Own::type_space, &Shape::type_space);
 }
 
 TypeName declared_items_of(const NodeData& array) noexcept {
@@ -165,16 +179,16 @@ const NodeData& typed_node_of(const NodeData& node, bool implied) noexcept {
   return *typed;
 }
 
-std::span<NodeData* const> children_of(const NodeData& node) noexcept {
+Children children_of(const NodeData& node) noexcept {
   const NodeData& holder = content_of(node);
   if (holder.content == Content::kChildren) return {holder.children, holder.count};
-  if (holder.content == Content::kOwnChildren) return holder.own->children;
+  if (holder.content == Content::kOwnChildren) return Children(holder.own()->children);
   return {};
 }
 
 NodeRef make_node(std::string_view name, std::string_view name_space) {
   auto node = std::make_unique<MadeNode>();
-  node->own = &node->storage;
+  node->shape = &node->storage;
   node->set(kMade);
   node->storage.name = name;
   node->storage.name_space = name_space;
@@ -182,16 +196,16 @@ NodeRef make_node(std::string_view name, std::string_view name_space) {
 }
 
 Own& own_of(NodeData& node) {
-  if (node.own == nullptr) {
-    auto own = std::make_unique<Own>();
-    own->name = view(node, node.name);
-    own->name_space = view(node, node.name_space);
-    own->type = view(node, node.type);
-    own->type_space = view(node, node.type_space);
-    own->next = std::exchange(node.tree->owned, &node);
-    node.own = own.release();
-  }
-  return *node.own;
+  if (Own* own = node.own()) return *own;
+  auto own = std::make_unique<Own>();
+  own->tree = node.tree();
+  own->name = view(node, node.shape->name);
+  own->name_space = view(node, node.shape->name_space);
+  own->type = view(node, node.shape->type);
+  own->type_space = view(node, node.shape->type_space);
+  own->next = std::exchange(own->tree->owned, &node);
+  node.shape = own.release();
+  return *node.own();
 }
 
 void set_type(NodeData& node, std::string_view type, std::string_view type_space, NodeFlag origin) {
@@ -203,11 +217,9 @@ void set_type(NodeData& node, std::string_view type, std::string_view type_space
 }
 
 void clear_type(NodeData& node) noexcept {
-  node.type = Slice{};
-  node.type_space = Slice{};
-  if (node.own != nullptr) {
-    node.own->type.clear();
-    node.own->type_space.clear();
+  if (Own* own = node.own()) {
+    own->type.clear();
+    own->type_space.clear();
   }
   node.clear(kTypeDerived);
   node.clear(kTypeImplied);
@@ -219,7 +231,7 @@ void set_value(NodeData& node, const Variant& value) {
     return set_link(node, *SoapAccess::data(value.node()));
   }
   if (value.is(Variant::Type::kArray)) return set_array(node, value.array());
-  own_of(node);
+  Own& own = own_of(node);
   const bool nothing = value.empty() || value.missing() || value.is(Variant::Type::kNode);
   Variant held = nothing ? Variant() : value;  // before the old value goes: it may be part of it
   const auto old = take_content(node);
@@ -229,8 +241,8 @@ void set_value(NodeData& node, const Variant& value) {
     return;
   }
   node.content = Content::kOwnValue;
-  node.own->value = std::move(held);
-  set_type(node, derived_type(node.own->value.type()), kXsdUri, kTypeDerived);
+  own.value = std::move(held);
+  set_type(node, derived_type(own.value.type()), kXsdUri, kTypeDerived);
 }
 
 void append(NodeData& node, NodeData& child) {

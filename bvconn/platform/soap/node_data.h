@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,10 +11,12 @@
 
 /// How nodes lie in memory.
 ///
-/// The nodes of a reply lie in the blocks of one `Tree`, beside the reply's buffer, of which their
-/// names and texts are slices. They have no count of their own: every handle to any of them counts
-/// on the tree, and the tree goes as a whole. A *made* node is counted by itself and keeps what it
-/// holds in `Own`; a node of a reply gets an `Own` when it is first changed.
+/// The nodes of a reply lie in the blocks of one `Tree`, children side by side, and their names and
+/// texts are slices of the reply's buffer. What many of them have in common, name and type, is
+/// written down once for all, as a `Shape`. They have no count of their own: every handle to any of
+/// them counts on the tree, and the tree goes as a whole. A *made* node is counted by itself and
+/// keeps what it holds in `Own`, a shape for it alone; a node of a reply gets an `Own` when it is
+/// first changed.
 ///
 /// A link from a node to a node is counted like a handle, except inside one tree, where it would
 /// keep the tree alive for ever. For the same reason a made node that is put below a node of a tree
@@ -37,10 +38,10 @@ enum class Content : std::uint8_t {
   kNothing,      ///< made without a value: an empty element
   kNil,          ///< no value, and the element says so
   kText,         ///< `text`, a slice of the buffer
-  kChildren,     ///< `children` and `count`, in the tree's blocks
+  kChildren,     ///< `children` and `count`, side by side in the tree's blocks
   kLink,         ///< that of another node, `link`: wrapped, or the target of an `href`
-  kOwnValue,     ///< `own->value`, neither array nor node
-  kOwnChildren,  ///< `own->children`
+  kOwnValue,     ///< `own()->value`, neither array nor node
+  kOwnChildren,  ///< `own()->children`
 };
 
 /// What a read array says of the type of its items.
@@ -61,8 +62,20 @@ enum NodeFlag : std::uint16_t {
   kTypedItems = 256,   ///< before the first of `children` lies the `ItemSlices` of a read array
 };
 
-/// What a node holds outside a reply's buffer. Names count from here as soon as there is one.
-struct Own {
+/// What nodes that were read alike have in common. It never changes.
+struct Shape {
+  Tree* tree = nullptr;  ///< null for a made node that counts by itself
+  Slice name;
+  Slice name_space;
+  Slice type;
+  Slice type_space;
+  bool is_own = false;  ///< whether this is an `Own`; then its texts count, and not the slices
+};
+
+/// What a node holds outside a reply's buffer, and its shape from then on.
+struct Own : Shape {
+  Own() { is_own = true; }
+
   std::string name;
   std::string name_space;
   std::string type;
@@ -73,15 +86,10 @@ struct Own {
 };
 
 struct NodeData {
-  Tree* tree = nullptr;  ///< null for a made node that counts by itself
-  Own* own = nullptr;
-  Slice name;
-  Slice name_space;
-  Slice type;
-  Slice type_space;
+  Shape* shape = nullptr;
   union {
     Slice text{};
-    NodeData** children;
+    NodeData* children;
     NodeData* link;
   };
   std::uint32_t count = 0;
@@ -89,12 +97,56 @@ struct NodeData {
   Content content = Content::kNothing;
   std::uint8_t mark = 0;  ///< for walks that must know where they have been
 
+  /// Null for a made node that counts by itself.
+  Tree* tree() const noexcept { return shape->tree; }
+  /// Null for a node of a reply as it was read.
+  Own* own() const noexcept { return shape->is_own ? static_cast<Own*>(shape) : nullptr; }
+
   bool has(NodeFlag flag) const noexcept { return (flags & flag) != 0; }
   void set(NodeFlag flag) noexcept { flags = static_cast<std::uint16_t>(flags | flag); }
   void clear(NodeFlag flag) noexcept { flags = static_cast<std::uint16_t>(flags & ~flag); }
 };
-static_assert(sizeof(ItemSlices) % sizeof(NodeData*) == 0);
-static_assert(sizeof(void*) != 8 || sizeof(NodeData) == 64);
+static_assert(sizeof(ItemSlices) % alignof(NodeData) == 0);
+static_assert(sizeof(void*) != 8 || sizeof(NodeData) == 24);
+static_assert(sizeof(void*) != 8 || sizeof(Shape) == 48);
+
+/// The children of a node, in order: nodes side by side, or a list of them.
+class Children {
+ public:
+  class Iterator {
+   public:
+    Iterator(const Children& all, std::size_t index) noexcept : all_(&all), index_(index) {}
+    NodeData* operator*() const noexcept { return (*all_)[index_]; }
+    Iterator& operator++() noexcept {
+      ++index_;
+      return *this;
+    }
+    bool operator!=(const Iterator& other) const noexcept { return index_ != other.index_; }
+
+   private:
+    const Children* all_;
+    std::size_t index_;
+  };
+
+  Children() = default;
+  Children(NodeData* nodes, std::size_t count) noexcept : nodes_(nodes), count_(count) {}
+  explicit Children(const std::vector<NodeData*>& list) noexcept
+      : list_(list.data()), count_(list.size()) {}
+
+  std::size_t size() const noexcept { return count_; }
+  bool empty() const noexcept { return count_ == 0; }
+  NodeData* operator[](std::size_t index) const noexcept {
+    return nodes_ != nullptr ? nodes_ + index : list_[index];
+  }
+  NodeData* front() const noexcept { return (*this)[0]; }
+  Iterator begin() const noexcept { return {*this, 0}; }
+  Iterator end() const noexcept { return {*this, count_}; }
+
+ private:
+  NodeData* nodes_ = nullptr;
+  NodeData* const* list_ = nullptr;
+  std::size_t count_ = 0;
+};
 
 struct MadeNode : NodeData {
   Own storage;
@@ -129,7 +181,7 @@ struct Tree {
   std::size_t references = 0;
   std::string buffer;
   Blocks blocks;
-  NodeData* owned = nullptr;  ///< nodes that have an `Own`, by `own->next`
+  NodeData* owned = nullptr;  ///< nodes that have an `Own`, by `own()->next`
   Tree* next = nullptr;       ///< in the list of trees to be deleted
 };
 
@@ -138,6 +190,8 @@ void hold_link(NodeData& from, NodeData& to);
 /// The counts of a node's links, which the caller then takes away.
 std::vector<NodeRef> take_links(NodeData& node);
 
+/// The text of a slice of this tree.
+std::string_view view(const Tree& tree, Slice slice) noexcept;
 std::string_view name_of(const NodeData& node) noexcept;
 std::string_view namespace_of(const NodeData& node) noexcept;
 std::string_view text_of(const NodeData& node) noexcept;
@@ -161,7 +215,7 @@ const NodeData& content_of(const NodeData& node) noexcept;
 NodeData& content_of(NodeData& node) noexcept;
 /// The first node along the links that has a type (its own, or with `implied` an implied one).
 const NodeData& typed_node_of(const NodeData& node, bool implied) noexcept;
-std::span<NodeData* const> children_of(const NodeData& node) noexcept;
+Children children_of(const NodeData& node) noexcept;
 
 NodeRef make_node(std::string_view name, std::string_view name_space = {});
 /// The node's own storage, made when there is none yet.

@@ -27,14 +27,14 @@ MadeNode& made(NodeData& node) noexcept {
 
 /// Whether a link keeps its target alive: not inside one tree, which keeps all its nodes alive.
 bool counts(const NodeData& from, const NodeData& to) noexcept {
-  return from.tree == nullptr || from.tree != to.tree;
+  return from.tree() == nullptr || from.tree() != to.tree();
 }
 
 template <class Visit>
 void for_each_link(NodeData& node, Visit visit) {
   if (node.content == Content::kLink) visit(*node.link);
   if (node.content != Content::kOwnChildren) return;
-  for (NodeData* child : node.own->children) visit(*child);
+  for (NodeData* child : node.own()->children) visit(*child);
 }
 
 void drop_links(NodeData& node) noexcept {
@@ -45,13 +45,13 @@ void drop_links(NodeData& node) noexcept {
 
 void delete_tree(Tree* tree) noexcept {
   // First all links, then all nodes: a link may lead to another node of this tree.
-  for (NodeData* node = tree->owned; node != nullptr; node = node->own->next) drop_links(*node);
+  for (NodeData* node = tree->owned; node != nullptr; node = node->own()->next) drop_links(*node);
   while (tree->owned != nullptr) {
-    NodeData* node = std::exchange(tree->owned, tree->owned->own->next);
+    NodeData* node = std::exchange(tree->owned, tree->owned->own()->next);
     if (node->has(kMade)) {
       delete &made(*node);
     } else {
-      delete node->own;
+      delete node->own();
     }
   }
   delete tree;
@@ -75,8 +75,9 @@ void delete_condemned() noexcept {
 /// Makes a node that counted by itself a part of a tree.
 void join(Tree& tree, NodeData& node) noexcept {
   tree.references += made(node).references;
-  node.tree = &tree;
-  node.own->next = std::exchange(tree.owned, &node);
+  Own& own = made(node).storage;
+  own.tree = &tree;
+  own.next = std::exchange(tree.owned, &node);
 }
 
 /// Makes a node and all made nodes below it part of a tree.
@@ -87,11 +88,11 @@ void adopt(Tree& tree, NodeData& root) {
     NodeData& node = *waiting.back();
     waiting.pop_back();
     for_each_link(node, [&](NodeData& target) {
-      if (target.tree == nullptr) {
+      if (target.tree() == nullptr) {
         waiting.push_back(&target);
         join(tree, target);
       }
-      if (target.tree == &tree) --tree.references;
+      if (target.tree() == &tree) --tree.references;
     });
   }
 }
@@ -99,7 +100,7 @@ void adopt(Tree& tree, NodeData& root) {
 }  // namespace
 
 void hold_link(NodeData& from, NodeData& to) {
-  if (from.tree != nullptr && to.tree == nullptr) adopt(*from.tree, to);
+  if (from.tree() != nullptr && to.tree() == nullptr) adopt(*from.tree(), to);
   if (counts(from, to)) retain(&to);
 }
 
@@ -114,15 +115,15 @@ std::vector<NodeRef> take_links(NodeData& node) {
 }
 
 void retain(NodeData* data) noexcept {
-  if (data->tree != nullptr) {
-    ++data->tree->references;
+  if (Tree* tree = data->tree()) {
+    ++tree->references;
   } else {
     ++made(*data).references;
   }
 }
 
 void release(NodeData* data) noexcept {
-  if (Tree* tree = data->tree) {
+  if (Tree* tree = data->tree()) {
     if (--tree->references != 0) return;
     tree->next = std::exchange(condemned.trees, tree);
   } else {

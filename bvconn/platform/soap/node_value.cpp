@@ -51,7 +51,7 @@ class ValueReader {
       case Content::kText:
         return text_value(node, holder);
       case Content::kOwnValue:
-        return holder.own->value;
+        return holder.own()->value;
       case Content::kChildren:
       case Content::kOwnChildren:
         return SoapAccess::node(NodeRef(&node));

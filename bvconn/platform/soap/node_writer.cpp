@@ -51,14 +51,17 @@ std::string declarations(unsigned which) {
 
 /// Whether items fit an array that says this of them. Items that were read do, since a more special
 /// type may stand in their place; a value that was put there since has to be of the very type.
-bool may_all_be(std::span<NodeData* const> items, const TypeName& declared) {
+bool may_all_be(const Children& items, const TypeName& declared) {
   if (declared.name == "anyType" || declared.name == "ur-type") return true;
-  return std::all_of(items.begin(), items.end(), [&](const NodeData* item) {
+  for (const NodeData* item : items) {
     const NodeData& typed = typed_node_of(*item, true);
     const bool was_read = !typed.has(kTypeDerived) && !typed.has(kTypeExplicit);
-    return was_read ||
-           (own_type_of(typed) == declared.name && own_type_space_of(typed) == declared.uri);
-  });
+    if (was_read) continue;
+    if (own_type_of(typed) != declared.name || own_type_space_of(typed) != declared.uri) {
+      return false;
+    }
+  }
+  return true;
 }
 
 }  // namespace
@@ -207,15 +210,16 @@ TypeName NodeWriter::item_type_of(const NodeData& array) {
 
 void NodeWriter::leaf(const NodeData& holder, const Frame& frame) {
   const bool own = holder.content == Content::kOwnValue;
-  if (own && holder.own->value.is(Variant::Type::kQualifiedName)) {
-    const auto& name = holder.own->value.qualified_name();
+  if (own && holder.own()->value.is(Variant::Type::kQualifiedName)) {
+    const auto& name = holder.own()->value.qualified_name();
     qualified_text(name.name_space, name.local);
   } else if (holder.has(kQualified)) {
     qualified_text(qualified_space_of(holder), text_of(holder));
   } else {
     out_ += '>';
-    if (own && holder.own->value.is(Variant::Type::kString)) text(holder.own->value.string());
-    if (own && !holder.own->value.is(Variant::Type::kString)) text(value_text(holder.own->value));
+    if (own && holder.own()->value.is(Variant::Type::kString)) text(holder.own()->value.string());
+    if (own && !holder.own()->value.is(Variant::Type::kString))
+      text(value_text(holder.own()->value));
     if (holder.content == Content::kText) text(text_of(holder));
   }
   if (out_.back() == '>') {  // nothing was written: text never ends so

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,7 +42,7 @@ class NodeWriter {
  private:
   /// An element that is open.
   struct Frame {
-    std::span<NodeData* const> children;
+    Children children;
     std::size_t next = 0;
     std::string_view prefix;
     std::string_view name;

@@ -25,7 +25,7 @@ constexpr std::string_view kSource = "SoapEnvelope";
 /// Envelope, Body and the method element.
 constexpr std::size_t kElementsAround = 3;
 
-std::span<detail::NodeData* const> nodes_in(const SoapNodes& nodes) {
+detail::Children nodes_in(const SoapNodes& nodes) {
   return detail::children_of(*SoapAccess::owner(nodes));
 }
 

@@ -12,7 +12,7 @@ namespace bvconn {
 namespace {
 
 /// What a list holds, for the description of a look-up that failed: "3 nodes: a, b, c".
-std::string what_there_is(std::span<detail::NodeData* const> children) {
+std::string what_there_is(const detail::Children& children) {
   constexpr std::size_t kShown = 10;
   if (children.empty()) return "there are no nodes";
   std::string text = "there ";
@@ -25,8 +25,7 @@ std::string what_there_is(std::span<detail::NodeData* const> children) {
   return text;
 }
 
-[[noreturn]] void no_such_node(const std::string& wanted,
-                               std::span<detail::NodeData* const> children) {
+[[noreturn]] void no_such_node(const std::string& wanted, const detail::Children& children) {
   throw Error(error_numbers::kNoSuchNode, "SoapNodes",
               "There is no node " + wanted + "; " + what_there_is(children));
 }

@@ -1,8 +1,8 @@
 #include "bvconn/platform/soap/tree_builder.h"
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
+#include <memory>
 #include <new>
 #include <string>
 #include <utility>
@@ -37,7 +37,11 @@ ResolvedName resolve(std::string_view text, const xml::Scope& scope) {
 }  // namespace
 
 TreeBuilder::TreeBuilder(Tree& tree, Form form)
-    : tree_(tree), buffer_(tree.buffer.data()), buffer_size_(tree.buffer.size()), form_(form) {}
+    : tree_(tree),
+      buffer_(tree.buffer.data()),
+      buffer_size_(tree.buffer.size()),
+      form_(form),
+      shapes_(tree) {}
 
 Slice TreeBuilder::slice(std::string_view part) const {
   if (part.empty()) return {};
@@ -49,49 +53,51 @@ Slice TreeBuilder::slice(std::string_view part) const {
           static_cast<std::uint32_t>(part.size())};
 }
 
-NodeData* TreeBuilder::new_node() {
-  auto* node = ::new (tree_.blocks.take(sizeof(NodeData))) NodeData;
-  node->tree = &tree_;
-  node->content = Content::kText;
-  return node;
+void TreeBuilder::note(Note::Kind kind, std::string_view id, std::size_t place) {
+  notes_.push_back({.id = id, .place = static_cast<std::uint32_t>(place), .kind = kind});
 }
 
 void TreeBuilder::start_element(const xml::Name& name, std::span<const xml::Attribute> attributes,
                                 const xml::Scope& scope) {
-  NodeData* node = new_node();
-  node->name = slice(name.local);
-  node->name_space = slice(name.uri);
+  Shape shape;
+  shape.name = slice(name.local);
+  shape.name_space = slice(name.uri);
   Frame frame;
-  frame.node = node;
-  for (const xml::Attribute& attribute : attributes) read_attribute(frame, attribute, scope);
-  take_implied_type(frame, name);
-  if (open_.empty()) {
-    root_ = node;
-  } else {
-    waiting_.push_back(node);
-  }
+  frame.node.content = Content::kText;
   frame.first_child = waiting_.size();
+  for (const xml::Attribute& attribute : attributes) {
+    read_attribute(frame, shape, attribute, scope);
+  }
+  take_implied_type(frame, shape, name);
+  frame.node.shape = shapes_.find(shape);
+  frame.first_note = notes_.size();
   open_.push_back(frame);
 }
 
 void TreeBuilder::text(std::string_view text) {
   // Text beside child elements does not count.
-  const Frame& frame = open_.back();
-  if (waiting_.size() == frame.first_child) frame.node->text = slice(text);
+  Frame& frame = open_.back();
+  if (waiting_.size() == frame.first_child) frame.node.text = slice(text);
 }
 
 void TreeBuilder::end_element(const xml::Scope& scope) {
-  fill(open_.back(), scope);
+  Frame& frame = open_.back();
+  fill(frame, scope);
+  waiting_.push_back(frame.node);
   open_.pop_back();
+  if (open_.empty()) {
+    auto* memory = static_cast<std::byte*>(tree_.blocks.take(sizeof(NodeData)));
+    root_ = place_waiting(memory, 0, 0);
+  }
 }
 
-void TreeBuilder::read_attribute(Frame& frame, const xml::Attribute& attribute,
+void TreeBuilder::read_attribute(Frame& frame, Shape& shape, const xml::Attribute& attribute,
                                  const xml::Scope& scope) {
   const auto [prefix, local, uri, value, is_declaration] = attribute;
   if (is_declaration) return;
   if (is_xsi(uri)) {
     if (local == "type") {
-      read_type(frame, value, scope);
+      read_type(frame, shape, value, scope);
     } else if (local == "nil" || local == "null") {
       const auto word = trim_xml_space(value);
       frame.is_nil = word == "true" || word == "1";
@@ -99,10 +105,10 @@ void TreeBuilder::read_attribute(Frame& frame, const xml::Attribute& attribute,
   } else if (uri == kEncodingUri) {
     if (local == "arrayType") read_array_type(frame, value, scope);
     if (local == "root" && trim_xml_space(value) == "0" && open_.size() == 2) {
-      no_roots_.push_back(frame.node);
+      note(Note::Kind::kNoRoot, {}, frame.first_child);
     }
   } else if (form_ == Form::kEnvelope && uri.empty()) {
-    if (local == "id") identified_.push_back({value, frame.node});
+    if (local == "id") note(Note::Kind::kId, value, frame.first_child);
     if (local == "href" && value.starts_with('#')) frame.href = value.substr(1);
   } else if (uri == kEnvelopeUri && local == "encodingStyle") {
     note_encoding_style(value);
@@ -110,30 +116,31 @@ void TreeBuilder::read_attribute(Frame& frame, const xml::Attribute& attribute,
 }
 
 void TreeBuilder::note_encoding_style(std::string_view style) {
-  const bool in_body = open_.size() == 2 && name_of(*open_[1].node) == "Body" &&
+  const bool in_body = open_.size() == 2 && name_of(open_[1].node) == "Body" &&
                        waiting_.size() == open_[1].first_child;
   if (open_.size() < 2 || in_body) encoding_style_ = style;
 }
 
-void TreeBuilder::read_type(Frame& frame, std::string_view value, const xml::Scope& scope) {
+void TreeBuilder::read_type(Frame& frame, Shape& shape, std::string_view value,
+                            const xml::Scope& scope) {
   const auto [local, uri] = resolve(value, scope);
-  frame.node->type = slice(local);
-  frame.node->type_space = slice(uri);
-  if (uri == kEncodingUri && local == "Array") frame.node->set(kArray);
+  shape.type = slice(local);
+  shape.type_space = slice(uri);
+  if (uri == kEncodingUri && local == "Array") frame.node.set(kArray);
   frame.is_qualified_name = local == "QName" && is_xsd(uri);
 }
 
 void TreeBuilder::read_array_type(Frame& frame, std::string_view value, const xml::Scope& scope) {
   value = trim_xml_space(value);
   const auto [local, uri] = resolve(value.substr(0, value.rfind('[')), scope);
-  frame.node->set(kArray);
+  frame.node.set(kArray);
   frame.items = {local, uri};
 }
 
 /// What the name of the element, or the array around, says of the type where the element itself
 /// says nothing.
-void TreeBuilder::take_implied_type(Frame& frame, const xml::Name& name) {
-  NodeData& node = *frame.node;
+void TreeBuilder::take_implied_type(Frame& frame, Shape& shape, const xml::Name& name) {
+  NodeData& node = frame.node;
   TypeName type;
   if (name.uri == kEncodingUri || is_xsd(name.uri)) {
     type = {name.local, name.uri};
@@ -141,13 +148,13 @@ void TreeBuilder::take_implied_type(Frame& frame, const xml::Name& name) {
   } else if (!open_.empty()) {
     type = open_.back().items;
   }
-  if (type.name.empty() || node.type.size != 0 || node.has(kArray)) return;
+  if (type.name.empty() || shape.type.size != 0 || node.has(kArray)) return;
   if (type.name.ends_with(']')) {
     node.set(kArray);
     frame.items = {type.name.substr(0, type.name.rfind('[')), type.uri};
   } else if (type.name != "anyType" && type.name != "ur-type") {
-    node.type = slice(type.name);
-    node.type_space = slice(type.uri);
+    shape.type = slice(type.name);
+    shape.type_space = slice(type.uri);
     node.set(kTypeImplied);
     frame.is_qualified_name = type.name == "QName" && is_xsd(type.uri);
   }
@@ -155,55 +162,70 @@ void TreeBuilder::take_implied_type(Frame& frame, const xml::Name& name) {
 
 bool TreeBuilder::is_fault_code() const {
   if (form_ != Form::kEnvelope || open_.size() != 4) return false;
-  const NodeData& fault = *open_[2].node;
-  return name_of(*open_[3].node) == "faultcode" && name_of(fault) == "Fault" &&
+  const NodeData& fault = open_[2].node;
+  return name_of(open_[3].node) == "faultcode" && name_of(fault) == "Fault" &&
          namespace_of(fault) == kEnvelopeUri;
 }
 
-bool TreeBuilder::take_children(const Frame& frame) {
-  const std::size_t count = waiting_.size() - frame.first_child;
-  if (count == 0) return false;
-  place_children(*frame.node, frame.items, count);
-  waiting_.resize(frame.first_child);
-  return true;
-}
-
-/// Puts the last so many of the waiting nodes below this one, and what an array says of them before
+/// Puts the waiting children of an element below its node, and what an array says of them before
 /// the first.
-void TreeBuilder::place_children(NodeData& node, const TypeName& items, std::size_t count) {
-  const bool typed = node.has(kArray) && !items.name.empty();
+void TreeBuilder::place_children(Frame& frame) {
+  NodeData& node = frame.node;
+  const std::size_t count = waiting_.size() - frame.first_child;
+  const bool typed = node.has(kArray) && !frame.items.name.empty();
   const std::size_t ahead = typed ? sizeof(ItemSlices) : 0;
-  const std::size_t bytes = count * sizeof(NodeData*);
   node.children = nullptr;
   node.count = static_cast<std::uint32_t>(count);
   node.content = Content::kChildren;
-  if (ahead + bytes == 0) return;
-  auto* memory = static_cast<std::byte*>(tree_.blocks.take(ahead + bytes));
-  node.children = reinterpret_cast<NodeData**>(memory + ahead);
+  if (ahead + count == 0) return;
+  auto* memory = static_cast<std::byte*>(tree_.blocks.take(ahead + count * sizeof(NodeData)));
   if (typed) {
-    ::new (memory) ItemSlices{.type = slice(items.name), .type_space = slice(items.uri)};
+    ::new (memory)
+        ItemSlices{.type = slice(frame.items.name), .type_space = slice(frame.items.uri)};
     node.set(kTypedItems);
   }
-  if (count > 0) std::memcpy(node.children, waiting_.data() + waiting_.size() - count, bytes);
+  node.children = place_waiting(memory + ahead, frame.first_child, frame.first_note);
+}
+
+/// Moves the nodes that wait from a place on to where they stay, and settles the notes about them.
+NodeData* TreeBuilder::place_waiting(std::byte* memory, std::size_t first_place,
+                                     std::size_t first_note) {
+  auto* nodes = reinterpret_cast<NodeData*>(memory);
+  std::uninitialized_copy(waiting_.begin() + static_cast<std::ptrdiff_t>(first_place),
+                          waiting_.end(), nodes);
+  waiting_.resize(first_place);
+  for (std::size_t i = first_note; i < notes_.size(); ++i) {
+    const Note& note = notes_[i];
+    NodeData* node = nodes + (note.place - first_place);
+    if (note.kind == Note::Kind::kId) identified_.push_back({note.id, node});
+    if (note.kind == Note::Kind::kReference) references_.push_back({note.id, node});
+    if (note.kind == Note::Kind::kNoRoot) no_roots_.push_back(node);
+  }
+  notes_.resize(first_note);
+  return nodes;
 }
 
 void TreeBuilder::fill(Frame& frame, const xml::Scope& scope) {
-  NodeData& node = *frame.node;
+  NodeData& node = frame.node;
+  const bool has_children = waiting_.size() > frame.first_child;
+  if (has_children) place_children(frame);
   if (frame.is_nil) {
-    waiting_.resize(frame.first_child);
+    // What was below it is still there for whoever refers to it.
     node.text = {};
+    node.count = 0;
     node.content = Content::kNil;
     node.clear(kArray);
+    node.clear(kTypedItems);
     return;
   }
-  if (take_children(frame)) return;
+  if (has_children) return;
   const bool blank = is_blank(text_of(node));
   if (frame.href.data() != nullptr && blank) {
     node.clear(kArray);
-    references_.push_back({frame.href, &node});
+    note(Note::Kind::kReference, frame.href, frame.first_child);
     if (is_fault_code()) node.set(kQualified);
   } else if (node.has(kArray) && blank) {
-    place_children(node, frame.items, 0);
+    place_children(frame);
   } else {
     node.clear(kArray);
     if (frame.is_qualified_name || is_fault_code()) make_qualified(node, scope);
@@ -212,8 +234,10 @@ void TreeBuilder::fill(Frame& frame, const xml::Scope& scope) {
 
 void TreeBuilder::make_qualified(NodeData& node, const xml::Scope& scope) {
   const auto [local, uri] = resolve(text_of(node), scope);
+  Shape shape = *node.shape;
+  shape.type_space = slice(uri);
+  node.shape = shapes_.find(shape);
   node.text = slice(local);
-  node.type_space = slice(uri);
   node.set(kQualified);
 }
 
@@ -263,7 +287,7 @@ void TreeBuilder::check_cycles() const {
       path.pop_back();
       continue;
     }
-    NodeData* target = is_link ? node->link : node->children[next];
+    NodeData* target = is_link ? node->link : node->children + next;
     ++next;
     if (target->mark == kOnPath) {
       bad_reference("Through its references the element " + shown(name_of(*target)) +

@@ -7,14 +7,16 @@
 #include <vector>
 
 #include "bvconn/platform/soap/node_data.h"
+#include "bvconn/platform/soap/node_shapes.h"
 #include "bvconn/platform/xml/xml_reader.h"
 
 namespace bvconn::detail {
 
 /// Makes the nodes of a tree out of what the reader finds in its buffer.
 ///
-/// Each element becomes one node; at its end the pointers to its children, which waited on a stack,
-/// are put side by side into the tree's blocks.
+/// Each element becomes one node. While the element is open its node is in a `Frame`; at its end it
+/// goes on to a stack, where it waits for the end of the element around it. Then all children of
+/// that are moved side by side into the tree's blocks, where they stay.
 class TreeBuilder {
  public:
   enum class Form {
@@ -43,8 +45,9 @@ class TreeBuilder {
  private:
   /// An element that is open.
   struct Frame {
-    NodeData* node = nullptr;
+    NodeData node;
     std::size_t first_child = 0;  ///< on the stack of waiting nodes
+    std::size_t first_note = 0;   ///< on the stack of notes about its children
     TypeName items;               ///< of an array, with `[]` behind the name for arrays of arrays
     std::string_view href;
     bool is_qualified_name = false;
@@ -54,20 +57,28 @@ class TreeBuilder {
     std::string_view id;
     NodeData* node;
   };
+  /// What is to be known of a node as soon as it is where it stays.
+  struct Note {
+    enum class Kind : std::uint8_t { kId, kReference, kNoRoot };
+    std::string_view id;
+    std::uint32_t place;  ///< of the node, on the stack of waiting nodes
+    Kind kind;
+  };
 
   Slice slice(std::string_view part) const;
-  NodeData* new_node();
-  void read_attribute(Frame& frame, const xml::Attribute& attribute, const xml::Scope& scope);
-  void read_type(Frame& frame, std::string_view value, const xml::Scope& scope);
+  void note(Note::Kind kind, std::string_view id, std::size_t place);
+  void read_attribute(Frame& frame, Shape& shape, const xml::Attribute& attribute,
+                      const xml::Scope& scope);
+  void read_type(Frame& frame, Shape& shape, std::string_view value, const xml::Scope& scope);
   void read_array_type(Frame& frame, std::string_view value, const xml::Scope& scope);
-  void take_implied_type(Frame& frame, const xml::Name& name);
+  void take_implied_type(Frame& frame, Shape& shape, const xml::Name& name);
   void note_encoding_style(std::string_view style);
   void set_items(Frame& frame, TypeName items);
   void make_qualified(NodeData& node, const xml::Scope& scope);
   bool is_fault_code() const;
   void fill(Frame& frame, const xml::Scope& scope);
-  bool take_children(const Frame& frame);
-  void place_children(NodeData& node, const TypeName& items, std::size_t count);
+  void place_children(Frame& frame);
+  NodeData* place_waiting(std::byte* memory, std::size_t first_place, std::size_t first_note);
   NodeData* target_of(std::string_view id) const;
   void check_cycles() const;
 
@@ -75,9 +86,11 @@ class TreeBuilder {
   const char* buffer_;
   std::size_t buffer_size_;
   Form form_;
+  Shapes shapes_;
   NodeData* root_ = nullptr;
   std::vector<Frame> open_;
-  std::vector<NodeData*> waiting_;
+  std::vector<NodeData> waiting_;
+  std::vector<Note> notes_;
   std::vector<Identified> identified_;
   std::vector<Identified> references_;
   std::vector<const NodeData*> no_roots_;
