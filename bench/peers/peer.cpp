@@ -1,0 +1,122 @@
+#include "peers/peer.h"
+
+#include <dirent.h>
+#include <malloc.h>
+#include <netinet/in.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+
+#include "common/process.h"
+
+namespace bench {
+namespace {
+
+constexpr int kCallsBeforeCounting = 8;
+
+std::string quoted(const std::string& text) {
+  return "\"" + text + "\"";
+}
+
+/// What the counting of instructions begins and ends with; it is found by its name.
+[[gnu::noinline]] void counted_calls(Peer& peer, const Case& which, long count) {
+  for (long made = 0; made < count; ++made) peer.call(which);
+}
+
+std::string check(Peer& peer, const Case& which) {
+  peer.call(which);
+  const std::string seen = peer.seen(which);
+  const std::string bytes = std::to_string(envelope(which).size());
+  if (seen == facts(which) || seen == bytes) return "{\"ok\": true}";
+  return "{\"ok\": false, \"seen\": " + quoted(seen) + "}";
+}
+
+std::string round(Peer& peer, const Case& which, long count) {
+  const Moment begin = Moment::now();
+  for (long made = 0; made < count; ++made) peer.call(which);
+  const Moment spent = Moment::now() - begin;
+  std::ostringstream line;
+  line << "{\"wall\": " << spent.wall_ns / count << ", \"cpu\": " << spent.cpu_ns / count
+       << ", \"faults\": " << static_cast<double>(spent.faults) / static_cast<double>(count) << "}";
+  return line.str();
+}
+
+/// Makes each socket of this process report a reply when all of it is there: reading it in more
+/// steps or fewer would take more instructions or fewer.
+void wait_for_whole_replies(std::size_t bytes) {
+  const int low_mark = static_cast<int>(bytes);
+  for (int descriptor = 3; descriptor < 64; ++descriptor) {
+    ::setsockopt(descriptor, SOL_SOCKET, SO_RCVLOWAT, &low_mark, sizeof(low_mark));
+  }
+}
+
+std::string count(Peer& peer, const Case& which, long calls) {
+  peer.call(which);
+  wait_for_whole_replies(envelope(which).size());
+  for (int made = 0; made < kCallsBeforeCounting; ++made) peer.call(which);
+  counted_calls(peer, which, calls);
+  return "{\"calls\": " + std::to_string(calls) + "}";
+}
+
+std::string memory(Peer& peer, const Case& which) {
+  // What is made at the first call of a process is no matter of this reply.
+  peer.call(kCases.front());
+  ::malloc_trim(0);
+  const Memory before = Memory::with_new_peak();
+  peer.call(which);
+  const Memory after = Memory::now();
+  std::ostringstream line;
+  line << "{\"peak\": " << after.peak - before.resident
+       << ", \"held\": " << after.resident - before.resident
+       << ", \"reply\": " << envelope(which).size() << "}";
+  return line.str();
+}
+
+std::string answer(Peer& peer, const std::string& line) {
+  std::istringstream words(line);
+  std::string task, name;
+  long calls = 1;
+  words >> task >> name >> calls;
+  const Case* which = find_case(name);
+  if (which == nullptr) throw std::runtime_error("no such case: " + line);
+  if (task == "check") return check(peer, *which);
+  if (task == "round") return round(peer, *which, calls);
+  if (task == "count") return count(peer, *which, calls);
+  if (task == "memory") return memory(peer, *which);
+  throw std::runtime_error("no such task: " + line);
+}
+
+}  // namespace
+
+std::string url_of(const std::string& url, const Case& which) {
+  return url + "/" + std::string(which.name);
+}
+
+int run_peer(int argc, char** argv, const MakePeer& make) {
+  if (argc != 3) {
+    std::cerr << "usage: " << argv[0] << " URL CORE\n";
+    return 2;
+  }
+  try {
+    stay_on_core(std::atoi(argv[2]));
+    const auto peer = make(argv[1]);
+    for (std::string line; std::getline(std::cin, line);) {
+      std::cout << answer(*peer, line) << std::endl;
+    }
+    return 0;
+  } catch (const std::exception& problem) {
+    std::cerr << argv[0] << ": " << problem.what() << '\n';
+    return 1;
+  }
+}
+
+}  // namespace bench
