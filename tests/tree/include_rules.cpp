@@ -119,8 +119,9 @@ std::optional<std::string> resolved(const SourceFile& file, const Include& inclu
   const std::string folder = file.path.substr(0, file.path.rfind('/') + 1);
   if (auto path = known(folder + include.target)) return path;
   if (auto path = known(include.target)) return path;
-  // The roots that targets of tests and of the tool are compiled with.
+  // The roots that targets of tests, benchmarks and the tool are compiled with.
   if (auto path = known("tests/" + include.target)) return path;
+  if (auto path = known("bench/" + include.target)) return path;
   return known("tools/bvconn/" + include.target);
 }
 
@@ -254,7 +255,9 @@ const std::vector<Library>& libraries() {
       {"expat.h", {"tests", "bench", "fuzz"}},
       {"libxml/", {"bench"}},
       {"openssl/", {"tests"}},
-      {"soapH.h", {"tests"}},
+      {"pugixml.hpp", {"bench"}},
+      {"soapH.h", {"tests", "bench"}},
+      {"Invoices.nsmap", {"bench"}},
       {"com.nsmap", {"tests"}},
       {"gtest/", {"tests"}},
       {"gmock/", {"tests"}},
