@@ -133,6 +133,14 @@ TEST_F(Connection, ThatTheServerClosesAtAnyMomentAfterItsReplyIsReplacedOrLost) 
   EXPECT_GE(bodies.size(), std::size_t{kRounds / 2});
 }
 
+// Servers begin to close idle connections after five.
+TEST_F(Connection, ThatWasIdleForMoreThanThreeSecondsIsReplaced) {
+  call();
+  std::this_thread::sleep_for(std::chrono::milliseconds(3100));
+  call();
+  EXPECT_EQ(server.connections(), 2);
+}
+
 TEST_F(Connection, KeptAndResetWithTheRequestUnreadFailsInSend) {
   server.answer(answers::then_reset_next(answers::reply("<one/>")));
   EXPECT_EQ(call("<a/>"), "<one/>");

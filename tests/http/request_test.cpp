@@ -117,6 +117,18 @@ TEST_F(Request, GoesOnTheSameConnectionWhereTheReplyWasNeverAskedFor) {
   EXPECT_EQ(server.connections(), 1);
 }
 
+TEST_F(Request, GoesOnTheSameConnectionWhateverThePathAndThePassword) {
+  for (const std::string_view url : {"http://joe:word@{}/a", "http://jane@{}?b=//c", "http://{}"}) {
+    const std::size_t hole = url.find("{}");
+    transport->Send(
+        std::string(url.substr(0, hole)) + server.host() + std::string(url.substr(hole + 2)),
+        "<a/>");
+  }
+  EXPECT_EQ(server.connections(), 1);
+  EXPECT_EQ(server.requests().size(), 3U);
+  EXPECT_THAT(server.last_request().bytes, Not(HasSubstr("Authorization")));
+}
+
 TEST_F(Request, ToAnotherServerGoesThere) {
   MisbehavingServer other;
   other.answer(answers::reply("<other/>"));

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "hostile/process_watch.h"
 #include "http/transport_fixture.h"
 #include "support/tls_server.h"
 
@@ -135,6 +136,31 @@ TEST_F(Tls, CutBeforeTheStatusLineFailsInSendAndIsNotTriedAgain) {
     EXPECT_EQ(server.requests().size(), requests);
   }
   EXPECT_EQ(call(server), "<ok/>");
+}
+
+// What is left of a connection that ended.
+
+TEST_F(Tls, HoldsNoSocketWhereTheServerEndsTheConnectionWithItsReply) {
+  MisbehavingServer server(tls_streams(identity));
+  server.answer({answers::reply("<one/>", "200 OK", answers::kXml, {{"Connection", "close"}}),
+                 answers::reply("<two/>", "200 OK", answers::kXml, {{"Connection", "close"}})});
+  EXPECT_EQ(call(server), "<one/>");
+  ASSERT_TRUE(server.wait_for_closed(1));
+  const Held before = held_now();
+  EXPECT_EQ(call(server), "<two/>");
+  EXPECT_EQ(held_again(before).descriptors, before.descriptors);
+}
+
+TEST_F(Tls, HoldsNoSocketOfTheServerBefore) {
+  const MisbehavingServer server(tls_streams(identity));
+  const MisbehavingServer other;
+  transport->Send(other.url(), "<a/>");
+  const Held before = held_now();
+  for (int round = 0; round < 5; ++round) {
+    EXPECT_EQ(call(server), "<ok/>");
+    transport->Send(other.url(), "<a/>");
+    EXPECT_EQ(held_again(before).descriptors, before.descriptors);
+  }
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ namespace {
 
 // Shorter than the five seconds after which servers begin to close idle connections, so that the
 // client lets go of a connection before the server does.
-constexpr long kIdleConnectionMaxSeconds = 3;
+constexpr std::chrono::seconds kIdleConnectionMax{3};
 constexpr long kReceiveBufferSize = 128L << 10;
 
 struct ListDeleter {
@@ -80,68 +80,32 @@ void check_tls_files(const HttpRequest& request) {
   check_tls_file(request, "the client's key", request.tls.client_key);
 }
 
-}  // namespace
-
-HttpReply HttpClient::post(const HttpRequest& request, const ReplyRules& rules) {
-  facts_.clear();
-  try {
-    return run(request, rules);
-  } catch (Error& error) {
-    error.outcome = facts_.went_out ? Outcome::kUnknown : Outcome::kNotSent;
-    throw;
-  }
-}
-
-HttpReply HttpClient::run(const HttpRequest& request, const ReplyRules& rules) {
-  check_url(request.url, request.source);
-  const std::string proxy = proxy_of(request);
-  const HeaderList headers = header_list(request);
-  take_tls_files(request);
-  take_clean_handle(request.source);
-  HttpExchange exchange(request, rules, facts_);
-  prepare(request, proxy, headers.get());
-  exchange.attach_to(handle_.get());
-  const CURLcode code = curl_easy_perform(handle_.get());
-  exchange.measure(handle_.get());
-  if (code == CURLE_OK) {
-    curl_easy_reset(handle_.get());  // It keeps its connection, but nothing that points to here.
-  } else {
-    disconnect();
-  }
-  return exchange.finish(code);
-}
-
-// A kept connection was trusted under the files of before, and libcurl does not compare all of
-// them.
-void HttpClient::take_tls_files(const HttpRequest& request) {
-  if (is_https(request.url)) check_tls_files(request);
-  if (request.tls != tls_) {
-    tls_ = request.tls;
-    disconnect();
-  }
-}
-
-// A kept connection has nothing to say between two calls. One that has was closed by the server,
-// or brings what nobody asked for, which must not be taken for the next reply.
-void HttpClient::take_clean_handle(std::string_view source) {
-  if (handle_ != nullptr) {
-    pollfd kept{-1, POLLIN, 0};
-    curl_easy_getinfo(handle_.get(), CURLINFO_ACTIVESOCKET, &kept.fd);
-    if (kept.fd == CURL_SOCKET_BAD || poll(&kept, 1, 0) == 0) {
-      return;
-    }
-  }
-  start_libcurl(source);
-  handle_.reset(curl_easy_init());
-  if (handle_ == nullptr) {
-    fail_without_memory();
-  }
-}
-
-void HttpClient::prepare(const HttpRequest& request, const std::string& proxy,
-                         curl_slist* headers) {
+void prepare_tls(CURL* handle, const HttpRequest& request) {
   const auto option = [&](CURLoption key, auto value) {
-    set_option(handle_.get(), request.source, key, value);
+    set_option(handle, request.source, key, value);
+  };
+  option(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+  option(CURLOPT_SSL_VERIFYPEER, 1L);
+  option(CURLOPT_SSL_VERIFYHOST, 2L);
+  if (!request.tls.ca_file.empty()) {
+    // Who names an authority trusts that one, not the system's store besides.
+    option(CURLOPT_CAINFO, request.tls.ca_file.c_str());
+    option(CURLOPT_CAPATH, static_cast<char*>(nullptr));
+  }
+  if (!request.tls.client_cert.empty()) {
+    option(CURLOPT_SSLCERT, request.tls.client_cert.c_str());
+  }
+  if (!request.tls.client_key.empty()) {
+    option(CURLOPT_SSLKEY, request.tls.client_key.c_str());
+  }
+  // Otherwise the TLS library would ask for the pass phrase of a key on the terminal, and wait.
+  option(CURLOPT_KEYPASSWD, "");
+}
+
+void prepare(CURL* handle, const HttpRequest& request, const std::string& proxy,
+             curl_slist* headers) {
+  const auto option = [&](CURLoption key, auto value) {
+    set_option(handle, request.source, key, value);
   };
   option(CURLOPT_URL, request.url.c_str());
   option(CURLOPT_PATH_AS_IS, 1L);
@@ -160,30 +124,73 @@ void HttpClient::prepare(const HttpRequest& request, const std::string& proxy,
   option(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(request.connect_time_out.count()));
   option(CURLOPT_BUFFERSIZE, kReceiveBufferSize);
   option(CURLOPT_MAXCONNECTS, 1L);
-  option(CURLOPT_MAXAGE_CONN, kIdleConnectionMaxSeconds);
-  prepare_tls(request);
+  prepare_tls(handle, request);
 }
 
-void HttpClient::prepare_tls(const HttpRequest& request) {
-  const auto option = [&](CURLoption key, auto value) {
-    set_option(handle_.get(), request.source, key, value);
-  };
-  option(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-  option(CURLOPT_SSL_VERIFYPEER, 1L);
-  option(CURLOPT_SSL_VERIFYHOST, 2L);
-  if (!request.tls.ca_file.empty()) {
-    // Who names an authority trusts that one, not the system's store besides.
-    option(CURLOPT_CAINFO, request.tls.ca_file.c_str());
-    option(CURLOPT_CAPATH, static_cast<char*>(nullptr));
+curl_socket_t active_socket(CURL* handle) {
+  curl_socket_t socket = CURL_SOCKET_BAD;
+  curl_easy_getinfo(handle, CURLINFO_ACTIVESOCKET, &socket);
+  return socket;
+}
+
+}  // namespace
+
+HttpReply HttpClient::post(const HttpRequest& request, const ReplyRules& rules) {
+  facts_.clear();
+  try {
+    return run(request, rules);
+  } catch (Error& error) {
+    error.outcome = facts_.went_out ? Outcome::kUnknown : Outcome::kNotSent;
+    throw;
   }
-  if (!request.tls.client_cert.empty()) {
-    option(CURLOPT_SSLCERT, request.tls.client_cert.c_str());
+}
+
+HttpReply HttpClient::run(const HttpRequest& request, const ReplyRules& rules) {
+  check_url(request.url, request.source);
+  Peer peer{.origin = origin_of(request.url), .proxy = proxy_of(request), .tls = request.tls};
+  const HeaderList headers = header_list(request);
+  if (is_https(request.url)) check_tls_files(request);
+  const auto idle = std::chrono::steady_clock::now() - last_use_;
+  if (peer != peer_ || idle > kIdleConnectionMax) disconnect();
+  peer_ = std::move(peer);
+  HttpExchange exchange(request, rules, facts_);
+  const CURLcode code = perform(request, headers.get(), exchange);
+  return exchange.finish(code);
+}
+
+// Unless it is kept, the handle goes when its run is over, and with it what is left of a connection
+// that ended.
+CURLcode HttpClient::perform(const HttpRequest& request, curl_slist* headers,
+                             HttpExchange& exchange) {
+  Handle handle = take_handle(request.source);
+  prepare(handle.get(), request, peer_.proxy, headers);
+  exchange.attach_to(handle.get());
+  const CURLcode code = curl_easy_perform(handle.get());
+  exchange.measure(handle.get());
+  last_use_ = std::chrono::steady_clock::now();
+  const bool goes_on = !is_https(request.url) || active_socket(handle.get()) != CURL_SOCKET_BAD;
+  if (code == CURLE_OK && goes_on && HttpExchange::detach_from(handle.get())) {
+    handle_ = std::move(handle);
   }
-  if (!request.tls.client_key.empty()) {
-    option(CURLOPT_SSLKEY, request.tls.client_key.c_str());
+  return code;
+}
+
+// A kept connection has nothing to say between two calls. One that has was closed by the server,
+// or brings what nobody asked for, which must not be taken for the next reply.
+HttpClient::Handle HttpClient::take_handle(std::string_view source) {
+  if (handle_ != nullptr) {
+    pollfd kept{active_socket(handle_.get()), POLLIN, 0};
+    if (kept.fd == CURL_SOCKET_BAD || poll(&kept, 1, 0) == 0) {
+      return std::move(handle_);
+    }
+    disconnect();
   }
-  // Otherwise the TLS library would ask for the pass phrase of a key on the terminal, and wait.
-  option(CURLOPT_KEYPASSWD, "");
+  start_libcurl(source);
+  Handle handle(curl_easy_init());
+  if (handle == nullptr) {
+    fail_without_memory();
+  }
+  return handle;
 }
 
 }  // namespace bvconn::detail

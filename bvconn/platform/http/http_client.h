@@ -2,11 +2,13 @@
 
 #include <curl/curl.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "bvconn/platform/exchange/wire_facts.h"
+#include "bvconn/platform/http/http_exchange.h"
 #include "bvconn/platform/http/http_reply.h"
 #include "bvconn/platform/http/http_request.h"
 
@@ -16,8 +18,11 @@ namespace bvconn::detail {
 ///
 /// No request goes out twice, kept connection or new: once it began to go out, the server may have
 /// acted on it, whatever became of the connection then. A kept connection is looked at before it is
-/// used, and let go of where it was closed or is about to be, and where it was trusted under other
-/// TLS files.
+/// used, and let go of where it was closed or is about to be, where it leads elsewhere, and where
+/// it was trusted under other TLS files.
+///
+/// A connection is always let go of together with the handle: libcurl alone would hold the socket
+/// of a secure one until the server has said goodbye too, and sees to that in its next run only.
 class HttpClient {
  public:
   /// Runs one exchange. Fails where no reply came about: a bad URL, nothing to connect to, a proxy
@@ -37,15 +42,23 @@ class HttpClient {
   struct HandleDeleter {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
   };
+  using Handle = std::unique_ptr<CURL, HandleDeleter>;
 
-  void take_tls_files(const HttpRequest& request);
+  /// Whom a connection leads to, and how.
+  struct Peer {
+    std::string origin;
+    std::string proxy;
+    TlsFiles tls;
+    bool operator==(const Peer&) const = default;
+  };
+
   HttpReply run(const HttpRequest& request, const ReplyRules& rules);
-  void take_clean_handle(std::string_view source);
-  void prepare(const HttpRequest& request, const std::string& proxy, curl_slist* headers);
-  void prepare_tls(const HttpRequest& request);
+  CURLcode perform(const HttpRequest& request, curl_slist* headers, HttpExchange& exchange);
+  Handle take_handle(std::string_view source);
 
-  std::unique_ptr<CURL, HandleDeleter> handle_;
-  TlsFiles tls_;  ///< of the last request
+  Handle handle_;
+  Peer peer_;
+  std::chrono::steady_clock::time_point last_use_;
   WireFacts facts_;
 };
 

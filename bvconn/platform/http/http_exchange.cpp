@@ -14,8 +14,10 @@
 namespace bvconn::detail {
 namespace {
 
-// With OpenSSL, libcurl takes the bare end of a connection for the end of its TLS stream, but shows
-// the messages of TLS; the other TLS libraries fail by themselves.
+constexpr std::string_view kWithoutEndOfTls = "it ended without the closing message of TLS";
+
+// With OpenSSL, older libcurls take the bare end of a connection for the end of its TLS stream, but
+// show the messages of TLS; later ones, and the other TLS libraries, fail by themselves.
 bool takes_bare_end_for_tls_end() {
   const std::string_view library = curl_version_info(CURLVERSION_NOW)->ssl_version;
   return library.starts_with("OpenSSL") || library.starts_with("LibreSSL");
@@ -58,6 +60,20 @@ void HttpExchange::attach_to(CURL* handle) {
   option(CURLOPT_DEBUGFUNCTION, &HttpExchange::on_traffic);
   option(CURLOPT_DEBUGDATA, this);
   option(CURLOPT_VERBOSE, secure_ || !request_.tracing_file.empty() ? 1L : 0L);
+}
+
+// One by one: a reset of all options hides it when libcurl had no memory for some of them, and the
+// next request would go out by halves.
+bool HttpExchange::detach_from(CURL* handle) {
+  const auto cleared = [handle](auto... keys) {
+    return ((curl_easy_setopt(handle, keys, nullptr) == CURLE_OK) && ...);
+  };
+  return curl_easy_setopt(handle, CURLOPT_VERBOSE, 0L) == CURLE_OK &&
+         cleared(CURLOPT_ERRORBUFFER, CURLOPT_HEADERFUNCTION, CURLOPT_HEADERDATA,
+                 CURLOPT_WRITEFUNCTION, CURLOPT_WRITEDATA, CURLOPT_SOCKOPTFUNCTION,
+                 CURLOPT_SOCKOPTDATA, CURLOPT_PREREQFUNCTION, CURLOPT_PREREQDATA,
+                 CURLOPT_XFERINFOFUNCTION, CURLOPT_XFERINFODATA, CURLOPT_DEBUGFUNCTION,
+                 CURLOPT_DEBUGDATA, CURLOPT_POSTFIELDS, CURLOPT_HTTPHEADER);
 }
 
 // No exception may pass through libcurl.
@@ -154,18 +170,17 @@ HttpReply HttpExchange::finish(CURLcode code) {
       facts_.refused_reply.assign(reply_.body());
       throw *std::move(against);
     }
-  } else if (was_cut_by_tls(code)) {
-    against =
-        failure(error_numbers::kConnectionLost, "it ended without the closing message of TLS");
+  } else if (code == CURLE_OK && lacks_end_of_tls() && takes_bare_end_for_tls_end()) {
+    against = failure(error_numbers::kConnectionLost, kWithoutEndOfTls);
   }
   reply_.finish(std::move(against));
   if (reply_.error()) facts_.refused_reply.assign(reply_.body());
   return std::move(reply_);
 }
 
-bool HttpExchange::was_cut_by_tls(CURLcode code) const {
-  return code == CURLE_OK && secure_ && reply_.ends_with_connection() && !tls_ended_ &&
-         takes_bare_end_for_tls_end();
+// Where only the end of the connection tells the end of the reply, TLS has to vouch for it.
+bool HttpExchange::lacks_end_of_tls() const {
+  return secure_ && reply_.ends_with_connection() && !tls_ended_;
 }
 
 // What the run's code says against the exchange, with what libcurl has to say about it.
@@ -182,7 +197,11 @@ Error HttpExchange::trouble(CURLcode code) const {
   if (code == CURLE_OUT_OF_MEMORY && !request_went_out_) fail_without_memory();
   const std::string_view words = error_text_.data();
   const std::string_view detail = words.empty() ? curl_easy_strerror(code) : words;
-  return failure(trouble_number(code, detail), detail);
+  const std::int32_t number = trouble_number(code, detail);
+  if (number == error_numbers::kConnectionLost && lacks_end_of_tls()) {
+    return failure(number, std::string(kWithoutEndOfTls).append(": ").append(detail));
+  }
+  return failure(number, detail);
 }
 
 std::int32_t HttpExchange::trouble_number(CURLcode code, std::string_view detail) const {

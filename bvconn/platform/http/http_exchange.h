@@ -25,6 +25,10 @@ class HttpExchange {
   /// Makes the handle's next run this exchange.
   void attach_to(CURL* handle);
 
+  /// Leaves nothing in the handle that points to an exchange or its request; false where libcurl
+  /// would not let go.
+  static bool detach_from(CURL* handle);
+
   /// Reads what the handle knows of the run, as long as it does.
   void measure(CURL* handle) { meter_.read(handle); }
 
@@ -42,7 +46,7 @@ class HttpExchange {
   template <typename Take>
   std::size_t guarded(std::size_t size, Take take) noexcept;
   bool take_tunnel_header(std::string_view line);
-  bool was_cut_by_tls(CURLcode code) const;
+  bool lacks_end_of_tls() const;
   std::int32_t trouble_number(CURLcode code, std::string_view detail) const;
   Error trouble(CURLcode code) const;
   Error failure(std::int32_t number, std::string_view detail) const;

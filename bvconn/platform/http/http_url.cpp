@@ -112,6 +112,13 @@ bool is_https(std::string_view url) {
   return conversions::equal_ignoring_case(url.substr(0, 6), "https:");
 }
 
+std::string origin_of(std::string_view url) {
+  const std::size_t begin = authority_begin(url);
+  const std::string_view authority = url.substr(begin, url.find_first_of("/?#", begin) - begin);
+  std::string origin(url.substr(0, begin));
+  return origin.append(authority.substr(authority.rfind('@') + 1));
+}
+
 std::string shown_url(std::string_view url) {
   const std::size_t begin = authority_begin(url);
   const std::size_t end = std::min(url.find_first_of("/?#", begin), url.size());

@@ -16,6 +16,10 @@ void check_url(std::string_view url, std::string_view source);
 /// Whether a URL that `check_url` let pass is one of TLS.
 bool is_https(std::string_view url);
 
+/// Scheme, host and port of a URL that `check_url` let pass, as they are written there: whom a
+/// connection leads to.
+std::string origin_of(std::string_view url);
+
 /// The URL without user name and password, as one line of printable text.
 BVCONN_EXPORT std::string shown_url(std::string_view url);
 
