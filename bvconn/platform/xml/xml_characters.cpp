@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <span>
 
+#include "bvconn/platform/xml/xml_vector.h"
+
 namespace bvconn::detail::xml {
 namespace {
 
@@ -39,19 +41,50 @@ constexpr std::size_t length_from_lead(unsigned lead) {
   return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
 }
 
-constexpr std::size_t kBlock = 32;
+#if defined(BVCONN_XML_VECTORS)
 
-// Whether a block holds nothing but printable ASCII and white space. Without branches and of a
-// fixed length, so that compilers use vector instructions.
+constexpr std::size_t kBlock = kVectorBytes;
+
+// Whether a block holds nothing but printable ASCII and white space.
 bool is_plain(const char* block) noexcept {
-  unsigned char strange = 0;
-  for (std::size_t i = 0; i < kBlock; ++i) {
-    const auto byte = static_cast<signed char>(block[i]);
-    const bool is_low = byte < 0x20;  // bytes of 0x80 and above are negative
-    const bool is_space = byte == '\t' || byte == '\n' || byte == '\r';
-    strange = static_cast<unsigned char>(strange | (is_low && !is_space));
+  const Vector bytes = load(block);
+  const Vector spaces =
+      either(equals(bytes, '\t'), either(equals(bytes, '\n'), equals(bytes, '\r')));
+  return first_of(first_without_second(below_or_beyond_ascii(bytes, ' '), spaces)) == kVectorBytes;
+}
+
+// Past as many blocks of printable ASCII as there are, four at a time: replies are made of them.
+std::size_t skip_printable(std::string_view text, std::size_t at) noexcept {
+  const auto strange = [](const char* block) { return below_or_beyond_ascii(load(block), ' '); };
+  for (; text.size() - at >= 4 * kBlock; at += 4 * kBlock) {
+    const char* const block = text.data() + at;
+    const Vector found = either(either(strange(block), strange(block + kBlock)),
+                                either(strange(block + 2 * kBlock), strange(block + 3 * kBlock)));
+    if (first_of(found) != kVectorBytes) break;
   }
-  return strange == 0;
+  return at;
+}
+
+#else
+
+constexpr std::size_t kBlock = 8;
+
+bool is_plain(const char* block) noexcept {
+  return std::all_of(block, block + kBlock, [](char byte) {
+    return is_ascii(byte) && is_character(static_cast<unsigned char>(byte));
+  });
+}
+std::size_t skip_printable(std::string_view, std::size_t at) noexcept {
+  return at;
+}
+
+#endif
+
+// The length of a character of two bytes, which needs no more than a look at both; or 0.
+std::size_t length_of_pair(std::string_view text, std::size_t at) noexcept {
+  const bool is_pair = text.size() - at >= 2 && byte_at(text, at) >= 0xC2 &&
+                       byte_at(text, at) < 0xE0 && (byte_at(text, at + 1) & 0xC0u) == 0x80;
+  return is_pair ? 2 : 0;
 }
 
 }  // namespace
@@ -102,6 +135,7 @@ char* encode(char32_t c, char* to) noexcept {
 std::size_t find_unreadable(std::string_view text) noexcept {
   std::size_t at = 0;
   while (at < text.size()) {
+    at = skip_printable(text, at);
     while (text.size() - at >= kBlock && is_plain(text.data() + at)) at += kBlock;
     const std::size_t stop = std::min(text.size(), at + kBlock);
     while (at < stop) {
@@ -111,9 +145,13 @@ std::size_t find_unreadable(std::string_view text) noexcept {
         ++at;
         continue;
       }
-      const Decoded found = decode(text.substr(at, 4));
-      if (found.length == 0 || !is_character(found.character)) return at;
-      at += found.length;
+      std::size_t length = length_of_pair(text, at);
+      if (length == 0) {
+        const Decoded found = decode(text.substr(at, 4));
+        if (found.length == 0 || !is_character(found.character)) return at;
+        length = found.length;
+      }
+      at += length;
     }
   }
   return std::string_view::npos;

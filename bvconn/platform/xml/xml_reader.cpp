@@ -32,7 +32,8 @@ Reader::Reader(std::string& buffer, const Limits& limits, Wanted wanted)
       end_(begin_ + buffer.size()),
       buffer_end_(end_),
       limits_(limits),
-      wanted_(wanted) {
+      wanted_(wanted),
+      ready_(limits.unremembered) {
   const std::size_t unreadable = find_unreadable(buffer);
   if (unreadable == std::string_view::npos) return;
   // Reading goes on up to there, so that an earlier error is the one that is reported.
@@ -125,7 +126,7 @@ Token Reader::outside_root() {
 }
 
 Token Reader::content() {
-  char* at = skip_text(at_);
+  char* at = *at_ == '<' ? at_ : skip_text(at_, end_);
   if (*at != '<' || at[1] == '!' || at[1] == '?') {
     return mixed_content({.begin = at_, .out = at}, at);
   }
@@ -170,7 +171,7 @@ Token Reader::mixed_content(Run run, char* at) {
       return at[1] == '/' ? end_tag(at) : start_tag(at);
     }
     char* piece = at;
-    at = skip_text(at);
+    at = skip_text(at, end_);
     keep(run, piece, at);
   }
 }

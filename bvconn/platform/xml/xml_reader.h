@@ -7,34 +7,31 @@
 #include <vector>
 
 #include "bvconn/platform/xml/xml_error.h"
+#include "bvconn/platform/xml/xml_ready_tags.h"
 #include "bvconn/platform/xml/xml_scope.h"
+#include "bvconn/platform/xml/xml_stack.h"
+#include "bvconn/platform/xml/xml_tag.h"
 
 namespace bvconn::detail::xml {
-
-/// The name of an element. `uri` is "" for a name in no namespace.
-struct Name {
-  std::string_view prefix;
-  std::string_view local;
-  std::string_view uri;
-};
-
-/// An attribute. A namespace declaration is one too, with `kXmlnsUri`: `xmlns:p="u"` has the prefix
-/// "xmlns" and the local name "p", `xmlns="u"` no prefix and the local name "xmlns".
-struct Attribute {
-  std::string_view prefix;
-  std::string_view local;
-  std::string_view uri;
-  std::string_view value;
-  bool is_namespace_declaration = false;
-};
 
 struct Limits {
   std::size_t depth = 10'000;       ///< elements open at one time
   std::size_t attributes = 10'000;  ///< attributes of one element, namespace declarations included
+  /// Start tags that are read before the reader remembers any (see xml_ready_tags.h). Makes no
+  /// difference but to speed.
+  std::size_t unremembered = 24;
 };
 
 /// What the reader came upon.
-enum class Token { start_element, end_element, text, comment, instruction, end_of_document };
+enum class Token {
+  start_element,
+  end_element,
+  whole_element,  ///< an element that holds nothing, or one text
+  text,
+  comment,
+  instruction,
+  end_of_document
+};
 
 /// Reads a document in UTF-8, in one pass and in place: whatever it gives out is a slice of the
 /// buffer (or a constant), and stays valid as long as the buffer stays where it is. References and
@@ -58,10 +55,16 @@ class Reader {
   Token next();
 
   // What `next` came upon; valid until it is called again (the slices: as long as the buffer).
-  const Name& name() const noexcept { return name_; }                             // start_element
-  std::span<const Attribute> attributes() const noexcept { return attributes_; }  // start_element
-  const Scope& scope() const noexcept { return scope_; }    // start_element, end_element
-  std::string_view text() const noexcept { return text_; }  // text, comment, data of instruction
+  Tag tag() const noexcept { return tag_; }  // start_element, whole_element
+  const Name& name() const noexcept {        // the same
+    return tag_.is_known ? ready_[tag_.number].name : name_;
+  }
+  std::span<const Attribute> attributes() const noexcept {  // the same
+    return tag_.is_known ? ready_.attributes(ready_[tag_.number]) : attributes_.items();
+  }
+  const Scope& scope() const noexcept { return scope_; }  // the same, and end_element
+  /// text, comment, data of an instruction; of a whole element what it holds, "" for nothing
+  std::string_view text() const noexcept { return text_; }
   std::string_view target() const noexcept { return target_; }  // instruction
 
  private:
@@ -92,6 +95,9 @@ class Reader {
   Token mixed_content(Run run, char* at);
   Token text_until(Run run, char* at);
   Token start_tag(char* at);
+  Token ready_element(const ReadyTag& tag, char* at);
+  bool is_end_tag_of(const ReadyTag& tag, const char* at) const;
+  void remember(const char* begin, std::string_view name, std::uint32_t scope_before);
   Token end_tag(char* at);
   Token comment(char* at);
   Token instruction(char* at);
@@ -111,7 +117,8 @@ class Reader {
   void keep(Run& run, char* piece, char* piece_end);
   char* normalise_line_ends(char* begin, char* end);
 
-  void declare_namespace(const Attribute& declaration);
+  void check_declaration(const Attribute& declaration) const;
+  void declare_namespaces(std::span<const Attribute> attributes);
   void resolve_names();
   void check_duplicates();
   void check_many_duplicates();
@@ -145,14 +152,19 @@ class Reader {
   Limits limits_;
   Wanted wanted_;
 
+  Tag tag_;
   Name name_;
-  std::vector<Attribute> attributes_;
+  Stack<Attribute, 8> attributes_;
   std::string_view text_;
   std::string_view target_;
   Scope scope_;
-  std::vector<OpenElement> open_;
+  Stack<OpenElement, 16> open_;
+  ReadyTags ready_;
   std::vector<Overwritten> overwritten_;
+  // Of the start tag that is read: what its attributes are.
   bool has_prefixed_attributes_ = false;
+  bool has_declarations_ = false;
+  bool has_overwritten_values_ = false;
 };
 
 /// Reads a document from its first to its last byte and tells `sink` what it holds:
@@ -170,6 +182,14 @@ class Reader {
 /// `Attribute` and `Scope` during the call only. Mind that a short `std::string` moves its text
 /// when it is moved: put the buffer where it will stay, then parse.
 ///
+/// A sink that remembers what a start tag meant to it has these instead of the first:
+///
+///     void start_element(const Name&, std::span<const Attribute>, const Scope&, Tag);
+///     bool whole_element(Tag, std::string_view text);
+///
+/// `whole_element` stands for the start, the text unless it is "", and the end of an element. When
+/// it is false, they are told in turn.
+///
 /// Throws `ReadError`, and lets pass what the sink throws.
 template <class Sink>
 void parse(std::string& buffer, const Limits& limits, Sink& sink) {
@@ -179,13 +199,31 @@ void parse(std::string& buffer, const Limits& limits, Sink& sink) {
   constexpr bool kTellsInstructions = requires(std::string_view text) {
     sink.instruction(text, text);
   };
+  constexpr bool kKnowsTags = requires(Tag tag, std::string_view text) {
+    sink.whole_element(tag, text);
+  };
   Reader reader(buffer, limits, {.comments = kTellsComments, .instructions = kTellsInstructions});
+  const auto start_element = [&] {
+    if constexpr (kKnowsTags) {
+      sink.start_element(reader.name(), reader.attributes(), reader.scope(), reader.tag());
+    } else {
+      sink.start_element(reader.name(), reader.attributes(), reader.scope());
+    }
+  };
   for (;;) {
     switch (reader.next()) {
       case Token::start_element:
-        sink.start_element(reader.name(), reader.attributes(), reader.scope());
+        start_element();
         break;
       case Token::end_element:
+        sink.end_element(reader.scope());
+        break;
+      case Token::whole_element:
+        if constexpr (kKnowsTags) {
+          if (sink.whole_element(reader.tag(), reader.text())) break;
+        }
+        start_element();
+        if (!reader.text().empty()) sink.text(reader.text());
         sink.end_element(reader.scope());
         break;
       case Token::text:

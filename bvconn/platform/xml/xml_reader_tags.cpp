@@ -11,13 +11,17 @@ namespace {
 // Up to this number of attributes each is compared with each, which is quicker than sorting.
 constexpr std::size_t kComparedInTurn = 12;
 
+std::string_view declared_prefix(const Attribute& declaration) {
+  return declaration.prefix.empty() ? std::string_view() : declaration.local;
+}
+
 }  // namespace
 
 Token Reader::end_tag(char* at) {
   char* name = at + 2;
   const std::string_view expected = open_.back().qualified_name;
   if (static_cast<std::size_t>(end_ - name) < expected.size() ||
-      std::memcmp(name, expected.data(), expected.size()) != 0) {
+      !same_bytes(name, expected.data(), expected.size())) {
     fail_end_tag(at);
   }
   char* after = name + expected.size();
@@ -31,20 +35,67 @@ Token Reader::end_tag(char* at) {
 }
 
 Token Reader::start_tag(char* at) {
+  const ReadyTag* const ready = ready_.find(at, end_, scope_.state());
+  if (ready != nullptr && open_.size() < limits_.depth) return ready_element(*ready, at);
+  tag_ = {};
   attributes_.clear();
-  has_prefixed_attributes_ = false;
+  has_prefixed_attributes_ = has_declarations_ = has_overwritten_values_ = false;
   char* after = qualified_name(at + 1, name_.prefix, name_.local);
   const std::string_view written = slice(at + 1, after);
   if (open_.size() >= limits_.depth) fail_depth(at);
-  open_.push_back({.qualified_name = written, .scope_mark = scope_.mark()});
+  open_.push({.qualified_name = written, .scope_mark = scope_.mark()});
   at_ = *after == '>' ? after + 1 : attributes_of_tag(after);
+  const std::uint32_t scope_before = scope_.state();
   resolve_names();
+  if (!has_overwritten_values_) remember(at, written, scope_before);
   return Token::start_element;
+}
+
+// Gives the tag that was just read a number. Its attributes lie in the buffer as they were.
+void Reader::remember(const char* begin, std::string_view name, std::uint32_t scope_before) {
+  const ReadyTag tag{.begin = begin,
+                     .size = static_cast<std::uint32_t>(at_ - begin),
+                     .name_size = static_cast<std::uint32_t>(name.size()),
+                     .scope_before = scope_before,
+                     .scope_inside = scope_.state(),
+                     .is_empty = is_empty_element_,
+                     .declares = has_declarations_,
+                     .name = name_};
+  tag_.number = ready_.remember(tag, attributes_.items());
+}
+
+// An element whose start tag is known: all of it when it holds nothing but text.
+Token Reader::ready_element(const ReadyTag& tag, char* at) {
+  tag_ = {.number = tag.number, .is_known = true};
+  char* const begin = at + tag.size;
+  if (!tag.declares) {
+    char* const end = tag.is_empty || *begin == '<' ? begin : skip_text(begin, end_);
+    if (tag.is_empty || is_end_tag_of(tag, end)) {
+      text_ = slice(begin, end);
+      at_ = tag.is_empty ? end : end + tag.name_size + 3;
+      return Token::whole_element;
+    }
+  }
+  open_.push({.qualified_name = tag.written(), .scope_mark = scope_.mark()});
+  if (tag.declares) {
+    declare_namespaces(ready_.attributes(tag));
+    scope_.is_as_in(tag.scope_inside);
+  }
+  is_empty_element_ = tag.is_empty;
+  at_ = begin;
+  return Token::start_element;
+}
+
+// Whether the end tag stands there, written without a space.
+bool Reader::is_end_tag_of(const ReadyTag& tag, const char* at) const {
+  const std::size_t size = tag.name_size;
+  return static_cast<std::size_t>(end_ - at) >= size + 3 && at[0] == '<' && at[1] == '/' &&
+         at[size + 2] == '>' && same_bytes(at + 2, tag.written().data(), size);
 }
 
 void Reader::leave_element() {
   scope_.forget_after(open_.back().scope_mark);
-  open_.pop_back();
+  open_.pop();
 }
 
 char* Reader::ncname(char* at) {
@@ -89,12 +140,13 @@ char* Reader::attributes_of_tag(char* at) {
 }
 
 char* Reader::attribute(char* at) {
-  Attribute& added = attributes_.emplace_back();
+  Attribute& added = attributes_.push({});
   at = skip_space(qualified_name(at, added.prefix, added.local));
   if (*at != '=') fail_unexpected(at, "'=' after the name of an attribute");
   at = value(skip_space(at + 1), added.value);
   if (added.prefix.empty() ? added.local == "xmlns" : added.prefix == "xmlns") {
     added.is_namespace_declaration = true;
+    has_declarations_ = true;
     added.uri = kXmlnsUri;
   } else if (!added.prefix.empty()) {
     has_prefixed_attributes_ = true;
@@ -107,7 +159,7 @@ char* Reader::value(char* at, std::string_view& value) {
   if (quote != '"' && quote != '\'') fail_unexpected(at, "a quotation mark before the value");
   char* const begin = ++at;
   for (;;) {
-    while (!is(*at, kStopsValue)) ++at;
+    at = skip_value(at, end_);
     if (*at == quote) break;
     if (*at != '"' && *at != '\'') return normalised_value(begin, at, quote, value);
     ++at;
@@ -118,6 +170,7 @@ char* Reader::value(char* at, std::string_view& value) {
 
 // A value in which something is to be replaced, first at `at`.
 char* Reader::normalised_value(char* begin, char* at, char quote, std::string_view& value) {
+  has_overwritten_values_ = true;
   char* out = at;
   while (*at != quote) {
     if (*at == '&') {
@@ -136,7 +189,7 @@ char* Reader::normalised_value(char* begin, char* at, char quote, std::string_vi
       *out++ = at[-1];
     }
     char* const piece = at;
-    while (!is(*at, kStopsValue)) ++at;
+    at = skip_value(at, end_);
     will_overwrite(out, at);
     std::memmove(out, piece, static_cast<std::size_t>(at - piece));
     out += at - piece;
@@ -145,9 +198,8 @@ char* Reader::normalised_value(char* begin, char* at, char quote, std::string_vi
   return at + 1;
 }
 
-void Reader::declare_namespace(const Attribute& declaration) {
-  const std::string_view prefix =
-      declaration.prefix.empty() ? std::string_view() : declaration.local;
+void Reader::check_declaration(const Attribute& declaration) const {
+  const std::string_view prefix = declared_prefix(declaration);
   const std::string_view uri = declaration.value;
   const char* const at =
       declaration.prefix.empty() ? declaration.local.data() : declaration.prefix.data();
@@ -161,12 +213,21 @@ void Reader::declare_namespace(const Attribute& declaration) {
   if (uri.empty() && !prefix.empty()) {
     fail(at, "the prefix '" + quoted(prefix) + "' may not be bound to an empty namespace");
   }
-  scope_.declare(prefix, uri);
+}
+
+void Reader::declare_namespaces(std::span<const Attribute> attributes) {
+  for (const Attribute& attribute : attributes) {
+    if (!attribute.is_namespace_declaration) continue;
+    scope_.declare(declared_prefix(attribute), attribute.value);
+  }
 }
 
 void Reader::resolve_names() {
-  for (const Attribute& attribute : attributes_) {
-    if (attribute.is_namespace_declaration) declare_namespace(attribute);
+  if (has_declarations_) {
+    for (const Attribute& attribute : attributes_) {
+      if (attribute.is_namespace_declaration) check_declaration(attribute);
+    }
+    declare_namespaces(attributes_.items());
   }
   const auto uri_of = [this](std::string_view prefix) {
     const auto uri = scope_.lookup(prefix);
@@ -192,7 +253,7 @@ void Reader::check_duplicates() {
     for (std::size_t j = 0; j < i; ++j) {
       const Attribute& a = attributes_[j];
       const Attribute& b = attributes_[i];
-      if (a.local == b.local && compare_uris(a.uri, b.uri) == 0) fail_duplicate(a, b);
+      if (same_text(a.local, b.local) && compare_uris(a.uri, b.uri) == 0) fail_duplicate(a, b);
     }
   }
 }

@@ -1,17 +1,23 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
 
 #include "bvconn/platform/xml/xml_characters.h"
+#include "bvconn/platform/xml/xml_vector.h"
 
-/// Scanning for the reader's own sources. The text is valid UTF-8 and ends with a NUL, which no
-/// document contains: whatever stops at an unexpected byte stops there at the latest.
+/// Scanning for the reader's own sources. The text is valid UTF-8 and ends with a NUL at `end`,
+/// which no document contains: whatever stops at an unexpected byte stops there at the latest.
 namespace bvconn::detail::xml {
 
 inline bool starts_with(const char* at, std::string_view text) {
-  return std::strncmp(at, text.data(), text.size()) == 0;
+  for (const char c : text) {
+    if (*at++ != c) return false;
+  }
+  return true;
 }
 
 inline char* skip_space(char* at) {
@@ -19,13 +25,84 @@ inline char* skip_space(char* at) {
   return at;
 }
 
+inline std::string_view slice(const char* begin, const char* end) {
+  return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+/// Whether two stretches of this size hold the same. Names are short: a call of `memcmp` would cost
+/// more than most of these comparisons do.
+inline bool same_bytes(const char* a, const char* b, std::size_t size) {
+  const auto words_differ = [a, b](std::size_t at) {
+    std::uint64_t first;
+    std::uint64_t second;
+    std::memcpy(&first, a + at, sizeof first);
+    std::memcpy(&second, b + at, sizeof second);
+    return first != second;
+  };
+  if (size < sizeof(std::uint64_t)) {
+    std::size_t i = 0;
+    while (i < size && a[i] == b[i]) ++i;
+    return i == size;
+  }
+  std::size_t at = 0;
+#if defined(BVCONN_XML_VECTORS)
+  for (; size - at > kVectorBytes; at += kVectorBytes) {
+    if (first_not_of(equals(load(a + at), load(b + at))) != kVectorBytes) return false;
+  }
+#endif
+  // The last word may overlap the one before.
+  for (; size - at > sizeof(std::uint64_t); at += sizeof(std::uint64_t)) {
+    if (words_differ(at)) return false;
+  }
+  return !words_differ(size - sizeof(std::uint64_t));
+}
+inline bool same_text(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && same_bytes(a.data(), b.data(), a.size());
+}
+
+/// The next byte of the class `stops`. `find` says the same of sixteen bytes: where among them the
+/// first such byte is.
+template <class Find>
+char* scan(char* at, [[maybe_unused]] const char* end, int stops,
+           [[maybe_unused]] const Find& find) {
+#if defined(BVCONN_XML_VECTORS)
+  for (; end - at >= kVectorBytes; at += kVectorBytes) {
+    if (const int first = find(at); first != kVectorBytes) return at + first;
+  }
+#endif
+  while (!is(*at, stops)) ++at;
+  return at;
+}
+
+#if defined(BVCONN_XML_VECTORS)
+inline int find_text_stop(const char* at) {
+  const Vector bytes = load(at);
+  return first_of(either(either(equals(bytes, '<'), equals(bytes, '&')),
+                         either(equals(bytes, '\r'), equals(bytes, ']'))));
+}
+inline int find_value_stop(const char* at) {
+  const Vector bytes = load(at);
+  const Vector quotes = either(equals(bytes, '"'), equals(bytes, '\''));
+  const Vector marks = either(equals(bytes, '<'), equals(bytes, '&'));
+  return first_of(either(between(bytes, '\0', '\x1F'), either(quotes, marks)));
+}
+#else
+inline constexpr int find_text_stop = 0;
+inline constexpr int find_value_stop = 0;
+#endif
+
 /// The next byte that character data must halt at.
-inline char* skip_text(char* at) {
+inline char* skip_text(char* at, const char* end) {
   for (;;) {
-    while (!is(*at, kStopsText)) ++at;
+    at = scan(at, end, kStopsText, find_text_stop);
     if (*at != ']' || (at[1] == ']' && at[2] == '>')) return at;
     ++at;
   }
+}
+
+/// The next byte that an attribute's value must halt at.
+inline char* skip_value(char* at, const char* end) {
+  return scan(at, end, kStopsValue, find_value_stop);
 }
 
 /// The end of a name that goes on at `at` with a character beyond ASCII, perhaps.
@@ -34,10 +111,6 @@ char* skip_name_beyond_ascii(char* at);
 inline char* skip_name(char* at) {
   while (is(*at, kInName)) ++at;
   return is_ascii(*at) ? at : skip_name_beyond_ascii(at);
-}
-
-inline std::string_view slice(const char* begin, const char* end) {
-  return {begin, static_cast<std::size_t>(end - begin)};
 }
 
 /// A piece of the document as a message quotes it: cut when it is long.

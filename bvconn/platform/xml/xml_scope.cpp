@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <functional>
 
+#include "bvconn/platform/xml/xml_scan.h"
+
 namespace bvconn::detail::xml {
 namespace {
 
@@ -15,20 +17,26 @@ constexpr std::size_t kLongUri = 256;
 int compare_uris(std::string_view a, std::string_view b) noexcept {
   if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
   if (a.data() == b.data()) return 0;
-  if (a.size() < kLongUri) return a.compare(b);
+  if (a.size() < kLongUri) return same_bytes(a.data(), b.data(), a.size()) ? 0 : a.compare(b);
   return std::less<>()(a.data(), b.data()) ? -1 : 1;
 }
 
-Scope::Scope() : slots_{{"", ""}, {"xml", kXmlUri}} {}
+Scope::Scope() {
+  slots_.push({"", ""});
+  slots_.push({"xml", kXmlUri});
+}
 
 std::size_t Scope::find(std::string_view prefix) const noexcept {
-  if (last_found_ < slots_.size() && slots_[last_found_].prefix == prefix) return last_found_;
+  if (last_found_ < slots_.size() && same_text(slots_[last_found_].prefix, prefix)) {
+    return last_found_;
+  }
   const std::size_t in_turn = std::min(slots_.size(), kSearchedInTurn);
   for (std::size_t i = 0; i < in_turn; ++i) {
-    if (slots_[i].prefix == prefix) return last_found_ = i;
+    if (same_text(slots_[i].prefix, prefix)) return last_found_ = i;
   }
-  if (const auto other = others_.find(prefix); other != others_.end()) {
-    return last_found_ = other->second;
+  if (slots_.size() > kSearchedInTurn) {
+    const auto other = others_.find(prefix);
+    if (other != others_.end()) return last_found_ = other->second;
   }
   return kNoSlot;
 }
@@ -45,23 +53,25 @@ void Scope::declare(std::string_view prefix, std::string_view uri) {
   const bool is_new = slot == kNoSlot;
   if (is_new) {
     slot = slots_.size();
-    slots_.push_back({prefix, uri});
+    slots_.push({prefix, uri});
     if (slot >= kSearchedInTurn) others_.emplace(prefix, slot);
   }
-  declarations_.push_back({slot, is_new, slots_[slot].uri});
+  declarations_.push({slot, is_new, state_, slots_[slot].uri});
+  state_ = ++last_state_;
   slots_[slot].uri = uri;
 }
 
 void Scope::forget(std::size_t mark) noexcept {
   while (declarations_.size() > mark) {
-    const Declaration& last = declarations_.back();
+    const Declaration last = declarations_.back();
+    state_ = last.state_before;
     if (last.made_slot) {
       if (last.slot >= kSearchedInTurn) others_.erase(slots_[last.slot].prefix);
-      slots_.pop_back();
+      slots_.pop();
     } else {
       slots_[last.slot].uri = last.hidden_uri;
     }
-    declarations_.pop_back();
+    declarations_.pop();
   }
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
 #include <string_view>
-#include <vector>
+
+#include "bvconn/platform/xml/xml_stack.h"
 
 namespace bvconn::detail::xml {
 
@@ -33,6 +35,11 @@ class Scope {
   std::string_view default_namespace() const noexcept { return slots_.front().uri; }
 
   void declare(std::string_view prefix, std::string_view uri);
+  /// A number for what the prefixes mean: where it is the same, each of them means the same.
+  std::uint32_t state() const noexcept { return state_; }
+  /// Says that after the last declarations all means the same as in that state.
+  void is_as_in(std::uint32_t state) noexcept { state_ = state; }
+
   /// The number of declarations made so far, to be given to `forget_after`.
   std::size_t mark() const noexcept { return declarations_.size(); }
   /// Takes back all declarations that were made since `mark` was taken.
@@ -50,6 +57,7 @@ class Scope {
   struct Declaration {
     std::size_t slot;
     bool made_slot;
+    std::uint32_t state_before;
     std::string_view hidden_uri;
   };
   static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
@@ -58,8 +66,10 @@ class Scope {
   std::size_t find(std::string_view prefix) const noexcept;
   void forget(std::size_t mark) noexcept;
 
-  std::vector<Slot> slots_;
-  std::vector<Declaration> declarations_;
+  Stack<Slot, 10> slots_;
+  Stack<Declaration, 8> declarations_;
+  std::uint32_t state_ = 0;
+  std::uint32_t last_state_ = 0;
   /// Prefixes of the slots from `kSearchedInTurn` on.
   std::map<std::string_view, std::size_t> others_;
   /// The long namespaces of the document so far.
