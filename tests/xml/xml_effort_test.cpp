@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "bvconn/platform/xml/xml_encoding.h"
 #include "bvconn/platform/xml/xml_reader.h"
@@ -17,6 +18,7 @@ using bvconn::detail::xml::Attribute;
 using bvconn::detail::xml::Limits;
 using bvconn::detail::xml::Name;
 using bvconn::detail::xml::ReadError;
+using bvconn::detail::xml::ReadyTags;
 using bvconn::detail::xml::Scope;
 using bvconn::detail::xml::to_utf8;
 
@@ -103,6 +105,48 @@ TEST_F(XmlEffort, DeepNesting) {
   const std::size_t depth = 1'000'000;
   EXPECT_EQ(read(repeated("<a>", depth) + repeated("</a>", depth)).elements, depth);
   EXPECT_THROW(read(repeated("<a>", depth)), ReadError);
+}
+
+// Start tags that the reader could remember, if it had room for them or found them again.
+TEST_F(XmlEffort, StartTagsThatAreAllDifferent) {
+  std::string document = "<r>";
+  for (std::size_t i = 0; i < 200'000; ++i) document += "<a" + number(i) + " b=''/>";
+  EXPECT_EQ(read(document + "</r>").elements, 200'001U);
+}
+
+TEST_F(XmlEffort, StartTagsThatComeBackWhenTheyAreForgotten) {
+  std::string document = "<r>";
+  for (std::size_t i = 0; i < 200'000; ++i) document += "<a" + number(i % 1'000) + " b=''/>";
+  EXPECT_EQ(read(document + "</r>").elements, 200'001U);
+}
+
+TEST_F(XmlEffort, StartTagsThatAllWantTheSamePlace) {
+  std::vector<std::string> tags;
+  for (std::size_t i = 0; tags.size() < 200; ++i) {
+    const std::string tag = "<a" + number(i) + ">";
+    if (ReadyTags::place_of(tag.data(), tag.size()) == 7) tags.push_back(tag);
+  }
+  std::string document = "<r>";
+  for (std::size_t i = 0; i < 200'000; ++i) {
+    const std::string& tag = tags[i % tags.size()];
+    document += tag;
+    document += "</" + tag.substr(1);
+  }
+  EXPECT_EQ(read(document + "</r>").elements, 200'001U);
+}
+
+TEST_F(XmlEffort, StartTagsThatDifferAtTheirEnds) {
+  const std::string beginning = "<a b='" + std::string(480, 'x');
+  std::string document = "<r>";
+  for (std::size_t i = 0; i < 10'000; ++i) document += beginning + number(i) + "'/>";
+  EXPECT_EQ(read(document + "</r>").elements, 10'001U);
+}
+
+TEST_F(XmlEffort, LongTextsBehindStartTagsThatAreKnown) {
+  const std::string text(10'000, 'x');
+  EXPECT_EQ(read("<r>" + repeated("<a>" + text + "&amp;</a>", 300) + "</r>").elements, 301U);
+  EXPECT_EQ(read("<r>" + repeated("<a>" + text, 300) + repeated("</a>", 300) + "</r>").elements,
+            301U);
 }
 
 TEST_F(XmlEffort, OneRunOfManyPieces) {

@@ -57,8 +57,9 @@ void TreeBuilder::note(Note::Kind kind, std::string_view id, std::size_t place) 
   notes_.push_back({.id = id, .place = static_cast<std::uint32_t>(place), .kind = kind});
 }
 
-void TreeBuilder::start_element(const xml::Name& name, std::span<const xml::Attribute> attributes,
-                                const xml::Scope& scope) {
+TreeBuilder::Frame TreeBuilder::read_start(const xml::Name& name,
+                                           std::span<const xml::Attribute> attributes,
+                                           const xml::Scope& scope) {
   Shape shape;
   shape.name = slice(name.local);
   shape.name_space = slice(name.uri);
@@ -70,8 +71,59 @@ void TreeBuilder::start_element(const xml::Name& name, std::span<const xml::Attr
   }
   take_implied_type(frame, shape, name);
   frame.node.shape = shapes_.find(shape);
+  return frame;
+}
+
+void TreeBuilder::start_element(const xml::Name& name, std::span<const xml::Attribute> attributes,
+                                const xml::Scope& scope, xml::Tag tag) {
+  if (const ReadyNode* ready = ready_node(tag)) {
+    Frame& frame = open_.push({});
+    frame.node = ready->node;
+    frame.first_child = waiting_.size();
+    frame.first_note = notes_.size();
+    frame.is_qualified_name = ready->is_qualified_name;
+    frame.is_nil = ready->is_nil;
+    return;
+  }
+  Frame frame = read_start(name, attributes, scope);
+  if (tag.number != xml::Tag::kNoNumber) remember(tag, frame, name);
   frame.first_note = notes_.size();
-  open_.push_back(frame);
+  open_.push(frame);
+}
+
+bool TreeBuilder::whole_element(xml::Tag tag, std::string_view text) {
+  const ReadyNode* ready = ready_node(tag);
+  if (ready == nullptr || !ready->is_simple || open_.empty()) return false;
+  NodeData& node = waiting_.push(ready->node);
+  if (ready->is_nil) {
+    node.content = Content::kNil;
+  } else {
+    node.text = slice(text);
+  }
+  return true;
+}
+
+const TreeBuilder::ReadyNode* TreeBuilder::ready_node(xml::Tag tag) const {
+  if (!tag.is_known) return nullptr;
+  const ReadyNode& ready = ready_[tag.number];
+  const bool holds = ready.is_ready && !(ready.depends_on_array && is_in_typed_array());
+  return holds ? &ready : nullptr;
+}
+
+/// A new tag's number may have stood for another one before.
+void TreeBuilder::remember(xml::Tag tag, const Frame& frame, const xml::Name& name) {
+  const bool is_ready = !frame.is_noted && frame.items.name.empty() &&
+                        frame.href.data() == nullptr &&
+                        !(frame.depends_on_array && is_in_typed_array());
+  if (tag.is_known && !is_ready) return;
+  if (tag.number >= ready_.size()) ready_.resize(tag.number + 1);
+  ready_[tag.number] = {.node = frame.node,
+                        .is_ready = is_ready,
+                        .is_qualified_name = frame.is_qualified_name,
+                        .is_nil = frame.is_nil,
+                        .depends_on_array = frame.depends_on_array,
+                        .is_simple = !frame.is_qualified_name && !frame.node.has(kArray) &&
+                                     name.local != "faultcode"};
 }
 
 void TreeBuilder::text(std::string_view text) {
@@ -83,8 +135,8 @@ void TreeBuilder::text(std::string_view text) {
 void TreeBuilder::end_element(const xml::Scope& scope) {
   Frame& frame = open_.back();
   fill(frame, scope);
-  waiting_.push_back(frame.node);
-  open_.pop_back();
+  waiting_.push(frame.node);
+  open_.pop();
   if (open_.empty()) {
     auto* memory = static_cast<std::byte*>(tree_.blocks.take(sizeof(NodeData)));
     root_ = place_waiting(memory, 0, 0);
@@ -95,7 +147,9 @@ void TreeBuilder::read_attribute(Frame& frame, Shape& shape, const xml::Attribut
                                  const xml::Scope& scope) {
   const auto [prefix, local, uri, value, is_declaration] = attribute;
   if (is_declaration) return;
-  if (is_xsi(uri)) {
+  if (uri.empty()) {
+    if (form_ == Form::kEnvelope) read_plain_attribute(frame, local, value);
+  } else if (is_xsi(uri)) {
     if (local == "type") {
       read_type(frame, shape, value, scope);
     } else if (local == "nil" || local == "null") {
@@ -104,15 +158,23 @@ void TreeBuilder::read_attribute(Frame& frame, Shape& shape, const xml::Attribut
     }
   } else if (uri == kEncodingUri) {
     if (local == "arrayType") read_array_type(frame, value, scope);
-    if (local == "root" && trim_xml_space(value) == "0" && open_.size() == 2) {
-      note(Note::Kind::kNoRoot, {}, frame.first_child);
+    if (local == "root" && trim_xml_space(value) == "0") {
+      frame.is_noted = true;
+      if (open_.size() == 2) note(Note::Kind::kNoRoot, {}, frame.first_child);
     }
-  } else if (form_ == Form::kEnvelope && uri.empty()) {
-    if (local == "id") note(Note::Kind::kId, value, frame.first_child);
-    if (local == "href" && value.starts_with('#')) frame.href = value.substr(1);
   } else if (uri == kEnvelopeUri && local == "encodingStyle") {
+    frame.is_noted = true;
     note_encoding_style(value);
   }
+}
+
+void TreeBuilder::read_plain_attribute(Frame& frame, std::string_view local,
+                                       std::string_view value) {
+  if (local == "id") {
+    frame.is_noted = true;
+    note(Note::Kind::kId, value, frame.first_child);
+  }
+  if (local == "href" && value.starts_with('#')) frame.href = value.substr(1);
 }
 
 void TreeBuilder::note_encoding_style(std::string_view style) {
@@ -126,7 +188,7 @@ void TreeBuilder::read_type(Frame& frame, Shape& shape, std::string_view value,
   const auto [local, uri] = resolve(value, scope);
   shape.type = slice(local);
   shape.type_space = slice(uri);
-  if (uri == kEncodingUri && local == "Array") frame.node.set(kArray);
+  if (local == "Array" && uri == kEncodingUri) frame.node.set(kArray);
   frame.is_qualified_name = local == "QName" && is_xsd(uri);
 }
 
@@ -141,14 +203,16 @@ void TreeBuilder::read_array_type(Frame& frame, std::string_view value, const xm
 /// says nothing.
 void TreeBuilder::take_implied_type(Frame& frame, Shape& shape, const xml::Name& name) {
   NodeData& node = frame.node;
+  const bool has_type = shape.type.size != 0 || node.has(kArray);
   TypeName type;
   if (name.uri == kEncodingUri || is_xsd(name.uri)) {
     type = {name.local, name.uri};
     if (name.local == "Array" && name.uri == kEncodingUri) return node.set(kArray);
-  } else if (!open_.empty()) {
-    type = open_.back().items;
+  } else if (!has_type) {
+    frame.depends_on_array = true;
+    if (!open_.empty()) type = open_.back().items;
   }
-  if (type.name.empty() || shape.type.size != 0 || node.has(kArray)) return;
+  if (has_type || type.name.empty()) return;
   if (type.name.ends_with(']')) {
     node.set(kArray);
     frame.items = {type.name.substr(0, type.name.rfind('[')), type.uri};
@@ -191,9 +255,8 @@ void TreeBuilder::place_children(Frame& frame) {
 NodeData* TreeBuilder::place_waiting(std::byte* memory, std::size_t first_place,
                                      std::size_t first_note) {
   auto* nodes = reinterpret_cast<NodeData*>(memory);
-  std::uninitialized_copy(waiting_.begin() + static_cast<std::ptrdiff_t>(first_place),
-                          waiting_.end(), nodes);
-  waiting_.resize(first_place);
+  std::uninitialized_copy(waiting_.begin() + first_place, waiting_.end(), nodes);
+  waiting_.shrink(first_place);
   for (std::size_t i = first_note; i < notes_.size(); ++i) {
     const Note& note = notes_[i];
     NodeData* node = nodes + (note.place - first_place);
@@ -219,7 +282,8 @@ void TreeBuilder::fill(Frame& frame, const xml::Scope& scope) {
     return;
   }
   if (has_children) return;
-  const bool blank = is_blank(text_of(node));
+  const bool is_text = frame.href.data() == nullptr && !node.has(kArray);
+  const bool blank = !is_text && is_blank(text_of(node));
   if (frame.href.data() != nullptr && blank) {
     node.clear(kArray);
     note(Note::Kind::kReference, frame.href, frame.first_child);

@@ -9,6 +9,7 @@
 #include "bvconn/platform/soap/node_data.h"
 #include "bvconn/platform/soap/node_shapes.h"
 #include "bvconn/platform/xml/xml_reader.h"
+#include "bvconn/platform/xml/xml_stack.h"
 
 namespace bvconn::detail {
 
@@ -28,7 +29,8 @@ class TreeBuilder {
 
   // What the reader calls.
   void start_element(const xml::Name& name, std::span<const xml::Attribute> attributes,
-                     const xml::Scope& scope);
+                     const xml::Scope& scope, xml::Tag tag);
+  bool whole_element(xml::Tag tag, std::string_view text);
   void text(std::string_view text);
   void end_element(const xml::Scope& scope);
 
@@ -52,6 +54,18 @@ class TreeBuilder {
     std::string_view href;
     bool is_qualified_name = false;
     bool is_nil = false;
+    bool is_noted = false;          ///< the start tag said something of more than its node
+    bool depends_on_array = false;  ///< the type is what the array around says, if there is one
+  };
+  /// What a start tag made of a node, for the next element that begins with the same one. Whoever
+  /// leaves this out in thought loses nothing: `read_start` makes the same again.
+  struct ReadyNode {
+    NodeData node;
+    bool is_ready = false;
+    bool is_qualified_name = false;
+    bool is_nil = false;
+    bool depends_on_array = false;
+    bool is_simple = false;  ///< with a text for content it is complete
   };
   struct Identified {
     std::string_view id;
@@ -66,9 +80,15 @@ class TreeBuilder {
   };
 
   Slice slice(std::string_view part) const;
+  Frame read_start(const xml::Name& name, std::span<const xml::Attribute> attributes,
+                   const xml::Scope& scope);
+  const ReadyNode* ready_node(xml::Tag tag) const;
+  void remember(xml::Tag tag, const Frame& frame, const xml::Name& name);
+  bool is_in_typed_array() const { return !open_.empty() && !open_.back().items.name.empty(); }
   void note(Note::Kind kind, std::string_view id, std::size_t place);
   void read_attribute(Frame& frame, Shape& shape, const xml::Attribute& attribute,
                       const xml::Scope& scope);
+  void read_plain_attribute(Frame& frame, std::string_view local, std::string_view value);
   void read_type(Frame& frame, Shape& shape, std::string_view value, const xml::Scope& scope);
   void read_array_type(Frame& frame, std::string_view value, const xml::Scope& scope);
   void take_implied_type(Frame& frame, Shape& shape, const xml::Name& name);
@@ -88,8 +108,9 @@ class TreeBuilder {
   Form form_;
   Shapes shapes_;
   NodeData* root_ = nullptr;
-  std::vector<Frame> open_;
-  std::vector<NodeData> waiting_;
+  xml::Stack<Frame, 10> open_;
+  xml::Stack<NodeData, 32> waiting_;
+  std::vector<ReadyNode> ready_;  ///< by the number of their start tag
   std::vector<Note> notes_;
   std::vector<Identified> identified_;
   std::vector<Identified> references_;

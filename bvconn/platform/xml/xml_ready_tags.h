@@ -76,6 +76,9 @@ class ReadyTags {
     return std::span(attributes_).subspan(tag.first_attribute, tag.attribute_count);
   }
 
+  /// Where a tag is looked for first, by its bytes.
+  static std::size_t place_of(const char* tag, std::size_t size);
+
  private:
   static constexpr std::size_t kMostTags = 256;
   static constexpr std::size_t kMostAttributes = 1024;
@@ -92,7 +95,6 @@ class ReadyTags {
     return tag.scope_before == scope && static_cast<std::size_t>(end - at) >= tag.size &&
            same_bytes(at, tag.begin, tag.size);
   }
-  static std::size_t place_of(const char* tag, std::size_t size);
 
   const ReadyTag* look_up(const char* at, const char* end, std::uint32_t scope);
   std::uint32_t add(const ReadyTag& tag, std::span<const Attribute> attributes);
