@@ -1,17 +1,9 @@
 #include "peers/peer.h"
 
-#include <dirent.h>
 #include <malloc.h>
-#include <netinet/in.h>
-#include <sys/resource.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <exception>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
@@ -22,6 +14,12 @@ namespace bench {
 namespace {
 
 constexpr int kCallsBeforeCounting = 8;
+
+#ifdef __clang__
+const std::string kCompiler = "Clang " + std::to_string(__clang_major__);
+#else
+const std::string kCompiler = "GCC " + std::to_string(__GNUC__);
+#endif
 
 std::string quoted(const std::string& text) {
   return "\"" + text + "\"";
@@ -50,21 +48,10 @@ std::string round(Peer& peer, const Case& which, long count) {
   return line.str();
 }
 
-/// Makes each socket of this process report a reply when all of it is there: reading it in more
-/// steps or fewer would take more instructions or fewer.
-void wait_for_whole_replies(std::size_t bytes) {
-  const int low_mark = static_cast<int>(bytes);
-  for (int descriptor = 3; descriptor < 64; ++descriptor) {
-    ::setsockopt(descriptor, SOL_SOCKET, SO_RCVLOWAT, &low_mark, sizeof(low_mark));
-  }
-}
-
 std::string count(Peer& peer, const Case& which, long calls) {
-  peer.call(which);
-  wait_for_whole_replies(envelope(which).size());
   for (int made = 0; made < kCallsBeforeCounting; ++made) peer.call(which);
   counted_calls(peer, which, calls);
-  return "{\"calls\": " + std::to_string(calls) + "}";
+  return "{\"calls\": " + std::to_string(calls) + ", \"compiler\": " + quoted(kCompiler) + "}";
 }
 
 std::string memory(Peer& peer, const Case& which) {

@@ -12,7 +12,7 @@
 ///
 ///   check CASE         makes the call and compares what it read with what the server wrote
 ///   round CASE COUNT   makes so many calls; wall and processor time in nanoseconds, page faults
-///   count CASE COUNT   the same for the counting of instructions, after calls that do not count
+///   count CASE COUNT   makes some calls, then so many whose instructions are counted from outside
 ///   memory CASE        one call: what it grew by at most, and by what while its result is held
 namespace bench {
 

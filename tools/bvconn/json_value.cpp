@@ -39,7 +39,7 @@ class Reader final : public nlohmann::json_sax<Json> {
   bool end_array() override { return end(); }
   bool key(string_t& name) override {
     if (!keys_.back().insert(name).second) twice_ = name;
-    std::get<JsonValue::Object>(open_.back()->content()).emplace_back(std::move(name), JsonValue());
+    std::get<JsonValue::Object>(open_.back()->content()).emplace_back().first = std::move(name);
     return true;
   }
   bool parse_error(std::size_t, const std::string&,
