@@ -10,6 +10,7 @@
 #include "bvconn/platform/soap/xml_document.h"
 #include "call_answer.h"
 #include "json_text.h"
+#include "line_output.h"
 #include "nearest_names.h"
 #include "node_tree.h"
 
@@ -53,7 +54,8 @@ void AnswerPrinter::result(const Member& member, const CallArguments& arguments,
                            const Value& value) const {
   switch (form_) {
     case OutputForm::kJson:
-      print_line(CallAnswer(member, arguments).with_result(value));
+      print_line(
+          [&](JsonOutput& line) { CallAnswer(member, arguments).write_result(line, value); });
       return;
     case OutputForm::kRaw:
       print_raw();
@@ -73,14 +75,16 @@ void AnswerPrinter::result(const Member& member, const CallArguments& arguments,
 void AnswerPrinter::error(const Member& member, const CallArguments& arguments,
                           const std::string& error_json) const {
   if (form_ == OutputForm::kJson) {
-    print_line(CallAnswer(member, arguments).with_error(error_json));
+    print_line(
+        [&](JsonOutput& line) { CallAnswer(member, arguments).write_error(line, error_json); });
   } else if (form_ == OutputForm::kRaw) {
     print_raw();
   }
 }
 
 void AnswerPrinter::usage(const std::string& text) const {
-  if (form_ == OutputForm::kJson) print_line("\"usage\":" + json_string(text));
+  if (form_ != OutputForm::kJson) return;
+  print_line([&](JsonOutput& line) { line.raw(R"("usage":)").string(text); });
 }
 
 void AnswerPrinter::print_value(const Value& value) const {
@@ -136,8 +140,19 @@ void AnswerPrinter::print_documents(const Member& member, const CallArguments& a
 }
 
 /// The answer as a batch gives it to a request without an id.
-void AnswerPrinter::print_line(const std::string& answer) const {
-  streams_.out << "{\"id\":null," << answer << "}\n";
+void AnswerPrinter::print_line(const std::function<void(JsonOutput&)>& write_answer) const {
+  if (is_cut_) return;
+  StreamLines lines(streams_.out);
+  JsonLine line(lines);
+  line.raw(R"({"id":null,)");
+  try {
+    write_answer(line);
+  } catch (...) {
+    is_cut_ = line.has_left();
+    throw;
+  }
+  line.raw('}');
+  line.end_line();
 }
 
 }  // namespace bvconn::tool

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -8,6 +9,7 @@
 
 #include "arguments.h"
 #include "bvconn/automation/interface.h"
+#include "json_output.h"
 #include "reply_tap.h"
 #include "terminal.h"
 
@@ -52,11 +54,12 @@ class AnswerPrinter {
   void print_raw() const;
   void report_unreadable(const automation::Value& value) const;
   void print_documents(const automation::Member& member, const CallArguments& arguments) const;
-  void print_line(const std::string& answer) const;
+  void print_line(const std::function<void(JsonOutput&)>& write_answer) const;
 
   OutputForm form_;
   Streams streams_;
   std::shared_ptr<const TappedReply> reply_;
+  mutable bool is_cut_ = false;  ///< whether an answer failed when part of it was out
 };
 
 }  // namespace bvconn::tool

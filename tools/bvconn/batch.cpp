@@ -19,11 +19,10 @@ using automation::Member;
 using automation::MemberKind;
 using automation::Value;
 
-constexpr std::string_view kIdKey = "{\"id\":";
 constexpr std::string_view kNoId = "null";
-constexpr std::string_view kOutOfMemoryLine =
-    R"({"id":null,"error":{"number":7,"hex":"0x00000007","source":"BVConn",)"
-    R"("description":"out of memory","helpFile":"","helpContext":0}})";
+constexpr std::string_view kOutOfMemory =
+    R"({"number":7,"hex":"0x00000007","source":"BVConn",)"
+    R"("description":"out of memory","helpFile":"","helpContext":0})";
 
 CallArguments read_arguments(const Member& member, const JsonValue& request,
                              const Connection& connection) {
@@ -62,55 +61,56 @@ void Batch::run(std::string_view line) {
   if (trimmed(line).empty()) return;
   id_ = kNoId;
   event_failure_ = nullptr;
-  std::string text;
-  std::string_view answer;
+  out_.clear();
   try {
-    spare_.reserve(line.size() + kOutOfMemoryLine.size());
-    text = answer_line(line);
-    answer = text;
+    answer_line(line);
   } catch (const std::bad_alloc&) {
-    answer = out_of_memory_answer(line);
+    answer_out_of_memory(line);
   }
   id_ = kNoId;
-  output_(answer);
+  out_.raw('}');
+  out_.end_line();
 }
 
-std::string_view Batch::out_of_memory_answer(std::string_view line) {
+JsonOutput& Batch::begin_answer() {
+  // Only an answer that failed halfway is followed by another: what it failed with is at hand.
+  if (out_.has_left()) throw;
+  out_.clear();
+  return out_.raw(R"({"id":)").raw(id_).raw(',');
+}
+
+void Batch::answer_out_of_memory(std::string_view line) {
   some_failed_ = true;
-  std::string_view id = kNoId;
   try {
-    id = raw_member(line, "id");
+    id_ = raw_member(line, "id");
   } catch (const std::exception&) {
     // The answer is to nobody's line rather than to none.
+    id_ = kNoId;
   }
-  const std::string_view tail = kOutOfMemoryLine.substr(kOutOfMemoryLine.find(','));
-  if (spare_.capacity() < kIdKey.size() + id.size() + tail.size()) return kOutOfMemoryLine;
-  return spare_.assign(kIdKey).append(id).append(tail);
+  write_error(begin_answer(), kOutOfMemory);
 }
 
-std::string Batch::answer_line(std::string_view line) {
-  std::string text;
+void Batch::answer_line(std::string_view line) {
   try {
     const JsonValue request = parse_json(line);
     if (request.object() == nullptr) throw UsageError("a JSON object is expected");
     id_ = raw_member(line, "id");
-    text = answer(request);
+    answer(request);
   } catch (const UsageError& error) {
-    text = "\"usage\":" + json_string(error.what());
+    begin_answer().raw(R"("usage":)").string(error.what());
     if (status_ == kDone) status_ = kNotUnderstood;
   } catch (const Error& error) {
-    text = error_text(failed(json_error(error)));
+    write_error(begin_answer(), failed(json_error(error)));
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& error) {
-    text = error_text(failure(error.what()));
+    write_error(begin_answer(), failure(error.what()));
   } catch (...) {
-    text = error_text(failure("unknown exception"));
+    write_error(begin_answer(), failure("unknown exception"));
   }
-  return std::string(kIdKey).append(id_).append(",").append(text).append("}");
 }
 
-std::string Batch::answer(const JsonValue& request) {
+void Batch::answer(const JsonValue& request) {
   const std::string verb = verb_of(request);
   if (verb == "call") return call(request);
   if (verb == "new") return make(request);
@@ -119,7 +119,7 @@ std::string Batch::answer(const JsonValue& request) {
   return release(request);
 }
 
-std::string Batch::call(const JsonValue& request) {
+void Batch::call(const JsonValue& request) {
   Target target = resolve(request, "call");
   const Member& member = *target.member;
   const CallArguments arguments = on_path(text_member(request, "call"), [&] {
@@ -132,17 +132,17 @@ std::string Batch::call(const JsonValue& request) {
     if (!target.object) target.object = make_object(*target.info);
     const Value result = member.invoke(target.object.get(), arguments.values);
     if (event_failure_) std::rethrow_exception(std::exchange(event_failure_, nullptr));
-    return answer.with_result(result);
+    answer.write_result(begin_answer(), result);
   } catch (const Error& error) {
-    return answer.with_error(failed(json_error(error)));
+    answer.write_error(begin_answer(), failed(json_error(error)));
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& error) {
-    return answer.with_error(failure(error.what()));
+    answer.write_error(begin_answer(), failure(error.what()));
   }
 }
 
-std::string Batch::make(const JsonValue& request) {
+void Batch::make(const JsonValue& request) {
   const std::string& class_name = text_member(request, "new");
   const std::string& name = text_member(request, "as");
   const ClassInfo* info = automation::find_class(class_name);
@@ -156,10 +156,10 @@ std::string Batch::make(const JsonValue& request) {
     throw UsageError(name + ": there is an object with this name already");
   }
   instances_.push_back({name, info, make_object(*info)});
-  return result_text({});
+  write_result(begin_answer(), {});
 }
 
-std::string Batch::get(const JsonValue& request) {
+void Batch::get(const JsonValue& request) {
   const Target target = resolve(request, "get");
   const std::string& path = text_member(request, "get");
   const auto object = on_path(path, [&] {
@@ -169,10 +169,10 @@ std::string Batch::get(const JsonValue& request) {
     }
     return property_object(target);
   });
-  return result_text(target.member->get(object.get()));
+  write_result(begin_answer(), target.member->get(object.get()));
 }
 
-std::string Batch::set(const JsonValue& request) {
+void Batch::set(const JsonValue& request) {
   const Target target = resolve(request, "set");
   const std::string& path = text_member(request, "set");
   CallArguments arguments;
@@ -188,15 +188,15 @@ std::string Batch::set(const JsonValue& request) {
     return instance;
   });
   target.member->set(object.get(), value);
-  return result_text({});
+  write_result(begin_answer(), {});
 }
 
-std::string Batch::release(const JsonValue& request) {
+void Batch::release(const JsonValue& request) {
   const std::string& name = text_member(request, "release");
   const auto found = find(name);
   if (found == instances_.end()) throw UsageError(name + ": there is no such object");
   instances_.erase(found);
-  return result_text({});
+  write_result(begin_answer(), {});
 }
 
 Batch::Target Batch::resolve(const JsonValue& request, const char* verb) {
@@ -247,7 +247,7 @@ std::shared_ptr<void> Batch::make_object(const ClassInfo& info) {
       // An operation keeps what its event's handlers throw; this is for the call that it is part
       // of.
       try {
-        output_("{\"event\":" + event + ",\"id\":" + std::string(id_) + "}");
+        output_->end("{\"event\":" + event + ",\"id\":" + std::string(id_) + "}");
       } catch (...) {
         event_failure_ = std::current_exception();
       }

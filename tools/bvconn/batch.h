@@ -1,17 +1,17 @@
 #pragma once
 
 #include <exception>
-#include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "arguments.h"
 #include "bvconn/automation/interface.h"
 #include "connection_options.h"
 #include "json_value.h"
+#include "line_output.h"
 #include "status.h"
 
 namespace bvconn::tool {
@@ -20,18 +20,19 @@ namespace bvconn::tool {
 /// docs/calling-by-name.md.
 class Batch {
  public:
-  /// Takes one line of output, without its line end.
-  using Output = std::function<void(std::string_view line)>;
-
   /// Server and session identifier come from the connection where a call does not give them.
-  explicit Batch(Output output, Connection connection = {})
-      : output_(std::move(output)), connection_(std::move(connection)) {}
+  explicit Batch(std::unique_ptr<LineOutput> output, Connection connection = {})
+      : output_(std::move(output)), out_(*output_), connection_(std::move(connection)) {}
+  /// As above; each line in one piece.
+  explicit Batch(WholeLines::Taker output, Connection connection = {})
+      : Batch(std::make_unique<WholeLines>(std::move(output)), std::move(connection)) {}
   Batch(const Batch&) = delete;
   Batch& operator=(const Batch&) = delete;
   /// Releases the objects that are left, the first made first.
   ~Batch();
 
-  /// Answers one request; never throws but for the output.
+  /// Answers one request. Throws what the output does; and what fails when a part of a long answer
+  /// is out already, which leaves its line cut.
   void run(std::string_view line);
 
   /// kNotUnderstood once a line was not understood, kFailed once something failed that no operation
@@ -53,16 +54,19 @@ class Batch {
     std::shared_ptr<void> object;
   };
 
-  /// The line that answers this one. Lack of memory leaves it.
-  std::string answer_line(std::string_view line);
+  // Each writes an answer without its line end. Lack of memory leaves them.
+  void answer_line(std::string_view line);
+  void answer(const JsonValue& request);
+  void call(const JsonValue& request);
+  void make(const JsonValue& request);
+  void get(const JsonValue& request);
+  void set(const JsonValue& request);
+  void release(const JsonValue& request);
   /// Takes no more memory.
-  std::string_view out_of_memory_answer(std::string_view line);
-  std::string answer(const JsonValue& request);
-  std::string call(const JsonValue& request);
-  std::string make(const JsonValue& request);
-  std::string get(const JsonValue& request);
-  std::string set(const JsonValue& request);
-  std::string release(const JsonValue& request);
+  void answer_out_of_memory(std::string_view line);
+  /// Begins the line anew. Of a line that is partly out already no other answer can be made: what
+  /// made it end is thrown again.
+  JsonOutput& begin_answer();
 
   Target resolve(const JsonValue& request, const char* verb);
   std::shared_ptr<void> make_object(const automation::ClassInfo& info);
@@ -72,11 +76,11 @@ class Batch {
   std::string failed(std::string error_json);
   std::vector<Instance>::iterator find(std::string_view name);
 
-  Output output_;
+  std::unique_ptr<LineOutput> output_;
+  JsonLine out_;
   Connection connection_;
   std::vector<Instance> instances_;
   std::string_view id_;               ///< of the request that runs, as it was written
-  std::string spare_;                 ///< room for an answer when there is no other
   std::exception_ptr event_failure_;  ///< of the line of an event in it
   int status_ = kDone;
   bool some_failed_ = false;

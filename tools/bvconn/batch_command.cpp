@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <iostream>
+#include <memory>
 #include <string>
 
 #include "batch.h"
@@ -27,7 +28,7 @@ int run_batch(const BatchOptions& options, std::ostream& out, std::ostream& err)
       return kFailed;
     }
   }
-  Batch batch([&out](std::string_view line) { out << line << std::endl; }, options.connection);
+  Batch batch(std::make_unique<StreamLines>(out), options.connection);
   std::string line;
   while (out && std::getline(std::cin, line)) batch.run(line);
   if (!out || std::cin.bad()) return kFailed;

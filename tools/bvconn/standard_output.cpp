@@ -36,18 +36,30 @@ StandardOutput::int_type StandardOutput::overflow(int_type c) {
   return traits_type::not_eof(c);
 }
 
+std::streamsize StandardOutput::xsputn(const char* text, std::streamsize count) {
+  if (count < epptr() - pptr()) return std::streambuf::xsputn(text, count);
+  // A text that is as large as the buffer gains nothing in it.
+  if (sync() != 0) return 0;
+  write(text, static_cast<std::size_t>(count));
+  return failure_ == 0 ? count : 0;
+}
+
 int StandardOutput::sync() {
-  const char* at = pbase();
-  while (failure_ == 0 && at != pptr()) {
-    const ssize_t count = ::write(STDOUT_FILENO, at, static_cast<std::size_t>(pptr() - at));
-    if (count >= 0) {
-      at += count;
+  write(pbase(), static_cast<std::size_t>(pptr() - pbase()));
+  setp(buffer_.data(), buffer_.data() + buffer_.size());
+  return failure_ == 0 ? 0 : -1;
+}
+
+void StandardOutput::write(const char* text, std::size_t count) {
+  const char* const end = text + count;
+  while (failure_ == 0 && text != end) {
+    const ssize_t written = ::write(STDOUT_FILENO, text, static_cast<std::size_t>(end - text));
+    if (written >= 0) {
+      text += written;
     } else if (errno != EINTR) {
       failure_ = errno;
     }
   }
-  setp(buffer_.data(), buffer_.data() + buffer_.size());
-  return failure_ == 0 ? 0 : -1;
 }
 
 }  // namespace bvconn::tool

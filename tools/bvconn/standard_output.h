@@ -25,9 +25,12 @@ class StandardOutput final : public std::streambuf {
 
  protected:
   int_type overflow(int_type c) override;
+  std::streamsize xsputn(const char* text, std::streamsize count) override;
   int sync() override;
 
  private:
+  void write(const char* text, std::size_t count);
+
   std::array<char, 16384> buffer_;
   std::streambuf* before_;
   int failure_ = 0;

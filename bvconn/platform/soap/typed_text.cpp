@@ -6,8 +6,10 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/soap/float_text.h"
 #include "bvconn/platform/soap/moment_text.h"
 #include "bvconn/platform/soap/soap_uris.h"
 
@@ -15,7 +17,7 @@ namespace bvconn::detail {
 
 namespace {
 
-enum class Kind { kBoolean, kInteger, kFloat, kDateTime, kDate, kBase64, kHex };
+enum class Kind { kBoolean, kInteger, kFloat, kDateTime, kDate, kBase64, kHex, kName };
 
 /// A type that does not read as a string; for integers with the range and the variant's type.
 struct SimpleType {
@@ -29,46 +31,73 @@ struct SimpleType {
 constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
 
-// In the order of the alphabet, for the look-up. `timeInstant` is the dateTime of 1999, `base64`
-// that of the SOAP encoding.
+// By length, for the look-up. `timeInstant` is the dateTime of 1999, `base64` that of the SOAP
+// encoding.
 constexpr std::array kSimpleTypes{
-    SimpleType{"base64", Kind::kBase64},
-    SimpleType{"base64Binary", Kind::kBase64},
-    SimpleType{"boolean", Kind::kBoolean},
+    SimpleType{"int", Kind::kInteger, Variant::Type::kInt32, INT32_MIN, INT32_MAX},
     SimpleType{"byte", Kind::kInteger, Variant::Type::kInt16, -128, 127},
     SimpleType{"date", Kind::kDate},
-    SimpleType{"dateTime", Kind::kDateTime},
-    SimpleType{"decimal", Kind::kFloat},
-    SimpleType{"double", Kind::kFloat},
-    SimpleType{"float", Kind::kFloat},
-    SimpleType{"hexBinary", Kind::kHex},
-    SimpleType{"int", Kind::kInteger, Variant::Type::kInt32, INT32_MIN, INT32_MAX},
-    SimpleType{"integer", Kind::kInteger, Variant::Type::kInt64},
     SimpleType{"long", Kind::kInteger, Variant::Type::kInt64},
-    SimpleType{"negativeInteger", Kind::kInteger, Variant::Type::kInt64, kLowest, -1},
-    SimpleType{"nonNegativeInteger", Kind::kInteger, Variant::Type::kInt64, 0, kHighest},
-    SimpleType{"nonPositiveInteger", Kind::kInteger, Variant::Type::kInt64, kLowest, 0},
-    SimpleType{"positiveInteger", Kind::kInteger, Variant::Type::kInt64, 1, kHighest},
+    SimpleType{"float", Kind::kFloat},
     SimpleType{"short", Kind::kInteger, Variant::Type::kInt16, INT16_MIN, INT16_MAX},
+    SimpleType{"QName", Kind::kName},
+    SimpleType{"double", Kind::kFloat},
+    SimpleType{"base64", Kind::kBase64},
+    SimpleType{"boolean", Kind::kBoolean},
+    SimpleType{"decimal", Kind::kFloat},
+    SimpleType{"integer", Kind::kInteger, Variant::Type::kInt64},
+    SimpleType{"dateTime", Kind::kDateTime},
+    SimpleType{"hexBinary", Kind::kHex},
     SimpleType{"timeInstant", Kind::kDateTime},
-    SimpleType{"unsignedByte", Kind::kInteger, Variant::Type::kInt16, 0, 255},
     SimpleType{"unsignedInt", Kind::kInteger, Variant::Type::kInt64, 0, UINT32_MAX},
+    SimpleType{"base64Binary", Kind::kBase64},
+    SimpleType{"unsignedByte", Kind::kInteger, Variant::Type::kInt16, 0, 255},
     SimpleType{"unsignedLong", Kind::kInteger, Variant::Type::kInt64, 0, kHighest},
     SimpleType{"unsignedShort", Kind::kInteger, Variant::Type::kInt32, 0, 65535},
+    SimpleType{"negativeInteger", Kind::kInteger, Variant::Type::kInt64, kLowest, -1},
+    SimpleType{"positiveInteger", Kind::kInteger, Variant::Type::kInt64, 1, kHighest},
+    SimpleType{"nonNegativeInteger", Kind::kInteger, Variant::Type::kInt64, 0, kHighest},
+    SimpleType{"nonPositiveInteger", Kind::kInteger, Variant::Type::kInt64, kLowest, 0},
 };
-static_assert(std::is_sorted(kSimpleTypes.begin(), kSimpleTypes.end(),
-                             [](const auto& a, const auto& b) { return a.name < b.name; }));
+constexpr std::size_t kLongestName = kSimpleTypes.back().name.size();
 
-const SimpleType* find_type(std::string_view name) {
-  const auto found = std::lower_bound(
-      kSimpleTypes.begin(), kSimpleTypes.end(), name,
-      [](const SimpleType& type, std::string_view key) { return type.name < key; });
-  return found != kSimpleTypes.end() && found->name == name ? &*found : nullptr;
+/// For each length the first type with a name as long or longer.
+constexpr std::array<std::uint8_t, kLongestName + 2> make_first_of_length() {
+  std::array<std::uint8_t, kLongestName + 2> first{};
+  for (std::size_t length = 0; length < first.size(); ++length) {
+    while (first[length] < kSimpleTypes.size() &&
+           kSimpleTypes[first[length]].name.size() < length) {
+      ++first[length];
+    }
+  }
+  return first;
+}
+constexpr auto kFirstOfLength = make_first_of_length();
+static_assert(std::is_sorted(kSimpleTypes.begin(), kSimpleTypes.end(),
+                             [](const auto& a, const auto& b) {
+                               return a.name.size() < b.name.size();
+                             }));
+
+/// The type by its name and namespace; null for one that reads as a string.
+const SimpleType* find_type(std::string_view name, std::string_view name_space) noexcept {
+  if (name.empty() || name.size() > kLongestName) return nullptr;
+  for (std::size_t i = kFirstOfLength[name.size()]; i < kFirstOfLength[name.size() + 1]; ++i) {
+    const SimpleType& type = kSimpleTypes[i];
+    if (type.name.front() != name.front() || type.name != name) continue;
+    return is_xsd(name_space) || name_space == kEncodingUri ? &type : nullptr;
+  }
+  return nullptr;
+}
+
+/// A value that was read. In its place at once: a variant is moved by looking at what it holds.
+template <class Value>
+std::optional<Variant> read_as(Value&& value) {
+  return std::optional<Variant>(std::in_place, std::forward<Value>(value));
 }
 
 std::optional<Variant> boolean_value(std::string_view text) {
-  if (text == "true" || text == "1") return Variant(true);
-  if (text == "false" || text == "0") return Variant(false);
+  const bool truth = text == "true" || text == "1";
+  if (truth || text == "false" || text == "0") return read_as(truth);
   return std::nullopt;
 }
 
@@ -86,32 +115,16 @@ std::optional<Variant> integer_value(std::string_view text, const SimpleType& ty
   if (error != std::errc() || stop != end || value < type.lowest || value > type.highest) {
     return std::nullopt;
   }
-  if (type.held == Variant::Type::kInt16) return Variant(static_cast<std::int16_t>(value));
-  if (type.held == Variant::Type::kInt32) return Variant(static_cast<std::int32_t>(value));
-  return Variant(value);
+  if (type.held == Variant::Type::kInt16) return read_as(static_cast<std::int16_t>(value));
+  if (type.held == Variant::Type::kInt32) return read_as(static_cast<std::int32_t>(value));
+  return read_as(value);
 }
 
 std::optional<Variant> float_value(std::string_view text) {
   text = without_plus(text);
-  if (text == "INF") return Variant(std::numeric_limits<double>::infinity());
-  if (text == "-INF") return Variant(-std::numeric_limits<double>::infinity());
-  if (text == "NaN") return Variant(std::numeric_limits<double>::quiet_NaN());
-  const auto is_digit = [](char c) { return c >= '0' && c <= '9'; };
-  // "inf" and "nan" in the words of `from_chars` are no numbers here.
-  const auto allowed = [&](char c) {
-    return is_digit(c) || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
-  };
-  if (text.empty() || !std::all_of(text.begin(), text.end(), allowed)) return std::nullopt;
-  double value = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (stop != end) return std::nullopt;
-  if (error == std::errc()) return Variant(value);
-  // Out of range: too small is zero, too large is no number that we could hand on.
-  const auto exponent = text.find_first_of("eE");
-  const bool small = exponent != std::string_view::npos && text.substr(exponent + 1, 1) == "-";
-  if (error != std::errc::result_out_of_range || !small) return std::nullopt;
-  return Variant(text.front() == '-' ? -0.0 : 0.0);
+  std::optional<double> value = short_decimal_of(text);
+  if (!value) value = float_of(text);
+  return value ? read_as(*value) : std::nullopt;
 }
 
 int hex_digit(char c) {
@@ -157,7 +170,7 @@ std::string xsd_double_text(double value) {
 
 template <class Value>
 std::optional<Variant> held(std::optional<Value> value) {
-  return value ? std::optional<Variant>(*std::move(value)) : std::nullopt;
+  return value ? read_as(*std::move(value)) : std::nullopt;
 }
 
 QualifiedName unresolved_name(std::string_view text) {
@@ -168,10 +181,8 @@ QualifiedName unresolved_name(std::string_view text) {
 
 std::optional<Variant> typed_value(std::string_view text, std::string_view type,
                                    std::string_view type_space) {
-  const bool known = !type.empty() && (is_xsd(type_space) || type_space == kEncodingUri);
-  if (known && type == "QName") return Variant(unresolved_name(trim_xml_space(text)));
-  const SimpleType* simple = known ? find_type(type) : nullptr;
-  if (simple == nullptr) return Variant(text);
+  const SimpleType* simple = find_type(type, type_space);
+  if (simple == nullptr) return read_as(text);
   const std::string_view trimmed = trim_xml_space(text);
   switch (simple->kind) {
     case Kind::kBoolean:
@@ -188,8 +199,14 @@ std::optional<Variant> typed_value(std::string_view text, std::string_view type,
       return held(from_base64(trimmed));
     case Kind::kHex:
       return held(from_hex(trimmed));
+    case Kind::kName:
+      return read_as(unresolved_name(trimmed));
   }
-  return Variant(text);
+  return std::nullopt;
+}
+
+bool reads_as_string(std::string_view type, std::string_view type_space) noexcept {
+  return find_type(type, type_space) == nullptr;
 }
 
 std::string value_text(const Variant& value) {

@@ -21,6 +21,9 @@ namespace bvconn::detail {
 std::optional<Variant> typed_value(std::string_view text, std::string_view type,
                                    std::string_view type_space);
 
+/// Whether every text of this type is its value as it stands, a string.
+bool reads_as_string(std::string_view type, std::string_view type_space) noexcept;
+
 /// A simple value the way an element carries it; neither node, array, nor nothing.
 std::string value_text(const Variant& value);
 
