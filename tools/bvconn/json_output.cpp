@@ -72,9 +72,25 @@ Character character_of(std::string_view text) {
   return character;
 }
 
+/// Whether one of eight bytes is a control, a quote, a backslash, or none of ASCII. It may say so
+/// of eight that hold none of these, and never the other way round.
+bool may_need_a_look(std::uint64_t bytes) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101;
+  constexpr std::uint64_t kTops = 0x8080808080808080;
+  const std::uint64_t quote = bytes ^ (kOnes * '"');
+  const std::uint64_t backslash = bytes ^ (kOnes * '\\');
+  // A byte that is less than another one borrows from its top bit.
+  return (((bytes - kOnes * 0x20) | (quote - kOnes) | (backslash - kOnes) | bytes) & kTops) != 0;
+}
+
 /// Bytes at the beginning of a text that are written as they are.
 std::size_t plain_bytes(std::string_view text) {
   std::size_t count = 0;
+  // Without these eight at a time, each byte is looked at by itself.
+  for (std::uint64_t eight = 0; count + sizeof eight <= text.size(); count += sizeof eight) {
+    std::memcpy(&eight, text.data() + count, sizeof eight);
+    if (may_need_a_look(eight)) break;
+  }
   while (count < text.size()) {
     const Form form = kForms[byte_at(text, count)];
     if (form == Form::kPlain) {

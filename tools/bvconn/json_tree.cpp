@@ -196,6 +196,13 @@ void TreeWriter::begin_array(Frame& frame) {
 }
 
 void TreeWriter::begin_children(Frame& frame, std::string_view unreadable) {
+  // Nearly every node is a leaf of which no more is to be said.
+  const bool is_plain =
+      unreadable.empty() && !frame.view.nil && frame.view.name_space.empty() && !frame.in_braces;
+  if (frame.view.count == 0 && is_plain) {
+    out_.raw(R"(,"nodes":[]})");
+    return;
+  }
   out_.raw(R"(,"nodes":[)");
   if (frame.view.count == 0) return end_node(frame, unreadable);
   frame.stage = Stage::kNodes;

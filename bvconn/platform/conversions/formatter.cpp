@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/conversions/decimal.h"
@@ -38,6 +41,14 @@ std::string padded(std::int32_t value, std::size_t digits) {
     text.insert(0, digits - text.size(), '0');
   }
   return text;
+}
+
+/// Writes so many digits of a number that has no more; what is behind them.
+char* put_digits(char* at, std::int32_t number, int digits) {
+  for (char* digit = at + digits; digit != at; number /= 10) {
+    *--digit = static_cast<char>('0' + number % 10);
+  }
+  return at + digits;
 }
 
 /// "1.5E+15", "1E-05": one digit before the point, two digits of exponent at least.
@@ -126,14 +137,29 @@ std::string date_text(Date value) {
 
 std::string iso_date_text(Date value) {
   const CivilDate civil = to_civil(value);
-  std::string text = padded(civil.year, 4);
-  text.append("-").append(padded(civil.month, 2)).append("-").append(padded(civil.day, 2));
-  text.append("T").append(padded(civil.hour, 2));
-  text.append(":").append(padded(civil.minute, 2)).append(":").append(padded(civil.second, 2));
-  if (civil.millisecond != 0) {
-    text.append(".").append(padded(civil.millisecond, 3));
+  // Years beyond four digits, and those before the first, are written as they come.
+  constexpr std::size_t kYearAtMost = 12;
+  constexpr std::size_t kRest = std::string_view("-01-05T00:00:00.000").size();
+  std::array<char, kYearAtMost + kRest> buffer;
+  char* at = buffer.data();
+  const bool plain_year = civil.year >= 0 && civil.year <= 9999;
+  if (plain_year) {
+    at = put_digits(at, civil.year, 4);
+  } else {
+    const std::string year = padded(civil.year, 4);
+    at = std::copy(year.begin(), year.end(), at);
   }
-  return text;
+  const auto put = [&at](char mark, std::int32_t number, int digits) {
+    *at++ = mark;
+    at = put_digits(at, number, digits);
+  };
+  put('-', civil.month, 2);
+  put('-', civil.day, 2);
+  put('T', civil.hour, 2);
+  put(':', civil.minute, 2);
+  put(':', civil.second, 2);
+  if (civil.millisecond != 0) put('.', civil.millisecond, 3);
+  return {buffer.data(), at};
 }
 
 std::string format_text(std::string_view text, std::string_view pattern) {

@@ -62,7 +62,10 @@ enum NodeFlag : std::uint16_t {
   kTypedItems = 256,   ///< before the first of `children` lies the `ItemSlices` of a read array
 };
 
-/// What nodes that were read alike have in common. It never changes.
+inline constexpr std::uint8_t kTypeNotLookedUp = UINT8_MAX;
+
+/// What nodes that were read alike have in common. It never changes, but for what is found out
+/// late.
 struct Shape {
   Tree* tree = nullptr;  ///< null for a made node that counts by itself
   Slice name;
@@ -70,6 +73,7 @@ struct Shape {
   Slice type;
   Slice type_space;
   bool is_own = false;  ///< whether this is an `Own`; then its texts count, and not the slices
+  std::uint8_t type_index = kTypeNotLookedUp;  ///< of `type`, once a text has been read by it
 };
 
 /// What a node holds outside a reply's buffer, and its shape from then on.
@@ -216,6 +220,9 @@ NodeData& content_of(NodeData& node) noexcept;
 /// The first node along the links that has a type (its own, or with `implied` an implied one).
 const NodeData& typed_node_of(const NodeData& node, bool implied) noexcept;
 Children children_of(const NodeData& node) noexcept;
+
+/// The type by which a node reads its text; `holder` is the node's `content_of`, with a text.
+std::uint8_t text_type_of(const NodeData& node, const NodeData& holder) noexcept;
 
 NodeRef make_node(std::string_view name, std::string_view name_space = {});
 /// The node's own storage, made when there is none yet.

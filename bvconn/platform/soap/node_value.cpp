@@ -25,18 +25,20 @@ constexpr std::size_t kMostInnerItems = 1'000'000;
                   " is not of its type " + std::string(type));
 }
 
+/// The node whose type a text is read by. It stands where the text does; a reference to it may have
+/// one too.
+const NodeData& read_by(const NodeData& node, const NodeData& holder) noexcept {
+  return own_type_of(holder).empty() ? typed_node_of(node, true) : holder;
+}
+
 Variant text_value(const NodeData& node, const NodeData& holder) {
   if (holder.has(kQualified) || node.has(kQualified)) {
     return QualifiedName{.name_space = std::string(qualified_space_of(holder)),
                          .local = std::string(split_name(trim_xml_space(text_of(holder))).local)};
   }
-  // The type stands where the text does; a reference to it may have one too.
-  const bool typed = !own_type_of(holder).empty();
-  const NodeData& typed_node = typed ? holder : typed_node_of(node, true);
-  const auto type = own_type_of(typed_node);
-  auto value = typed_value(text_of(holder), type, own_type_space_of(typed_node));
-  if (!value) does_not_fit(node, text_of(holder), type);
-  return *std::move(value);
+  Variant value = typed_value(text_of(holder), text_type_of(node, holder));
+  if (value.empty()) does_not_fit(node, text_of(holder), own_type_of(read_by(node, holder)));
+  return value;
 }
 
 class ValueReader {
@@ -85,6 +87,19 @@ class ValueReader {
 };
 
 }  // namespace
+
+TypeIndex text_type_of(const NodeData& node, const NodeData& holder) noexcept {
+  Shape& shape = *holder.shape;
+  // Most nodes are like others whose type has been looked up, and hold their text themselves.
+  const bool stands_alone = &node == &holder || shape.type.size > 0;
+  if (!shape.is_own && shape.type_index != kTypeNotLookedUp && stands_alone) {
+    return shape.type_index;
+  }
+  const NodeData& typed = read_by(node, holder);
+  const TypeIndex index = type_index(own_type_of(typed), own_type_space_of(typed));
+  if (!shape.is_own && stands_alone) shape.type_index = index;
+  return index;
+}
 
 Variant value_of(const NodeRef& node) {
   return ValueReader().read(*node);

@@ -7,14 +7,9 @@ namespace bvconn::detail {
 
 namespace {
 
-/// The type that a text is read by: where the text stands, or where it is referred to.
 ViewedValue text_kind(const NodeData& node, const NodeData& holder) noexcept {
   if (holder.has(kQualified) || node.has(kQualified)) return ViewedValue::kOther;
-  const bool typed = !own_type_of(holder).empty();
-  const NodeData& typed_node = typed ? holder : typed_node_of(node, true);
-  return reads_as_string(own_type_of(typed_node), own_type_space_of(typed_node))
-             ? ViewedValue::kText
-             : ViewedValue::kOther;
+  return text_type_of(node, holder) == kStringType ? ViewedValue::kText : ViewedValue::kOther;
 }
 
 void view_value(const NodeData& node, const NodeData& holder, NodeView& view) noexcept {
@@ -70,7 +65,7 @@ NodeView view_of(const NodeData& node) noexcept {
   view.name_space = namespace_of(node);
   view.node = &node;
   view.list = &holder;
-  view.count = children_of(holder).size();
+  if (holder.content != Content::kText) view.count = children_of(holder).size();
   view.nil = holder.content == Content::kNil;
   view_value(node, holder, view);
   return view;

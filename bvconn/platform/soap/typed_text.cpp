@@ -78,27 +78,16 @@ static_assert(std::is_sorted(kSimpleTypes.begin(), kSimpleTypes.end(),
                                return a.name.size() < b.name.size();
                              }));
 
-/// The type by its name and namespace; null for one that reads as a string.
-const SimpleType* find_type(std::string_view name, std::string_view name_space) noexcept {
-  if (name.empty() || name.size() > kLongestName) return nullptr;
-  for (std::size_t i = kFirstOfLength[name.size()]; i < kFirstOfLength[name.size() + 1]; ++i) {
-    const SimpleType& type = kSimpleTypes[i];
-    if (type.name.front() != name.front() || type.name != name) continue;
-    return is_xsd(name_space) || name_space == kEncodingUri ? &type : nullptr;
-  }
-  return nullptr;
-}
-
-/// A value that was read. In its place at once: a variant is moved by looking at what it holds.
+/// A value that was read, or Empty.
 template <class Value>
-std::optional<Variant> read_as(Value&& value) {
-  return std::optional<Variant>(std::in_place, std::forward<Value>(value));
+Variant held(std::optional<Value> value) {
+  return value ? Variant(*std::move(value)) : Variant();
 }
 
-std::optional<Variant> boolean_value(std::string_view text) {
+Variant boolean_value(std::string_view text) {
   const bool truth = text == "true" || text == "1";
-  if (truth || text == "false" || text == "0") return read_as(truth);
-  return std::nullopt;
+  if (truth || text == "false" || text == "0") return truth;
+  return {};
 }
 
 /// Text without a plus sign in front, which `from_chars` does not know.
@@ -107,24 +96,24 @@ std::string_view without_plus(std::string_view text) {
   return text;
 }
 
-std::optional<Variant> integer_value(std::string_view text, const SimpleType& type) {
+Variant integer_value(std::string_view text, const SimpleType& type) {
   text = without_plus(text);
   std::int64_t value = 0;
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, value);
   if (error != std::errc() || stop != end || value < type.lowest || value > type.highest) {
-    return std::nullopt;
+    return {};
   }
-  if (type.held == Variant::Type::kInt16) return read_as(static_cast<std::int16_t>(value));
-  if (type.held == Variant::Type::kInt32) return read_as(static_cast<std::int32_t>(value));
-  return read_as(value);
+  if (type.held == Variant::Type::kInt16) return static_cast<std::int16_t>(value);
+  if (type.held == Variant::Type::kInt32) return static_cast<std::int32_t>(value);
+  return value;
 }
 
-std::optional<Variant> float_value(std::string_view text) {
+Variant float_value(std::string_view text) {
   text = without_plus(text);
   std::optional<double> value = short_decimal_of(text);
   if (!value) value = float_of(text);
-  return value ? read_as(*value) : std::nullopt;
+  return held(value);
 }
 
 int hex_digit(char c) {
@@ -168,11 +157,6 @@ std::string xsd_double_text(double value) {
   return {buffer.data(), result.ptr};
 }
 
-template <class Value>
-std::optional<Variant> held(std::optional<Value> value) {
-  return value ? read_as(*std::move(value)) : std::nullopt;
-}
-
 QualifiedName unresolved_name(std::string_view text) {
   return {.name_space = {}, .local = std::string(split_name(text).local)};
 }
@@ -181,14 +165,31 @@ QualifiedName unresolved_name(std::string_view text) {
 
 std::optional<Variant> typed_value(std::string_view text, std::string_view type,
                                    std::string_view type_space) {
-  const SimpleType* simple = find_type(type, type_space);
-  if (simple == nullptr) return read_as(text);
+  std::optional<Variant> value(std::in_place, typed_value(text, type_index(type, type_space)));
+  if (value->empty()) value.reset();
+  return value;
+}
+
+TypeIndex type_index(std::string_view type, std::string_view type_space) noexcept {
+  if (type.empty() || type.size() > kLongestName) return kStringType;
+  for (std::size_t i = kFirstOfLength[type.size()]; i < kFirstOfLength[type.size() + 1]; ++i) {
+    const std::string_view name = kSimpleTypes[i].name;
+    if (name.front() != type.front() || name != type) continue;
+    return is_xsd(type_space) || type_space == kEncodingUri ? static_cast<TypeIndex>(i + 1)
+                                                            : kStringType;
+  }
+  return kStringType;
+}
+
+Variant typed_value(std::string_view text, TypeIndex type) {
+  if (type == kStringType) return text;
+  const SimpleType& simple = kSimpleTypes[type - std::size_t{1}];
   const std::string_view trimmed = trim_xml_space(text);
-  switch (simple->kind) {
+  switch (simple.kind) {
     case Kind::kBoolean:
       return boolean_value(trimmed);
     case Kind::kInteger:
-      return integer_value(trimmed, *simple);
+      return integer_value(trimmed, simple);
     case Kind::kFloat:
       return float_value(trimmed);
     case Kind::kDateTime:
@@ -200,13 +201,9 @@ std::optional<Variant> typed_value(std::string_view text, std::string_view type,
     case Kind::kHex:
       return held(from_hex(trimmed));
     case Kind::kName:
-      return read_as(unresolved_name(trimmed));
+      return unresolved_name(trimmed);
   }
-  return std::nullopt;
-}
-
-bool reads_as_string(std::string_view type, std::string_view type_space) noexcept {
-  return find_type(type, type_space) == nullptr;
+  return {};
 }
 
 std::string value_text(const Variant& value) {

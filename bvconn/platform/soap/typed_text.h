@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -21,8 +22,13 @@ namespace bvconn::detail {
 std::optional<Variant> typed_value(std::string_view text, std::string_view type,
                                    std::string_view type_space);
 
-/// Whether every text of this type is its value as it stands, a string.
-bool reads_as_string(std::string_view type, std::string_view type_space) noexcept;
+/// A type as it is looked up once for many texts.
+using TypeIndex = std::uint8_t;
+/// That of a type whose every text is its value as it stands, a string.
+inline constexpr TypeIndex kStringType = 0;
+TypeIndex type_index(std::string_view type, std::string_view type_space) noexcept;
+/// As above; Empty, which no text is, in place of nothing.
+Variant typed_value(std::string_view text, TypeIndex type);
 
 /// A simple value the way an element carries it; neither node, array, nor nothing.
 std::string value_text(const Variant& value);
