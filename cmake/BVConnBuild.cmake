@@ -105,14 +105,14 @@ function(bvconn_joined_test name)
 endfunction()
 
 # bvconn_test(NAME SOURCES files… [ROOMS rooms…] [LINK targets…] [LABELS labels…] [TIMEOUT seconds]
-# [SERIAL] [LONG] [APART reason]): one GoogleTest program; each of its tests is a ctest entry. Where
-# tests are joined the program is one entry that bears its name (a LONG one begins early, so that it
+# [PREFIX before the tests' names] [SERIAL] [LONG] [APART reason]): one GoogleTest program; each of
+# its tests is a ctest entry. Where tests are joined the program is one entry that bears its name (a LONG one begins early, so that it
 # does not end alone), unless APART gives the reason why its tests need processes of their own.
 # Tests labelled "threads" run under the thread sanitizer too; the target threads_tests builds them.
 # ROOMS names the highest rooms in use, without their prefix; those below come with them, and "all"
 # stands for all.
 function(bvconn_test name)
-  cmake_parse_arguments(ARG "SERIAL;LONG" "TIMEOUT;APART" "SOURCES;ROOMS;LINK;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "SERIAL;LONG" "TIMEOUT;APART;PREFIX" "SOURCES;ROOMS;LINK;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   if(ARG_ROOMS STREQUAL "all")
     get_property(rooms GLOBAL PROPERTY BVCONN_ROOMS)
@@ -145,7 +145,8 @@ function(bvconn_test name)
   if(BVCONN_JOIN_TESTS AND NOT ARG_APART)
     bvconn_joined_test(${name} COMMAND ${name} PROPERTIES ${properties})
   else()
-    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
+    gtest_discover_tests(${name} TEST_PREFIX "${ARG_PREFIX}" DISCOVERY_TIMEOUT 60
+                         PROPERTIES ${properties})
   endif()
 endfunction()
 

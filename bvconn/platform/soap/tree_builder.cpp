@@ -14,6 +14,12 @@ bool is_blank(std::string_view text) {
   return trim_xml_space(text).empty();
 }
 
+/// Fits: nodes take more than one byte of a buffer of less than 4 GiB.
+template <class Stack>
+std::uint32_t height(const Stack& stack) {
+  return static_cast<std::uint32_t>(stack.size());
+}
+
 /// A name in the text of an attribute or an element; without a declared prefix it is in none.
 struct ResolvedName {
   std::string_view local;
@@ -55,7 +61,7 @@ TreeBuilder::Frame TreeBuilder::read_start(const xml::Name& name,
   shape.name_space = slice(name.uri);
   Frame frame;
   frame.node.content = Content::kText;
-  frame.first_child = waiting_.size();
+  frame.first_child = height(waiting_);
   for (const xml::Attribute& attribute : attributes) {
     read_attribute(frame, shape, attribute, scope);
   }
@@ -67,17 +73,17 @@ TreeBuilder::Frame TreeBuilder::read_start(const xml::Name& name,
 void TreeBuilder::start_element(const xml::Name& name, std::span<const xml::Attribute> attributes,
                                 const xml::Scope& scope, xml::Tag tag) {
   if (const ReadyNode* ready = ready_node(tag)) {
-    Frame& frame = open_.push({});
+    Frame& frame = open_.push();
     frame.node = ready->node;
-    frame.first_child = waiting_.size();
-    frame.first_note = notes_.size();
+    frame.first_child = height(waiting_);
+    frame.first_note = height(notes_);
     frame.is_qualified_name = ready->is_qualified_name;
     frame.is_nil = ready->is_nil;
     return;
   }
   Frame frame = read_start(name, attributes, scope);
   if (tag.number != xml::Tag::kNoNumber) remember(tag, frame, name);
-  frame.first_note = notes_.size();
+  frame.first_note = height(notes_);
   open_.push(frame);
 }
 
@@ -102,8 +108,7 @@ const TreeBuilder::ReadyNode* TreeBuilder::ready_node(xml::Tag tag) const {
 
 /// A new tag's number may have stood for another one before.
 void TreeBuilder::remember(xml::Tag tag, const Frame& frame, const xml::Name& name) {
-  const bool is_ready = !frame.is_noted && frame.items.name.empty() &&
-                        frame.href.data() == nullptr &&
+  const bool is_ready = !frame.is_noted && frame.items.type.size == 0 && !frame.is_reference &&
                         !(frame.depends_on_array && is_in_typed_array());
   if (tag.is_known && !is_ready) return;
   if (tag.number >= ready_.size()) ready_.resize(tag.number + 1);
@@ -164,7 +169,10 @@ void TreeBuilder::read_plain_attribute(Frame& frame, std::string_view local,
     frame.is_noted = true;
     note(Note::Kind::kId, value, frame.first_child);
   }
-  if (local == "href" && value.starts_with('#')) frame.href = value.substr(1);
+  if (local == "href" && value.starts_with('#')) {
+    frame.is_reference = true;
+    frame.href = slice(value.substr(1));
+  }
 }
 
 void TreeBuilder::note_encoding_style(std::string_view style) {
@@ -186,7 +194,7 @@ void TreeBuilder::read_array_type(Frame& frame, std::string_view value, const xm
   value = trim_xml_space(value);
   const auto [local, uri] = resolve(value.substr(0, value.rfind('[')), scope);
   frame.node.set(kArray);
-  frame.items = {local, uri};
+  frame.items = {.type = slice(local), .type_space = slice(uri)};
 }
 
 /// What the name of the element, or the array around, says of the type where the element itself
@@ -200,12 +208,16 @@ void TreeBuilder::take_implied_type(Frame& frame, Shape& shape, const xml::Name&
     if (name.local == "Array" && name.uri == kEncodingUri) return node.set(kArray);
   } else if (!has_type) {
     frame.depends_on_array = true;
-    if (!open_.empty()) type = open_.back().items;
+    if (is_in_typed_array()) {
+      const ItemSlices& items = open_.back().items;
+      type = {view(tree_, items.type), view(tree_, items.type_space)};
+    }
   }
   if (has_type || type.name.empty()) return;
   if (type.name.ends_with(']')) {
     node.set(kArray);
-    frame.items = {type.name.substr(0, type.name.rfind('[')), type.uri};
+    frame.items = {.type = slice(type.name.substr(0, type.name.rfind('['))),
+                   .type_space = slice(type.uri)};
   } else if (type.name != "anyType" && type.name != "ur-type") {
     shape.type = slice(type.name);
     shape.type_space = slice(type.uri);
@@ -226,7 +238,7 @@ bool TreeBuilder::is_fault_code() const {
 void TreeBuilder::place_children(Frame& frame) {
   NodeData& node = frame.node;
   const std::size_t count = waiting_.size() - frame.first_child;
-  const bool typed = node.has(kArray) && !frame.items.name.empty();
+  const bool typed = node.has(kArray) && frame.items.type.size != 0;
   const std::size_t ahead = typed ? sizeof(ItemSlices) : 0;
   node.children = nullptr;
   node.count = static_cast<std::uint32_t>(count);
@@ -234,8 +246,7 @@ void TreeBuilder::place_children(Frame& frame) {
   if (ahead + count == 0) return;
   auto* memory = static_cast<std::byte*>(tree_.blocks.take(ahead + count * sizeof(NodeData)));
   if (typed) {
-    ::new (memory)
-        ItemSlices{.type = slice(frame.items.name), .type_space = slice(frame.items.uri)};
+    ::new (memory) ItemSlices(frame.items);
     node.set(kTypedItems);
   }
   node.children = place_waiting(memory + ahead, frame.first_child, frame.first_note);
@@ -272,11 +283,11 @@ void TreeBuilder::fill(Frame& frame, const xml::Scope& scope) {
     return;
   }
   if (has_children) return;
-  const bool is_text = frame.href.data() == nullptr && !node.has(kArray);
+  const bool is_text = !frame.is_reference && !node.has(kArray);
   const bool blank = !is_text && is_blank(text_of(node));
-  if (frame.href.data() != nullptr && blank) {
+  if (frame.is_reference && blank) {
     node.clear(kArray);
-    note(Note::Kind::kReference, frame.href, frame.first_child);
+    note(Note::Kind::kReference, view(tree_, frame.href), frame.first_child);
     if (is_fault_code()) node.set(kQualified);
   } else if (node.has(kArray) && blank) {
     place_children(frame);

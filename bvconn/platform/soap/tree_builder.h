@@ -48,10 +48,11 @@ class TreeBuilder {
   /// An element that is open.
   struct Frame {
     NodeData node;
-    std::size_t first_child = 0;  ///< on the stack of waiting nodes
-    std::size_t first_note = 0;   ///< on the stack of notes about its children
-    TypeName items;               ///< of an array, with `[]` behind the name for arrays of arrays
-    std::string_view href;
+    std::uint32_t first_child = 0;  ///< on the stack of waiting nodes
+    std::uint32_t first_note = 0;   ///< on the stack of notes about its children
+    ItemSlices items;               ///< of an array, with `[]` behind the name for arrays of arrays
+    Slice href;
+    bool is_reference = false;
     bool is_qualified_name = false;
     bool is_nil = false;
     bool is_noted = false;          ///< the start tag said something of more than its node
@@ -84,7 +85,7 @@ class TreeBuilder {
                    const xml::Scope& scope);
   const ReadyNode* ready_node(xml::Tag tag) const;
   void remember(xml::Tag tag, const Frame& frame, const xml::Name& name);
-  bool is_in_typed_array() const { return !open_.empty() && !open_.back().items.name.empty(); }
+  bool is_in_typed_array() const { return !open_.empty() && open_.back().items.type.size != 0; }
   void note(Note::Kind kind, std::string_view id, std::size_t place);
   void read_attribute(Frame& frame, Shape& shape, const xml::Attribute& attribute,
                       const xml::Scope& scope);
@@ -93,7 +94,6 @@ class TreeBuilder {
   void read_array_type(Frame& frame, std::string_view value, const xml::Scope& scope);
   void take_implied_type(Frame& frame, Shape& shape, const xml::Name& name);
   void note_encoding_style(std::string_view style);
-  void set_items(Frame& frame, TypeName items);
   void make_qualified(NodeData& node, const xml::Scope& scope);
   bool is_fault_code() const;
   void fill(Frame& frame, const xml::Scope& scope);

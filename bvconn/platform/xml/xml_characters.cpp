@@ -136,7 +136,10 @@ std::size_t find_unreadable(std::string_view text) noexcept {
   std::size_t at = 0;
   while (at < text.size()) {
     at = skip_printable(text, at);
-    while (text.size() - at >= kBlock && is_plain(text.data() + at)) at += kBlock;
+    if (text.size() - at >= kBlock && is_plain(text.data() + at)) {
+      at += kBlock;
+      continue;
+    }
     const std::size_t stop = std::min(text.size(), at + kBlock);
     while (at < stop) {
       const char byte = text[at];

@@ -56,7 +56,6 @@ constexpr EncodingName kEncodingNames[] = {
 constexpr std::string_view kByteOrderMark8 = "\xEF\xBB\xBF";
 constexpr std::string_view kByteOrderMarkLe = "\xFF\xFE";
 constexpr std::string_view kByteOrderMarkBe = "\xFE\xFF";
-constexpr std::string_view kSpace = " \t\r\n";
 
 // What the bytes 0x80 to 0x9F are in windows-1252; 0 for the five that are nothing.
 constexpr std::array<char16_t, 32> kWindowsExtras = {
@@ -71,13 +70,20 @@ std::string_view name_of(Encoding encoding) {
   return {};
 }
 
-Encoding encoding_named(std::string_view name, const Position& where) {
-  std::string small(name);
-  std::transform(small.begin(), small.end(), small.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
-  for (const EncodingName& entry : kEncodingNames) {
-    if (entry.name == small) return entry.encoding;
-  }
+std::optional<Encoding> encoding_named(std::string_view name) {
+  const auto is_name = [name](const EncodingName& entry) {
+    return std::equal(name.begin(), name.end(), entry.name.begin(), entry.name.end(),
+                      [](char a, char b) {
+                        return (a >= 'A' && a <= 'Z' ? static_cast<char>(a | 0x20) : a) == b;
+                      });
+  };
+  const auto* const found =
+      std::find_if(std::begin(kEncodingNames), std::end(kEncodingNames), is_name);
+  if (found == std::end(kEncodingNames)) return std::nullopt;
+  return found->encoding;
+}
+
+[[noreturn]] void fail_unknown(std::string_view name, const Position& where) {
   throw ReadError(Problem::not_well_formed, where,
                   "the encoding '" + std::string(name.substr(0, 60)) + "' is not known");
 }
@@ -106,7 +112,8 @@ std::optional<Encoding> encoding_shown(std::string_view bytes) {
 std::optional<std::string_view> take_declared(std::string_view& text, std::string_view word) {
   std::string_view rest = text;
   const auto skip_space = [&rest] {
-    const std::size_t size = std::min(rest.find_first_not_of(kSpace), rest.size());
+    std::size_t size = 0;
+    while (size < rest.size() && is(rest[size], kIsSpace)) ++size;
     rest.remove_prefix(size);
     return size > 0;
   };
@@ -117,8 +124,9 @@ std::optional<std::string_view> take_declared(std::string_view& text, std::strin
   rest.remove_prefix(1);
   skip_space();
   if (!rest.starts_with('"') && !rest.starts_with('\'')) return std::nullopt;
-  const std::size_t end = rest.find_first_of(std::string{'<', rest.front()}, 1);
-  if (end == std::string_view::npos || rest[end] == '<') return std::nullopt;
+  std::size_t end = 1;
+  while (end < rest.size() && rest[end] != '<' && rest[end] != rest.front()) ++end;
+  if (end == rest.size() || rest[end] == '<') return std::nullopt;
   text = rest.substr(end + 1);
   return rest.substr(1, end - 1);
 }
@@ -137,16 +145,24 @@ Encoding encoding_of(std::string_view bytes) {
   if (const auto shown = encoding_shown(bytes)) return *shown;
   const std::string_view declared = encoding_declared(bytes);
   if (declared.empty()) return Encoding::utf_8;
-  const auto offset = static_cast<std::size_t>(declared.data() - bytes.data());
-  const Position where = position_in(bytes, offset);
-  const Encoding encoding = encoding_named(declared, where);
+  const auto where = [&] {
+    return position_in(bytes, static_cast<std::size_t>(declared.data() - bytes.data()));
+  };
+  const auto encoding = encoding_named(declared);
+  if (!encoding) fail_unknown(declared, where());
   if (encoding == Encoding::utf_16 || encoding == Encoding::utf_16le ||
       encoding == Encoding::utf_16be) {
-    throw ReadError(Problem::not_well_formed, where,
+    throw ReadError(Problem::not_well_formed, where(),
                     "the document declares the encoding '" + std::string(declared) +
                         "', but its characters are single bytes");
   }
-  return encoding;
+  return *encoding;
+}
+
+Encoding encoding_given(std::string_view name) {
+  const auto encoding = encoding_named(name);
+  if (!encoding) fail_unknown(name, {});
+  return *encoding;
 }
 
 char32_t character_of(unsigned char byte, Encoding encoding) {
@@ -274,7 +290,7 @@ std::string from_utf_16(std::string_view bytes, bool is_big_endian) {
 
 std::string to_utf8(std::string bytes, std::string_view override_encoding) {
   const Encoding encoding =
-      override_encoding.empty() ? encoding_of(bytes) : encoding_named(override_encoding, {});
+      override_encoding.empty() ? encoding_of(bytes) : encoding_given(override_encoding);
   switch (encoding) {
     case Encoding::utf_8:
       return bytes;

@@ -14,13 +14,12 @@ constexpr std::string_view kDeclarationBegin = "<?xml";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool is_version(std::string_view text) {
-  return text.size() > 2 && text.substr(0, 2) == "1." &&
-         text.find_first_not_of("0123456789", 2) == std::string_view::npos;
+  return text.size() > 2 && text.starts_with("1.") &&
+         std::all_of(text.begin() + 2, text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 bool is_encoding_name(std::string_view text) {
-  constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-  return !text.empty() && kLetters.find(text.front()) != std::string_view::npos &&
+  return !text.empty() && is(text.front(), kBeginsName) && text.front() != '_' &&
          std::all_of(text.begin(), text.end(), [](char c) { return is(c, kInName); });
 }
 

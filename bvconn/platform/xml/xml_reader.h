@@ -95,6 +95,7 @@ class Reader {
   Token mixed_content(Run run, char* at);
   Token text_until(Run run, char* at);
   Token start_tag(char* at);
+  Token new_start_tag(char* at);
   Token ready_element(const ReadyTag& tag, char* at);
   bool is_end_tag_of(const ReadyTag& tag, const char* at) const;
   void remember(const char* begin, std::string_view name, std::uint32_t scope_before);

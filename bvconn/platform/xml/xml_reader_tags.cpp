@@ -36,7 +36,11 @@ Token Reader::end_tag(char* at) {
 
 Token Reader::start_tag(char* at) {
   const ReadyTag* const ready = ready_.find(at, end_, scope_.state());
-  if (ready != nullptr && open_.size() < limits_.depth) return ready_element(*ready, at);
+  const bool is_ready = ready != nullptr && open_.size() < limits_.depth;
+  return is_ready ? ready_element(*ready, at) : new_start_tag(at);
+}
+
+Token Reader::new_start_tag(char* at) {
   tag_ = {};
   attributes_.clear();
   has_prefixed_attributes_ = has_declarations_ = has_overwritten_values_ = false;
@@ -140,7 +144,7 @@ char* Reader::attributes_of_tag(char* at) {
 }
 
 char* Reader::attribute(char* at) {
-  Attribute& added = attributes_.push({});
+  Attribute& added = attributes_.push();
   at = skip_space(qualified_name(at, added.prefix, added.local));
   if (*at != '=') fail_unexpected(at, "'=' after the name of an attribute");
   at = value(skip_space(at + 1), added.value);

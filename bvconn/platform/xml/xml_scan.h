@@ -29,32 +29,41 @@ inline std::string_view slice(const char* begin, const char* end) {
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
+/// Up to eight bytes as one number, which together with the size tells them apart from any others;
+/// of more bytes the first eight.
+inline std::uint64_t word_of(const char* text, std::size_t size) {
+  const auto byte = [text](std::size_t i) {
+    return static_cast<std::uint64_t>(static_cast<unsigned char>(text[i]));
+  };
+  const auto half = [text](std::size_t i) {
+    std::uint32_t number;
+    std::memcpy(&number, text + i, sizeof number);
+    return std::uint64_t{number};
+  };
+  if (size >= 8) return half(0) | half(4) << 32;
+  if (size >= 4) return half(0) | half(size - 4) << 32;
+  if (size == 0) return 0;
+  return byte(0) | byte(size / 2) << 8 | byte(size - 1) << 16;
+}
+
 /// Whether two stretches of this size hold the same. Names are short: a call of `memcmp` would cost
 /// more than most of these comparisons do.
 inline bool same_bytes(const char* a, const char* b, std::size_t size) {
-  const auto words_differ = [a, b](std::size_t at) {
-    std::uint64_t first;
-    std::uint64_t second;
-    std::memcpy(&first, a + at, sizeof first);
-    std::memcpy(&second, b + at, sizeof second);
-    return first != second;
-  };
-  if (size < sizeof(std::uint64_t)) {
-    std::size_t i = 0;
-    while (i < size && a[i] == b[i]) ++i;
-    return i == size;
-  }
   std::size_t at = 0;
+  if (size < 8) {
+    if (size >= 4) return word_of(a, size) == word_of(b, size);
+    while (at < size && a[at] == b[at]) ++at;
+    return at == size;
+  }
 #if defined(BVCONN_XML_VECTORS)
   for (; size - at > kVectorBytes; at += kVectorBytes) {
     if (first_not_of(equals(load(a + at), load(b + at))) != kVectorBytes) return false;
   }
 #endif
-  // The last word may overlap the one before.
-  for (; size - at > sizeof(std::uint64_t); at += sizeof(std::uint64_t)) {
-    if (words_differ(at)) return false;
+  for (; size - at > 8; at += 8) {
+    if (word_of(a + at, 8) != word_of(b + at, 8)) return false;
   }
-  return !words_differ(size - sizeof(std::uint64_t));
+  return word_of(a + size - 8, 8) == word_of(b + size - 8, 8);  // some of them a second time
 }
 inline bool same_text(std::string_view a, std::string_view b) {
   return a.size() == b.size() && same_bytes(a.data(), b.data(), a.size());

@@ -22,21 +22,27 @@ int compare_uris(std::string_view a, std::string_view b) noexcept {
 }
 
 Scope::Scope() {
-  slots_.push({"", ""});
-  slots_.push({"xml", kXmlUri});
+  add_slot("", "");
+  add_slot("xml", kXmlUri);
+}
+
+void Scope::add_slot(std::string_view prefix, std::string_view uri) {
+  slots_.push({word_of(prefix.data(), prefix.size()), prefix, uri});
 }
 
 std::size_t Scope::find(std::string_view prefix) const noexcept {
-  if (last_found_ < slots_.size() && same_text(slots_[last_found_].prefix, prefix)) {
-    return last_found_;
-  }
-  const std::size_t in_turn = std::min(slots_.size(), kSearchedInTurn);
-  for (std::size_t i = 0; i < in_turn; ++i) {
-    if (same_text(slots_[i].prefix, prefix)) return last_found_ = i;
+  const std::uint64_t word = word_of(prefix.data(), prefix.size());
+  // From the innermost ones outwards: most names are in their namespaces.
+  for (std::size_t i = std::min(slots_.size(), kSearchedInTurn); i-- > 0;) {
+    const Slot& slot = slots_[i];
+    if (slot.word == word && slot.prefix.size() == prefix.size() &&
+        (prefix.size() <= sizeof word || same_text(slot.prefix, prefix))) {
+      return i;
+    }
   }
   if (slots_.size() > kSearchedInTurn) {
     const auto other = others_.find(prefix);
-    if (other != others_.end()) return last_found_ = other->second;
+    if (other != others_.end()) return other->second;
   }
   return kNoSlot;
 }
@@ -53,7 +59,7 @@ void Scope::declare(std::string_view prefix, std::string_view uri) {
   const bool is_new = slot == kNoSlot;
   if (is_new) {
     slot = slots_.size();
-    slots_.push({prefix, uri});
+    add_slot(prefix, uri);
     if (slot >= kSearchedInTurn) others_.emplace(prefix, slot);
   }
   declarations_.push({slot, is_new, state_, slots_[slot].uri});

@@ -51,6 +51,7 @@ class Scope {
   /// One prefix in force. A slot is made by the outermost declaration of its prefix and goes with
   /// it; inner declarations only change its namespace meanwhile. So the slots form a stack as well.
   struct Slot {
+    std::uint64_t word;  ///< of the prefix: most differ in it, and most are no longer than it
     std::string_view prefix;
     std::string_view uri;
   };
@@ -63,6 +64,7 @@ class Scope {
   static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
   static constexpr std::size_t kSearchedInTurn = 16;
 
+  void add_slot(std::string_view prefix, std::string_view uri);
   std::size_t find(std::string_view prefix) const noexcept;
   void forget(std::size_t mark) noexcept;
 
@@ -74,7 +76,6 @@ class Scope {
   std::map<std::string_view, std::size_t> others_;
   /// The long namespaces of the document so far.
   std::set<std::string_view> long_uris_;
-  mutable std::size_t last_found_ = 0;
 };
 
 }  // namespace bvconn::detail::xml

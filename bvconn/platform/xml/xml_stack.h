@@ -42,6 +42,10 @@ class Stack {
     if (size_ == capacity_) grow();
     return *::new (items_ + size_++) Item(item);
   }
+  Item& push() {
+    if (size_ == capacity_) grow();
+    return *::new (items_ + size_++) Item();
+  }
   void pop() noexcept { --size_; }
   void shrink(std::size_t size) noexcept { size_ = size; }
   void clear() noexcept { size_ = 0; }
