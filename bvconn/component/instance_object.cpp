@@ -1,9 +1,9 @@
 #include "bvconn/component/instance_object.h"
 
 #include <algorithm>
+#include <atomic>
 #include <memory>
-#include <mutex>
-#include <unordered_map>
+#include <utility>
 
 #include "bvconn/component/connection_point.h"
 #include "bvconn/component/named_object.h"
@@ -17,14 +17,42 @@ using automation::Member;
 using automation::MemberKind;
 using automation::Value;
 
-// The tables of the classes in use; they are made once, since a table is as large as its class.
+// The tables of the classes in use; they are made once, since a table is as large as its class. A
+// list that only grows at its head needs no lock, which all threads that make objects would share.
+class SharedTables {
+ public:
+  ~SharedTables() {
+    for (const Entry* entry = first_; entry != nullptr;) delete std::exchange(entry, entry->next);
+  }
+
+  const MemberTable& of(const ClassInfo& info) {
+    Entry* first = first_.load(std::memory_order_acquire);
+    if (const Entry* known = find(first, info)) return known->table;
+    auto made = std::make_unique<Entry>(Entry{info, member_table(info), first});
+    while (!first_.compare_exchange_weak(made->next, made.get(), std::memory_order_acq_rel)) {
+      if (const Entry* known = find(made->next, info)) return known->table;
+    }
+    return made.release()->table;
+  }
+
+ private:
+  struct Entry {
+    const ClassInfo& info;
+    const MemberTable table;
+    Entry* next;
+  };
+
+  static const Entry* find(const Entry* entry, const ClassInfo& info) {
+    while (entry != nullptr && &entry->info != &info) entry = entry->next;
+    return entry;
+  }
+
+  std::atomic<Entry*> first_{nullptr};
+};
+
 const MemberTable& shared_table(const ClassInfo& info) {
-  static std::mutex mutex;
-  static std::unordered_map<const ClassInfo*, std::unique_ptr<const MemberTable>> tables;
-  const std::lock_guard lock(mutex);
-  auto& table = tables[&info];
-  if (!table) table = std::make_unique<const MemberTable>(member_table(info));
-  return *table;
+  static SharedTables tables;
+  return tables.of(info);
 }
 
 template <typename... Others>

@@ -1,9 +1,11 @@
 #include "bvconn/component/text.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <new>
+#include <type_traits>
 
 namespace bvconn::component {
 namespace {
@@ -50,6 +52,28 @@ void append_utf16(std::u16string& out, char32_t character) {
   const char32_t above = character - 0x10000;
   out.push_back(static_cast<char16_t>(0xD800U + (above >> 10U)));
   out.push_back(static_cast<char16_t>(0xDC00U + (above & 0x3FFU)));
+}
+
+// Characters at the beginning that are the same in both forms, which most texts consist of.
+template <typename Unit>
+std::size_t ascii_units(std::basic_string_view<Unit> text) {
+  const auto end = std::ranges::find_if(
+      text, [](Unit unit) { return static_cast<std::make_unsigned_t<Unit>>(unit) >= 0x80; });
+  return static_cast<std::size_t>(end - text.begin());
+}
+
+// Appends such characters as they stand, all that follow each other from `at` on. False where there
+// is none.
+template <typename To, typename From>
+bool append_ascii(std::basic_string<To>& out, std::basic_string_view<From> text, std::size_t& at) {
+  const std::size_t count = ascii_units(text.substr(at));
+  if (count == 0) return false;
+  const std::size_t before = out.size();
+  out.resize(before + count);
+  std::transform(text.data() + at, text.data() + at + count, out.data() + before,
+                 [](From unit) { return static_cast<To>(unit); });
+  at += count;
+  return true;
 }
 
 // What the first byte of a character says of the rest.
@@ -102,12 +126,13 @@ char32_t next_character(std::string_view text, std::size_t& at) {
 std::optional<std::string> utf8_from_utf16(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    char32_t character = text[at];
+  for (std::size_t at = 0; at < text.size();) {
+    if (append_ascii(out, text, at)) continue;
+    char32_t character = text[at++];
     if (is_low_surrogate(character)) return std::nullopt;
     if (is_high_surrogate(character)) {
-      if (at + 1 == text.size() || !is_low_surrogate(text[at + 1])) return std::nullopt;
-      character = 0x10000 + ((character - 0xD800) << 10U) + (char32_t{text[++at]} - 0xDC00);
+      if (at == text.size() || !is_low_surrogate(text[at])) return std::nullopt;
+      character = 0x10000 + ((character - 0xD800) << 10U) + (char32_t{text[at++]} - 0xDC00);
     }
     append_utf8(out, character);
   }
@@ -117,7 +142,9 @@ std::optional<std::string> utf8_from_utf16(std::u16string_view text) {
 std::u16string utf16_from_utf8(std::string_view text) {
   std::u16string out;
   out.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) append_utf16(out, next_character(text, at));
+  for (std::size_t at = 0; at < text.size();) {
+    if (!append_ascii(out, text, at)) append_utf16(out, next_character(text, at));
+  }
   return out;
 }
 
@@ -156,10 +183,17 @@ std::optional<std::string> text_of(const char16_t* text) {
 }
 
 StringPointer string_from_utf8(std::string_view text) {
+  const auto made = [](StringPointer copy) {
+    if (copy == nullptr) throw std::bad_alloc();
+    return copy;
+  };
+  if (ascii_units(text) == text.size()) {
+    StringPointer copy = made(alloc_string(nullptr, text.size()));
+    std::ranges::copy(text, copy);
+    return copy;
+  }
   const std::u16string wide = utf16_from_utf8(text);
-  StringPointer copy = alloc_string(wide.data(), wide.size());
-  if (copy == nullptr) throw std::bad_alloc();
-  return copy;
+  return made(alloc_string(wide.data(), wide.size()));
 }
 
 }  // namespace bvconn::component

@@ -3,6 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <iterator>
+#include <optional>
+#include <random>
+#include <string>
+#include <string_view>
 
 #include "component/host.h"
 
@@ -23,6 +28,41 @@ TEST(ComponentText, TheEdgesOfEachLengthGoBothWays) {
       "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
   EXPECT_EQ(utf8_from_utf16(wide), narrow);
   EXPECT_EQ(utf16_from_utf8(narrow), wide);
+}
+
+/// Text that goes both ways piece by piece, in pieces of any length of ASCII and others.
+TEST(ComponentText, AMixtureIsItsPiecesInARow) {
+  struct Piece {
+    std::string_view utf8;
+    std::u16string_view utf16;
+  };
+  constexpr Piece kPieces[] = {{"a", u"a"},
+                               {"\x7F", u"\u007F"},
+                               {"Bolts and nuts", u"Bolts and nuts"},
+                               {"\xC2\x80", u"\u0080"},
+                               {"\xC3\xA9", u"\u00E9"},
+                               {"\xE2\x82\xAC", u"\u20AC"},
+                               {"\xF0\x9F\x98\x80", u"\U0001F600"}};
+  std::mt19937 random(1);
+  for (int i = 0; i < 20'000; ++i) {
+    std::string utf8;
+    std::u16string utf16;
+    for (std::size_t left = random() % 6; left > 0; --left) {
+      const Piece& piece = kPieces[random() % std::size(kPieces)];
+      utf8 += piece.utf8;
+      utf16 += piece.utf16;
+    }
+    ASSERT_EQ(utf16_from_utf8(utf8), utf16);
+    ASSERT_EQ(utf8_from_utf16(utf16), utf8);
+    const StringPointer copy = string_from_utf8(utf8);
+    ASSERT_EQ(std::u16string(copy, string_length(copy)), utf16);
+    ASSERT_EQ(copy[utf16.size()], 0);
+    free_string(copy);
+    // What is broken off is replaced, whatever stands before it.
+    ASSERT_EQ(utf16_from_utf8(utf8 + "\xE2\x82"), utf16 + u"\uFFFD");
+    ASSERT_EQ(utf8_from_utf16(utf16 + u'\xD800'), std::nullopt);
+    ASSERT_EQ(utf8_from_utf16(utf16 + u'\xDC00'), std::nullopt);
+  }
 }
 
 TEST(ComponentText, AZeroIsACharacterLikeAnyOther) {

@@ -107,5 +107,23 @@ TEST(FormatDate, ANumberPatternTakesItsSerialDay) {
             "39087.25");
 }
 
+TEST(IsoDateText, HasEachFieldAtItsPlace) {
+  EXPECT_EQ(iso_date_text(Date{}), "1899-12-30T00:00:00");
+  EXPECT_EQ(iso_date_text(from_civil({.year = 100, .month = 1, .day = 2, .hour = 3})),
+            "0100-01-02T03:00:00");
+  EXPECT_EQ(iso_date_text(from_civil({.year = 9999,
+                                      .month = 12,
+                                      .day = 31,
+                                      .hour = 23,
+                                      .minute = 59,
+                                      .second = 58,
+                                      .millisecond = 7})),
+            "9999-12-31T23:59:58.007");
+  EXPECT_EQ(iso_date_text(from_civil({.year = 12345, .month = 10, .day = 11, .hour = 0})),
+            "12345-10-11T00:00:00");
+  EXPECT_EQ(iso_date_text(from_civil({.year = 7, .month = 10, .day = 11, .hour = 0})),
+            "0007-10-11T00:00:00");
+}
+
 }  // namespace
 }  // namespace bvconn::conversions

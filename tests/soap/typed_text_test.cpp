@@ -16,7 +16,10 @@
 #include <string_view>
 
 #include "bvconn/platform/soap/float_text.h"
+#include "bvconn/platform/soap/soap_envelope.h"
 #include "bvconn/platform/soap/soap_uris.h"
+#include "bvconn/platform/soap/xml_document.h"
+#include "support/error_of.h"
 
 // Texts by their types, against slow readings of the same that are plain to see.
 namespace bvconn::test {
@@ -274,6 +277,61 @@ TEST(TypedText, OnlyTheSimpleTypesOfTheFourNamespacesReadAsSomethingElseThanAStr
         EXPECT_FALSE(value) << name << " in " << space;
       }
     }
+  }
+}
+
+/// Nodes of one name and one type, which look their type up together.
+class NodesThatAreAlike : public testing::Test {
+ protected:
+  static SoapNodes read(const std::string& nodes) {
+    return node_from_xml(
+               "<r xmlns:x='http://www.w3.org/2001/XMLSchema'"
+               " xmlns:i='http://www.w3.org/2001/XMLSchema-instance'>" +
+               nodes + "</r>")
+        .Nodes();
+  }
+};
+
+TEST_F(NodesThatAreAlike, AreReadByTheirTypeWhateverWasReadBefore) {
+  const SoapNodes nodes = read(
+      "<n i:type='x:int'>1</n><n i:type='x:int'>2</n><n>3</n><n>4</n><n i:type='x:string'>5</n>"
+      "<n i:type='x:int'>six</n>");
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(nodes.Item(0).Value(), Variant(1));
+    EXPECT_EQ(nodes.Item(1).Value(), Variant(2));
+    EXPECT_EQ(nodes.Item(2).Value(), Variant("3"));
+    EXPECT_EQ(nodes.Item(3).Value(), Variant("4"));
+    EXPECT_EQ(nodes.Item(4).Value(), Variant("5"));
+    EXPECT_EQ(error_of([&] { nodes.Item(5).Value(); }).description,
+              "Type mismatch: the text \"six\" of the node \"n\" is not of its type int");
+  }
+}
+
+TEST_F(NodesThatAreAlike, AreNoLongerWhenOneOfThemIsChanged) {
+  const SoapNodes nodes = read("<n i:type='x:int'>1</n><n i:type='x:int'>2</n>");
+  EXPECT_EQ(nodes.Item(0).Value(), Variant(1));
+  nodes.Item(0).Value(Variant("one"));
+  EXPECT_EQ(nodes.Item(0).Value(), Variant("one"));
+  EXPECT_EQ(nodes.Item(1).Value(), Variant(2));
+  nodes.Item(1).Name("m");
+  EXPECT_EQ(nodes.Item(1).Value(), Variant(2));
+}
+
+TEST_F(NodesThatAreAlike, MayBeReferredToByTypesOfTheirOwn) {
+  const SoapEnvelope envelope = SoapEnvelope::make();
+  envelope.Parse(
+      "<s:Envelope xmlns:s='http://schemas.xmlsoap.org/soap/envelope/'"
+      " xmlns:x='http://www.w3.org/2001/XMLSchema'"
+      " xmlns:i='http://www.w3.org/2001/XMLSchema-instance'><s:Body><r>"
+      "<a href='#1' i:type='x:int'/><b href='#1'/><c href='#1' i:type='x:boolean'/><d href='#2'"
+      " i:type='x:boolean'/></r><m id='1'>1</m><m id='2' i:type='x:int'>1</m></s:Body>"
+      "</s:Envelope>",
+      "");
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(envelope.Parameters().Item(0).Value(), Variant(1));
+    EXPECT_EQ(envelope.Parameters().Item(1).Value(), Variant("1"));
+    EXPECT_EQ(envelope.Parameters().Item(2).Value(), Variant(true));
+    EXPECT_EQ(envelope.Parameters().Item(3).Value(), Variant(1));
   }
 }
 
