@@ -66,6 +66,10 @@ const Case* find_case(std::string_view name) {
   return found == kCases.end() ? nullptr : found;
 }
 
+std::string url_of(const std::string& server, const Case& which) {
+  return server + "/" + std::string(which.name);
+}
+
 std::string request() {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
          "<SOAP-ENV:Envelope xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\" "

@@ -28,6 +28,9 @@ inline constexpr std::array kCases{
 /// The case of this name; null where there is none.
 const Case* find_case(std::string_view name);
 
+/// The URL of a case, below that of the server.
+std::string url_of(const std::string& server, const Case& which);
+
 inline constexpr std::string_view kSession = "S-1";
 inline constexpr std::string_view kInvoice = "U-2";
 inline constexpr std::string_view kService = "urn:InvoiceService";

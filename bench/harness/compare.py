@@ -1,5 +1,6 @@
 """Two builds of the library side by side, with the programs of this tree."""
 
+import os
 import shutil
 import subprocess
 import sys
@@ -14,7 +15,7 @@ FOLDER = ROOT / "build" / "compare"
 TARGETS = ["peer_bvconn", "micro_reading", "micro_writing", "micro_values", "micro_calls", "micro_json"]
 
 
-def build_of(base, jobs):
+def build_of(base):
     """Builds the library as it was at a revision; gives the folder of the programs."""
     commit = run_git("rev-parse", "--short=12", base + "^{commit}")
     tree, build = FOLDER / f"tree-{commit}", FOLDER / f"build-{commit}"
@@ -28,7 +29,7 @@ def build_of(base, jobs):
     subprocess.run([str(word) for word in configure], check=True, stdout=sys.stderr)
     # A part that this revision's library cannot be asked for is left out.
     for target in TARGETS:
-        command = ["cmake", "--build", build, "-j", jobs, "--target", target]
+        command = ["cmake", "--build", build, "-j", os.environ.get("BVCONN_JOBS", "2"), "--target", target]
         done = subprocess.run([str(word) for word in command], stdout=sys.stderr)
         if done.returncode != 0:
             if target == TARGETS[0]:
@@ -75,7 +76,7 @@ def compare_counts(base, now, core):
 
 
 def compare(base, options):
-    old = build_of(base, options.jobs)
+    old = build_of(base)
     found, held = compare_calls(old, options.build, options)
     counts = compare_counts(old, options.build, options.core)
     parts = micro.compare(

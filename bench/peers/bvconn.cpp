@@ -44,7 +44,6 @@ class Connector final : public bench::Peer {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  return bench::run_peer(argc, argv,
-                         [](const std::string& url) { return std::make_unique<Connector>(url); });
+std::unique_ptr<bench::Peer> bench::make_peer(const std::string& url) {
+  return std::make_unique<Connector>(url);
 }

@@ -43,7 +43,6 @@ class Expat final : public bench::Peer {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  return bench::run_peer(argc, argv,
-                         [](const std::string& url) { return std::make_unique<Expat>(url); });
+std::unique_ptr<bench::Peer> bench::make_peer(const std::string& url) {
+  return std::make_unique<Expat>(url);
 }

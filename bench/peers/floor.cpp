@@ -16,7 +16,6 @@ class Floor final : public bench::Peer {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  return bench::run_peer(argc, argv,
-                         [](const std::string& url) { return std::make_unique<Floor>(url); });
+std::unique_ptr<bench::Peer> bench::make_peer(const std::string& url) {
+  return std::make_unique<Floor>(url);
 }

@@ -1,3 +1,12 @@
+// The program around each way to make the call: `PROGRAM URL CORE`, a core of -1 being any. It
+// waits on standard input for what to do and answers each line with one of JSON, so that the rounds
+// of all of them can be interleaved by bench/run:
+//
+//   check CASE         makes the call and compares what it read with what the server wrote
+//   round CASE COUNT   makes so many calls; wall and processor time in nanoseconds, page faults
+//   count CASE COUNT   makes some calls, then so many whose instructions are counted from outside
+//   memory CASE        one call: what it grew by at most, and by what while its result is held
+//   lasting CASE       what stays of a few calls once many small ones have followed them
 #include "peers/peer.h"
 
 #include <malloc.h>
@@ -14,6 +23,8 @@ namespace bench {
 namespace {
 
 constexpr int kCallsBeforeCounting = 8;
+constexpr int kIdleCalls = 200;
+constexpr int kLargeCalls = 5;
 
 #ifdef __clang__
 const std::string kCompiler = "Clang " + std::to_string(__clang_major__);
@@ -68,6 +79,21 @@ std::string memory(Peer& peer, const Case& which) {
   return line.str();
 }
 
+/// What a process that reads a large reply now and then holds more than one that never did.
+std::string lasting(Peer& peer, const Case& which) {
+  const auto be_idle = [&peer] {
+    for (int made = 0; made < kIdleCalls; ++made) peer.call(kCases.front());
+    return Memory::now().resident;
+  };
+  const std::int64_t before = be_idle();
+  std::int64_t after = before;
+  for (int times = 0; times < kLargeCalls; ++times) {
+    peer.call(which);
+    after = be_idle();
+  }
+  return "{\"stays\": " + std::to_string(after - before) + "}";
+}
+
 std::string answer(Peer& peer, const std::string& line) {
   std::istringstream words(line);
   std::string task, name;
@@ -79,25 +105,23 @@ std::string answer(Peer& peer, const std::string& line) {
   if (task == "round") return round(peer, *which, calls);
   if (task == "count") return count(peer, *which, calls);
   if (task == "memory") return memory(peer, *which);
+  if (task == "lasting") return lasting(peer, *which);
   throw std::runtime_error("no such task: " + line);
 }
 
 }  // namespace
+}  // namespace bench
 
-std::string url_of(const std::string& url, const Case& which) {
-  return url + "/" + std::string(which.name);
-}
-
-int run_peer(int argc, char** argv, const MakePeer& make) {
+int main(int argc, char** argv) {
   if (argc != 3) {
     std::cerr << "usage: " << argv[0] << " URL CORE\n";
     return 2;
   }
   try {
-    stay_on_core(std::atoi(argv[2]));
-    const auto peer = make(argv[1]);
+    bench::stay_on_core(std::atoi(argv[2]));
+    const auto peer = bench::make_peer(argv[1]);
     for (std::string line; std::getline(std::cin, line);) {
-      std::cout << answer(*peer, line) << std::endl;
+      std::cout << bench::answer(*peer, line) << std::endl;
     }
     return 0;
   } catch (const std::exception& problem) {
@@ -105,5 +129,3 @@ int run_peer(int argc, char** argv, const MakePeer& make) {
     return 1;
   }
 }
-
-}  // namespace bench

@@ -1,21 +1,13 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 
 #include "common/replies.h"
 
-/// One program for each way to make the call. It waits on standard input for what to do, and
-/// answers each line with one of JSON, so that the rounds of all of them can be interleaved by
-/// `bench/run`:
-///
-///   check CASE         makes the call and compares what it read with what the server wrote
-///   round CASE COUNT   makes so many calls; wall and processor time in nanoseconds, page faults
-///   count CASE COUNT   makes some calls, then so many whose instructions are counted from outside
-///   memory CASE        one call: what it grew by at most, and by what while its result is held
 namespace bench {
 
+/// One way to make the call.
 class Peer {
  public:
   virtual ~Peer() = default;
@@ -27,12 +19,8 @@ class Peer {
   virtual std::string seen(const Case& which) = 0;
 };
 
-using MakePeer = std::function<std::unique_ptr<Peer>(const std::string& url)>;
-
-/// The program: `peer URL CORE`, the URL without a path; a core of -1 is any.
-int run_peer(int argc, char** argv, const MakePeer& make);
-
-/// The URL of a case.
-std::string url_of(const std::string& url, const Case& which);
+/// Each way has a source of its own with this function, and a program of its own. The URL is
+/// without a path.
+std::unique_ptr<Peer> make_peer(const std::string& url);
 
 }  // namespace bench
