@@ -190,6 +190,13 @@ TEST(ReadValue, OfDatesWithAZoneBecomesLocalTime) {
       << "a day stays the day that it names";
 }
 
+TEST(VariantToDate, TakesAMomentWithAZoneAsLocalTimeToo) {
+  const ZoneOf east("EST5EDT,M3.2.0,M11.1.0");
+  const Date evening = from_civil({.year = 2007, .month = 1, .day = 4, .hour = 22, .minute = 4});
+  EXPECT_EQ(to_date("2007-01-05T03:04:00Z"), evening);
+  EXPECT_EQ(to_date(" 2007-01-05T05:04:00+02:00\n"), evening);
+}
+
 TEST(ReadValue, OfAQualifiedNameIsResolvedWhereItStands) {
   EXPECT_EQ(first_parameter("<a xmlns:t='urn:t' xsi:type='xsd:QName'> t:x </a>").Value(),
             Variant(QualifiedName{"urn:t", "x"}));

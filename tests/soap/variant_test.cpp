@@ -172,6 +172,31 @@ TEST(VariantToNumber, FailsWith13ForWhatIsNone) {
   EXPECT_EQ(error_of([] { to_double(Variant(SoapNode::make("n"))); }).number, 13);
 }
 
+TEST(VariantToDate, GivesADateAsItIsAndReadsText) {
+  const Date afternoon = from_civil({.year = 2007, .month = 1, .day = 31, .hour = 15, .minute = 4});
+  EXPECT_EQ(to_date(Variant(afternoon)), afternoon);
+  EXPECT_EQ(to_date("2007-01-31T15:04:00"), afternoon);
+  EXPECT_EQ(to_date("2007-01-31 15:04"), afternoon);
+  EXPECT_EQ(to_date("1/31/2007 3:04 PM"), afternoon);
+  EXPECT_EQ(to_date(" January 31, 2007 15:04\n"), afternoon);
+  EXPECT_EQ(to_date(Variant(QualifiedName{"", "1/31/2007 15:04"})), afternoon);
+}
+
+TEST(VariantToDate, TakesTheEndOfADayAsTheBeginningOfTheNext) {
+  EXPECT_EQ(to_date("2007-12-31T24:00:00"), from_civil({.year = 2008, .month = 1, .day = 1}));
+}
+
+TEST(VariantToDate, FailsWith13ForWhatIsNone) {
+  for (const Variant& value :
+       {Variant("soon"), Variant(""), Variant("12.5"), Variant("2007-02-30T00:00:00"), Variant(),
+        Variant(Variant::Missing{}), Variant(39113.0), Variant(true), Variant(StringArray()),
+        Variant(SoapNode::make("n"))}) {
+    EXPECT_EQ(error_of([&] { to_date(value); }).number, 13) << type_name(value.type());
+  }
+  EXPECT_EQ(error_of([] { to_date(Variant()); }).description,
+            "Type mismatch: the value is empty, not a date");
+}
+
 TEST(VariantToNode, GivesTheVeryNode) {
   const SoapNode node = SoapNode::make("n");
   EXPECT_EQ(to_node(Variant(node)), node);

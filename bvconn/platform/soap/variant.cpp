@@ -5,8 +5,10 @@
 #include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/conversions/decimal.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/soap/moment_text.h"
 
 namespace bvconn {
 
@@ -214,6 +216,13 @@ double to_double(const Variant& value) {
   if (value.is(Variant::Type::kDouble)) return value.number();
   if (is_text(value)) return conversions::text_to_double(text_in(value));
   mismatch(value.type(), "a number");
+}
+
+Date to_date(const Variant& value) {
+  if (value.is(Variant::Type::kDate)) return value.date();
+  if (!is_text(value)) mismatch(value.type(), "a date");
+  const auto moment = detail::date_time_of(detail::trim_white(text_in(value)));
+  return moment ? *moment : conversions::text_to_date(text_in(value));
 }
 
 SoapNode to_node(const Variant& value) {

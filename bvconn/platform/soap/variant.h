@@ -160,6 +160,10 @@ BVCONN_EXPORT bool to_boolean(const Variant& value);
 BVCONN_EXPORT std::int16_t to_int16(const Variant& value);
 BVCONN_EXPORT std::int32_t to_int32(const Variant& value);
 BVCONN_EXPORT double to_double(const Variant& value);
+/// A date, or text that reads as one: of the form of `xsd:dateTime` (a moment with a zone becomes
+/// local time, as where a reply states that type), or by `text_to_date` ("1/31/2007", "January 31,
+/// 2007 10:00"). All else fails with 13, "" too.
+BVCONN_EXPORT Date to_date(const Variant& value);
 /// A node held as value; anything else fails with 13.
 BVCONN_EXPORT SoapNode to_node(const Variant& value);
 
