@@ -57,6 +57,14 @@ TEST(Print, ShowsValuesAsTheyStandInARequest) {
             "  q = Server\n  nil is nil\n");
 }
 
+// The items of an array are children too, each an element "item".
+TEST(Print, NamesTheNodesOfAnArray) {
+  SoapNode root = SoapNode::make("r");
+  root.Nodes().Create("items", VariantArray({SoapNode::make("First"), SoapNode(), "text"}));
+  EXPECT_EQ(printed(root),
+            "r\n  items = [First,nil,\"text\"]\n    item\n    item is nil\n    item = text\n");
+}
+
 TEST(Print, LeavesMarkupAsTheTextThatItIs) {
   SoapNode node = SoapNode::make("a");
   node.Value("<b>&amp;\"'</b>");
