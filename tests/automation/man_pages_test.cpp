@@ -9,25 +9,19 @@
 #include <memory>
 #include <regex>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "automation/tool_process.h"
+#include "tools/bvconn/text_lines.h"
 
 namespace bvconn::test {
 namespace {
 
 using testing::IsSubsetOf;
+using tool::lines_of;
 
 using Names = std::set<std::string>;
-
-std::vector<std::string> lines_of(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
 
 Names matches(const std::string& text, const std::regex& pattern) {
   Names found;

@@ -3,12 +3,12 @@
 #include <sys/stat.h>
 
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "automation/scripted_server.h"
 #include "automation/tool_process.h"
+#include "tools/bvconn/text_lines.h"
 
 namespace bvconn::test {
 namespace {
@@ -17,15 +17,9 @@ using nlohmann::ordered_json;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
+using tool::lines_of;
 
 using Lines = std::vector<std::string>;
-
-Lines lines_of(const std::string& text) {
-  Lines lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
 
 /// The trace of a batch; the answers do not matter here.
 Lines trace_of(const Lines& requests, Lines options = {}) {

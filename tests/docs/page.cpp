@@ -47,16 +47,6 @@ bool runs(const Block& block) {
 
 }  // namespace
 
-std::vector<std::string> lines_of(std::string_view text) {
-  std::vector<std::string> lines;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    lines.emplace_back(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return lines;
-}
-
 std::vector<Block> blocks_of(std::string_view markdown, const std::string& page) {
   const std::vector<std::string> lines = lines_of(markdown);
   std::vector<Block> blocks;

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/bvconn/text_lines.h"
+
 namespace bvconn::test {
 
 /// A code block of a page, with the comments in front of it that say how it is treated.
@@ -30,7 +32,6 @@ std::vector<std::string> pages_with_blocks(const std::filesystem::path& root);
 /// What is wrong with how a block says that it is treated; "" for nothing.
 std::string complaint_about(const Block& block);
 
-/// The text in its lines, without their ends.
-std::vector<std::string> lines_of(std::string_view text);
+using tool::lines_of;
 
 }  // namespace bvconn::test

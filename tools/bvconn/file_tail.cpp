@@ -59,16 +59,6 @@ FileTail file_tail(const std::string& path, std::size_t size_max) {
   return tail;
 }
 
-std::vector<std::string> lines_of(std::string_view text) {
-  std::vector<std::string> lines;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    lines.emplace_back(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return lines;
-}
-
 std::string write_private_file(const std::string& path, std::string_view text) {
   int code = 0;
   if (path == "-") {

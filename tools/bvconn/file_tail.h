@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace bvconn::tool {
 
@@ -15,8 +14,6 @@ struct FileTail {
 
 /// At most the last `size_max` bytes of a regular file; nothing else is waited for.
 FileTail file_tail(const std::string& path, std::size_t size_max);
-
-std::vector<std::string> lines_of(std::string_view text);
 
 /// Writes the text as the whole contents of a file that is its owner's alone; "-" is standard
 /// output. @return why that failed; "" where it did not.

@@ -23,6 +23,7 @@
 #include "mask_urls.h"
 #include "settings_command.h"
 #include "status.h"
+#include "text_lines.h"
 #include "text_mask.h"
 
 namespace bvconn::tool {
