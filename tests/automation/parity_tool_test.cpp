@@ -51,6 +51,22 @@ TEST(Parity, EqualAnswersCanGoByTheDal) {
   EXPECT_THAT(requests[3].line, HasSubstr("/OrderService/getSAPOrderView"));
 }
 
+TEST(Parity, BothRoutesGetWhatAPipeGivesButOnce) {
+  ScriptedServer server;
+  for (const char* reply : {"<return/>", "token", "", "<return/>"}) {
+    server.reply(std::string_view(reply).starts_with('<') ? reply_envelope(reply) : reply);
+  }
+  const Tool::Outcome outcome =
+      Tool::run({"parity", "BVOrderConnector.getSAPOrderView", "aServerURL=" + server.url(),
+                 "aSessionID=S", "aOrderGID=@-", "aIncludePrice=true", "--dal", server.url()},
+                "@G 1");
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  const auto requests = server.requests();
+  ASSERT_EQ(requests.size(), 4U);
+  EXPECT_THAT(requests[0].body, HasSubstr(">@G 1<"));
+  EXPECT_THAT(requests[3].body, HasSubstr("@G 1"));
+}
+
 TEST(Parity, DifferencesStandSideBySide) {
   Parity parity("<return><Number>1</Number><Line>a</Line><Line>b</Line></return>",
                 "<return><Number>2</Number><Line>a</Line><More>c</More></return>");

@@ -41,10 +41,6 @@ std::string value_text(std::string_view name, std::string_view given) {
   return names_password(name) ? without_line_end(std::move(text)) : text;
 }
 
-}  // namespace
-
-namespace {
-
 /// Names the other places from which these two can come.
 void require_connection(const Member& member, const CallArguments& arguments) {
   const auto require = [&](std::string_view name, std::string_view places) {
@@ -60,6 +56,19 @@ void require_connection(const Member& member, const CallArguments& arguments) {
 }
 
 }  // namespace
+
+std::vector<std::string> with_files_read(std::vector<std::string> texts) {
+  for (std::string& text : texts) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos) continue;
+    std::string_view name = std::string_view(text).substr(0, equals);
+    if (name.ends_with(':')) name.remove_suffix(1);
+    std::string value = value_text(name, std::string_view(text).substr(equals + 1));
+    if (value.starts_with('@')) value.insert(0, 1, '@');
+    text.replace(equals + 1, std::string::npos, value);
+  }
+  return texts;
+}
 
 CallArguments read_arguments(const Member& member, const std::vector<std::string>& texts,
                              const Connection& connection) {

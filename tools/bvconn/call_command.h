@@ -25,6 +25,10 @@ struct CallOptions {
   bool show_exchange = false;
 };
 
+/// The same texts with what the files hold in the place of each @FILE, to be read as arguments
+/// again: a file may be a pipe, which is read but once. @throws UsageError
+std::vector<std::string> with_files_read(std::vector<std::string> texts);
+
 /// The arguments of a command line; server and session identifier from the connection where they
 /// are not given. @throws UsageError
 CallArguments read_arguments(const automation::Member& member,

@@ -115,9 +115,6 @@ void require_comparable(const ObservedConduct& conduct, const ParityOptions& opt
   if (conduct.condition->needs_save && !options.twice) {
     throw UsageError("it saves, and would do so once on each route; --twice allows it");
   }
-  for (const std::string& text : options.arguments) {
-    if (text.ends_with("=@-")) throw UsageError("standard input can be read but once");
-  }
 }
 
 bool is_disabled(Session& session, const ObservedConduct& conduct) {
@@ -130,13 +127,14 @@ bool is_disabled(Session& session, const ObservedConduct& conduct) {
   });
 }
 
-int compare_routes(const ParityOptions& options, std::ostream& out, std::ostream& err) {
+int compare_routes(ParityOptions options, std::ostream& out, std::ostream& err) {
   if (options.connection.dal.empty()) {
     throw UsageError("where the data access layer is has to be given, by --dal or BVCONN_DAL_URL");
   }
   const Target target = find_target(options.path);
   const ObservedConduct conduct = automation::observe_conduct(*target.info, *target.member);
   require_comparable(conduct, options);
+  options.arguments = with_files_read(std::move(options.arguments));
   TextMask mask = mask_for(target, options);
   const std::string password = options.connection.password();
   mask.add(password);
