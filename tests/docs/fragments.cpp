@@ -1,5 +1,7 @@
 #include "docs/fragments.h"
 
+#include <regex>
+
 namespace bvconn::test {
 namespace {
 
@@ -17,6 +19,16 @@ std::string name_of(const Block& block) {
 }
 
 }  // namespace
+
+std::vector<std::string> missing_from_library(std::string_view messages) {
+  static const std::regex kOurs("undefined reference to `((?:[a-z -]+ for )?bvconn::[^']*)'");
+  std::vector<std::string> names;
+  for (const std::string& line : lines_of(messages)) {
+    std::smatch found;
+    if (std::regex_search(line, found, kOurs)) names.push_back(found[1]);
+  }
+  return names;
+}
 
 std::string source_of(const std::vector<Block>& fragments) {
   std::string includes = "#include \"docs/given.h\"\n";

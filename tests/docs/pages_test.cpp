@@ -1,4 +1,5 @@
 // Every block of every page does what the page says.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -58,7 +59,20 @@ std::string name_of_page(const testing::TestParamInfo<std::string>& page) {
 
 INSTANTIATE_TEST_SUITE_P(Docs, Page, testing::ValuesIn(pages_with_blocks(kRoot)), name_of_page);
 
-TEST(Pages, HaveFragmentsThatCompile) {
+/// Compiles a source, and links it with the library as an application does. Blocks speak of
+/// functions of the application's own, so the linker only warns.
+int build_with_library(const std::string& source, const std::string& made,
+                       const std::string& messages) {
+  const std::string command =
+      "LC_ALL=C " BVCONN_COMPILER
+      " -std=c++20 -fPIC -shared -Wl,-z,defs,--warn-unresolved-symbols -I " +
+      quoted(BVCONN_SOURCE_DIR) + " -I " + quoted(BVCONN_SOURCE_DIR "/tests") + " " +
+      quoted(source) + " " + quoted(BVCONN_TESTING_LIBRARY) + " " + quoted(BVCONN_LIBRARY) +
+      " -o " + quoted(made) + " 2>" + quoted(messages);
+  return std::system(command.c_str());
+}
+
+TEST(Pages, HaveFragmentsThatCompileAndLink) {
   std::vector<Block> fragments;
   for (const std::string& page : pages_with_blocks(kRoot)) {
     for (const Block& block : blocks_of_page(page)) {
@@ -71,10 +85,23 @@ TEST(Pages, HaveFragmentsThatCompile) {
   const TemporaryFolder folder;
   const std::string source = folder.file("fragments.cpp", source_of(fragments));
   const std::string messages = (folder / "messages").string();
-  const std::string command =
-      std::string(BVCONN_COMPILER " -std=c++20 -fsyntax-only -I ") + quoted(BVCONN_SOURCE_DIR) +
-      " -I " + quoted(BVCONN_SOURCE_DIR "/tests") + " " + quoted(source) + " 2>" + quoted(messages);
-  EXPECT_EQ(std::system(command.c_str()), 0) << read_text(messages);
+  ASSERT_EQ(build_with_library(source, (folder / "fragments.so").string(), messages), 0)
+      << read_text(messages);
+  EXPECT_THAT(missing_from_library(read_text(messages)), testing::IsEmpty());
+}
+
+TEST(Pages, WouldShowANameThatTheLibraryKeepsToItself) {
+  const TemporaryFolder folder;
+  const std::string source =
+      folder.file("use.cpp",
+                  "namespace bvconn::detail { bool is_utf8(const char*); }\n"
+                  "void own();\n"
+                  "void use() { if (bvconn::detail::is_utf8(\"\")) own(); }\n");
+  const std::string messages = (folder / "messages").string();
+  ASSERT_EQ(build_with_library(source, (folder / "use.so").string(), messages), 0)
+      << read_text(messages);
+  EXPECT_THAT(missing_from_library(read_text(messages)),
+              testing::ElementsAre("bvconn::detail::is_utf8(char const*)"));
 }
 
 }  // namespace
