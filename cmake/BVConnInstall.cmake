@@ -1,6 +1,7 @@
-# What is installed, and where. Each rule belongs to one of four components, so that a package can
+# What is installed, and where. Each rule belongs to one of five components, so that a package can
 # take them apart: BVConn_runtime (the shared library), BVConn_development (headers, the static
-# library, what find_package and pkg-config read), BVConn_tools and BVConn_documentation.
+# library, what find_package and pkg-config read), BVConn_tools, BVConn_documentation and
+# BVConn_reference.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
@@ -93,14 +94,46 @@ function(bvconn_install_completions target)
   add_custom_target(${target}_completions ALL DEPENDS ${scripts})
 endfunction()
 
-# bvconn_install_documents(): the guides, and the examples as they are built from an installed package.
+# bvconn_install_documents(): the guides for those who use the library, and the examples as they are
+# built from an installed package. The README of the sources leads through these; the one that is
+# installed is docs/installed.md, whose links are led one folder down.
 function(bvconn_install_documents)
   set(documentation DESTINATION "${BVCONN_INSTALL_DOCDIR}" COMPONENT BVConn_documentation)
-  install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md" ${documentation})
+  set(page "${PROJECT_SOURCE_DIR}/docs/installed.md")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${page}")
+  file(READ "${page}" text)
+  string(REGEX REPLACE "\\]\\(([a-z-]+\\.md)" "](docs/\\1" text "${text}")
+  string(REPLACE "](../" "](" text "${text}")
+  file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/install/README.md" CONTENT "${text}" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/install/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+    ${documentation})
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" ${documentation}
-    FILES_MATCHING PATTERN "*.md" PATTERN "man" EXCLUDE)
+    FILES_MATCHING PATTERN "*.md" PATTERN "installed.md" EXCLUDE
+    # These are for work on the sources.
+    PATTERN "adding-an-operation.md" EXCLUDE PATTERN "rooms.md" EXCLUDE
+    PATTERN "man" EXCLUDE PATTERN "reference" EXCLUDE)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" ${documentation}
     FILES_MATCHING PATTERN "*.cpp" PATTERN "*.c")
   install(FILES "${PROJECT_SOURCE_DIR}/cmake/BVConnExamples.cmake" RENAME CMakeLists.txt
     DESTINATION "${BVCONN_INSTALL_DOCDIR}/examples" COMPONENT BVConn_documentation)
+endfunction()
+
+# bvconn_install_reference(): the target bvconn_reference makes the pages of HTML, with Python and
+# Doxygen, in docs/html of the build folder. It takes a minute or two and belongs to no other target;
+# what it has made is installed.
+function(bvconn_install_reference)
+  find_package(Python3 3.9 COMPONENTS Interpreter QUIET)
+  if(NOT Python3_FOUND)
+    return()
+  endif()
+  set(html "${PROJECT_BINARY_DIR}/docs/html")
+  add_custom_target(bvconn_reference
+    COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/docs/reference/generate.py"
+            --build "${PROJECT_BINARY_DIR}" --out "${html}"
+    COMMENT "Making the pages; each example runs against a sandbox of its own"
+    DEPENDS bvconn bvsandbox USES_TERMINAL VERBATIM)
+  if(BVCONN_INSTALL)
+    install(DIRECTORY "${html}" DESTINATION "${BVCONN_INSTALL_DOCDIR}"
+      COMPONENT BVConn_reference OPTIONAL)
+  endif()
 endfunction()
