@@ -37,7 +37,7 @@ def options():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("--build", default=os.path.join(ROOT, "build/dev"),
                         help="the build folder that has the tool and the sandbox")
-    parser.add_argument("--out", default=os.path.join(ROOT, "build/docs/html"))
+    parser.add_argument("--out", default=os.path.join(ROOT, "build/dev/docs/html"))
     parser.add_argument("--source", default=ROOT, help="the source tree")
     parser.add_argument("--without-api", action="store_true",
                         help="leave out the pages that Doxygen makes")
