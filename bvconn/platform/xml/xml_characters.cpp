@@ -41,50 +41,52 @@ constexpr std::size_t length_from_lead(unsigned lead) {
   return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
 }
 
+// Past bytes that are printable ASCII or white space, as long as there are as many as are looked at
+// together.
 #if defined(BVCONN_XML_VECTORS)
 
-constexpr std::size_t kBlock = kVectorBytes;
-
-// Whether a block holds nothing but printable ASCII and white space.
-bool is_plain(const char* block) noexcept {
-  const Vector bytes = load(block);
-  const Vector spaces =
-      either(equals(bytes, '\t'), either(equals(bytes, '\n'), equals(bytes, '\r')));
-  return first_of(first_without_second(below_or_beyond_ascii(bytes, ' '), spaces)) == kVectorBytes;
-}
-
-// Past as many blocks of printable ASCII as there are, four at a time: replies are made of them.
-std::size_t skip_printable(std::string_view text, std::size_t at) noexcept {
-  const auto strange = [](const char* block) { return below_or_beyond_ascii(load(block), ' '); };
-  for (; text.size() - at >= 4 * kBlock; at += 4 * kBlock) {
-    const char* const block = text.data() + at;
-    const Vector found = either(either(strange(block), strange(block + kBlock)),
-                                either(strange(block + 2 * kBlock), strange(block + 3 * kBlock)));
-    if (first_of(found) != kVectorBytes) break;
+std::size_t skip_plain(std::string_view text, std::size_t at) noexcept {
+  constexpr std::size_t kBlock = kVectorBytes;
+  const auto strange = [&text](std::size_t place) {
+    return below_or_beyond_ascii(load(text.data() + place), ' ');
+  };
+  while (text.size() - at >= kBlock) {
+    const Vector bytes = load(text.data() + at);
+    const Vector spaces =
+        either(equals(bytes, '\t'), either(equals(bytes, '\n'), equals(bytes, '\r')));
+    const auto first =
+        static_cast<std::size_t>(first_of(first_without_second(strange(at), spaces)));
+    at += first;
+    if (first != kBlock) return at;
+    // Replies are mostly made of printable ASCII.
+    for (; text.size() - at >= 4 * kBlock; at += 4 * kBlock) {
+      const Vector found = either(either(strange(at), strange(at + kBlock)),
+                                  either(strange(at + 2 * kBlock), strange(at + 3 * kBlock)));
+      if (first_of(found) != kVectorBytes) break;
+    }
   }
   return at;
 }
 
 #else
 
-constexpr std::size_t kBlock = 8;
-
-bool is_plain(const char* block) noexcept {
-  return std::all_of(block, block + kBlock, [](char byte) {
-    return is_ascii(byte) && is_character(static_cast<unsigned char>(byte));
-  });
-}
-std::size_t skip_printable(std::string_view, std::size_t at) noexcept {
+std::size_t skip_plain(std::string_view text, std::size_t at) noexcept {
+  while (at < text.size() && is_ascii(text[at]) && is_character(byte_at(text, at))) ++at;
   return at;
 }
 
 #endif
 
-// The length of a character of two bytes, which needs no more than a look at both; or 0.
-std::size_t length_of_pair(std::string_view text, std::size_t at) noexcept {
-  const bool is_pair = text.size() - at >= 2 && byte_at(text, at) >= 0xC2 &&
-                       byte_at(text, at) < 0xE0 && (byte_at(text, at + 1) & 0xC0u) == 0x80;
-  return is_pair ? 2 : 0;
+// The length of the character at `at`; 0 when it is none, or none that a document may hold.
+std::size_t length_of_character(std::string_view text, std::size_t at) noexcept {
+  const unsigned lead = byte_at(text, at);
+  if (lead < 0x80) return is_character(lead) ? 1 : 0;
+  // Of two bytes all are allowed.
+  if (lead >= 0xC2 && lead < 0xE0 && text.size() - at >= 2) {
+    return (byte_at(text, at + 1) & 0xC0u) == 0x80 ? 2 : 0;
+  }
+  const Decoded found = decode(text.substr(at, 4));
+  return is_character(found.character) ? found.length : 0;
 }
 
 }  // namespace
@@ -133,29 +135,10 @@ char* encode(char32_t c, char* to) noexcept {
 }
 
 std::size_t find_unreadable(std::string_view text) noexcept {
-  std::size_t at = 0;
-  while (at < text.size()) {
-    at = skip_printable(text, at);
-    if (text.size() - at >= kBlock && is_plain(text.data() + at)) {
-      at += kBlock;
-      continue;
-    }
-    const std::size_t stop = std::min(text.size(), at + kBlock);
-    while (at < stop) {
-      const char byte = text[at];
-      if (is_ascii(byte)) {
-        if (!is_character(static_cast<unsigned char>(byte))) return at;
-        ++at;
-        continue;
-      }
-      std::size_t length = length_of_pair(text, at);
-      if (length == 0) {
-        const Decoded found = decode(text.substr(at, 4));
-        if (found.length == 0 || !is_character(found.character)) return at;
-        length = found.length;
-      }
-      at += length;
-    }
+  for (std::size_t at = skip_plain(text, 0); at < text.size(); at = skip_plain(text, at)) {
+    const std::size_t length = length_of_character(text, at);
+    if (length == 0) return at;
+    at += length;
   }
   return std::string_view::npos;
 }

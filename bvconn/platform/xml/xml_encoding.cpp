@@ -142,6 +142,7 @@ std::string_view encoding_declared(std::string_view bytes) {
 }
 
 Encoding encoding_of(std::string_view bytes) {
+  if (usual_declaration(bytes) != 0) return Encoding::utf_8;
   if (const auto shown = encoding_shown(bytes)) return *shown;
   const std::string_view declared = encoding_declared(bytes);
   if (declared.empty()) return Encoding::utf_8;
@@ -287,6 +288,18 @@ std::string from_utf_16(std::string_view bytes, bool is_big_endian) {
 }
 
 }  // namespace
+
+std::size_t usual_declaration(std::string_view document) noexcept {
+  constexpr std::string_view kBeginning = R"(<?xml version="1.0" encoding=")";
+  constexpr std::string_view kRest = R"(UTF-8"?>)";
+  constexpr std::string_view kRestInSmall = R"(utf-8"?>)";
+  constexpr std::size_t kSize = kBeginning.size() + kRest.size();
+  if (document.size() < kSize || !same_text(document.substr(0, kBeginning.size()), kBeginning)) {
+    return 0;
+  }
+  const std::string_view rest = document.substr(kBeginning.size(), kRest.size());
+  return rest == kRest || rest == kRestInSmall ? kSize : 0;
+}
 
 std::string to_utf8(std::string bytes, std::string_view override_encoding) {
   const Encoding encoding =

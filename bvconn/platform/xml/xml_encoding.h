@@ -1,11 +1,16 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "bvconn/platform/xml/xml_error.h"
 
 namespace bvconn::detail::xml {
+
+/// The size of an XML declaration at the beginning that says UTF-8 in the words that nearly all
+/// documents have: there is nothing to find out about it. 0 for any other, and for none.
+std::size_t usual_declaration(std::string_view document) noexcept;
 
 /// The bytes of a document as UTF-8, for `parse`. Text that is UTF-8 (or plain ASCII) already is
 /// handed back as it came, unchecked: the reader checks it.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "bvconn/platform/xml/xml_encoding.h"
 #include "bvconn/platform/xml/xml_scan.h"
 
 namespace bvconn::detail::xml {
@@ -57,6 +58,10 @@ void Reader::begin_document() {
   if (starts_with(at_, kByteOrderMark)) at_ += kByteOrderMark.size();
   document_ = at_;
   if (at_ == end_ && !is_cut_) fail(at_, "the document is empty");
+  if (const std::size_t usual = usual_declaration(slice(at_, end_)); usual != 0) {
+    at_ += usual;
+    return;
+  }
   if (!starts_with(at_, kDeclarationBegin)) return;
   char* after = at_ + kDeclarationBegin.size();
   if (is(*after, kIsSpace) || *after == '?' || after == end_) at_ = xml_declaration(after);

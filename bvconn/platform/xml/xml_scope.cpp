@@ -8,6 +8,10 @@
 namespace bvconn::detail::xml {
 namespace {
 
+std::uint64_t word_of(std::string_view prefix) {
+  return xml::word_of(prefix.data(), prefix.size());
+}
+
 // From this size on equal namespaces are made one slice. Otherwise two very long ones, declared
 // once and compared for each element, would make reading quadratic.
 constexpr std::size_t kLongUri = 256;
@@ -22,16 +26,11 @@ int compare_uris(std::string_view a, std::string_view b) noexcept {
 }
 
 Scope::Scope() {
-  add_slot("", "");
-  add_slot("xml", kXmlUri);
+  slots_.push({word_of(""), "", ""});
+  slots_.push({word_of("xml"), "xml", kXmlUri});
 }
 
-void Scope::add_slot(std::string_view prefix, std::string_view uri) {
-  slots_.push({word_of(prefix.data(), prefix.size()), prefix, uri});
-}
-
-std::size_t Scope::find(std::string_view prefix) const noexcept {
-  const std::uint64_t word = word_of(prefix.data(), prefix.size());
+std::size_t Scope::find(std::string_view prefix, std::uint64_t word) const noexcept {
   // From the innermost ones outwards: most names are in their namespaces.
   for (std::size_t i = std::min(slots_.size(), kSearchedInTurn); i-- > 0;) {
     const Slot& slot = slots_[i];
@@ -48,18 +47,19 @@ std::size_t Scope::find(std::string_view prefix) const noexcept {
 }
 
 std::optional<std::string_view> Scope::lookup(std::string_view prefix) const noexcept {
-  const std::size_t slot = find(prefix);
+  const std::size_t slot = find(prefix, word_of(prefix));
   if (slot == kNoSlot) return std::nullopt;
   return slots_[slot].uri;
 }
 
 void Scope::declare(std::string_view prefix, std::string_view uri) {
   if (uri.size() >= kLongUri) uri = *long_uris_.insert(uri).first;
-  std::size_t slot = find(prefix);
+  const std::uint64_t word = word_of(prefix);
+  std::size_t slot = find(prefix, word);
   const bool is_new = slot == kNoSlot;
   if (is_new) {
     slot = slots_.size();
-    add_slot(prefix, uri);
+    slots_.push({word, prefix, uri});
     if (slot >= kSearchedInTurn) others_.emplace(prefix, slot);
   }
   declarations_.push({slot, is_new, state_, slots_[slot].uri});

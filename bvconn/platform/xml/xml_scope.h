@@ -64,8 +64,7 @@ class Scope {
   static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
   static constexpr std::size_t kSearchedInTurn = 16;
 
-  void add_slot(std::string_view prefix, std::string_view uri);
-  std::size_t find(std::string_view prefix) const noexcept;
+  std::size_t find(std::string_view prefix, std::uint64_t word) const noexcept;
   void forget(std::size_t mark) noexcept;
 
   Stack<Slot, 10> slots_;
