@@ -12,6 +12,7 @@
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/soap/float_text.h"
 #include "bvconn/platform/soap/moment_text.h"
 #include "bvconn/platform/soap/soap_node.h"
 #include "bvconn/platform/soap/soap_uris.h"
@@ -141,7 +142,16 @@ constexpr std::array<std::string_view, 24> kTypes{"base64",
                                                   "unsignedLong",
                                                   "unsignedShort"};
 
+// The short way to a number leads where the long one does.
+void check_float(const std::string& text) {
+  const auto quick = detail::short_decimal_of(text);
+  if (!quick) return;
+  const auto any = detail::float_of(text);
+  require(any && same(*quick, *any), "a short decimal is another number", text);
+}
+
 void check_typed(const std::string& text, std::string_view type) {
+  check_float(text);
   const auto value = detail::typed_value(text, type, detail::kEncodingUri);
   // A name is not looked at so closely: one with a blank in it loses that when it is read again.
   if (!value || value->is(Variant::Type::kString)) return;

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "automation/scripted_server.h"
 #include "automation/shell.h"
@@ -170,6 +171,21 @@ TEST(OutputThatCannotBeWritten, EndsABatch) {
       Shell().run("yes '{\"get\":\"BVMethods.Beat\"}' 2>&- | bvconn batch > /dev/full");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.err, "bvconn: the output cannot be written: No space left on device\n");
+}
+
+TEST(OutputThatCannotBeWritten, IsSaidOfAnAnswerThatComesInParts) {
+  std::string rows;
+  for (int i = 0; i < 5000; ++i) rows += "<Row><Name>Bolt " + std::to_string(i) + "</Name></Row>";
+  const std::string call = "bvconn call --json BVInvoiceConnector.GetInvoice strInvoiceUID=U1";
+  for (const auto& [place, reason] : {std::pair(" > /dev/full", "No space left on device"),
+                                      std::pair(" | head -c 70000 > /dev/null", "Broken pipe")}) {
+    ScriptedServer server;
+    server.reply(reply_envelope("<return>" + rows + "</return>"));
+    const auto outcome = Shell().run(call + " --session S --server " + server.url() + place +
+                                     "; echo \"${PIPESTATUS[0]}\"");
+    EXPECT_EQ(outcome.out, "1\n");
+    EXPECT_EQ(outcome.err, std::string("bvconn: the output cannot be written: ") + reason + "\n");
+  }
 }
 
 TEST(OutputThatCannotBeWritten, NeverGoesIntoTheConnectionWhereItIsClosed) {

@@ -30,6 +30,14 @@ std::string what_there_is(const detail::Children& children) {
               "There is no node " + wanted + "; " + what_there_is(children));
 }
 
+detail::NodeRef child_at(const detail::NodeRef& owner, std::size_t index) {
+  const auto children = detail::children_of(*owner);
+  if (index >= children.size()) {
+    no_such_node("at index " + std::to_string(index), children);
+  }
+  return detail::NodeRef(children[index]);
+}
+
 }  // namespace
 
 SoapNode SoapNode::make(std::string_view name) {
@@ -88,11 +96,7 @@ void SoapNodes::Append(const SoapNode& node) {
 }
 
 SoapNode SoapNodes::Item(std::size_t index) const {
-  const auto children = detail::children_of(*owner_);
-  if (index >= children.size()) {
-    no_such_node("at index " + std::to_string(index), children);
-  }
-  return SoapNode(detail::NodeRef(children[index]));
+  return SoapNode(child_at(owner_, index));
 }
 
 SoapNode SoapNodes::ItemByName(std::string_view name, std::string_view name_space) const {
@@ -121,7 +125,7 @@ SoapNodes::iterator SoapNodes::end() const {
 }
 
 SoapNode SoapNodes::iterator::operator*() const {
-  return SoapNodes(owner_).Item(index_);
+  return SoapNode(child_at(owner_, index_));
 }
 SoapNodes::iterator& SoapNodes::iterator::operator++() {
   ++index_;
