@@ -6,6 +6,7 @@
 #include "bvconn/core/logging.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/settings/settings_moment.h"
 
 namespace bvconn::Global {
 namespace {
@@ -55,6 +56,8 @@ bool TraceSoapTraffic() {
   try {
     auto& logger = session().Logger();
     logger.LogInfo("Global", kTraceReader, "Entering Method...", 0);
+    // One look at the file answers both questions.
+    const detail::SettingsMoment moment;
     const auto registry = settings();
     if (!registry->Exists(kTraceSoapTrafficPath)) {
       // deliberate [trace-default]: a number, where all others write a word.

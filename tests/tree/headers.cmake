@@ -12,7 +12,7 @@ function(bvconn_header_checks name)
          "#include \"bvconn/@header@\"\n#include \"bvconn/@header@\"  // guarded\n")
     list(APPEND sources "${source}")
     file(STRINGS "${PROJECT_SOURCE_DIR}/bvconn/${header}" third_party
-         REGEX "^#include <(curl|zlib|toml|nlohmann)")
+         REGEX "^#include (<(curl|zlib|toml|nlohmann)|\"bvconn/platform/settings/toml_reader)")
     if(NOT third_party)
       string(APPEND hostile "#include \"bvconn/${header}\"\n"
              "#if !defined(min) || !defined(max)\n"

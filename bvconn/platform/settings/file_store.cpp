@@ -103,9 +103,18 @@ void check_size(const std::string& path, std::size_t size) {
   }
 }
 
+/// Of a file that was read. What a file of the system's own holds may change and its size be none.
+std::optional<FileStamp> lasting_stamp(const struct stat& status, std::size_t size,
+                                       std::int64_t asked_at_ns) {
+  const std::optional<FileStamp> stamp = stamp_of(status);
+  const bool is_lasting = stamp && stamp->size == static_cast<std::int64_t>(size) &&
+                          can_be_trusted(*stamp, asked_at_ns);
+  return is_lasting ? stamp : std::nullopt;
+}
+
 }  // namespace
 
-std::optional<std::string> read_settings_file(const std::string& path) {
+std::optional<SettingsText> read_settings_file(const std::string& path) {
   const auto [file, code] = open_file(path, O_RDONLY);
   // A path that leads through a file cannot hold one either.
   if (code == ENOENT || code == ENOTDIR) {
@@ -114,12 +123,18 @@ std::optional<std::string> read_settings_file(const std::string& path) {
   if (!file) {
     fail_unusable("read", path, system_message(code));
   }
+  const std::int64_t asked_at_ns = now_ns();
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0) {
+    fail_unusable("read", path, system_message(errno));
+  }
   std::string bytes;
   std::array<char, 16384> block;
   while (true) {
     const ssize_t got = ::read(file.get(), block.data(), block.size());
     if (got == 0) {
-      return bytes;
+      const auto stamp = lasting_stamp(status, bytes.size(), asked_at_ns);
+      return SettingsText{.bytes = std::move(bytes), .stamp = stamp};
     }
     if (got > 0) {
       bytes.append(block.data(), static_cast<std::size_t>(got));

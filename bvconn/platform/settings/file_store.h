@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "bvconn/platform/files.h"
+#include "bvconn/platform/settings/file_stamp.h"
 
 /// Settings files as bytes: read, locked, replaced. Errors have the source "RegistryAccess" and the
 /// number 0x80041002, and name the file and the reason.
@@ -18,8 +19,15 @@ namespace bvconn::detail {
 /// Bytes of a settings file. A larger one is not read to its end, nor is one written.
 inline constexpr std::size_t kLargestSettings = std::size_t{1} << 20;
 
-/// What a file holds; nothing when it is absent. Fails with 0x80041001 for one that is too large.
-std::optional<std::string> read_settings_file(const std::string& path);
+/// What a settings file holds.
+struct SettingsText {
+  std::string bytes;
+  /// As long as the file has this stamp it holds the same bytes; nothing where no stamp says so.
+  std::optional<FileStamp> stamp;
+};
+
+/// Nothing when the file is absent. Fails with 0x80041001 for one that is too large.
+std::optional<SettingsText> read_settings_file(const std::string& path);
 
 /// The file that a path leads to in the end: symbolic links are followed, so that writing changes
 /// the file that they point at and leaves them in place. Fails for a pipe, a socket or a device,

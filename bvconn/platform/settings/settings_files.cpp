@@ -9,7 +9,9 @@
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/settings/file_store.h"
+#include "bvconn/platform/settings/known_tables.h"
 #include "bvconn/platform/settings/registry_access.h"
+#include "bvconn/platform/settings/settings_tables.h"
 #include "bvconn/platform/settings/toml_reader.h"
 
 namespace bvconn {
@@ -19,97 +21,15 @@ RegistryAccess::~RegistryAccess() = default;
 namespace {
 
 using conversions::equal_ignoring_case;
+using detail::collect_tables;
+using detail::find_value;
+using detail::Place;
+using detail::split_path;
+using detail::ValuePath;
 
 /// Writers hold the lock for as long as it takes to write a small file.
 constexpr std::chrono::milliseconds kLockWait{5000};
 constexpr std::string_view kSource = "RegistryAccess";
-
-/// A full path, taken apart. The views point into the path.
-struct ValuePath {
-  SettingsRoot root;
-  std::string_view key;
-  std::string_view name;
-};
-
-ValuePath split_path(std::string_view path) {
-  const std::size_t first = path.find('\\');
-  const std::size_t last = path.rfind('\\');
-  const std::string_view root = path.substr(0, first);
-  const auto is_root = [root](std::string_view brief, std::string_view full) {
-    return equal_ignoring_case(root, brief) || equal_ignoring_case(root, full);
-  };
-  const bool user = is_root("HKCU", "HKEY_CURRENT_USER");
-  if (first == std::string_view::npos || !(user || is_root("HKLM", "HKEY_LOCAL_MACHINE"))) {
-    throw Error(error_numbers::kSettingsUnusable, kSource,
-                "The path " + detail::shown(path) + " begins with no known root");
-  }
-  return {.root = user ? SettingsRoot::kCurrentUser : SettingsRoot::kLocalMachine,
-          .key = last > first ? path.substr(first + 1, last - first - 1) : std::string_view(),
-          .name = path.substr(last + 1)};
-}
-
-/// What is left of `key` behind `part`, its first component or components; nothing when the key
-/// does not begin with them.
-std::optional<std::string_view> behind(std::string_view key, std::string_view part) {
-  if (part.size() > key.size() || !equal_ignoring_case(key.substr(0, part.size()), part)) {
-    return std::nullopt;
-  }
-  std::string_view rest = key.substr(part.size());
-  if (rest.empty()) {
-    return rest;
-  }
-  if (!rest.starts_with('\\')) {
-    return std::nullopt;
-  }
-  rest.remove_prefix(1);
-  return rest;
-}
-
-/// All tables that stand for a key: a key path may be one name or be spread over nested tables, and
-/// several spellings of it may stand in one file.
-void collect_tables(toml::table& table, std::string_view key, std::vector<toml::table*>& found) {
-  if (key.empty()) {
-    found.push_back(&table);
-    return;
-  }
-  for (auto&& [name, node] : table) {
-    toml::table* inner = node.as_table();
-    const std::optional<std::string_view> rest = inner ? behind(key, name.str()) : std::nullopt;
-    if (rest) {
-      collect_tables(*inner, *rest, found);
-    }
-  }
-}
-
-/// A value's place: its table, and its name as the file spells it.
-struct Place {
-  toml::table* table = nullptr;
-  std::string_view name;
-};
-
-std::optional<Place> find_value(const std::vector<toml::table*>& tables, std::string_view name) {
-  for (toml::table* table : tables) {
-    for (auto&& [spelling, node] : *table) {
-      if (!node.is_table() && equal_ignoring_case(spelling.str(), name)) {
-        return Place{table, spelling.str()};
-      }
-    }
-  }
-  return std::nullopt;
-}
-
-[[noreturn]] void fail_not_toml(const std::string& path, const detail::TomlTrouble& trouble) {
-  throw Error(error_numbers::kSettingsNotToml, kSource,
-              "The settings file \"" + path + "\" is not TOML at line " +
-                  std::to_string(trouble.at.line) + ", column " +
-                  std::to_string(trouble.at.column) + ": " + trouble.reason);
-}
-
-toml::table parse(const std::string& text, const std::string& path) {
-  detail::TomlReading reading = detail::read_toml(text);
-  if (reading.trouble) fail_not_toml(path, *reading.trouble);
-  return std::move(reading.table);
-}
 
 std::string serialize(const toml::table& table) {
   std::ostringstream out;
@@ -128,16 +48,15 @@ class SettingsFiles final : public RegistryAccess {
 
   bool Exists(std::string_view path) override {
     const ValuePath value = split_path(path);
-    toml::table file = load(path_of(value.root));
-    return node_at(file, value) != nullptr;
+    const auto file = load(value.root);
+    return node_at(*file, value) != nullptr;
   }
 
   void Write(std::string_view path, const SettingValue& value, std::string_view type) override;
 
   double ReadNumber(SettingsRoot root, std::string_view key, std::string_view name) override {
-    const std::string& path = path_of(root);
-    toml::table file = load(path);
-    const toml::node* node = node_at(file, {.root = root, .key = key, .name = name});
+    const auto file = load(root);
+    const toml::node* node = node_at(*file, {.root = root, .key = key, .name = name});
     if (node == nullptr) {
       return 0;
     }
@@ -150,13 +69,12 @@ class SettingsFiles final : public RegistryAccess {
     if (const auto* text = node->as_string()) {
       return conversions::text_to_double(text->get());
     }
-    fail_mismatch(path, name, "number");
+    fail_mismatch(path_of(root), name, "number");
   }
 
   std::string ReadString(SettingsRoot root, std::string_view key, std::string_view name) override {
-    const std::string& path = path_of(root);
-    toml::table file = load(path);
-    const toml::node* node = node_at(file, {.root = root, .key = key, .name = name});
+    const auto file = load(root);
+    const toml::node* node = node_at(*file, {.root = root, .key = key, .name = name});
     if (node == nullptr) {
       return "";
     }
@@ -170,7 +88,7 @@ class SettingsFiles final : public RegistryAccess {
       case toml::node_type::boolean:
         return conversions::boolean_text(node->as_boolean()->get());
       default:
-        fail_mismatch(path, name, "text");
+        fail_mismatch(path_of(root), name, "text");
     }
   }
 
@@ -179,10 +97,9 @@ class SettingsFiles final : public RegistryAccess {
     return root == SettingsRoot::kCurrentUser ? user_path_ : machine_path_;
   }
 
-  /// The file is read anew each time: a switch that support staff turn on counts at once.
-  static toml::table load(const std::string& path) {
-    const std::optional<std::string> text = detail::read_settings_file(path);
-    return text ? parse(*text, path) : toml::table();
+  /// As the file is now: a switch that support staff turn on counts at once.
+  std::shared_ptr<toml::table> load(SettingsRoot root) const {
+    return detail::known_table(root, path_of(root));
   }
 
   static const toml::node* node_at(toml::table& file, const ValuePath& value) {
@@ -255,11 +172,13 @@ void SettingsFiles::Write(std::string_view path, const SettingValue& value, std:
   const std::string file_path = detail::resolve_links(path_of(place.root));
   detail::make_folders_of(file_path);
   const detail::FileLock lock(file_path + ".lock", kLockWait);
-  toml::table file = load(file_path);
+  // Whatever comes of it, nothing that was seen before holds any longer.
+  detail::forget_tables();
+  toml::table file = detail::read_table(file_path).table;
   put(file, file_path, place, content);
   const std::string text = serialize(file);
   // Better no change than a file that has lost something.
-  if (parse(text, file_path) != file) {
+  if (detail::parse_settings(text, file_path) != file) {
     detail::fail_unusable("write", file_path, "it holds values that do not survive a rewrite");
   }
   detail::replace_file(file_path, text);
