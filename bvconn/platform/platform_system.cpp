@@ -1,9 +1,9 @@
-#include <chrono>
+#include <cstdint>
 #include <cstdio>
-#include <ctime>
 #include <string>
 
 #include "bvconn/platform/clock.h"
+#include "bvconn/platform/local_time.h"
 #include "bvconn/platform/message_box.h"
 
 namespace bvconn {
@@ -15,30 +15,18 @@ namespace {
 
 class SystemClock final : public Clock {
  public:
-  Date now() override { return from_civil(local_time()); }
+  Date now() override { return Date{kDateOf1970.milliseconds + detail::local_now().wall_ms()}; }
 
   double timer() override {
-    const CivilDate time = local_time();
-    return time.hour * 3600.0 + time.minute * 60.0 + time.second + time.millisecond / 1000.0;
+    constexpr std::int64_t kDay_ms = 24LL * 60 * 60 * 1000;
+    const std::int64_t since_midnight = detail::local_now().wall_ms() % kDay_ms;
+    return static_cast<double>(since_midnight < 0 ? since_midnight + kDay_ms : since_midnight) /
+           1000.0;
   }
 
  private:
-  static CivilDate local_time() {
-    const auto now = std::chrono::system_clock::now();
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    const auto since_epoch =
-        std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count();
-    std::tm fields{};
-    localtime_r(&seconds, &fields);
-    return CivilDate{.year = fields.tm_year + 1900,
-                     .month = fields.tm_mon + 1,
-                     .day = fields.tm_mday,
-                     .hour = fields.tm_hour,
-                     .minute = fields.tm_min,
-                     // A leap second reads as the last ordinary one.
-                     .second = fields.tm_sec > 59 ? 59 : fields.tm_sec,
-                     .millisecond = static_cast<std::int32_t>(since_epoch % 1000)};
-  }
+  /// From 1899-12-30 to 1970-01-01.
+  static constexpr Date kDateOf1970{25'569LL * 24 * 60 * 60 * 1000};
 };
 
 class StderrMessageBox final : public MessageBox {

@@ -226,6 +226,40 @@ TEST_F(FileLogger, ALogThatWasMovedAwayIsBegunAnew) {
   EXPECT_THAT(lines(), ElementsAre("WARNING C m new"));
 }
 
+TEST_F(FileLogger, ALogThatWasRemovedIsBegunAnew) {
+  const auto log = logger("8");
+  log->LogInfo("C", "m", "one", 0);
+  std::filesystem::remove(path());
+  log->LogInfo("C", "m", "two", 0);
+  EXPECT_THAT(lines(), ElementsAre("INFO C m two"));
+}
+
+TEST_F(FileLogger, ALogThatAnotherTookThePlaceOfIsLeftAlone) {
+  const auto log = logger("8");
+  log->LogInfo("C", "m", "one", 0);
+  std::filesystem::rename(path(), path() + ".old");
+  files_test::put_bytes(path(), "a line] of another\n");
+  log->LogInfo("C", "m", "two", 0);
+  EXPECT_THAT(lines(), ElementsAre("of another", "INFO C m two"));
+  EXPECT_EQ(lines_of(path() + ".old").size(), 1U);
+}
+
+TEST_F(FileLogger, ATimeHasTheZoneInForce) {
+  const auto log = logger("8");
+  {
+    const ScopedEnvironment zone("TZ", "XST-05:30");
+    log->LogInfo("C", "m", "one", 0);
+  }
+  {
+    const ScopedEnvironment zone("TZ", "YST+08:15");
+    log->LogInfo("C", "m", "two", 0);
+  }
+  const auto all = lines_of(path());
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[0].substr(23, 6), "+0530 ");
+  EXPECT_EQ(all[1].substr(23, 6), "-0815 ");
+}
+
 TEST_F(FileLogger, LoggersOfTwoThreadsWriteWholeLinesToOneFile) {
   constexpr int kLines = 400;
   const auto first = logger("8");

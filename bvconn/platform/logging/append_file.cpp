@@ -10,14 +10,16 @@
 #include <cstdlib>
 #include <memory>
 #include <thread>
+#include <utility>
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/files.h"
 
-// A line is written under a shared lock, and a file is put aside under an exclusive one. So no
-// writer holds up another, but for the moment in which the file changes its name, and between the
-// look at the name and the write the name cannot go to another file.
+// Whoever opens the file for a line writes it under a shared lock, and a file is put aside under an
+// exclusive one. So no writer holds up another, but for the moment in which the file changes its
+// name, and between the look at the name and the write the name cannot go to another file. Who has
+// the file open already writes without a lock and looks afterwards whether the file is still there.
 namespace bvconn {
 namespace {
 
@@ -64,13 +66,14 @@ bool put_aside(const std::string& path, int file, const struct stat& status) {
 struct Appended {
   const char* step = "";
   int code = 0;
+  detail::Descriptor file{};  ///< that was written to
 };
 
 Appended append(const std::string& path, std::string_view bytes, std::uint64_t max_bytes) {
   bool is_bounded = max_bytes != 0;
   for (int attempt = 1;; ++attempt) {
-    const detail::OpenedFile opened = open_for_appending(path);
-    if (!opened.file) return {"open", opened.code};
+    detail::OpenedFile opened = open_for_appending(path);
+    if (!opened.file) return {.step = "open", .code = opened.code};
     const int file = opened.file.get();
     struct stat status {};
     // The lock of a device would be one for the whole system.
@@ -85,7 +88,9 @@ Appended append(const std::string& path, std::string_view bytes, std::uint64_t m
         continue;
       }
     }
-    return {"write", detail::write_all(file, bytes)};
+    const int code = detail::write_all(file, bytes);
+    if (is_locked) ::flock(file, LOCK_UN);
+    return {.step = "write", .code = code, .file = std::move(opened.file)};
   }
 }
 
@@ -102,6 +107,35 @@ void append_to_file(const std::string& path, std::string_view bytes, std::uint64
 
 bool try_append_to_file(const std::string& path, std::string_view bytes, std::uint64_t max_bytes) {
   return append(path, bytes, max_bytes).code == 0;
+}
+
+bool AppendedFile::append(std::string_view bytes) {
+  if (file_) {
+    if (const std::optional<bool> written = append_to_open(bytes)) return *written;
+  }
+  file_ = detail::Descriptor();
+  Appended appended = bvconn::append(path_, bytes, max_bytes_);
+  struct stat status {};
+  if (appended.code == 0 && ::fstat(appended.file.get(), &status) == 0) {
+    device_ = status.st_dev;
+    inode_ = status.st_ino;
+    file_ = std::move(appended.file);
+  }
+  return appended.code == 0;
+}
+
+// Nothing where the file is none to write to any longer, and nothing of the line is in it.
+std::optional<bool> AppendedFile::append_to_open(std::string_view bytes) const {
+  struct stat status {};
+  if (::stat(path_.c_str(), &status) != 0 || status.st_dev != device_ || status.st_ino != inode_) {
+    return std::nullopt;
+  }
+  const auto size = static_cast<std::uint64_t>(status.st_size);
+  const bool is_full = max_bytes_ != 0 && size != 0 && size + bytes.size() > max_bytes_;
+  if (is_full && S_ISREG(status.st_mode)) return std::nullopt;
+  if (detail::write_all(file_.get(), bytes) != 0) return false;
+  if (::fstat(file_.get(), &status) == 0 && status.st_nlink == 0) return std::nullopt;
+  return true;
 }
 
 }  // namespace bvconn

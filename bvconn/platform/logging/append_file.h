@@ -1,8 +1,14 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+
+#include "bvconn/platform/files.h"
 
 namespace bvconn {
 
@@ -19,5 +25,30 @@ void append_to_file(const std::string& path, std::string_view bytes, std::uint64
 /// The same, without an error: whether the bytes were written.
 bool try_append_to_file(const std::string& path, std::string_view bytes,
                         std::uint64_t max_bytes = 0);
+
+/// A file that lines are appended to one by one, as with `try_append_to_file`; it stays open
+/// between them, as long as its path leads to it.
+///
+/// No lock is taken for a line as a rule: a file that is put aside meanwhile keeps the line, and
+/// where it was removed altogether, the line is written once more, to the file that is there now.
+class AppendedFile {
+ public:
+  AppendedFile(std::string path, std::uint64_t max_bytes)
+      : path_(std::move(path)), max_bytes_(max_bytes) {}
+
+  const std::string& path() const { return path_; }
+  std::uint64_t max_bytes() const { return max_bytes_; }
+  /// Whether the bytes were written.
+  bool append(std::string_view bytes);
+
+ private:
+  std::optional<bool> append_to_open(std::string_view bytes) const;
+
+  std::string path_;
+  std::uint64_t max_bytes_;
+  detail::Descriptor file_;
+  dev_t device_ = 0;
+  ino_t inode_ = 0;
+};
 
 }  // namespace bvconn

@@ -1,13 +1,13 @@
 #include <unistd.h>
 
-#include <array>
 #include <charconv>
-#include <chrono>
-#include <ctime>
+#include <cstdlib>
 
 #include "bvconn/platform/conversions/conversions.h"
+#include "bvconn/platform/conversions/date.h"
 #include "bvconn/platform/conversions/text.h"
 #include "bvconn/platform/files.h"
+#include "bvconn/platform/local_time.h"
 #include "bvconn/platform/logging/append_file.h"
 #include "bvconn/platform/logging/session_logger.h"
 
@@ -52,40 +52,55 @@ std::string path_of(const char* variable, std::string_view name) {
   return path.empty() ? detail::user_file("XDG_STATE_HOME", ".local/state", name) : path;
 }
 
+/// Appends a number with so many digits.
+void append_digits(std::string& line, std::int64_t number, std::size_t digits) {
+  const std::size_t end = line.append(digits, '0').size();
+  for (std::size_t i = 1; i <= digits; ++i, number /= 10) {
+    line[end - i] = static_cast<char>('0' + number % 10);
+  }
+}
+
 /// "2007-01-05T10:11:12.250+0100": local time, with what it takes to compare it with a server's.
 void append_now(std::string& line) {
-  const auto now = std::chrono::system_clock::now();
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-  const auto milliseconds =
-      std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
-  std::tm fields{};
-  localtime_r(&seconds, &fields);
-  std::array<char, 32> buffer;
-  line.append(buffer.data(),
-              std::strftime(buffer.data(), buffer.size(), "%Y-%m-%dT%H:%M:%S.", &fields));
-  line.append(std::to_string(1000 + milliseconds), 1);
-  line.append(buffer.data(), std::strftime(buffer.data(), buffer.size(), "%z", &fields));
+  struct Part {
+    std::int32_t value;
+    std::size_t digits;
+    char before;
+  };
+  const detail::LocalMoment now = detail::local_now();
+  constexpr Date k1970{25'569LL * 24 * 60 * 60 * 1000};
+  const CivilDate date = to_civil(Date{k1970.milliseconds + now.wall_ms()});
+  for (const Part& part :
+       {Part{date.year, 4, '\0'}, Part{date.month, 2, '-'}, Part{date.day, 2, '-'},
+        Part{date.hour, 2, 'T'}, Part{date.minute, 2, ':'}, Part{date.second, 2, ':'},
+        Part{date.millisecond, 3, '.'}}) {
+    if (part.before != '\0') line.push_back(part.before);
+    append_digits(line, part.value, part.digits);
+  }
+  const std::int64_t minutes = std::abs(now.zone.offset_s) / 60;
+  line.push_back(now.zone.offset_s < 0 ? '-' : '+');
+  append_digits(line, minutes / 60 * 100 + minutes % 60, 4);
 }
 
 class FileLogger final : public SessionLogger {
  public:
   FileLogger()
       : mask_(mask_of(detail::environment("BVCONN_LOG_MASK"))),
-        max_bytes_(max_bytes_of(detail::environment("BVCONN_LOG_MAX_BYTES"))),
-        log_path_(path_of("BVCONN_LOG_FILE", "bvconn/bvconn.log")),
+        log_(path_of("BVCONN_LOG_FILE", "bvconn/bvconn.log"),
+             max_bytes_of(detail::environment("BVCONN_LOG_MAX_BYTES"))),
         trace_path_(path_of("BVCONN_TRACE_FILE", "bvconn/traffic.log")) {}
 
   // Who asks for a path is going to write there, and not everybody makes folders.
   std::string LogFilePath() override {
-    detail::make_folders_of(log_path_);
-    return log_path_;
+    detail::make_folders_of(log_.path());
+    return log_.path();
   }
   std::string TracingFilePath() override {
     detail::make_folders_of(trace_path_);
     return trace_path_;
   }
   std::int32_t LogMask() override { return mask_; }
-  std::uint64_t LogMaxBytes() const override { return max_bytes_; }
+  std::uint64_t LogMaxBytes() const override { return log_.max_bytes(); }
 
   void LogError(std::string_view cls, std::string_view method, const Error& error,
                 std::int32_t line) override {
@@ -141,7 +156,7 @@ class FileLogger final : public SessionLogger {
   }
 
   void write(std::string_view kind, std::string_view cls, std::string_view method,
-             std::string_view text) const {
+             std::string_view text) {
     std::string line;
     line.reserve(64 + cls.size() + method.size() + text.size());
     append_now(line);
@@ -154,12 +169,11 @@ class FileLogger final : public SessionLogger {
     }
     line.push_back('\n');
     // A log that cannot be written must not fail the call that it tells of.
-    try_append_to_file(log_path_, line, max_bytes_);
+    log_.append(line);
   }
 
   std::int32_t mask_;
-  std::uint64_t max_bytes_;
-  std::string log_path_;
+  AppendedFile log_;
   std::string trace_path_;
 };
 
