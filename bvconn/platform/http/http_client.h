@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "bvconn/platform/exchange/wire_facts.h"
-#include "bvconn/platform/http/http_exchange.h"
+#include "bvconn/platform/http/http_handle.h"
 #include "bvconn/platform/http/http_reply.h"
 #include "bvconn/platform/http/http_request.h"
 
@@ -39,25 +39,11 @@ class HttpClient {
   void disconnect() { handle_.reset(); }
 
  private:
-  struct HandleDeleter {
-    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
-  };
-  using Handle = std::unique_ptr<CURL, HandleDeleter>;
-
-  /// Whom a connection leads to, and how.
-  struct Peer {
-    std::string origin;
-    std::string proxy;
-    TlsFiles tls;
-    bool operator==(const Peer&) const = default;
-  };
-
   HttpReply run(const HttpRequest& request, const ReplyRules& rules);
-  CURLcode perform(const HttpRequest& request, curl_slist* headers, HttpExchange& exchange);
-  Handle take_handle(std::string_view source);
+  CURLcode perform(const HttpRequest& request, HttpExchange& exchange);
+  std::unique_ptr<HttpHandle> take_handle(const HttpRequest& request);
 
-  Handle handle_;
-  Peer peer_;
+  std::unique_ptr<HttpHandle> handle_;
   std::chrono::steady_clock::time_point last_use_;
   WireFacts facts_;
 };

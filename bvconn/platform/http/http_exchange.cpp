@@ -34,17 +34,17 @@ bool is_about_connecting(CURLcode code) {
 
 HttpExchange::HttpExchange(const HttpRequest& request, const ReplyRules& rules, WireFacts& facts)
     : request_(request),
-      shown_url_(shown_url(request.url)),
       secure_(is_https(request.url)),
-      reply_(request.source, shown_url_, rules),
-      traffic_(request.tracing_file, shown_url_),
+      reply_(request.source, request.url, rules),
       facts_(facts),
-      meter_(facts, request.body.size()) {}
+      meter_(facts, request.body.size()) {
+  if (!request.tracing_file.empty()) {
+    traffic_.emplace(std::string(request.tracing_file), shown_url(request.url));
+  }
+}
 
-void HttpExchange::attach_to(CURL* handle) {
-  const auto option = [&](CURLoption key, auto value) {
-    set_option(handle, request_.source, key, value);
-  };
+void RunningExchange::watch(CURL* handle, std::string_view source) {
+  const auto option = [&](CURLoption key, auto value) { set_option(handle, source, key, value); };
   option(CURLOPT_ERRORBUFFER, error_text_.data());
   option(CURLOPT_HEADERFUNCTION, &HttpExchange::on_header);
   option(CURLOPT_HEADERDATA, this);
@@ -59,21 +59,14 @@ void HttpExchange::attach_to(CURL* handle) {
   option(CURLOPT_NOPROGRESS, 0L);
   option(CURLOPT_DEBUGFUNCTION, &HttpExchange::on_traffic);
   option(CURLOPT_DEBUGDATA, this);
-  option(CURLOPT_VERBOSE, secure_ || !request_.tracing_file.empty() ? 1L : 0L);
 }
 
-// One by one: a reset of all options hides it when libcurl had no memory for some of them, and the
-// next request would go out by halves.
-bool HttpExchange::detach_from(CURL* handle) {
-  const auto cleared = [handle](auto... keys) {
-    return ((curl_easy_setopt(handle, keys, nullptr) == CURLE_OK) && ...);
-  };
-  return curl_easy_setopt(handle, CURLOPT_VERBOSE, 0L) == CURLE_OK &&
-         cleared(CURLOPT_ERRORBUFFER, CURLOPT_HEADERFUNCTION, CURLOPT_HEADERDATA,
-                 CURLOPT_WRITEFUNCTION, CURLOPT_WRITEDATA, CURLOPT_SOCKOPTFUNCTION,
-                 CURLOPT_SOCKOPTDATA, CURLOPT_PREREQFUNCTION, CURLOPT_PREREQDATA,
-                 CURLOPT_XFERINFOFUNCTION, CURLOPT_XFERINFODATA, CURLOPT_DEBUGFUNCTION,
-                 CURLOPT_DEBUGDATA, CURLOPT_POSTFIELDS, CURLOPT_HTTPHEADER);
+void RunningExchange::note_error() {
+  exchange_->error_text_ = error_text_;
+}
+
+HttpExchange& HttpExchange::of(void* running) {
+  return *static_cast<RunningExchange*>(running)->exchange_;
 }
 
 // No exception may pass through libcurl.
@@ -87,8 +80,9 @@ std::size_t HttpExchange::guarded(std::size_t size, Take take) noexcept {
   }
 }
 
-std::size_t HttpExchange::on_header(char* data, std::size_t size, std::size_t count, void* self) {
-  auto& exchange = *static_cast<HttpExchange*>(self);
+std::size_t HttpExchange::on_header(char* data, std::size_t size, std::size_t count,
+                                    void* running) {
+  HttpExchange& exchange = of(running);
   const std::string_view line(data, size * count);
   return exchange.guarded(line.size(), [&] {
     if (!exchange.request_went_out_) return exchange.take_tunnel_header(line);
@@ -112,47 +106,54 @@ bool HttpExchange::take_tunnel_header(std::string_view line) {
   return tunnel_trouble_.empty();
 }
 
-std::size_t HttpExchange::on_body(char* data, std::size_t size, std::size_t count, void* self) {
-  auto& exchange = *static_cast<HttpExchange*>(self);
+std::size_t HttpExchange::on_body(char* data, std::size_t size, std::size_t count, void* running) {
+  HttpExchange& exchange = of(running);
   const std::string_view bytes(data, size * count);
   return exchange.guarded(bytes.size(), [&] { return exchange.reply_.take_body(bytes); });
 }
 
-int HttpExchange::on_traffic(CURL*, curl_infotype type, char* data, std::size_t size, void* self) {
+int HttpExchange::on_traffic(CURL*, curl_infotype type, char* data, std::size_t size,
+                             void* running) {
   using std::string_view_literals::operator""sv;
   constexpr auto kCloseNotify = "\x01\x00"sv;  // A warning (1) with the number 0.
-  auto& exchange = *static_cast<HttpExchange*>(self);
+  // A handle that goes between two exchanges has something to say too.
+  if (static_cast<RunningExchange*>(running)->exchange_ == nullptr) return 0;
+  HttpExchange& exchange = of(running);
   const std::string_view bytes(data, size);
   exchange.guarded(size, [&] {
     if (type == CURLINFO_SSL_DATA_IN) {
       exchange.tls_ended_ |= bytes == kCloseNotify;
     } else if (type == CURLINFO_HEADER_OUT || type == CURLINFO_DATA_OUT) {
-      exchange.traffic_.add(TrafficFile::Direction::kOut, bytes);
+      exchange.trace(TrafficFile::Direction::kOut, bytes);
     } else if (type == CURLINFO_HEADER_IN || type == CURLINFO_DATA_IN) {
-      exchange.traffic_.add(TrafficFile::Direction::kIn, bytes);
+      exchange.trace(TrafficFile::Direction::kIn, bytes);
     }
     return true;
   });
   return 0;
 }
 
+void HttpExchange::trace(TrafficFile::Direction direction, std::string_view bytes) {
+  if (traffic_) traffic_->add(direction, bytes);
+}
+
 // Where a kept connection ends without a byte of reply, libcurl connects anew and sends the request
 // again. The server may have acted on it already: so there is no new connection after the request
 // began to go out...
-int HttpExchange::on_new_socket(void* self, curl_socket_t, curlsocktype) {
-  return static_cast<HttpExchange*>(self)->request_went_out_ ? CURL_SOCKOPT_ERROR : CURL_SOCKOPT_OK;
+int HttpExchange::on_new_socket(void* running, curl_socket_t, curlsocktype) {
+  return of(running).request_went_out_ ? CURL_SOCKOPT_ERROR : CURL_SOCKOPT_OK;
 }
 
 // ...and no second request, whatever connection libcurl may have for it.
-int HttpExchange::on_request(void* self, char*, char*, int, int) {
-  auto& exchange = *static_cast<HttpExchange*>(self);
+int HttpExchange::on_request(void* running, char*, char*, int, int) {
+  HttpExchange& exchange = of(running);
   if (std::exchange(exchange.request_went_out_, true)) return CURL_PREREQFUNC_ABORT;
   exchange.meter_.request_begins();
   return CURL_PREREQFUNC_OK;
 }
 
-int HttpExchange::on_progress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent) {
-  static_cast<HttpExchange*>(self)->meter_.request_goes_on(static_cast<std::uint64_t>(sent));
+int HttpExchange::on_progress(void* running, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent) {
+  of(running).meter_.request_goes_on(static_cast<std::uint64_t>(sent));
   return exchanges_are_interrupted() ? 1 : 0;
 }
 
@@ -160,7 +161,7 @@ HttpReply HttpExchange::finish(CURLcode code) {
   std::optional<Error> against;
   if (out_of_memory_) {
     against = Error(error_numbers::kOutOfMemory, "BVConn",
-                    "out of memory: there is none for the reply of " + shown_url_);
+                    "out of memory: there is none for the reply of " + shown_url(request_.url));
   } else if (!tunnel_trouble_.empty()) {
     throw failure(error_numbers::kProxy, "no tunnel was made: " + tunnel_trouble_);
   } else if (!reply_.given_up() && (code != CURLE_OK || !reply_.has_status())) {
@@ -227,7 +228,7 @@ std::int32_t HttpExchange::trouble_number(CURLcode code, std::string_view detail
 
 Error HttpExchange::failure(std::int32_t number, std::string_view detail) const {
   std::string text(trouble_text(number));
-  text.append(shown_url_).append(": ").append(excerpt(detail, CURL_ERROR_SIZE));
+  text.append(shown_url(request_.url)).append(": ").append(excerpt(detail, CURL_ERROR_SIZE));
   return {number, request_.source, text};
 }
 

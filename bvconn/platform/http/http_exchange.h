@@ -4,7 +4,9 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/http/http_reply.h"
@@ -22,13 +24,6 @@ class HttpExchange {
   HttpExchange(const HttpExchange&) = delete;
   HttpExchange& operator=(const HttpExchange&) = delete;
 
-  /// Makes the handle's next run this exchange.
-  void attach_to(CURL* handle);
-
-  /// Leaves nothing in the handle that points to an exchange or its request; false where libcurl
-  /// would not let go.
-  static bool detach_from(CURL* handle);
-
   /// Reads what the handle knows of the run, as long as it does.
   void measure(CURL* handle) { meter_.read(handle); }
 
@@ -36,15 +31,19 @@ class HttpExchange {
   HttpReply finish(CURLcode code);
 
  private:
-  static std::size_t on_header(char* data, std::size_t size, std::size_t count, void* self);
-  static std::size_t on_body(char* data, std::size_t size, std::size_t count, void* self);
-  static int on_traffic(CURL* handle, curl_infotype type, char* data, std::size_t size, void* self);
-  static int on_new_socket(void* self, curl_socket_t socket, curlsocktype purpose);
-  static int on_progress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent);
-  static int on_request(void* self, char* server, char* local, int server_port, int local_port);
+  friend class RunningExchange;
+  static HttpExchange& of(void* running);
+  static std::size_t on_header(char* data, std::size_t size, std::size_t count, void* running);
+  static std::size_t on_body(char* data, std::size_t size, std::size_t count, void* running);
+  static int on_traffic(CURL* handle, curl_infotype type, char* data, std::size_t size,
+                        void* running);
+  static int on_new_socket(void* running, curl_socket_t socket, curlsocktype purpose);
+  static int on_progress(void* running, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent);
+  static int on_request(void* running, char* server, char* local, int server_port, int local_port);
 
   template <typename Take>
   std::size_t guarded(std::size_t size, Take take) noexcept;
+  void trace(TrafficFile::Direction direction, std::string_view bytes);
   bool take_tunnel_header(std::string_view line);
   bool lacks_end_of_tls() const;
   std::int32_t trouble_number(CURLcode code, std::string_view detail) const;
@@ -52,10 +51,9 @@ class HttpExchange {
   Error failure(std::int32_t number, std::string_view detail) const;
 
   const HttpRequest& request_;
-  std::string shown_url_;
   bool secure_;
   HttpReply reply_;
-  TrafficFile traffic_;
+  std::optional<TrafficFile> traffic_;
   WireFacts& facts_;
   WireMeter meter_;
   std::array<char, CURL_ERROR_SIZE> error_text_{};
@@ -65,6 +63,27 @@ class HttpExchange {
   std::size_t tunnel_head_size_ = 0;
   bool tls_ended_ = false;
   bool out_of_memory_ = false;
+};
+
+/// What a handle's callbacks find the exchange by that it runs, so that they are set once.
+class RunningExchange {
+ public:
+  RunningExchange() = default;
+  RunningExchange(const RunningExchange&) = delete;
+  RunningExchange& operator=(const RunningExchange&) = delete;
+
+  /// Makes the handle report to this object, which it has to be outlived by.
+  void watch(CURL* handle, std::string_view source);
+  void begin(HttpExchange& exchange) { exchange_ = &exchange; }
+  /// Hands the exchange what libcurl has to say besides, when its run has failed.
+  void note_error();
+  void end() { exchange_ = nullptr; }
+
+ private:
+  friend class HttpExchange;
+
+  HttpExchange* exchange_ = nullptr;
+  std::array<char, CURL_ERROR_SIZE> error_text_{};
 };
 
 }  // namespace bvconn::detail

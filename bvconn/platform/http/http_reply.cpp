@@ -56,8 +56,8 @@ bool is_xml_content_type(std::string_view content_type) {
           equal_ignoring_case(type.substr(type.size() - kSuffix.size()), kSuffix));
 }
 
-HttpReply::HttpReply(std::string_view source, std::string_view shown_url, const ReplyRules& rules)
-    : source_(source), shown_url_(shown_url), rules_(rules) {}
+HttpReply::HttpReply(std::string_view source, std::string_view url, const ReplyRules& rules)
+    : source_(source), url_(url), rules_(rules) {}
 
 HttpReply::HttpReply(HttpReply&& other) noexcept = default;
 
@@ -210,14 +210,14 @@ bool HttpReply::is_refused() const {
   return headers_complete_ && !rules_.accepts(status_, field("Content-Type"));
 }
 
-std::string HttpReply::summary() const {
+std::string reply_summary(std::string_view url, int status, std::string_view reason) {
   const std::string text =
-      "answered to " + shown_url_ + " with the status " + conversions::integer_text(status_);
-  return reason_.empty() ? text : text + " " + excerpt(reason_, kShownFieldMax);
+      "answered to " + shown_url(url) + " with the status " + conversions::integer_text(status);
+  return reason.empty() ? text : text + " " + excerpt(reason, kShownFieldMax);
 }
 
 Error HttpReply::refusal() const {
-  std::string text = "The server " + summary();
+  std::string text = "The server " + reply_summary(url_, status_, reason_);
   if (const std::string_view location = field("Location"); !location.empty()) {
     text += " and names another location, " + shown_url(location) + ", which is not followed";
   }
@@ -233,7 +233,7 @@ bool HttpReply::give_up(std::int32_t number, std::string_view reason) {
 
 Error HttpReply::failure(std::int32_t number, std::string_view reason) const {
   return {number, source_,
-          "The reply of " + shown_url_ + " cannot be used: " + std::string(reason)};
+          "The reply of " + shown_url(url_) + " cannot be used: " + std::string(reason)};
 }
 
 }  // namespace bvconn::detail

@@ -33,7 +33,8 @@ struct ReplyRules {
 /// the body is counted after unpacking, and a length that a header claims reserves little.
 class HttpReply {
  public:
-  HttpReply(std::string_view source, std::string_view shown_url, const ReplyRules& rules);
+  /// Source and URL have to last as long as the reply.
+  HttpReply(std::string_view source, std::string_view url, const ReplyRules& rules);
   HttpReply(HttpReply&& other) noexcept;
   HttpReply& operator=(HttpReply&& other) = delete;
   ~HttpReply();
@@ -59,8 +60,9 @@ class HttpReply {
   const std::optional<Error>& error() const { return error_; }
   /// Whether the rules refuse it, which says more than whatever happened to its body.
   bool is_refused() const;
-  /// Where it came from and its status: "answered to URL with the status 200 OK".
-  std::string summary() const;
+  int status() const { return status_; }
+  /// What its status line says of the status: "OK".
+  const std::string& reason() const { return reason_; }
   /// The last header of this name, whatever its case; "" where there is none.
   std::string_view field(std::string_view name) const;
   /// Its body, also where it is refused or in error: then as much as is kept of it, or arrived.
@@ -76,8 +78,8 @@ class HttpReply {
   bool give_up(std::int32_t number, std::string_view reason);
   Error failure(std::int32_t number, std::string_view reason) const;
 
-  std::string source_;
-  std::string shown_url_;
+  std::string_view source_;
+  std::string_view url_;
   ReplyRules rules_;
   std::uint64_t header_size_ = 0;
   bool in_headers_ = false;
@@ -90,6 +92,9 @@ class HttpReply {
   std::unique_ptr<GzipReader> gzip_;
   std::optional<Error> error_;
 };
+
+/// Where a reply came from and its status: "answered to URL with the status 200 OK".
+std::string reply_summary(std::string_view url, int status, std::string_view reason);
 
 /// A line or a value of a header without the blanks and line ends around it.
 std::string_view trimmed(std::string_view text);

@@ -13,6 +13,8 @@ namespace bvconn::detail {
 namespace {
 
 constexpr std::string_view kSource = "HTTPTransport";
+/// The headers that every request has.
+constexpr std::size_t kUsualHeaders = 2;
 
 Error failure(std::int32_t number, std::string_view description) {
   return {number, kSource, description};
@@ -52,7 +54,7 @@ bool accepts(int status, std::string_view content_type) {
 }  // namespace
 
 SocketTransport::SocketTransport()
-    : no_body_(failure(error_numbers::kBadReply, "There is no reply: nothing was sent")) {
+    : headers_{"Accept-Encoding: gzip", "Content-Type: text/xml; charset=utf-8"} {
   start_libcurl(kSource);
 }
 
@@ -104,7 +106,20 @@ void SocketTransport::SOAPAction(std::string_view value) {
     throw failure(error_numbers::kBadUrlOrHeader,
                   "The SOAPAction " + shown(value) + " holds a control character");
   }
-  soap_action_ = value;
+  // Most requests of a session go to the service of the one before.
+  constexpr std::string_view kBegin = "SOAPAction: \"";
+  const bool is_set = headers_.size() > kUsualHeaders;
+  if (is_set && headers_.back().size() == kBegin.size() + value.size() + 1 &&
+      headers_.back().compare(kBegin.size(), value.size(), value) == 0) {
+    return;
+  }
+  std::string line(kBegin);
+  line.append(value).append("\"");
+  if (is_set) {
+    headers_.back() = std::move(line);
+  } else {
+    headers_.push_back(std::move(line));
+  }
 }
 
 void SocketTransport::Timeout(std::int32_t milliseconds) {
@@ -113,20 +128,23 @@ void SocketTransport::Timeout(std::int32_t milliseconds) {
 
 void SocketTransport::Send(std::string_view url, std::string_view text) {
   body_.reset();
-  last_reply_.clear();
-  no_body_ = failure(error_numbers::kBadReply, "There is no reply: the last request failed");
+  no_body_.reset();
+  without_body_ = "the last request failed";
+  last_status_ = 0;
   HttpReply reply =
       client_.post({.source = kSource,
-                    .url = std::string(url),
+                    .url = url,
                     .body = text,
-                    .headers = request_headers(),
-                    .proxy = proxy_,
+                    .headers = headers_,
+                    .proxy = proxy_ ? &*proxy_ : nullptr,
                     .time_out = time_out_,
                     .connect_time_out = connect_time_out_,
                     .tls = tls(),
                     .tracing_file = tracing_file_},
                    {.accepts = &accepts, .body_size_max = reply_size_max_, .takes_gzip = true});
-  last_reply_ = "the server " + reply.summary();
+  last_url_.assign(url);
+  last_reason_.assign(reply.reason());
+  last_status_ = reply.status();
   if (reply.error()) {
     no_body_ = *reply.error();
   } else {
@@ -136,21 +154,19 @@ void SocketTransport::Send(std::string_view url, std::string_view text) {
 
 std::string SocketTransport::Receive(std::string_view /*encoding*/) {
   if (!body_) {
-    throw Error(no_body_);
+    if (no_body_) throw Error(*no_body_);
+    throw failure(error_numbers::kBadReply,
+                  std::string("There is no reply: ").append(without_body_));
   }
   std::string body = *std::move(body_);
   body_.reset();
-  no_body_ = failure(error_numbers::kBadReply, "There is no reply: it was received already");
+  without_body_ = "it was received already";
   return body;
 }
 
-std::vector<std::string> SocketTransport::request_headers() const {
-  std::vector<std::string> headers{"Accept-Encoding: gzip",
-                                   "Content-Type: text/xml; charset=utf-8"};
-  if (soap_action_) {
-    headers.push_back("SOAPAction: \"" + *soap_action_ + "\"");
-  }
-  return headers;
+std::string SocketTransport::LastReply() const {
+  if (last_status_ == 0) return "";
+  return "the server " + reply_summary(last_url_, last_status_, last_reason_);
 }
 
 }  // namespace bvconn::detail

@@ -26,12 +26,11 @@ class SocketTransport final : public HTTPTransport {
   void Timeout(std::int32_t milliseconds) override;
   void Send(std::string_view url, std::string_view text) override;
   std::string Receive(std::string_view encoding) override;
-  std::string LastReply() const override { return last_reply_; }
+  std::string LastReply() const override;
   const WireFacts* LastWire() const override { return &client_.facts(); }
 
  private:
   TlsFiles tls() const;
-  std::vector<std::string> request_headers() const;
 
   HttpClient client_;
   // Set as options; what is not set is the thread's.
@@ -43,12 +42,16 @@ class SocketTransport final : public HTTPTransport {
   std::chrono::milliseconds connect_time_out_{(std::numeric_limits<std::int32_t>::max)()};
   std::chrono::milliseconds time_out_{0};
   std::optional<HttpProxy> proxy_;
-  std::optional<std::string> soap_action_;
+  std::vector<std::string> headers_;  ///< of the next request
 
   // What the last Send brought: the body of the reply, or why Receive has none to give.
   std::optional<std::string> body_;
-  Error no_body_;
-  std::string last_reply_;
+  std::optional<Error> no_body_;  ///< nothing where `without_body_` says it
+  std::string_view without_body_ = "nothing was sent";
+  // What it said of itself, for `LastReply`.
+  std::string last_url_;
+  std::string last_reason_;
+  int last_status_ = 0;  ///< 0: no reply came
 };
 
 }  // namespace bvconn::detail
