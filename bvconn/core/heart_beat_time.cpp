@@ -10,9 +10,12 @@ Date LastHeartBeat() {
 }
 
 void LastHeartBeat(Date time) {
-  session().Logger().LogAtLevel(4, "Global", "LastHeartBeat",
-                                "Heart Beat Time Updated: " + conversions::date_text(time), 0);
-  session().LastHeartBeat = time;
+  SessionState& state = session();
+  if (state.writes_lines(4)) {
+    state.Logger().LogAtLevel(4, "Global", "LastHeartBeat",
+                              "Heart Beat Time Updated: " + conversions::date_text(time), 0);
+  }
+  state.LastHeartBeat = time;
 }
 
 }  // namespace bvconn::Global

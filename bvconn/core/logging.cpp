@@ -20,21 +20,23 @@ std::string line_name(const LogBlock& log, std::string_view own_name) {
 
 void log_enter(const LogBlock& log) {
   if (log.form == LogForm::kNone) return;
-  const std::string name = line_name(log, log.enter);
+  SessionState& state = session();
   if (log.form == LogForm::kTextLines) {
-    session().Logger().LogInfo(log.cls, name, "Entering Method...", 0);
-  } else {
-    session().Logger().EnterMethod(log.cls, name, log.level);
+    if (!state.writes_info_lines()) return;
+    state.Logger().LogInfo(log.cls, line_name(log, log.enter), "Entering Method...", 0);
+  } else if (state.writes_lines(log.level)) {
+    state.Logger().EnterMethod(log.cls, line_name(log, log.enter), log.level);
   }
 }
 
 void log_exit(const LogBlock& log) {
   if (log.form == LogForm::kNone || !log.exits) return;
-  const std::string name = line_name(log, log.exit);
+  SessionState& state = session();
   if (log.form == LogForm::kTextLines) {
-    session().Logger().LogInfo(log.cls, name, "Exiting Method...", 0);
-  } else {
-    session().Logger().ExitMethod(log.cls, name, log.level);
+    if (!state.writes_info_lines()) return;
+    state.Logger().LogInfo(log.cls, line_name(log, log.exit), "Exiting Method...", 0);
+  } else if (state.writes_lines(log.level)) {
+    state.Logger().ExitMethod(log.cls, line_name(log, log.exit), log.level);
   }
 }
 
@@ -46,8 +48,8 @@ void log_error(std::string_view cls, std::string_view method, const Error& error
   session().Logger().LogError(cls, method, error, 0);
 }
 
-void plain_tail(const LogBlock& log, const Error& error) {
-  throw only_errors([&] {
+Error plain_tail(const LogBlock& log, const Error& error) {
+  return only_errors([&] {
     log_error(log, error);
     return error.described_as(error.description);
   });

@@ -40,16 +40,19 @@ void log_exit(const LogBlock& log);
 void log_error(const LogBlock& log, const Error& error);
 void log_error(std::string_view cls, std::string_view method, const Error& error);
 
-/// Logs the error as it is alive now and raises it again with number, source and description alone.
-[[noreturn]] void plain_tail(const LogBlock& log, const Error& error);
+/// Logs the error as it is alive now. What is to be raised for it: number, source and description
+/// alone.
+Error plain_tail(const LogBlock& log, const Error& error);
 
 /// Runs a function that ends in the plain tail when it fails.
 template <class Body>
 auto with_plain_tail(const LogBlock& log, Body&& body) -> decltype(body()) {
   try {
     return body();
+  } catch (const Error& error) {
+    throw plain_tail(log, error);
   } catch (...) {
-    plain_tail(log, live_error());
+    throw plain_tail(log, live_error());
   }
 }
 

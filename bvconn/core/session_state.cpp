@@ -2,13 +2,27 @@
 
 #include "bvconn/core/late_session.h"
 #include "bvconn/platform/live_error.h"
+#include "bvconn/platform/logging/level_filter.h"
 #include "bvconn/platform/thread_record.h"
 
 namespace bvconn {
 
 SessionLogger& SessionState::Logger() {
-  if (!logger_) logger_ = platform::current().logger();
+  if (!logger_) {
+    logger_ = platform::current().logger();
+    level_filter_ = dynamic_cast<const detail::LevelFilter*>(logger_.get());
+  }
   return *logger_;
+}
+
+bool SessionState::writes_lines(std::int32_t level) {
+  Logger();
+  return level_filter_ == nullptr || level_filter_->writes(level);
+}
+
+bool SessionState::writes_info_lines() {
+  Logger();
+  return level_filter_ == nullptr || level_filter_->writes_info();
 }
 
 BVServices& SessionState::Services() {

@@ -11,6 +11,10 @@
 #include "bvconn/platform/exchange/exchange_log.h"
 #include "bvconn/platform/platform.h"
 
+namespace bvconn::detail {
+class LevelFilter;
+}
+
 namespace bvconn {
 
 /// Everything that outlives one call: one record for each thread, zeroed when the thread starts.
@@ -22,6 +26,10 @@ namespace bvconn {
 /// `InitTorvexDAL` left them.
 struct SessionState {
   BVCONN_EXPORT SessionLogger& Logger();
+  /// Whether lines at a level, or text lines without one, can be written at all: false only where
+  /// the logger is the library's own and would drop them, so that nobody has to put them together.
+  BVCONN_EXPORT bool writes_lines(std::int32_t level);
+  BVCONN_EXPORT bool writes_info_lines();
   BVCONN_EXPORT BVServices& Services();
   BVCONN_EXPORT BVMethods& Methods();
   /// The thread's one transport. What a request sets on it stays set until the next overwrites it.
@@ -65,6 +73,7 @@ struct SessionState {
 
  private:
   std::shared_ptr<SessionLogger> logger_;
+  const detail::LevelFilter* level_filter_ = nullptr;
   std::optional<BVServices> services_;
   std::optional<BVMethods> methods_;
   std::shared_ptr<HTTPTransport> transport_;

@@ -11,6 +11,7 @@
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/live_error.h"
+#include "bvconn/platform/soap/envelope_access.h"
 #include "bvconn/platform/timeout_scope.h"
 
 namespace bvconn {
@@ -61,16 +62,67 @@ std::shared_ptr<HTTPTransport> ready_transport(std::string_view soap_action, std
   return transport;
 }
 
-void exchange(HTTPTransport& transport, const SoapEnvelope& envelope, std::string_view url) {
+// A transport of the application's own may throw here; that must not hide what is wrong with the
+// reply.
+std::string reply_words(const std::function<std::string()>& words) {
+  try {
+    return words();
+  } catch (...) {
+    live_error();  // lets the end of a thread through
+    return "";
+  }
+}
+
+/// Whether it is a fault.
+bool read_reply(const SoapEnvelope& envelope, std::string text,
+                const std::function<std::string()>& words) {
+  try {
+    return EnvelopeAccess::read(envelope, std::move(text), "");
+  } catch (Error& error) {
+    const std::string reply = reply_words(words);
+    if (!reply.empty()) error.description.append("; ").append(reply);
+    throw;
+  }
+}
+
+/// Whether the reply is a fault.
+bool exchange(HTTPTransport& transport, const SoapEnvelope& envelope, std::string_view url) {
   send_recorded(transport, url, envelope.Serialize());
-  receive_envelope(transport, envelope);
+  return read_reply(envelope, receive_recorded(transport), [&] { return transport.LastReply(); });
 }
 
 void log_duration(const SoapEnvelope& envelope, float start) {
+  if (!session().writes_lines(16)) return;
   const std::string method = envelope.MethodName();
   session().Logger().LogAtLevel(
       16, "Global", "sendXML",
       "Time to execute " + method + ": " + conversions::float_text(timer_seconds() - start), 0);
+}
+
+Error failed_send(const SoapEnvelope& envelope, const Error& error) {
+  return only_errors([&] {
+    std::string description = error.description;
+    // deliberate [faultstring-by-name]: by name alone, whatever the error; before a reply was
+    // parsed these are the request's own parameters.
+    for (const SoapNode node : envelope.Parameters()) {
+      if (node.Name() == "faultstring") description = to_text(node.Value());
+    }
+    log_error(kSendXmlLog, error);
+    return error.described_as(description);
+  });
+}
+
+Error failed_response(const SoapEnvelope& envelope, const Error& error) {
+  return only_errors([&] {
+    std::string description = error.description;
+    // deliberate [faultstring-by-name]: here of a fault alone, and where there is none, that is
+    // the error.
+    if (error.number == error_numbers::kSoapFault) {
+      description = to_text(envelope.Parameters().ItemByName("faultstring", "").Value());
+    }
+    log_error(kGetResponseEnvelopeLog, error);
+    return error.described_as(description);
+  });
 }
 
 }  // namespace
@@ -83,23 +135,18 @@ Variant sendXML(const SoapEnvelope& envelope, std::string_view soapAction, std::
     log_enter(kSendXmlLog);
     const auto transport = ready_transport(soapAction, timeout);
     const float start = timer_seconds();
-    exchange(*transport, envelope, url);
-    LastHeartBeat(session().clock().now());
-    log_duration(envelope, start);
-    log_exit(kSendXmlLog);
-    return {};
+    if (!exchange(*transport, envelope, url)) {
+      LastHeartBeat(session().clock().now());
+      log_duration(envelope, start);
+      log_exit(kSendXmlLog);
+      return {};
+    }
+  } catch (const Error& error) {
+    throw failed_send(envelope, error);
   } catch (...) {
-    throw only_errors([&, error = live_error()] {
-      std::string description = error.description;
-      // deliberate [faultstring-by-name]: by name alone, whatever the error; before a reply was
-      // parsed these are the request's own parameters.
-      for (const SoapNode node : envelope.Parameters()) {
-        if (node.Name() == "faultstring") description = to_text(node.Value());
-      }
-      log_error(kSendXmlLog, error);
-      return error.described_as(description);
-    });
+    throw failed_send(envelope, live_error());
   }
+  throw failed_send(envelope, EnvelopeAccess::fault());
 }
 
 std::shared_ptr<HTTPTransport> getHTTPTransport(std::string_view soapAction) {
@@ -111,22 +158,17 @@ SoapEnvelope getResponseEnvelope(const SoapEnvelope& envelope,
                                  std::string_view url) {
   try {
     log_enter(kGetResponseEnvelopeLog);
-    exchange(*transport, envelope, url);
-    LastHeartBeat(session().clock().now());
-    log_exit(kGetResponseEnvelopeLog);
-    return envelope;
+    if (!exchange(*transport, envelope, url)) {
+      LastHeartBeat(session().clock().now());
+      log_exit(kGetResponseEnvelopeLog);
+      return envelope;
+    }
+  } catch (const Error& error) {
+    throw failed_response(envelope, error);
   } catch (...) {
-    throw only_errors([&, error = live_error()] {
-      std::string description = error.description;
-      // deliberate [faultstring-by-name]: here of a fault alone, and where there is none, that is
-      // the error.
-      if (error.number == error_numbers::kSoapFault) {
-        description = to_text(envelope.Parameters().ItemByName("faultstring", "").Value());
-      }
-      log_error(kGetResponseEnvelopeLog, error);
-      return error.described_as(description);
-    });
+    throw failed_response(envelope, live_error());
   }
+  throw failed_response(envelope, EnvelopeAccess::fault());
 }
 
 Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
@@ -149,33 +191,10 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 
 }  // namespace Global
 
-namespace {
-
-// A transport of the application's own may throw here; that must not hide what is wrong with the
-// reply.
-std::string reply_words(const std::function<std::string()>& words) {
-  try {
-    return words();
-  } catch (...) {
-    live_error();  // lets the end of a thread through
-    return "";
-  }
-}
-
-}  // namespace
-
 void parse_reply(const SoapEnvelope& envelope, std::string text,
                  const std::function<std::string()>& words) {
-  try {
-    envelope.Parse(std::move(text), "");
-  } catch (Error& error) {
-    const std::string reply = reply_words(words);
-    // A fault is what the caller asked for, with words of its own.
-    if (error.number != error_numbers::kSoapFault && !reply.empty()) {
-      error.description.append("; ").append(reply);
-    }
-    throw;
-  }
+  // A fault is what the caller asked for, with words of its own.
+  if (read_reply(envelope, std::move(text), words)) throw EnvelopeAccess::fault();
 }
 
 void receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {

@@ -143,19 +143,23 @@ void Call::note_failure(Error& error) noexcept {
   record_.failed(error, has_words ? fault_words(envelope_) : std::nullopt);
 }
 
-void Call::tail(Error error) {
+void Call::tail(Error& error) {
   note_failure(error);
   LogBlock log = operation_.log;
   if (!error_name_.empty()) log.error = error_name_;
+  std::optional<Error> raised;
   try {
-    only_errors([&] {
-      apply_tail(operation_.tail, {.log = log, .envelope = envelope_, .faults = operation_.faults},
-                 error);
+    raised = only_errors([&] {
+      const TailContext context{.log = log, .envelope = envelope_, .faults = operation_.faults};
+      return apply_tail(operation_.tail, context, error);
     });
-  } catch (Error& raised) {
-    record_.raised(raised);
+  } catch (Error& further) {
+    record_.raised(further);
     throw;
   }
+  if (!raised) return;
+  record_.raised(*raised);
+  throw *std::move(raised);
 }
 
 }  // namespace bvconn

@@ -134,7 +134,8 @@ class Call {
   // The frame's own steps.
   void enter() { log_enter(operation_.log); }
   void exit() { log_exit(operation_.log); }
-  void tail(Error error);
+  /// Raises what the operation's tail makes of the error; returns where that is nothing.
+  void tail(Error& error);
 
   /// Tells the record why the body failed: with the server's words, where it had some.
   void note_failure(Error& error) noexcept;
@@ -169,11 +170,14 @@ auto ConnectorMethodFrame(const Operation& operation, CallContext context, Body&
       call.exit();
       return result;
     }
+  } catch (Error& error) {
+    call.tail(error);
   } catch (...) {
-    call.tail(live_error());
-    // Only a tail that swallows gets here: the operation returns as if nothing had happened.
-    return Result();
+    Error error = live_error();
+    call.tail(error);
   }
+  // Only a tail that swallows gets here: the operation returns as if nothing had happened.
+  return Result();
 }
 
 template <class Body>

@@ -26,7 +26,7 @@ std::int32_t with_object_error_base(std::int32_t code) {
   return static_cast<std::int32_t>(sum);
 }
 
-[[noreturn]] void fault_code_tail(const TailContext& context, const Error& error) {
+Error fault_code_tail(const TailContext& context, const Error& error) {
   log_error(context.log, error);
   if (error.number == kSoapFault) {
     const std::string code = fault_text(context, "faultcode");
@@ -35,34 +35,33 @@ std::int32_t with_object_error_base(std::int32_t code) {
       for (const FaultRow& row : context.faults) {
         // deliberate [mapped-words]: the server's text is lost on a match; callers go by the number
         // alone.
-        if (number == with_object_error_base(row.code))
-          throw Error(row.number, context.log.cls, "");
+        if (number == with_object_error_base(row.code)) return {row.number, context.log.cls, ""};
       }
     }
   }
-  throw error.described_as(error.description);
+  return error.described_as(error.description);
 }
 
-[[noreturn]] void fault_string_tail(const TailContext& context, const Error& error) {
+Error fault_string_tail(const TailContext& context, const Error& error) {
   std::string description = error.description;
   if (error.number == kSoapFault) description = fault_text(context, "faultstring");
-  throw error.described_as(description);
+  return error.described_as(description);
 }
 
-[[noreturn]] void rfq_tail(const TailContext& context, Error& error) {
+Error rfq_tail(const TailContext& context, Error& error) {
   if (error.number == kSoapFault) {
     error.description = fault_text(context, "faultstring");
     error.number = error_numbers::kRfqFault;
   }
-  throw Error(error);
+  return error;
 }
 
-[[noreturn]] void overview_tail(const TailContext& context, Error& error) {
+Error overview_tail(const TailContext& context, Error& error) {
   // deliberate [overview-words]: the description is written over before the line is logged, so the
   // server's text is lost.
   error.description.clear();
   log_error(context.log, error);
-  throw error.described_as("");
+  return error.described_as("");
 }
 
 }  // namespace
@@ -72,27 +71,28 @@ const SoapEnvelope& made(SoapEnvelope& envelope) {
   return envelope;
 }
 
-void apply_tail(Tail tail, const TailContext& context, Error& error) {
+std::optional<Error> apply_tail(Tail tail, const TailContext& context, Error& error) {
   switch (tail) {
     case Tail::kPlain:
-      plain_tail(context.log, error);
+      return plain_tail(context.log, error);
     case Tail::kFaultCode:
-      fault_code_tail(context, error);
+      return fault_code_tail(context, error);
     case Tail::kFaultString:
-      fault_string_tail(context, error);
+      return fault_string_tail(context, error);
     case Tail::kRfq:
-      rfq_tail(context, error);
+      return rfq_tail(context, error);
     case Tail::kOverview:
-      overview_tail(context, error);
+      return overview_tail(context, error);
     case Tail::kThreeValues:
-      throw error.described_as(error.description);
+      return error.described_as(error.description);
     case Tail::kSwallow:
       log_error(context.log, error);
-      return;
+      return std::nullopt;
     case Tail::kBare:
     case Tail::kNone:
-      throw Error(error);
+      break;
   }
+  return error;
 }
 
 }  // namespace bvconn

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -41,8 +42,8 @@ struct TailContext {
   std::span<const FaultRow> faults;
 };
 
-/// Runs a tail on the live error. Returns only for `kSwallow`. This is the one place that applies
-/// tails.
-void apply_tail(Tail tail, const TailContext& context, Error& error);
+/// Runs a tail on the live error. What it raises; nothing for `kSwallow`. This is the one place
+/// that applies tails.
+std::optional<Error> apply_tail(Tail tail, const TailContext& context, Error& error);
 
 }  // namespace bvconn

@@ -9,6 +9,7 @@
 #include "bvconn/platform/files.h"
 #include "bvconn/platform/local_time.h"
 #include "bvconn/platform/logging/append_file.h"
+#include "bvconn/platform/logging/level_filter.h"
 #include "bvconn/platform/logging/session_logger.h"
 
 namespace bvconn {
@@ -82,7 +83,7 @@ void append_now(std::string& line) {
   append_digits(line, minutes / 60 * 100 + minutes % 60, 4);
 }
 
-class FileLogger final : public SessionLogger {
+class FileLogger final : public SessionLogger, public detail::LevelFilter {
  public:
   FileLogger()
       : mask_(mask_of(detail::environment("BVCONN_LOG_MASK"))),
@@ -100,6 +101,10 @@ class FileLogger final : public SessionLogger {
     return trace_path_;
   }
   std::int32_t LogMask() override { return mask_; }
+  bool writes(std::int32_t level) const noexcept override {
+    return level == 0 ? mask_ != 0 : (mask_ & level) != 0;
+  }
+  bool writes_info() const noexcept override { return (mask_ & kInfoBit) != 0; }
   std::uint64_t LogMaxBytes() const override { return log_.max_bytes(); }
 
   void LogError(std::string_view cls, std::string_view method, const Error& error,
@@ -118,35 +123,31 @@ class FileLogger final : public SessionLogger {
 
   void LogInfo(std::string_view cls, std::string_view method, std::string_view text,
                std::int32_t code) override {
-    if ((mask_ & kInfoBit) != 0) {
+    if (writes_info()) {
       write("INFO", cls, method, with_code(text, code));
     }
   }
 
   void LogAtLevel(std::int32_t level, std::string_view cls, std::string_view method,
                   std::string_view text, std::int32_t code) override {
-    if (is_in_force(level)) {
+    if (writes(level)) {
       write("LEVEL" + std::to_string(level), cls, method, with_code(text, code));
     }
   }
 
   void EnterMethod(std::string_view cls, std::string_view method, std::int32_t level) override {
-    if (is_in_force(level)) {
+    if (writes(level)) {
       write("ENTER", cls, method, "");
     }
   }
 
   void ExitMethod(std::string_view cls, std::string_view method, std::int32_t level) override {
-    if (is_in_force(level)) {
+    if (writes(level)) {
       write("EXIT", cls, method, "");
     }
   }
 
  private:
-  bool is_in_force(std::int32_t level) const {
-    return level == 0 ? mask_ != 0 : (mask_ & level) != 0;
-  }
-
   static std::string with_code(std::string_view text, std::int32_t code) {
     std::string result(text);
     if (code != 0) {

@@ -42,10 +42,6 @@ std::string serialize(const toml::table& table) {
 
 class SettingsFiles final : public RegistryAccess {
  public:
-  SettingsFiles()
-      : machine_path_(settings_file(SettingsRoot::kLocalMachine)),
-        user_path_(settings_file(SettingsRoot::kCurrentUser)) {}
-
   bool Exists(std::string_view path) override {
     const ValuePath value = split_path(path);
     const auto file = load(value.root);
@@ -94,7 +90,10 @@ class SettingsFiles final : public RegistryAccess {
 
  private:
   const std::string& path_of(SettingsRoot root) const {
-    return root == SettingsRoot::kCurrentUser ? user_path_ : machine_path_;
+    std::optional<std::string>& path =
+        root == SettingsRoot::kCurrentUser ? user_path_ : machine_path_;
+    if (!path) path = settings_file(root);
+    return *path;
   }
 
   /// As the file is now: a switch that support staff turn on counts at once.
@@ -103,9 +102,7 @@ class SettingsFiles final : public RegistryAccess {
   }
 
   static const toml::node* node_at(toml::table& file, const ValuePath& value) {
-    std::vector<toml::table*> tables;
-    collect_tables(file, value.key, tables);
-    const std::optional<Place> place = find_value(tables, value.name);
+    const std::optional<Place> place = find_value(file, value.key, value.name);
     return place ? place->table->get(place->name) : nullptr;
   }
 
@@ -116,18 +113,19 @@ class SettingsFiles final : public RegistryAccess {
         "The value " + detail::shown(name) + " in \"" + path + "\" is no " + std::string(wanted));
   }
 
-  std::string machine_path_;
-  std::string user_path_;
+  // Known when they are first asked for.
+  mutable std::optional<std::string> machine_path_;
+  mutable std::optional<std::string> user_path_;
 };
 
 /// The table to write a value to, and the name that the value has there already or is to have. No
 /// table when something that is none stands in its place.
 Place place_for(toml::table& file, const ValuePath& value) {
-  std::vector<toml::table*> tables;
-  collect_tables(file, value.key, tables);
-  if (const std::optional<Place> standing = find_value(tables, value.name)) {
+  if (const std::optional<Place> standing = find_value(file, value.key, value.name)) {
     return *standing;
   }
+  std::vector<toml::table*> tables;
+  collect_tables(file, value.key, tables);
   toml::table* table = tables.empty()
                            ? file.insert(value.key, toml::table()).first->second.as_table()
                            : tables.front();

@@ -80,14 +80,20 @@ struct Place {
   std::string_view name;
 };
 
-inline std::optional<Place> find_value(const std::vector<toml::table*>& tables,
+/// The first value of this name among those of the tables that stand for the key.
+inline std::optional<Place> find_value(toml::table& table, std::string_view key,
                                        std::string_view name) {
-  for (toml::table* table : tables) {
-    for (auto&& [spelling, node] : *table) {
-      if (!node.is_table() && conversions::equal_ignoring_case(spelling.str(), name)) {
-        return Place{table, spelling.str()};
-      }
+  for (auto&& [spelling, node] : table) {
+    toml::table* inner = node.as_table();
+    if (key.empty()) {
+      const bool is_it = inner == nullptr && conversions::equal_ignoring_case(spelling.str(), name);
+      if (is_it) return Place{&table, spelling.str()};
+      continue;
     }
+    const std::optional<std::string_view> rest =
+        inner != nullptr ? behind(key, spelling.str()) : std::nullopt;
+    if (!rest) continue;
+    if (auto found = find_value(*inner, *rest, name)) return found;
   }
   return std::nullopt;
 }

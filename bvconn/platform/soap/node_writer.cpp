@@ -66,8 +66,10 @@ bool may_all_be(const Children& items, const TypeName& declared) {
 
 }  // namespace
 
-std::string envelope_declarations() {
-  return declarations(15);
+const std::string& envelope_declarations() {
+  // Never destroyed: an object of static lifetime may send its last request later than anything.
+  static const auto& text = *new std::string(declarations(15));
+  return text;
 }
 std::string NodeWriter::used_declarations() const {
   return declarations(used_);

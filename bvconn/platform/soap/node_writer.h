@@ -83,6 +83,6 @@ class NodeWriter {
 };
 
 /// ` xmlns:SOAP-ENV="…"` and so on: the declarations of an envelope.
-std::string envelope_declarations();
+const std::string& envelope_declarations();
 
 }  // namespace bvconn::detail

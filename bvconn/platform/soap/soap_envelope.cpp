@@ -4,6 +4,7 @@
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/soap/envelope_access.h"
 #include "bvconn/platform/soap/node_data.h"
 #include "bvconn/platform/soap/node_writer.h"
 #include "bvconn/platform/soap/reply_reader.h"
@@ -112,7 +113,8 @@ std::string SoapEnvelope::Serialize() const {
   return out;
 }
 
-void SoapEnvelope::Parse(std::string data, std::string_view encoding) const {
+// As `Parse`, but a fault is no failure; whether it is one.
+bool SoapEnvelope::read(std::string data, std::string_view encoding) const {
   State& envelope = state();
   detail::Reply reply = detail::read_reply(std::move(data), encoding);
   envelope.headers = std::move(reply.headers);
@@ -120,9 +122,20 @@ void SoapEnvelope::Parse(std::string data, std::string_view encoding) const {
   envelope.method = std::move(reply.method);
   envelope.name_space = std::move(reply.name_space);
   envelope.encoding_style = std::move(reply.encoding_style);
-  if (reply.is_fault) {
-    throw Error(error_numbers::kSoapFault, kSource, "The reply is a SOAP fault");
-  }
+  return reply.is_fault;
+}
+
+void SoapEnvelope::Parse(std::string data, std::string_view encoding) const {
+  if (read(std::move(data), encoding)) throw EnvelopeAccess::fault();
+}
+
+bool EnvelopeAccess::read(const SoapEnvelope& envelope, std::string data,
+                          std::string_view encoding) {
+  return envelope.read(std::move(data), encoding);
+}
+
+Error EnvelopeAccess::fault() {
+  return {error_numbers::kSoapFault, kSource, "The reply is a SOAP fault"};
 }
 
 }  // namespace bvconn

@@ -53,6 +53,8 @@ class BVCONN_EXPORT SoapEnvelope {
   struct State;
   explicit SoapEnvelope(std::shared_ptr<State> state) noexcept : state_(std::move(state)) {}
   State& state() const;
+  bool read(std::string data, std::string_view encoding) const;
+  friend struct EnvelopeAccess;
 
   std::shared_ptr<State> state_;
 };
