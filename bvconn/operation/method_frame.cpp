@@ -99,7 +99,12 @@ std::string Call::soap_action() {
 }
 
 Call& Call::send(std::int32_t timeout) {
-  Global::sendXML(envelope(), soap_action(), url_, timeout);
+  if (operation_.soap_action == nullptr) {
+    // The URN as it is, without a copy that a fault would have to stop for on its way out.
+    Global::sendXML(envelope(), service(), url_, timeout);
+  } else {
+    Global::sendXML(envelope(), look_up(operation_.soap_action), url_, timeout);
+  }
   return *this;
 }
 
@@ -147,19 +152,22 @@ void Call::tail(Error& error) {
   note_failure(error);
   LogBlock log = operation_.log;
   if (!error_name_.empty()) log.error = error_name_;
-  std::optional<Error> raised;
+  bool raises = false;
   try {
-    raised = only_errors([&] {
+    std::optional<Error> raised = only_errors([&] {
       const TailContext context{.log = log, .envelope = envelope_, .faults = operation_.faults};
       return apply_tail(operation_.tail, context, error);
     });
+    raises = raised.has_value();
+    if (raises) error = *std::move(raised);
   } catch (Error& further) {
     record_.raised(further);
     throw;
   }
-  if (!raised) return;
-  record_.raised(*raised);
-  throw *std::move(raised);
+  if (!raises) return;
+  record_.raised(error);
+  // Nothing is left here that the error would have to stop for on its way out.
+  throw Error(std::move(error));
 }
 
 }  // namespace bvconn

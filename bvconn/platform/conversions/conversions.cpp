@@ -180,8 +180,9 @@ std::string upper_case(std::string_view text) {
 }
 
 bool equal_ignoring_case(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return upper(x) == upper(y); });
+  // Most names come as they are asked for.
+  return a == b || std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                              [](char x, char y) { return upper(x) == upper(y); });
 }
 
 }  // namespace bvconn::conversions

@@ -29,7 +29,6 @@ using detail::ValuePath;
 
 /// Writers hold the lock for as long as it takes to write a small file.
 constexpr std::chrono::milliseconds kLockWait{5000};
-constexpr std::string_view kSource = "RegistryAccess";
 
 std::string serialize(const toml::table& table) {
   std::ostringstream out;

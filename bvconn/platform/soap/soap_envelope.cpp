@@ -82,8 +82,10 @@ void SoapEnvelope::EncodingStyle(std::string_view style) const {
 std::string SoapEnvelope::Serialize() const {
   const State& envelope = state();
   const auto parameters = nodes_in(envelope.parameters);
-  std::string out = R"(<?xml version="1.0" encoding="UTF-8"?>)"
-                    "<SOAP-ENV:Envelope";
+  constexpr std::size_t kUsualSize = 1024;
+  std::string out;
+  out.reserve(kUsualSize);
+  out += R"(<?xml version="1.0" encoding="UTF-8"?><SOAP-ENV:Envelope)";
   out += detail::envelope_declarations();
   out += '>';
   detail::NodeWriter writer(out, kSource, kElementsAround);
