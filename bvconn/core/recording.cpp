@@ -6,6 +6,7 @@
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/http/buffered_reply.h"
 #include "bvconn/platform/http/http_url.h"
 #include "bvconn/platform/soap/xml_document.h"
 
@@ -200,11 +201,15 @@ void send_recorded(HTTPTransport& transport, std::string_view url, std::string_v
   write_facts();
 }
 
-std::string receive_recorded(HTTPTransport& transport) {
-  std::string reply = run_step(&outcome_of_receiving, [&] { return transport.Receive("UTF-8"); });
+detail::TextBuffer receive_recorded(HTTPTransport& transport) {
+  auto* const buffered = dynamic_cast<detail::BufferedReply*>(&transport);
+  detail::TextBuffer reply = run_step(&outcome_of_receiving, [&]() -> detail::TextBuffer {
+    if (buffered != nullptr) return buffered->receive_buffer();
+    return transport.Receive("UTF-8");
+  });
   ExchangeLog& log = session().exchanges();
   if (Exchange* exchange = log.find(log.running())) {
-    quietly([&] { exchange->reply.assign(reply); });
+    quietly([&] { exchange->reply.assign(reply.view()); });
   }
   return reply;
 }

@@ -8,6 +8,7 @@
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/exchange/exchange_log.h"
 #include "bvconn/platform/http/http_transport.h"
+#include "bvconn/platform/text_buffer.h"
 #include "bvconn/platform/torvexlib/service_object.h"
 
 namespace bvconn {
@@ -45,7 +46,7 @@ void set_soap_action(HTTPTransport& transport, std::string_view value);
 // An exchange of the running call, in its three forms. What the transport or the service object
 // raises passes, an `Error` with its outcome.
 void send_recorded(HTTPTransport& transport, std::string_view url, std::string_view text);
-std::string receive_recorded(HTTPTransport& transport);
+detail::TextBuffer receive_recorded(HTTPTransport& transport);
 std::string invoke_recorded(ServiceObject& object, std::string_view operation,
                             std::span<const Variant> arguments, bool by_name);
 /// What answered the running call's last `invoke_recorded`, and how, for people; "" where the

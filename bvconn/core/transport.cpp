@@ -74,7 +74,7 @@ std::string reply_words(const std::function<std::string()>& words) {
 }
 
 /// Whether it is a fault.
-bool read_reply(const SoapEnvelope& envelope, std::string text,
+bool read_reply(const SoapEnvelope& envelope, detail::TextBuffer text,
                 const std::function<std::string()>& words) {
   try {
     return EnvelopeAccess::read(envelope, std::move(text), "");
@@ -183,7 +183,7 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
     send_recorded(*transport, url, xmlText);
     // deliberate [unread-reply]: without a document the reply is left unread and counts all the
     // same, and a reply that is no XML is no error.
-    if (document != nullptr) document->load(receive_recorded(*transport));
+    if (document != nullptr) document->load(receive_recorded(*transport).take_string());
     LastHeartBeat(session().clock().now());
     return Variant();
   });
@@ -191,7 +191,7 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 
 }  // namespace Global
 
-void parse_reply(const SoapEnvelope& envelope, std::string text,
+void parse_reply(const SoapEnvelope& envelope, detail::TextBuffer text,
                  const std::function<std::string()>& words) {
   // A fault is what the caller asked for, with words of its own.
   if (read_reply(envelope, std::move(text), words)) throw EnvelopeAccess::fault();

@@ -10,6 +10,7 @@
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/soap/xml_document.h"
+#include "bvconn/platform/text_buffer.h"
 
 namespace bvconn {
 
@@ -53,7 +54,7 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 
 /// Reads the text of a reply into the envelope. What `Parse` says against it is followed by
 /// `words`: where it came from and its status, or "" where nobody knows.
-void parse_reply(const SoapEnvelope& envelope, std::string text,
+void parse_reply(const SoapEnvelope& envelope, detail::TextBuffer text,
                  const std::function<std::string()>& words);
 
 /// Reads the reply to the last `Send` into the envelope, with the transport's words.

@@ -45,7 +45,7 @@ void exchange(IdleTransport& transport) {
                           "a session that is no short one");
   set_soap_action(transport, "urn:InvoiceService");
   send_recorded(transport, "http://sales.example:8080/soap", kText);
-  transport.reply = receive_recorded(transport);
+  transport.reply = receive_recorded(transport).take_string();
 }
 
 TEST(RecordMemory, IsTakenOnceForEachPlaceBySoap) {

@@ -69,6 +69,19 @@ TEST_P(Memory, OfAnEndlessReplyIsTheLimitAndLittleMore) {
   expect_next_call_works();
 }
 
+using ClaimedLength = TransportTest;
+
+TEST_F(ClaimedLength, CostsNoMemoryBeforeBytesArrive) {
+  server.answer(answers::raw("HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\n"
+                             "Content-Length: 1073741824\r\n\r\n<a/>") +
+                Answer{{.kind = Step::Kind::kClose}});
+  forget_peak();
+  const std::uint64_t before = memory_of_process("VmRSS");
+  EXPECT_EQ(hex_number(error_of([&] { call(); }).number), "0x80044307");
+  EXPECT_LT(memory_of_process("VmHWM") - before, std::uint64_t{8} << 20);
+  expect_next_call_works();
+}
+
 /// Address space for so much more than is in use, as long as it lives.
 class ScarceMemory {
  public:

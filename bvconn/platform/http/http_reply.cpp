@@ -16,8 +16,9 @@ namespace {
 using conversions::equal_ignoring_case;
 
 constexpr std::uint64_t kHeaderSizeMax = 256 << 10;
-// A length in a header is a claim: more than this is not reserved for it in advance.
-constexpr std::uint64_t kReserveMax = 1 << 20;
+// A length in a header is a claim: more than this is not reserved for it in advance. What is
+// reserved beyond `MemoryBlock::kLarge` is address space, and no memory before bytes arrive.
+constexpr std::uint64_t kReserveMax = 16 << 20;
 constexpr std::size_t kShownBodyMax = 300;
 constexpr std::size_t kShownFieldMax = 300;
 
@@ -138,7 +139,9 @@ bool HttpReply::end_headers() {
                                                  "\", which was not asked for");
   }
   const std::uint64_t length = length_of(field("Content-Length")).value_or(0);
-  body_.reserve(static_cast<std::size_t>(std::min({length, kReserveMax, rules_.body_size_max})));
+  if (length > 0) {
+    body_.reserve(static_cast<std::size_t>(std::min({length, kReserveMax, rules_.body_size_max})));
+  }
   return true;
 }
 
@@ -162,10 +165,9 @@ bool HttpReply::take_body(std::string_view bytes) {
   return true;
 }
 
-// A string that grows holds its old memory and its new memory at once. As long as the new one is at
+// A text that grows holds its old memory and its new memory at once. As long as the new one is at
 // most half of the limit they keep within it together, and the next step is the limit itself, which
-// is never outgrown; memory that is not written to costs nothing until then. The steps are long
-// where they are large, since not every block that is freed goes back to the system.
+// is never outgrown; memory that is not written to costs nothing until then.
 bool HttpReply::add_to_body(std::string_view bytes) {
   const std::uint64_t size_max = is_refused()
                                      ? std::min(rules_.refused_body_size_max, rules_.body_size_max)
@@ -174,7 +176,7 @@ bool HttpReply::add_to_body(std::string_view bytes) {
       static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), size_max - body_.size()));
   const std::size_t size = body_.size() + fitting;
   if (size > body_.capacity()) {
-    const std::size_t factor = body_.capacity() < kReserveMax ? 2 : 8;
+    const std::size_t factor = body_.capacity() < MemoryBlock::kLarge ? 2 : 4;
     const std::size_t grown = std::max(size, factor * body_.capacity());
     body_.reserve(grown > size_max / 2 ? static_cast<std::size_t>(size_max) : grown);
   }
@@ -221,7 +223,7 @@ Error HttpReply::refusal() const {
   if (const std::string_view location = field("Location"); !location.empty()) {
     text += " and names another location, " + shown_url(location) + ", which is not followed";
   }
-  const std::string beginning = excerpt(body_, kShownBodyMax);
+  const std::string beginning = excerpt(body(), kShownBodyMax);
   return {error_numbers::kHttpStatus, source_, beginning.empty() ? text : text + ": " + beginning};
 }
 

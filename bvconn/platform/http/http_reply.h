@@ -10,6 +10,7 @@
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/exchange/exchange.h"
+#include "bvconn/platform/text_buffer.h"
 
 namespace bvconn::detail {
 
@@ -66,8 +67,8 @@ class HttpReply {
   /// The last header of this name, whatever its case; "" where there is none.
   std::string_view field(std::string_view name) const;
   /// Its body, also where it is refused or in error: then as much as is kept of it, or arrived.
-  std::string_view body() const { return body_; }
-  std::string take() { return std::move(body_); }
+  std::string_view body() const { return body_.view(); }
+  TextBuffer take() { return std::move(body_); }
 
  private:
   bool take_status_line(std::string_view line);
@@ -88,7 +89,7 @@ class HttpReply {
   int status_ = 0;
   std::string reason_;
   std::vector<std::pair<std::string, std::string>> fields_;
-  std::string body_;
+  TextBuffer body_;
   std::unique_ptr<GzipReader> gzip_;
   std::optional<Error> error_;
 };

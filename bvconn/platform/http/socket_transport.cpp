@@ -153,12 +153,16 @@ void SocketTransport::Send(std::string_view url, std::string_view text) {
 }
 
 std::string SocketTransport::Receive(std::string_view /*encoding*/) {
+  return receive_buffer().take_string();
+}
+
+TextBuffer SocketTransport::receive_buffer() {
   if (!body_) {
     if (no_body_) throw Error(*no_body_);
     throw failure(error_numbers::kBadReply,
                   std::string("There is no reply: ").append(without_body_));
   }
-  std::string body = *std::move(body_);
+  TextBuffer body = *std::move(body_);
   body_.reset();
   without_body_ = "it was received already";
   return body;

@@ -9,13 +9,15 @@
 #include <vector>
 
 #include "bvconn/platform/error.h"
+#include "bvconn/platform/http/buffered_reply.h"
 #include "bvconn/platform/http/http_client.h"
 #include "bvconn/platform/http/http_transport.h"
+#include "bvconn/platform/text_buffer.h"
 
 namespace bvconn::detail {
 
 /// The transport over the system's sockets: what SOAP needs of HTTP, on a client of its own.
-class SocketTransport final : public HTTPTransport {
+class SocketTransport final : public HTTPTransport, public BufferedReply {
  public:
   SocketTransport();
 
@@ -26,6 +28,7 @@ class SocketTransport final : public HTTPTransport {
   void Timeout(std::int32_t milliseconds) override;
   void Send(std::string_view url, std::string_view text) override;
   std::string Receive(std::string_view encoding) override;
+  TextBuffer receive_buffer() override;
   std::string LastReply() const override;
   const WireFacts* LastWire() const override { return &client_.facts(); }
 
@@ -45,7 +48,7 @@ class SocketTransport final : public HTTPTransport {
   std::vector<std::string> headers_;  ///< of the next request
 
   // What the last Send brought: the body of the reply, or why Receive has none to give.
-  std::optional<std::string> body_;
+  std::optional<TextBuffer> body_;
   std::optional<Error> no_body_;  ///< nothing where `without_body_` says it
   std::string_view without_body_ = "nothing was sent";
   // What it said of itself, for `LastReply`.

@@ -4,10 +4,13 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "bvconn/platform/soap/soap_node.h"
 #include "bvconn/platform/soap/variant.h"
+#include "bvconn/platform/text_buffer.h"
+#include "bvconn/platform/thread_memory.h"
 
 /// How nodes lie in memory.
 ///
@@ -165,16 +168,24 @@ class Blocks {
   Blocks& operator=(const Blocks&) = delete;
   ~Blocks();
 
+  /// About so much will be taken: only the size of the first block follows from it.
+  void expect(std::size_t bytes) noexcept;
   /// Memory for pointers and structures of them.
-  void* take(std::size_t bytes);
+  void* take(std::size_t bytes) {
+    if (bytes > left_) return take_from_new_block(bytes);
+    left_ -= bytes;
+    return std::exchange(free_, free_ + bytes);
+  }
 
  private:
-  struct Block {
-    Block* next;
+  /// What lies at the beginning of each block.
+  struct Head {
+    MemoryBlock before;
   };
-  void grow(std::size_t bytes);
+  void* take_from_new_block(std::size_t bytes);
+  void add_block(std::size_t bytes);
 
-  Block* blocks_ = nullptr;
+  MemoryBlock last_;
   std::byte* free_ = nullptr;
   std::size_t left_ = 0;
   std::size_t next_size_ = 4096;
@@ -183,7 +194,7 @@ class Blocks {
 /// A reply: its buffer and its nodes.
 struct Tree {
   std::size_t references = 0;
-  std::string buffer;
+  TextBuffer buffer;
   Blocks blocks;
   NodeData* owned = nullptr;  ///< nodes that have an `Own`, by `own()->next`
   Tree* next = nullptr;       ///< in the list of trees to be deleted

@@ -11,6 +11,10 @@ namespace bvconn::detail {
 
 namespace {
 
+// Of the blocks of a tree.
+constexpr std::size_t kSmallest = std::size_t{1} << 10;
+constexpr std::size_t kLargest = std::size_t{2} << 20;
+
 /// What the last handle has left and what still waits to be deleted. Deleting a node releases the
 /// nodes that it holds; those are put here instead of being deleted at once, so that the depth of a
 /// tree costs no stack. Without a destructor, since handles may outlive it on an ending thread.
@@ -150,25 +154,40 @@ NodeData& NodeRef::operator*() const {
 }
 
 Blocks::~Blocks() {
-  while (blocks_ != nullptr) {
-    ::operator delete(std::exchange(blocks_, blocks_->next));
+  while (last_.data() != nullptr) {
+    Head* const head = std::launder(reinterpret_cast<Head*>(last_.data()));
+    MemoryBlock before = std::move(head->before);
+    std::destroy_at(head);
+    keep_spare(Spare::kNodes, std::exchange(last_, std::move(before)));
   }
 }
 
-void* Blocks::take(std::size_t bytes) {
-  if (bytes > left_) grow(bytes);
-  left_ -= bytes;
-  return std::exchange(free_, free_ + bytes);
+void Blocks::expect(std::size_t bytes) noexcept {
+  next_size_ = std::clamp(bytes, kSmallest, kLargest);
 }
 
-void Blocks::grow(std::size_t bytes) {
-  constexpr std::size_t kLargest = std::size_t{4} << 20;
-  const std::size_t size = std::max(bytes, next_size_);
-  next_size_ = std::min(kLargest, next_size_ * 2);
-  void* memory = ::operator new(sizeof(Block) + size);
-  blocks_ = ::new (memory) Block{blocks_};
-  free_ = static_cast<std::byte*>(memory) + sizeof(Block);
-  left_ = size;
+void* Blocks::take_from_new_block(std::size_t bytes) {
+  // A long list gets a block of its own where one is going on that has room for more nodes.
+  const bool alone = last_.data() != nullptr && bytes >= next_size_ / 2;
+  std::byte* const free = free_;
+  const std::size_t left = left_;
+  add_block(alone ? bytes + sizeof(Head) : std::max(bytes + sizeof(Head), next_size_));
+  void* const taken = std::exchange(free_, free_ + bytes);
+  left_ -= bytes;
+  if (left_ < left) {
+    free_ = free;
+    left_ = left;
+  }
+  return taken;
+}
+
+void Blocks::add_block(std::size_t bytes) {
+  MemoryBlock block = spare_or_new(Spare::kNodes, bytes);
+  ::new (block.data()) Head{std::move(last_)};
+  last_ = std::move(block);
+  free_ = last_.data() + sizeof(Head);
+  left_ = last_.size() - sizeof(Head);
+  next_size_ = std::min(kLargest, 2 * next_size_);
 }
 
 }  // namespace bvconn::detail

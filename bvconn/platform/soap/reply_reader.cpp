@@ -10,6 +10,7 @@
 #include "bvconn/platform/soap/node_data.h"
 #include "bvconn/platform/soap/soap_uris.h"
 #include "bvconn/platform/soap/tree_builder.h"
+#include "bvconn/platform/text_buffer.h"
 #include "bvconn/platform/xml/xml_encoding.h"
 #include "bvconn/platform/xml/xml_error.h"
 #include "bvconn/platform/xml/xml_reader.h"
@@ -25,7 +26,7 @@ constexpr std::string_view kSource = "SoapEnvelope";
 }
 
 /// Slices count in 32 bits.
-void check_size(const std::string& utf8) {
+void check_size(const TextBuffer& utf8) {
   if (utf8.size() < UINT32_MAX) return;
   throw xml::ReadError(xml::Problem::limit, {}, "the document is larger than 4 GiB");
 }
@@ -82,12 +83,26 @@ Reply reply_in(const TreeBuilder& builder) {
   return reply;
 }
 
-Reply read_envelope(std::string bytes, std::string_view encoding) {
+/// A tree whose nodes are to be made out of a text in UTF-8.
+std::unique_ptr<Tree> tree_for(TextBuffer utf8) {
+  check_size(utf8);
   auto tree = std::make_unique<Tree>();
-  tree->buffer = xml::to_utf8(std::move(bytes), encoding);
-  check_size(tree->buffer);
+  tree->buffer = std::move(utf8);
+  tree->blocks.expect(tree->buffer.size() / 2);
+  return tree;
+}
+
+void parse(Tree& tree, TreeBuilder& builder) {
+  xml::parse({tree.buffer.data(), tree.buffer.size()}, {}, builder);
+}
+
+Reply read_envelope(TextBuffer bytes, std::string_view encoding) {
+  if (auto text = xml::converted_to_utf8(bytes.view(), encoding)) {
+    bytes = *std::move(text);
+  }
+  auto tree = tree_for(std::move(bytes));
   TreeBuilder builder(*tree, TreeBuilder::Form::kEnvelope);
-  xml::parse(tree->buffer, {}, builder);
+  parse(*tree, builder);
   check_envelope(*builder.root());
   builder.resolve_references();
   const NodeRef keep(builder.root());
@@ -98,18 +113,16 @@ Reply read_envelope(std::string bytes, std::string_view encoding) {
 }  // namespace
 
 SoapNode read_document(std::string utf8) {
-  auto tree = std::make_unique<Tree>();
-  tree->buffer = std::move(utf8);
-  check_size(tree->buffer);
+  auto tree = tree_for(std::move(utf8));
   TreeBuilder builder(*tree, TreeBuilder::Form::kDocument);
-  xml::parse(tree->buffer, {}, builder);
+  parse(*tree, builder);
   SoapNode root = SoapAccess::node(NodeRef(builder.root()));
   static_cast<void>(tree.release());
   return root;
 }
 
-Reply read_reply(std::string bytes, std::string_view encoding) {
-  if (bytes.empty()) {
+Reply read_reply(TextBuffer bytes, std::string_view encoding) {
+  if (bytes.size() == 0) {
     throw Error(error_numbers::kNotWellFormed, kSource, "The reply is empty");
   }
   try {

@@ -6,6 +6,7 @@
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/soap/node_data.h"
 #include "bvconn/platform/soap/soap_node.h"
+#include "bvconn/platform/text_buffer.h"
 #include "bvconn/platform/xml/xml_error.h"
 
 namespace bvconn::detail {
@@ -24,7 +25,7 @@ struct Reply {
 };
 
 /// Reads an envelope of SOAP 1.1. Fails with 0x80044202, 0x80044203 and 0x80044206.
-Reply read_reply(std::string bytes, std::string_view encoding);
+Reply read_reply(TextBuffer bytes, std::string_view encoding);
 
 /// The error that says why a document cannot be read: one line of text whatever it holds. The two
 /// beginnings are those of its description.

@@ -116,7 +116,7 @@ std::string SoapEnvelope::Serialize() const {
 }
 
 // As `Parse`, but a fault is no failure; whether it is one.
-bool SoapEnvelope::read(std::string data, std::string_view encoding) const {
+bool SoapEnvelope::read(detail::TextBuffer data, std::string_view encoding) const {
   State& envelope = state();
   detail::Reply reply = detail::read_reply(std::move(data), encoding);
   envelope.headers = std::move(reply.headers);
@@ -131,7 +131,7 @@ void SoapEnvelope::Parse(std::string data, std::string_view encoding) const {
   if (read(std::move(data), encoding)) throw EnvelopeAccess::fault();
 }
 
-bool EnvelopeAccess::read(const SoapEnvelope& envelope, std::string data,
+bool EnvelopeAccess::read(const SoapEnvelope& envelope, detail::TextBuffer data,
                           std::string_view encoding) {
   return envelope.read(std::move(data), encoding);
 }

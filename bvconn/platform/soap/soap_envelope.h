@@ -9,6 +9,10 @@
 
 namespace bvconn {
 
+namespace detail {
+class TextBuffer;
+}
+
 /// The encoding style of SOAP 1.1, as the operations that set one set it.
 inline constexpr std::string_view kSoapEncoding = "http://schemas.xmlsoap.org/soap/encoding/";
 
@@ -53,7 +57,7 @@ class BVCONN_EXPORT SoapEnvelope {
   struct State;
   explicit SoapEnvelope(std::shared_ptr<State> state) noexcept : state_(std::move(state)) {}
   State& state() const;
-  bool read(std::string data, std::string_view encoding) const;
+  bool read(detail::TextBuffer data, std::string_view encoding) const;
   friend struct EnvelopeAccess;
 
   std::shared_ptr<State> state_;

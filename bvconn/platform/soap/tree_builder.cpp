@@ -50,7 +50,7 @@ Slice TreeBuilder::slice(std::string_view part) const {
 }
 
 void TreeBuilder::note(Note::Kind kind, std::string_view id, std::size_t place) {
-  notes_.push_back({.id = id, .place = static_cast<std::uint32_t>(place), .kind = kind});
+  notes_.push({.id = id, .place = static_cast<std::uint32_t>(place), .kind = kind});
 }
 
 TreeBuilder::Frame TreeBuilder::read_start(const xml::Name& name,
@@ -261,11 +261,11 @@ NodeData* TreeBuilder::place_waiting(std::byte* memory, std::size_t first_place,
   for (std::size_t i = first_note; i < notes_.size(); ++i) {
     const Note& note = notes_[i];
     NodeData* node = nodes + (note.place - first_place);
-    if (note.kind == Note::Kind::kId) identified_.push_back({note.id, node});
-    if (note.kind == Note::Kind::kReference) references_.push_back({note.id, node});
+    if (note.kind == Note::Kind::kId) identified_.push({note.id, node});
+    if (note.kind == Note::Kind::kReference) references_.push({note.id, node});
     if (note.kind == Note::Kind::kNoRoot) no_roots_.push_back(node);
   }
-  notes_.resize(first_note);
+  notes_.shrink(first_note);
   return nodes;
 }
 

@@ -99,7 +99,8 @@ class TreeBuilder {
   void fill(Frame& frame, const xml::Scope& scope);
   void place_children(Frame& frame);
   NodeData* place_waiting(std::byte* memory, std::size_t first_place, std::size_t first_note);
-  NodeData* target_of(std::string_view id) const;
+  void sort_identified();
+  NodeData* target_of(std::string_view id, std::size_t& next) const;
   void check_cycles() const;
 
   Tree& tree_;
@@ -111,9 +112,9 @@ class TreeBuilder {
   xml::Stack<Frame, 10> open_;
   xml::Stack<NodeData, 32> waiting_;
   std::vector<ReadyNode> ready_;  ///< by the number of their start tag
-  std::vector<Note> notes_;
-  std::vector<Identified> identified_;
-  std::vector<Identified> references_;
+  xml::Stack<Note, 8> notes_;
+  xml::Stack<Identified, 8> identified_;
+  xml::Stack<Identified, 8> references_;
   std::vector<const NodeData*> no_roots_;
   std::string_view encoding_style_;
 };

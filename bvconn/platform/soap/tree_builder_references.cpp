@@ -16,30 +16,52 @@ namespace {
   throw Error(error_numbers::kSoapLimit, "SoapEnvelope", description);
 }
 
+/// Numbered ids are in this order as servers write them, so that they need not be sorted.
+bool is_before(std::string_view a, std::string_view b) {
+  return a.size() != b.size() ? a.size() < b.size() : a < b;
+}
+
 }  // namespace
 
 bool TreeBuilder::is_marked_no_root(const NodeData* node) const {
   return std::find(no_roots_.begin(), no_roots_.end(), node) != no_roots_.end();
 }
 
-NodeData* TreeBuilder::target_of(std::string_view id) const {
-  const auto by_id = [](const Identified& a, const Identified& b) { return a.id < b.id; };
-  const auto [first, last] =
-      std::equal_range(identified_.begin(), identified_.end(), Identified{id, nullptr}, by_id);
-  if (first == last)
+void TreeBuilder::sort_identified() {
+  const auto before = [](const Identified& a, const Identified& b) {
+    return is_before(a.id, b.id);
+  };
+  if (std::is_sorted(identified_.begin(), identified_.end(), before)) return;
+  std::sort(identified_.begin(), identified_.end(), before);
+}
+
+/// `next` is where the id behind the one that was found last is: where it mostly is, too.
+NodeData* TreeBuilder::target_of(std::string_view id, std::size_t& next) const {
+  const std::size_t count = identified_.size();
+  const auto is_at = [&](std::size_t i) { return i < count && identified_[i].id == id; };
+  std::size_t found = next;
+  if (!is_at(found)) {
+    const auto* place = std::lower_bound(
+        identified_.begin(), identified_.end(), id,
+        [](const Identified& a, std::string_view wanted) { return is_before(a.id, wanted); });
+    found = static_cast<std::size_t>(place - identified_.begin());
+  }
+  if (!is_at(found)) {
     bad_reference("No element has the id " + shown(id) + " that an href refers to");
-  if (last - first > 1) {
+  }
+  if (is_at(found + 1) || (found > 0 && is_at(found - 1))) {
     bad_reference("More than one element has the id " + shown(id) + " that an href refers to");
   }
-  return first->node;
+  next = found + 1;
+  return identified_[found].node;
 }
 
 void TreeBuilder::resolve_references() {
   if (references_.empty()) return;
-  std::sort(identified_.begin(), identified_.end(),
-            [](const Identified& a, const Identified& b) { return a.id < b.id; });
+  sort_identified();
+  std::size_t next = 0;
   for (const auto& [id, node] : references_) {
-    node->link = target_of(id);
+    node->link = target_of(id, next);
     node->content = Content::kLink;
     node->set(kReference);
   }

@@ -59,7 +59,7 @@ JsonReply JsonPoster::post(std::string_view source, const std::string& url,
   if (reply.error() && !reply.is_refused()) {
     throw Error(*reply.error());
   }
-  return {.body = reply.take(),
+  return {.body = reply.take().take_string(),
           .session_token = std::string(reply.field("Session-Token")),
           .refusal = reply.error()};
 }

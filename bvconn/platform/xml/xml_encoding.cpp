@@ -192,10 +192,10 @@ char32_t character_of(unsigned char byte, Encoding encoding) {
   }
 }
 
-std::string from_single_bytes(std::string bytes, Encoding encoding) {
+std::optional<std::string> from_single_bytes(std::string_view bytes, Encoding encoding) {
   const auto beyond_ascii = static_cast<std::size_t>(
       std::count_if(bytes.begin(), bytes.end(), [](char byte) { return !is_ascii(byte); }));
-  if (beyond_ascii == 0) return bytes;
+  if (beyond_ascii == 0) return std::nullopt;
   std::string text(bytes.size() + 2 * beyond_ascii, '\0');
   char* out = text.data();
   for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -301,12 +301,13 @@ std::size_t usual_declaration(std::string_view document) noexcept {
   return rest == kRest || rest == kRestInSmall ? kSize : 0;
 }
 
-std::string to_utf8(std::string bytes, std::string_view override_encoding) {
+std::optional<std::string> converted_to_utf8(std::string_view bytes,
+                                             std::string_view override_encoding) {
   const Encoding encoding =
       override_encoding.empty() ? encoding_of(bytes) : encoding_given(override_encoding);
   switch (encoding) {
     case Encoding::utf_8:
-      return bytes;
+      return std::nullopt;
     case Encoding::utf_16:
       // The name says nothing of the order of bytes; where the bytes do not either, it is that of
       // the network.
@@ -319,8 +320,13 @@ std::string to_utf8(std::string bytes, std::string_view override_encoding) {
     case Encoding::latin_9:
     case Encoding::windows_1252:
     case Encoding::ascii:
-      return from_single_bytes(std::move(bytes), encoding);
+      return from_single_bytes(bytes, encoding);
   }
+  return std::nullopt;
+}
+
+std::string to_utf8(std::string bytes, std::string_view override_encoding) {
+  if (auto text = converted_to_utf8(bytes, override_encoding)) return *std::move(text);
   return bytes;
 }
 

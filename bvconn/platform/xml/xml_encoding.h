@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,5 +26,9 @@ std::size_t usual_declaration(std::string_view document) noexcept;
 /// does not have; its position is that in `bytes`. The declaration is
 /// left as it is, and so is a byte-order mark: the reader skips it.
 std::string to_utf8(std::string bytes, std::string_view override_encoding);
+
+/// The same; nothing where the bytes are UTF-8 as they are.
+std::optional<std::string> converted_to_utf8(std::string_view bytes,
+                                             std::string_view override_encoding);
 
 }  // namespace bvconn::detail::xml

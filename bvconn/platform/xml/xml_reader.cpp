@@ -26,7 +26,7 @@ bool is_encoding_name(std::string_view text) {
 
 }  // namespace
 
-Reader::Reader(std::string& buffer, const Limits& limits, Wanted wanted)
+Reader::Reader(std::span<char> buffer, const Limits& limits, Wanted wanted)
     : begin_(buffer.data()),
       at_(begin_),
       end_(begin_ + buffer.size()),
@@ -34,7 +34,7 @@ Reader::Reader(std::string& buffer, const Limits& limits, Wanted wanted)
       limits_(limits),
       wanted_(wanted),
       ready_(limits.unremembered) {
-  const std::size_t unreadable = find_unreadable(buffer);
+  const std::size_t unreadable = find_unreadable({buffer.data(), buffer.size()});
   if (unreadable == std::string_view::npos) return;
   // Reading goes on up to there, so that an earlier error is the one that is reported.
   end_ = begin_ + unreadable;

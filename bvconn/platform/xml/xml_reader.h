@@ -48,8 +48,9 @@ class Reader {
     bool instructions = false;
   };
 
-  /// The buffer must neither move nor change, but through the reader, as long as slices are used.
-  Reader(std::string& buffer, const Limits& limits, Wanted wanted);
+  /// The buffer must neither move nor change, but through the reader, as long as slices are used. A
+  /// NUL stands behind it.
+  Reader(std::span<char> buffer, const Limits& limits, Wanted wanted);
 
   /// Goes on to the next thing. Throws `ReadError`; then the reader is of no further use.
   Token next();
@@ -193,7 +194,7 @@ class Reader {
 ///
 /// Throws `ReadError`, and lets pass what the sink throws.
 template <class Sink>
-void parse(std::string& buffer, const Limits& limits, Sink& sink) {
+void parse(std::span<char> buffer, const Limits& limits, Sink& sink) {
   constexpr bool kTellsComments = requires(std::string_view text) {
     sink.comment(text);
   };

@@ -2,26 +2,27 @@
 
 #include <cstddef>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <span>
 #include <type_traits>
+#include <utility>
+
+#include "bvconn/platform/thread_memory.h"
 
 namespace bvconn::detail::xml {
 
 /// A stack of plain data whose first items lie in the stack itself: what reads a small document
-/// asks for no memory.
+/// asks for no memory, and what a large one takes goes back to the system.
 template <class Item, std::size_t kWithin>
 class Stack {
   static_assert(std::is_trivially_copyable_v<Item> && std::is_trivially_destructible_v<Item>);
+  static_assert(alignof(Item) <= alignof(std::max_align_t));
 
  public:
   Stack() noexcept : items_(reinterpret_cast<Item*>(within_)) {}
   Stack(const Stack&) = delete;
   Stack& operator=(const Stack&) = delete;
-  ~Stack() {
-    if (is_outside()) std::allocator<Item>().deallocate(items_, capacity_);
-  }
+  ~Stack() = default;
 
   std::size_t size() const noexcept { return size_; }
   bool empty() const noexcept { return size_ == 0; }
@@ -51,19 +52,18 @@ class Stack {
   void clear() noexcept { size_ = 0; }
 
  private:
-  bool is_outside() const noexcept { return capacity_ != kWithin; }
-
   void grow() {
-    Item* const larger = std::allocator<Item>().allocate(2 * capacity_);
-    std::memcpy(static_cast<void*>(larger), items_, size_ * sizeof(Item));
-    if (is_outside()) std::allocator<Item>().deallocate(items_, capacity_);
-    items_ = larger;
-    capacity_ *= 2;
+    MemoryBlock larger(2 * capacity_ * sizeof(Item));
+    std::memcpy(larger.data(), items_, size_ * sizeof(Item));
+    outside_ = std::move(larger);
+    items_ = reinterpret_cast<Item*>(outside_.data());
+    capacity_ = outside_.size() / sizeof(Item);
   }
 
   Item* items_;
   std::size_t size_ = 0;
   std::size_t capacity_ = kWithin;
+  MemoryBlock outside_;
   alignas(Item) std::byte within_[kWithin * sizeof(Item)];
 };
 

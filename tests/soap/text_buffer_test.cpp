@@ -1,0 +1,120 @@
+#include "bvconn/platform/text_buffer.h"
+
+#include <gtest/gtest.h>
+
+#include <new>
+#include <string>
+#include <thread>
+#include <utility>
+
+namespace bvconn::detail {
+namespace {
+
+void grow_by(TextBuffer& text, std::string_view more) {
+  if (text.size() + more.size() > text.capacity()) text.reserve(2 * (text.size() + more.size()));
+  text.append(more);
+}
+
+TEST(TextBuffer, IsEmptyAtFirstAndEndsWithANul) {
+  TextBuffer text;
+  EXPECT_EQ(text.view(), "");
+  EXPECT_EQ(*text.data(), '\0');
+  EXPECT_EQ(text.take_string(), "");
+}
+
+TEST(TextBuffer, GrowsFromNothingToManyMegabytes) {
+  TextBuffer text;
+  std::string expected;
+  for (int i = 0; expected.size() < 5'000'000; ++i) {
+    const std::string piece = "piece " + std::to_string(i) + std::string(i % 7'000, '.');
+    grow_by(text, piece);
+    expected += piece;
+    ASSERT_EQ(text.data()[text.size()], '\0');
+  }
+  EXPECT_TRUE(text.view() == expected);
+  EXPECT_TRUE(text.take_string() == expected);
+  EXPECT_EQ(text.view(), "");
+}
+
+TEST(TextBuffer, TakesAStringAndGivesItBack) {
+  TextBuffer text = std::string("short");
+  EXPECT_EQ(text.view(), "short");
+  TextBuffer moved = std::move(text);
+  EXPECT_EQ(text.view(), "");
+  EXPECT_EQ(moved.view(), "short");
+  grow_by(moved, ", and longer");
+  EXPECT_EQ(moved.take_string(), "short, and longer");
+}
+
+TEST(TextBuffer, KeepsItsPlaceWhenItIsMoved) {
+  TextBuffer text;
+  grow_by(text, "<a/>");
+  const char* const place = text.data();
+  const TextBuffer moved = std::move(text);
+  EXPECT_EQ(moved.data(), place);
+  EXPECT_EQ(moved.view(), "<a/>");
+}
+
+TEST(TextBuffer, ThatFollowsALongerOneShowsNothingOfIt) {
+  {
+    TextBuffer first;
+    grow_by(first, std::string(10'000, 'x'));
+  }
+  TextBuffer second;
+  second.reserve(5);
+  EXPECT_EQ(second.view(), "");
+  EXPECT_EQ(*second.data(), '\0');
+  second.append("y");
+  EXPECT_EQ(second.view(), "y");
+  EXPECT_EQ(second.data()[1], '\0');
+}
+
+TEST(MemoryBlock, OfAnySizeIsWritable) {
+  for (const std::size_t size :
+       {std::size_t{1}, std::size_t{4096}, MemoryBlock::kLarge - 1, MemoryBlock::kLarge,
+        std::size_t{1} << 20, (std::size_t{2} << 20) + 1, std::size_t{9'999'999}}) {
+    const MemoryBlock block(size);
+    ASSERT_GE(block.size(), size);
+    block.data()[0] = std::byte{1};
+    block.data()[size - 1] = std::byte{2};
+    EXPECT_EQ(block.data()[size - 1], std::byte{2});
+  }
+}
+
+TEST(MemoryBlock, BeyondAllMemoryIsRefused) {
+  EXPECT_THROW(MemoryBlock(SIZE_MAX), std::bad_alloc);
+  EXPECT_THROW(MemoryBlock(SIZE_MAX / 2), std::bad_alloc);
+}
+
+/// Each on a thread that has no spare memory yet.
+void on_a_new_thread(void (*test)()) {
+  std::thread(test).join();
+}
+
+TEST(SpareMemory, IsTheLargerOfTwoAndHandedOutOnce) {
+  on_a_new_thread([] {
+    keep_spare(Spare::kNodes, MemoryBlock(2'000));
+    keep_spare(Spare::kNodes, MemoryBlock(1'000));
+    const MemoryBlock spare = spare_or_new(Spare::kNodes, 1'500);
+    EXPECT_EQ(spare.size(), 2'000U);
+    EXPECT_EQ(spare_or_new(Spare::kNodes, 1'500).size(), 1'500U);
+  });
+}
+
+TEST(SpareMemory, ThatIsTooSmallStaysForTheNext) {
+  on_a_new_thread([] {
+    keep_spare(Spare::kNodes, MemoryBlock(3'000));
+    EXPECT_EQ(spare_or_new(Spare::kNodes, 3'001).size(), 3'001U);
+    EXPECT_EQ(spare_or_new(Spare::kNodes, 10).size(), 3'000U);
+  });
+}
+
+TEST(SpareMemory, IsNeverLarge) {
+  on_a_new_thread([] {
+    keep_spare(Spare::kText, MemoryBlock(MemoryBlock::kLarge));
+    EXPECT_EQ(spare_or_new(Spare::kText, 1).size(), 1U);
+  });
+}
+
+}  // namespace
+}  // namespace bvconn::detail
