@@ -25,7 +25,7 @@ TEST(TextBuffer, IsEmptyAtFirstAndEndsWithANul) {
 TEST(TextBuffer, GrowsFromNothingToManyMegabytes) {
   TextBuffer text;
   std::string expected;
-  for (int i = 0; expected.size() < 5'000'000; ++i) {
+  for (std::size_t i = 0; expected.size() < 5'000'000; ++i) {
     const std::string piece = "piece " + std::to_string(i) + std::string(i % 7'000, '.');
     grow_by(text, piece);
     expected += piece;
