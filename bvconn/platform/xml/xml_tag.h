@@ -28,7 +28,7 @@ struct Attribute {
 /// it is not, the reader has read this tag just now, and the number, if it is one, stands for this
 /// tag from here on. Numbers count from 0, without gaps.
 struct Tag {
-  static constexpr std::uint32_t kNoNumber = std::numeric_limits<std::uint32_t>::max();
+  static constexpr std::uint32_t kNoNumber = (std::numeric_limits<std::uint32_t>::max)();
   std::uint32_t number = kNoNumber;
   bool is_known = false;
 };
