@@ -88,7 +88,7 @@ TEST(ResidentMemory, IsBackWhenThreadsThatReadLargeRepliesHaveEnded) {
   }
 }
 
-TEST(ResidentMemory, IsBackAfterAMillionReferencesAndAfterAMillionNames) {
+TEST(ResidentMemory, IsBackAfterManyReferencesAndAfterManyNames) {
   constexpr int kCount = 300'000;
   const auto text = [](bool references) {
     std::string body = "<r>";
