@@ -147,6 +147,8 @@ class CaseRunner {
     if (!server.authority().empty()) use_tls_files({.ca_file = server.authority()});
     const bool straight = case_.through.empty();
     if (straight) good_call(home_.url("/dal"));
+    // A logger keeps its file from its first line on.
+    session().Logger().LogWarning("hostile_runner", "in_thread", "begins", 0);
     const Held before = held_now();
 
     const std::string url = case_.url.empty() ? server.url("/soap") : expanded(case_.url, holes_);
