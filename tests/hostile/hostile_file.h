@@ -77,7 +77,7 @@ struct HostileCase {
   std::int32_t timeout_ms = 0;
   std::vector<std::pair<std::string, std::string>> options;
   std::chrono::milliseconds within{2000};
-  std::size_t memory_mib = 8;
+  std::size_t memory_mib = 10;
   std::vector<HostileStep> steps;
   std::map<std::string, Expected> expected;  ///< by route
 };
