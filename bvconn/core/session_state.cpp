@@ -7,22 +7,28 @@
 
 namespace bvconn {
 
+namespace {
+
+/// Null for a logger of the application's.
+const detail::LevelFilter* filter_of(const SessionLogger& logger) {
+  return dynamic_cast<const detail::LevelFilter*>(&logger);
+}
+
+}  // namespace
+
 SessionLogger& SessionState::Logger() {
-  if (!logger_) {
-    logger_ = platform::current().logger();
-    level_filter_ = dynamic_cast<const detail::LevelFilter*>(logger_.get());
-  }
+  if (!logger_) logger_ = platform::current().logger();
   return *logger_;
 }
 
 bool SessionState::writes_lines(std::int32_t level) {
-  Logger();
-  return level_filter_ == nullptr || level_filter_->writes(level);
+  const detail::LevelFilter* filter = filter_of(Logger());
+  return filter == nullptr || filter->writes(level);
 }
 
 bool SessionState::writes_info_lines() {
-  Logger();
-  return level_filter_ == nullptr || level_filter_->writes_info();
+  const detail::LevelFilter* filter = filter_of(Logger());
+  return filter == nullptr || filter->writes_info();
 }
 
 BVServices& SessionState::Services() {

@@ -11,10 +11,6 @@
 #include "bvconn/platform/exchange/exchange_log.h"
 #include "bvconn/platform/platform.h"
 
-namespace bvconn::detail {
-class LevelFilter;
-}
-
 namespace bvconn {
 
 /// Everything that outlives one call: one record for each thread, zeroed when the thread starts.
@@ -73,7 +69,6 @@ struct SessionState {
 
  private:
   std::shared_ptr<SessionLogger> logger_;
-  const detail::LevelFilter* level_filter_ = nullptr;
   std::optional<BVServices> services_;
   std::optional<BVMethods> methods_;
   std::shared_ptr<HTTPTransport> transport_;

@@ -83,7 +83,7 @@ void append_now(std::string& line) {
   append_digits(line, minutes / 60 * 100 + minutes % 60, 4);
 }
 
-class FileLogger final : public SessionLogger, public detail::LevelFilter {
+class FileLogger final : public detail::LevelFilter {
  public:
   FileLogger()
       : mask_(mask_of(detail::environment("BVCONN_LOG_MASK"))),

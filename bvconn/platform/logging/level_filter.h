@@ -2,19 +2,18 @@
 
 #include <cstdint>
 
+#include "bvconn/platform/logging/session_logger.h"
+
 namespace bvconn::detail {
 
-/// What a logger of the library's own can say ahead of a line, so that one which would be dropped
-/// is not put together.
-class LevelFilter {
+/// A logger that can say ahead of a line whether it would drop it, so that such a line is not put
+/// together: the library's own.
+class LevelFilter : public SessionLogger {
  public:
   /// Whether lines at this level are written, those of enter and exit among them.
   virtual bool writes(std::int32_t level) const noexcept = 0;
   /// Whether text lines without a level are.
   virtual bool writes_info() const noexcept = 0;
-
- protected:
-  ~LevelFilter() = default;
 };
 
 }  // namespace bvconn::detail
