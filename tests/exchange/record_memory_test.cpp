@@ -6,6 +6,7 @@
 
 #include "bvconn/core/recording.h"
 #include "bvconn/core/session_state.h"
+#include "support/idle_transport.h"
 #include "support/watched_memory.h"
 
 namespace bvconn {
@@ -16,14 +17,8 @@ using test::MemoryCount;
 using test::Shortage;
 
 /// Answers without taking memory.
-class IdleTransport final : public HTTPTransport {
+class OneReply final : public test::IdleTransport {
  public:
-  void Option(std::string_view, std::string_view) override {}
-  void setProxy(std::string_view, std::string_view) override {}
-  void NoProxy() override {}
-  void SOAPAction(std::string_view) override {}
-  void Timeout(std::int32_t) override {}
-  void Send(std::string_view, std::string_view) override {}
   std::string Receive(std::string_view) override { return std::move(reply); }
   const WireFacts* LastWire() const override { return &facts; }
 
@@ -40,7 +35,7 @@ class IdleObject final : public ServiceObject {
 
 const std::string kText(512, 'x');
 
-void exchange(IdleTransport& transport) {
+void exchange(OneReply& transport) {
   const RecordedCall call("BVInvoiceConnector", "GetInvoice", "http://sales.example:8080/soap",
                           "a session that is no short one");
   set_soap_action(transport, "urn:InvoiceService");
@@ -49,7 +44,7 @@ void exchange(IdleTransport& transport) {
 }
 
 TEST(RecordMemory, IsTakenOnceForEachPlaceBySoap) {
-  IdleTransport transport;
+  OneReply transport;
   transport.reply = kText;
   transport.facts.reply_headers.assign(kText);
   for (int i = 0; i < 8; ++i) exchange(transport);
@@ -79,7 +74,7 @@ TEST(RecordMemory, IsTakenOnceForEachPlaceByDal) {
 TEST(RecordMemory, WhereThereIsNoneTheCallGoesOn) {
   session() = SessionState();
   session().clock();
-  IdleTransport transport;
+  OneReply transport;
   transport.reply = kText;
   {
     const FailingMemory none(1, Shortage::kOnward);

@@ -2,6 +2,7 @@
 
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"
+#include "support/idle_transport.h"
 
 namespace bvconn::test {
 namespace {
@@ -44,14 +45,9 @@ class QuietSettings final : public RegistryAccess {
   }
 };
 
-class QuietTransport final : public HTTPTransport {
+class QuietTransport final : public IdleTransport {
  public:
   explicit QuietTransport(QuietWorld& world) : world_(world) {}
-  void Option(std::string_view, std::string_view) override {}
-  void setProxy(std::string_view, std::string_view) override {}
-  void NoProxy() override {}
-  void SOAPAction(std::string_view) override {}
-  void Timeout(std::int32_t) override {}
   void Send(std::string_view, std::string_view) override {
     if (world_.send_error) throw Error(*world_.send_error);
   }

@@ -12,6 +12,7 @@
 #include "bvconn/observation/marks.h"
 #include "bvconn/observation/world.h"
 #include "bvconn/platform/error.h"
+#include "support/idle_transport.h"
 
 namespace bvconn::test {
 namespace {
@@ -64,16 +65,10 @@ const std::vector<std::string>& odd_replies() {
 }
 
 /// A server and a data access layer that give one answer to everything.
-class SameAnswer final : public HTTPTransport, public ServiceObject {
+class SameAnswer final : public IdleTransport, public ServiceObject {
  public:
   SameAnswer(std::string_view name, const std::string& answer) : name_(name), answer_(answer) {}
 
-  void Option(std::string_view, std::string_view) override {}
-  void setProxy(std::string_view, std::string_view) override {}
-  void NoProxy() override {}
-  void SOAPAction(std::string_view) override {}
-  void Timeout(std::int32_t) override {}
-  void Send(std::string_view, std::string_view) override {}
   std::string Receive(std::string_view) override { return answer_; }
 
   std::string_view name() const override { return name_; }
