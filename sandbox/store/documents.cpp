@@ -1,5 +1,7 @@
 #include "sandbox/store/documents.h"
 
+#include <utility>
+
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/store/documents_tree.h"
 
@@ -33,6 +35,9 @@ Product read_product(const Statement& row) {
           .unit = row.text(3),
           .list_price_cents = row.integer(4)};
 }
+
+/// So many revisions of a document are kept.
+constexpr std::int64_t kMostRevisions = 20;
 
 constexpr std::string_view kProductColumns =
     "SELECT catalog_number, description, manufacturer, unit, list_price_cents FROM products ";
@@ -118,6 +123,34 @@ void Documents::write(const DocumentKind& kind, Document& document, const SoapNo
   insert.bind(document.status).bind(document.locked_by).bind(document.revision);
   insert.bind(document.body).bind(document.previous_body).run();
   write_lines(document, lines);
+  if (kind.keeps_revisions) write_revision(document);
+}
+
+void Documents::write_revision(const Document& document) {
+  Statement(database_, "INSERT INTO document_revisions VALUES (?, ?, ?)")
+      .bind(document.gid)
+      .bind(document.revision)
+      .bind(document.body)
+      .run();
+  Statement(database_, "DELETE FROM document_revisions WHERE document_gid = ? AND revision <= ?")
+      .bind(document.gid)
+      .bind(document.revision - kMostRevisions)
+      .run();
+}
+
+std::vector<Document> Documents::revisions(const Document& document) {
+  Statement select(database_,
+                   "SELECT revision, body FROM document_revisions WHERE document_gid = ?"
+                   " ORDER BY revision DESC");
+  select.bind(document.gid);
+  std::vector<Document> found;
+  while (select.step()) {
+    Document each = document;
+    each.revision = select.integer(0);
+    each.body = select.text(1);
+    found.push_back(std::move(each));
+  }
+  return found;
 }
 
 void Documents::write_lines(const Document& document, const std::vector<SoapNode>& lines) {

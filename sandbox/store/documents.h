@@ -18,11 +18,13 @@ struct DocumentKind {
   std::int64_t first_key;
   std::string_view key_field;
   std::string_view number_field;
+  /// Whether what it was before can be asked for.
+  bool keeps_revisions = false;
 };
 
 inline constexpr DocumentKind kProjectKind{"project", "PRJ-", 3'001, "GID", "ProjectNumber"};
-inline constexpr DocumentKind kQuoteKind{"quote", "QUO-", 4'001, "GID", "QuoteNumber"};
-inline constexpr DocumentKind kOrderKind{"order", "ORD-", 5'001, "GID", "OrderNumber"};
+inline constexpr DocumentKind kQuoteKind{"quote", "QUO-", 4'001, "GID", "QuoteNumber", true};
+inline constexpr DocumentKind kOrderKind{"order", "ORD-", 5'001, "GID", "OrderNumber", true};
 inline constexpr DocumentKind kRfqKind{"RFQ", "RFQ-", 6'001, "GID", "RFQNumber"};
 inline constexpr DocumentKind kAcknowledgementKind{"acknowledgement", "ACK-", 7'001, "GID",
                                                    "AcknowledgementNumber"};
@@ -64,6 +66,9 @@ class Documents {
   void keep(const DocumentKind& kind, Document& document, const SoapNode& tree);
   /// Makes the body before the last change the present one again; without one nothing changes.
   void revert(const DocumentKind& kind, Document& document);
+  /// The document as it was at each revision that is still known, the latest first: the present one
+  /// and the few before it. Nothing for a kind that keeps no revisions.
+  std::vector<Document> revisions(const Document& document);
 
   bool has_line(std::string_view gid, std::string_view line);
   /// The document of this kind that has the line.
@@ -88,6 +93,7 @@ class Documents {
 
  private:
   void write(const DocumentKind& kind, Document& document, const SoapNode& tree);
+  void write_revision(const Document& document);
   void write_lines(const Document& document, const std::vector<SoapNode>& lines);
   std::optional<std::string> one_text(std::string_view sql, std::string_view key);
 

@@ -7,7 +7,7 @@ namespace {
 
 // "BVsb", so that somebody else's database is not taken for one of ours.
 constexpr std::int64_t kApplicationId = 0x42567362;
-constexpr std::int64_t kVersion = 4;
+constexpr std::int64_t kVersion = 5;
 
 // Dates are ISO 8601 texts, money is whole cents.
 constexpr const char* kTables = R"sql(
@@ -44,7 +44,7 @@ CREATE TABLE invoices (
   invoice_number TEXT NOT NULL UNIQUE,
   invoice_date TEXT NOT NULL,
   due_date TEXT NOT NULL,
-  status TEXT NOT NULL CHECK (status IN ('OPEN', 'PAID', 'OVERDUE')),
+  status TEXT NOT NULL CHECK (status IN ('OPEN', 'PAID', 'OVERDUE', 'CLOSED')),
   customer_gid TEXT NOT NULL REFERENCES customers (gid),
   agent_id TEXT NOT NULL,
   po_number TEXT NOT NULL,
@@ -86,6 +86,14 @@ CREATE TABLE documents (
   revision INTEGER NOT NULL CHECK (revision > 0),
   body TEXT NOT NULL,
   previous_body TEXT
+) STRICT, WITHOUT ROWID;
+
+-- The latest revisions of quotes and orders, the present one among them.
+CREATE TABLE document_revisions (
+  document_gid TEXT NOT NULL REFERENCES documents (gid) ON DELETE CASCADE,
+  revision INTEGER NOT NULL CHECK (revision > 0),
+  body TEXT NOT NULL,
+  PRIMARY KEY (document_gid, revision)
 ) STRICT, WITHOUT ROWID;
 
 CREATE TABLE document_lines (

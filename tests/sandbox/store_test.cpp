@@ -7,6 +7,7 @@
 #include <random>
 #include <string>
 
+#include "sandbox/store/documents_tree.h"
 #include "sandbox/store/schema.h"
 #include "sandbox/store/seed.h"
 
@@ -75,6 +76,37 @@ TEST(Store, WithoutASeedItIsOne) {
   Store first(":memory:", std::nullopt);
   Store second(":memory:", 1);
   EXPECT_EQ(invoices_text(first), invoices_text(second));
+}
+
+SoapNode named(std::string_view root, std::string_view name) {
+  const SoapNode tree = SoapNode::make(root);
+  tree.Nodes().Create("Name", name);
+  return tree;
+}
+
+TEST(Store, TheLastTwentyRevisionsOfAQuoteAreKnown) {
+  Store store(":memory:", std::nullopt);
+  Documents documents = store.documents();
+  Document quote;
+  quote.gid = "QUO-9";
+  for (int i = 1; i <= 22; ++i) {
+    documents.keep(kQuoteKind, quote, named("Quote", "turn " + std::to_string(i)));
+  }
+  const auto revisions = documents.revisions(quote);
+  ASSERT_EQ(revisions.size(), 20U);
+  EXPECT_EQ(revisions.front().revision, 22);
+  EXPECT_EQ(child_text(revisions.front().tree(), "Name"), "turn 22");
+  EXPECT_EQ(revisions.back().revision, 3);
+  EXPECT_EQ(child_text(revisions.back().tree(), "Name"), "turn 3");
+}
+
+TEST(Store, AProjectKeepsNoRevisions) {
+  Store store(":memory:", std::nullopt);
+  Documents documents = store.documents();
+  Document project;
+  project.gid = "PRJ-9";
+  documents.keep(kProjectKind, project, named("Project", "barn"));
+  EXPECT_TRUE(documents.revisions(project).empty());
 }
 
 TEST(Store, AnybodyWithNameAndPasswordIsAdmitted) {
