@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "sandbox/commands/command.h"
 #include "sandbox/contract/observed.h"
 #include "sandbox/endpoints/endpoints.h"
 #include "sandbox/http/server.h"
@@ -11,8 +12,6 @@
 
 namespace bvconn::sandbox {
 namespace {
-
-constexpr int kFailedStatus = 1;
 
 void tell_ready(std::uint16_t port) {
   const std::string base = "http://127.0.0.1:" + std::to_string(port);
@@ -55,6 +54,7 @@ void serve(const Options& options) {
 int run(int argc, char** argv) {
   // A reader of standard output that has gone is no reason to end.
   std::signal(SIGPIPE, SIG_IGN);
+  if (const auto status = run_command(argc, argv)) return *status;
   Options options;
   if (const auto status = read_options(argc, argv, options)) return *status;
   try {

@@ -3,10 +3,10 @@
 #include <CLI/CLI.hpp>
 #include <vector>
 
+#include "sandbox/commands/command.h"
+
 namespace bvconn::sandbox {
 namespace {
-
-constexpr int kUsageStatus = 2;
 
 std::chrono::milliseconds milliseconds(std::int64_t count) {
   return std::chrono::milliseconds(count);
@@ -20,6 +20,7 @@ std::optional<int> read_options(int argc, char** argv, Options& options) {
       "access layer on /dal. It listens on 127.0.0.1 and prints one line of JSON when it is "
       "ready."};
   app.name("bvsandbox");
+  app.footer(commands_text());
   std::string file;
   bool in_memory = true;
   std::vector<std::uint64_t> seed;

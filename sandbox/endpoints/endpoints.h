@@ -13,7 +13,8 @@ Reply answer_soap(Sandbox& sandbox, const Operations& operations, const Request&
 /// The data access layer over HTTP: POST /dal/{Object}/{Operation}.
 Reply answer_dal(Sandbox& sandbox, const Operations& operations, const Request& request);
 
-/// What a person or a script asks of the sandbox itself: GET and POST /admin/disabled.
+/// What a person or a script asks of the sandbox itself: the table of sandbox/admin/router.cpp.
+/// What is wrong with a request is told in one line of text.
 Reply answer_admin(Sandbox& sandbox, const Request& request);
 
 /// Hands a request to its endpoint by its path; never throws.

@@ -11,8 +11,8 @@ Reply route(Sandbox& sandbox, const Operations& operations, const Request& reque
   if (path == "/dal" || path.starts_with("/dal/")) return answer_dal(sandbox, operations, request);
   if (path.starts_with("/admin/")) return answer_admin(sandbox, request);
   return text_reply(404,
-                    "There is nothing here. POST to /soap, /dal/{Object}/{Operation} or "
-                    "/admin/disabled.\n");
+                    "There is nothing here. POST to /soap or /dal/{Object}/{Operation}, or ask "
+                    "/admin/.\n");
 }
 
 }  // namespace

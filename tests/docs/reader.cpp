@@ -80,7 +80,7 @@ void imitate_clone(const fs::path& clone) {
 }
 
 bool starts_sandbox(const std::string& line) {
-  static const std::regex kStart(R"(^(\S*/)?bvsandbox( .*)?$)");
+  static const std::regex kStart(R"(^(\S*/)?bvsandbox( -.*)?$)");
   return std::regex_match(line, kStart) && line.find("--help") == std::string::npos;
 }
 
@@ -158,6 +158,8 @@ Reader::Outcome Reader::run(const std::string& script, bool stops) {
   const std::string command =
       "cd " + quoted(home.path().string()) + " && env -i " + quoted("PATH=" + path) + " " +
       quoted("HOME=" + home.path().string()) + " LC_ALL=C.UTF-8 " +
+      // Where the commands of bvsandbox look by themselves, at the real port.
+      quoted("BVSANDBOX_URL=http://127.0.0.1:" + sandbox_port_.text()) + " " +
       quoted("BVCONN_MACHINE_SETTINGS=" + home.path().string() + "/etc/bvconn/settings.toml") +
       " bash " + quoted(own + "/script") + " >" + quoted(own + "/printed") + " </dev/null";
   const int status = std::system(command.c_str());

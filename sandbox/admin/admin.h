@@ -1,0 +1,44 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sandbox/http/message.h"
+#include "sandbox/sandbox.h"
+
+namespace bvconn::sandbox {
+
+/// A request for the sandbox itself.
+struct AdminCall {
+  Sandbox& sandbox;
+  const Request& request;
+  /// What the path has below the resource's own: "17" of /admin/journal/17, "" of /admin/journal.
+  std::string below{};
+  /// The fields behind the path's "?", decoded; of two with one name the later one counts.
+  std::map<std::string, std::string, std::less<>> query{};
+};
+
+/// Thrown where an administrative request cannot be done as it stands; becomes a text of one line.
+struct AdminRefusal {
+  int status = 400;
+  std::string text;
+};
+
+/// One method of one path. A path that ends with "/" takes all that lies below it.
+struct AdminResource {
+  std::string_view path;
+  std::string_view method;
+  Reply (*answer)(AdminCall& call);
+};
+
+/// Refuses fields of the query that are none of these.
+void expect_query(const AdminCall& call, const std::vector<std::string>& known);
+
+// The resources, each family in a source of its own. Handlers hold Sandbox::mutex for what it
+// guards.
+Reply get_disabled(AdminCall& call);
+Reply set_disabled(AdminCall& call);
+
+}  // namespace bvconn::sandbox

@@ -1,0 +1,18 @@
+#include <mutex>
+
+#include "sandbox/admin/admin.h"
+
+namespace bvconn::sandbox {
+
+Reply get_disabled(AdminCall& call) {
+  const std::lock_guard lock(call.sandbox.mutex);
+  return text_reply(200, call.sandbox.disabled_services);
+}
+
+Reply set_disabled(AdminCall& call) {
+  const std::lock_guard lock(call.sandbox.mutex);
+  call.sandbox.disabled_services = call.request.body;
+  return text_reply(200, call.sandbox.disabled_services);
+}
+
+}  // namespace bvconn::sandbox

@@ -1,0 +1,114 @@
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+
+#include "bvconn/platform/conversions/nearest_names.h"
+#include "sandbox/admin/admin.h"
+#include "sandbox/endpoints/endpoints.h"
+
+namespace bvconn::sandbox {
+namespace {
+
+constexpr std::array kResources{
+    AdminResource{"/admin/disabled", "GET", get_disabled},
+    AdminResource{"/admin/disabled", "POST", set_disabled},
+};
+
+/// What of the path lies below the resource's; nothing where it is another's path.
+std::optional<std::string_view> below(const AdminResource& resource, std::string_view path) {
+  if (path == resource.path) return std::string_view();
+  if (!resource.path.ends_with('/') || !path.starts_with(resource.path)) return std::nullopt;
+  return path.substr(resource.path.size());
+}
+
+/// The byte that two hexadecimal digits at `at` stand for.
+std::optional<char> byte_at(std::string_view text, std::size_t at) {
+  unsigned value = 0;
+  if (at + 2 > text.size()) return std::nullopt;
+  const char* const end = text.data() + at + 2;
+  if (std::from_chars(text.data() + at, end, value, 16).ptr != end) return std::nullopt;
+  return static_cast<char>(static_cast<unsigned char>(value));
+}
+
+std::string decoded(std::string_view text) {
+  std::string plain;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto byte = text[at] == '%' ? byte_at(text, at + 1) : std::nullopt;
+    if (byte) {
+      plain.push_back(*byte);
+      at += 2;
+    } else {
+      plain.push_back(text[at] == '+' ? ' ' : text[at]);
+    }
+  }
+  return plain;
+}
+
+std::map<std::string, std::string, std::less<>> query_of(std::string_view target) {
+  std::map<std::string, std::string, std::less<>> fields;
+  const auto mark = target.find('?');
+  std::string_view rest = mark == std::string_view::npos ? "" : target.substr(mark + 1);
+  while (!rest.empty()) {
+    const std::string_view field = rest.substr(0, rest.find('&'));
+    rest.remove_prefix(std::min(field.size() + 1, rest.size()));
+    const auto equals = field.find('=');
+    const std::string_view value =
+        equals == std::string_view::npos ? std::string_view() : field.substr(equals + 1);
+    if (!field.empty()) fields.insert_or_assign(decoded(field.substr(0, equals)), decoded(value));
+  }
+  return fields;
+}
+
+std::string paths_text() {
+  std::string text;
+  std::string_view last;
+  for (const AdminResource& each : kResources) {
+    if (each.path != last) text.append(text.empty() ? "" : ", ").append(each.path);
+    last = each.path;
+  }
+  return text;
+}
+
+/// The methods of all resources that have this path; "" where there is none.
+std::string methods_of(std::string_view path) {
+  std::string methods;
+  for (const AdminResource& each : kResources) {
+    if (below(each, path)) methods.append(methods.empty() ? "" : ", ").append(each.method);
+  }
+  return methods;
+}
+
+}  // namespace
+
+void expect_query(const AdminCall& call, const std::vector<std::string>& known) {
+  for (const auto& [name, value] : call.query) {
+    if (std::find(known.begin(), known.end(), name) != known.end()) continue;
+    throw AdminRefusal{400, "There is no field '" + name + "' here" + did_you_mean(name, known)};
+  }
+}
+
+Reply answer_admin(Sandbox& sandbox, const Request& request) {
+  const std::string_view path = request.path();
+  const auto* const found =
+      std::find_if(kResources.begin(), kResources.end(), [&](const AdminResource& each) {
+        return each.method == request.method && below(each, path);
+      });
+  if (found == kResources.end()) {
+    if (const std::string methods = methods_of(path); !methods.empty()) {
+      return method_not_allowed(request, methods);
+    }
+    return text_reply(404, "There is nothing to administer here but " + paths_text() + ".\n");
+  }
+  try {
+    AdminCall call{.sandbox = sandbox,
+                   .request = request,
+                   .below = decoded(*below(*found, path)),
+                   .query = query_of(request.target)};
+    return found->answer(call);
+  } catch (const AdminRefusal& refusal) {
+    return text_reply(refusal.status, refusal.text + "\n");
+  }
+}
+
+}  // namespace bvconn::sandbox
