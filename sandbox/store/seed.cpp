@@ -1,14 +1,11 @@
 #include "sandbox/store/seed.h"
 
 #include <array>
+#include <charconv>
 #include <string>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "sandbox/store/dice.h"
-#include "sandbox/store/documents_seed.h"
-#include "sandbox/store/entries.h"
-#include "sandbox/store/lists.h"
-#include "sandbox/store/reconciles.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -71,6 +68,7 @@ constexpr std::array<std::string_view, 10> kProjects{"Maple Street Apartments",
                                                      "Quarry Road Warehouse",
                                                      "Northside Gymnasium",
                                                      "Orchard House"};
+constexpr std::int64_t kDay = 86'400'000;
 constexpr std::array<std::string_view, 3> kStatuses{"OPEN", "PAID", "OVERDUE"};
 
 std::string customer_gid(std::int64_t index) {
@@ -116,37 +114,68 @@ void fill_lines(Database& database, std::string_view uid, Dice& dice) {
 }
 
 void fill_invoice(Database& database, std::int64_t index, Dice& dice) {
-  constexpr std::int64_t kDay = 86'400'000;
   const Date first_day = from_civil({.year = 2024, .month = 1, .day = 2});
   const Date date{first_day.milliseconds + dice.between(0, 540) * kDay};
   const std::string uid = numbered("INV-", 1'001 + index);
   const auto customer = dice.between(0, static_cast<std::int64_t>(kCustomers.size()) - 1);
   Statement insert(database,
-                   "INSERT INTO invoices VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12,"
-                   " ?13, ?14, date(?3, 'start of month', '+1 month', '-1 day'))");
+                   "INSERT INTO invoices (uid, invoice_number, invoice_date, due_date, status,"
+                   " customer_gid, agent_id, po_number, project_name, torvex_order_number,"
+                   " freight_cents, tax_cents) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
   insert.bind(uid).bind(numbered("", 700'101 + index)).bind(day_text(date));
   insert.bind(day_text({date.milliseconds + 30 * kDay})).bind(dice.one_of(kStatuses));
   insert.bind(customer_gid(customer)).bind(agent_id(dice.between(90, 120)));
   insert.bind(numbered("PO-", dice.between(10'000, 99'999))).bind(dice.one_of(kProjects));
   insert.bind(numbered("T", dice.between(500'000, 599'999)));
-  insert.bind(dice.between(0, 250) * 100).bind(dice.between(0, 30'000));
-  insert.bind(numbered("M", 80'017 + 17 * index)).bind(numbered("PTR-", 301 + customer % 5)).run();
+  insert.bind(dice.between(0, 250) * 100).bind(dice.between(0, 30'000)).run();
   fill_lines(database, uid, dice);
+}
+
+/// What stands behind the prefix of a key, less the first such number; 0 for a key of another form.
+std::int64_t index_in(std::string_view key, std::string_view prefix, std::int64_t first) {
+  std::int64_t number = first;
+  if (key.starts_with(prefix)) {
+    std::from_chars(key.data() + prefix.size(), key.data() + key.size(), number);
+  }
+  return number - first;
+}
+
+/// The last day of the month of a day such as "2024-01-31".
+std::string month_end(std::string_view day) {
+  CivilDate civil{.year = 2024, .month = 1, .day = 1};
+  std::from_chars(day.data(), day.data() + day.size(), civil.year);
+  constexpr std::size_t kMonth = 5;
+  if (day.size() > kMonth) {
+    std::from_chars(day.data() + kMonth, day.data() + day.size(), civil.month);
+  }
+  const bool december = civil.month == 12;
+  civil.year += december ? 1 : 0;
+  civil.month = december ? 1 : civil.month + 1;
+  return day_text({from_civil(civil).milliseconds - kDay});
 }
 
 }  // namespace
 
-void fill(Database& database, std::uint64_t seed) {
+void fill_invoices(Database& database, std::uint64_t seed) {
   Dice dice(seed);
   fill_customers(database);
   fill_products(database);
   for (std::int64_t index = 0; index < kSeededInvoices; ++index) {
     fill_invoice(database, index, dice);
   }
-  fill_documents(database, seed);
-  fill_reconciles(database);
-  fill_entries(database);
-  fill_lists(database);
+}
+
+void complete_invoices(Database& database) {
+  Statement select(database, "SELECT uid, customer_gid, invoice_date FROM invoices ORDER BY uid");
+  Statement update(database,
+                   "UPDATE invoices SET manufacturer_order_number = ?, partner_id = ?,"
+                   " pay_period_date = ? WHERE uid = ?");
+  while (select.step()) {
+    const std::int64_t index = index_in(select.text(0), "INV-", 1'001);
+    const std::int64_t customer = index_in(select.text(1), "CUS-", 2'001);
+    update.bind(numbered("M", 80'017 + 17 * index)).bind(numbered("PTR-", 301 + customer % 5));
+    update.bind(month_end(select.text(2))).bind(select.text(0)).run();
+  }
 }
 
 }  // namespace bvconn::sandbox

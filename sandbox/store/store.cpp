@@ -1,7 +1,6 @@
 #include "sandbox/store/store.h"
 
 #include "sandbox/store/schema.h"
-#include "sandbox/store/seed.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -22,17 +21,19 @@ Store::Store(const std::string& file, std::optional<std::uint64_t> seed) : datab
   // One transaction from the look to the last row: of two servers that start on one new file,
   // the second finds it filled.
   Transaction transaction(database_);
-  make_schema(database_);
-  const auto present = seed_of(database_);
-  if (!present) {
-    const std::uint64_t chosen = seed.value_or(kDefaultSeed);
-    fill(database_, chosen);
+  const std::int64_t present_version = bring_up(database_);
+  const auto present_seed = seed_of(database_);
+  if (present_seed && seed && *present_seed != std::to_string(*seed)) {
+    throw DatabaseError(file + " was filled from seed " + *present_seed + ", not from " +
+                        std::to_string(*seed) + "; remove the file to fill it anew");
+  }
+  const std::uint64_t chosen =
+      present_seed ? std::stoull(*present_seed) : seed.value_or(kDefaultSeed);
+  fill_after(database_, present_version, chosen);
+  if (!present_seed) {
     Statement(database_, "INSERT INTO properties VALUES ('seed', ?)")
         .bind(std::to_string(chosen))
         .run();
-  } else if (seed && *present != std::to_string(*seed)) {
-    throw DatabaseError(file + " was filled from seed " + *present + ", not from " +
-                        std::to_string(*seed) + "; remove the file to fill it anew");
   }
   transaction.commit();
 }

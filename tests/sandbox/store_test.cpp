@@ -9,7 +9,6 @@
 
 #include "sandbox/store/documents_tree.h"
 #include "sandbox/store/schema.h"
-#include "sandbox/store/seed.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -184,10 +183,22 @@ TEST_F(StoreFile, AnotherProgramsDatabaseIsRefusedAndLeftAlone) {
   EXPECT_EQ(mode.text(0), "delete");
 }
 
-TEST_F(StoreFile, TablesOfAnotherVersionAreRefused) {
+TEST_F(StoreFile, TablesOfANewerVersionAreRefusedAndLeftAlone) {
   { Store store(file(), std::nullopt); }
   Database(file()).run("PRAGMA user_version = 99");
-  EXPECT_THROW(Store(file(), std::nullopt), DatabaseError);
+  try {
+    Store store(file(), std::nullopt);
+    FAIL() << "a store of version 99 was opened";
+  } catch (const DatabaseError& error) {
+    EXPECT_EQ(std::string(error.what()),
+              "the database has tables of version 99, which a newer bvsandbox made; this one knows "
+              "those up to version " +
+                  std::to_string(newest_version()));
+  }
+  Database database(file());
+  Statement version(database, "PRAGMA user_version");
+  ASSERT_TRUE(version.step());
+  EXPECT_EQ(version.integer(0), 99);
 }
 
 }  // namespace

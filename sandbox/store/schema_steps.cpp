@@ -1,0 +1,218 @@
+#include "sandbox/store/schema_steps.h"
+
+#include "sandbox/store/documents_seed.h"
+#include "sandbox/store/entries.h"
+#include "sandbox/store/lists.h"
+#include "sandbox/store/reconciles.h"
+#include "sandbox/store/seed.h"
+
+namespace bvconn::sandbox {
+namespace {
+
+// Dates are ISO 8601 texts, money is whole cents.
+
+constexpr const char* kInvoicesTables = R"sql(
+CREATE TABLE properties (
+  name TEXT PRIMARY KEY,
+  value TEXT NOT NULL
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE users (
+  name TEXT PRIMARY KEY,
+  password TEXT NOT NULL
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE customers (
+  gid TEXT PRIMARY KEY,
+  account_number TEXT NOT NULL UNIQUE,
+  name TEXT NOT NULL,
+  city TEXT NOT NULL,
+  state TEXT NOT NULL,
+  country TEXT NOT NULL,
+  zip_code TEXT NOT NULL
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE products (
+  catalog_number TEXT PRIMARY KEY,
+  description TEXT NOT NULL,
+  manufacturer TEXT NOT NULL,
+  unit TEXT NOT NULL,
+  list_price_cents INTEGER NOT NULL CHECK (list_price_cents > 0)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE invoices (
+  uid TEXT PRIMARY KEY,
+  invoice_number TEXT NOT NULL UNIQUE,
+  invoice_date TEXT NOT NULL,
+  due_date TEXT NOT NULL,
+  status TEXT NOT NULL CHECK (status IN ('OPEN', 'PAID', 'OVERDUE')),
+  customer_gid TEXT NOT NULL REFERENCES customers (gid),
+  agent_id TEXT NOT NULL,
+  po_number TEXT NOT NULL,
+  project_name TEXT NOT NULL,
+  torvex_order_number TEXT NOT NULL,
+  freight_cents INTEGER NOT NULL CHECK (freight_cents >= 0),
+  tax_cents INTEGER NOT NULL CHECK (tax_cents >= 0)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE invoice_lines (
+  invoice_uid TEXT NOT NULL REFERENCES invoices (uid) ON DELETE CASCADE,
+  line_number INTEGER NOT NULL CHECK (line_number > 0),
+  catalog_number TEXT NOT NULL REFERENCES products (catalog_number),
+  quantity INTEGER NOT NULL CHECK (quantity > 0),
+  unit_price_cents INTEGER NOT NULL CHECK (unit_price_cents >= 0),
+  PRIMARY KEY (invoice_uid, line_number)
+) STRICT, WITHOUT ROWID;
+
+CREATE INDEX invoices_by_customer ON invoices (customer_gid);
+CREATE INDEX invoices_by_date ON invoices (invoice_date);
+)sql";
+
+constexpr const char* kDocumentsTables = R"sql(
+CREATE VIEW manufacturers AS
+  SELECT 'MFR-' || row_number() OVER (ORDER BY manufacturer) AS gid, manufacturer AS name
+  FROM (SELECT DISTINCT manufacturer FROM products) AS made;
+
+CREATE TABLE counters (
+  kind TEXT PRIMARY KEY,
+  next INTEGER NOT NULL
+) STRICT, WITHOUT ROWID;
+
+-- Whole documents as XML. The columns number, status and locked_by repeat what the body says.
+CREATE TABLE documents (
+  gid TEXT PRIMARY KEY,
+  kind TEXT NOT NULL,
+  parent TEXT REFERENCES documents (gid),
+  number TEXT NOT NULL,
+  status TEXT NOT NULL,
+  locked_by TEXT NOT NULL,
+  revision INTEGER NOT NULL CHECK (revision > 0),
+  body TEXT NOT NULL,
+  previous_body TEXT
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE document_lines (
+  document_gid TEXT NOT NULL REFERENCES documents (gid) ON DELETE CASCADE,
+  line_gid TEXT NOT NULL,
+  PRIMARY KEY (document_gid, line_gid)
+) STRICT, WITHOUT ROWID;
+
+-- An empty line_gid is the header's; an empty type is that of a comment that names none.
+CREATE TABLE comments (
+  document_gid TEXT NOT NULL REFERENCES documents (gid) ON DELETE CASCADE,
+  line_gid TEXT NOT NULL,
+  type TEXT NOT NULL,
+  body TEXT NOT NULL,
+  PRIMARY KEY (document_gid, line_gid, type)
+) STRICT, WITHOUT ROWID;
+
+CREATE INDEX documents_by_parent ON documents (parent, kind);
+CREATE INDEX documents_by_number ON documents (kind, number);
+CREATE INDEX document_lines_by_line ON document_lines (line_gid);
+CREATE INDEX comments_by_line ON comments (line_gid);
+)sql";
+
+constexpr const char* kEntriesTables = R"sql(
+ALTER TABLE invoices ADD COLUMN manufacturer_order_number TEXT NOT NULL DEFAULT '';
+ALTER TABLE invoices ADD COLUMN partner_id TEXT NOT NULL DEFAULT '';
+ALTER TABLE invoices ADD COLUMN pay_period_date TEXT NOT NULL DEFAULT '';
+
+-- An empty owner is everybody.
+CREATE TABLE entries (
+  kind TEXT NOT NULL,
+  owner TEXT NOT NULL,
+  uid TEXT NOT NULL,
+  position INTEGER NOT NULL,
+  body TEXT NOT NULL,
+  PRIMARY KEY (kind, owner, uid)
+) STRICT, WITHOUT ROWID;
+)sql";
+
+constexpr const char* kListsTables = R"sql(
+CREATE TABLE list_rows (
+  list TEXT NOT NULL,
+  position INTEGER NOT NULL,
+  body TEXT NOT NULL,
+  PRIMARY KEY (list, position)
+) STRICT, WITHOUT ROWID;
+)sql";
+
+// Invoices and their lines are made anew, since a condition of a column cannot be changed; under
+// other names at first, so that neither loses the rows of the other when the old ones go.
+constexpr const char* kRevisionsTables = R"sql(
+-- The latest revisions of quotes and orders, the present one among them.
+CREATE TABLE document_revisions (
+  document_gid TEXT NOT NULL REFERENCES documents (gid) ON DELETE CASCADE,
+  revision INTEGER NOT NULL CHECK (revision > 0),
+  body TEXT NOT NULL,
+  PRIMARY KEY (document_gid, revision)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE new_invoices (
+  uid TEXT PRIMARY KEY,
+  invoice_number TEXT NOT NULL UNIQUE,
+  invoice_date TEXT NOT NULL,
+  due_date TEXT NOT NULL,
+  status TEXT NOT NULL CHECK (status IN ('OPEN', 'PAID', 'OVERDUE', 'CLOSED')),
+  customer_gid TEXT NOT NULL REFERENCES customers (gid),
+  agent_id TEXT NOT NULL,
+  po_number TEXT NOT NULL,
+  project_name TEXT NOT NULL,
+  torvex_order_number TEXT NOT NULL,
+  freight_cents INTEGER NOT NULL CHECK (freight_cents >= 0),
+  tax_cents INTEGER NOT NULL CHECK (tax_cents >= 0),
+  manufacturer_order_number TEXT NOT NULL DEFAULT '',
+  partner_id TEXT NOT NULL DEFAULT '',
+  pay_period_date TEXT NOT NULL DEFAULT ''
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE new_invoice_lines (
+  invoice_uid TEXT NOT NULL REFERENCES new_invoices (uid) ON DELETE CASCADE,
+  line_number INTEGER NOT NULL CHECK (line_number > 0),
+  catalog_number TEXT NOT NULL REFERENCES products (catalog_number),
+  quantity INTEGER NOT NULL CHECK (quantity > 0),
+  unit_price_cents INTEGER NOT NULL CHECK (unit_price_cents >= 0),
+  PRIMARY KEY (invoice_uid, line_number)
+) STRICT, WITHOUT ROWID;
+
+INSERT INTO new_invoices SELECT uid, invoice_number, invoice_date, due_date, status, customer_gid,
+  agent_id, po_number, project_name, torvex_order_number, freight_cents, tax_cents,
+  manufacturer_order_number, partner_id, pay_period_date FROM invoices;
+INSERT INTO new_invoice_lines SELECT invoice_uid, line_number, catalog_number, quantity,
+  unit_price_cents FROM invoice_lines;
+DROP TABLE invoice_lines;
+DROP TABLE invoices;
+ALTER TABLE new_invoices RENAME TO invoices;
+ALTER TABLE new_invoice_lines RENAME TO invoice_lines;
+CREATE INDEX invoices_by_customer ON invoices (customer_gid);
+CREATE INDEX invoices_by_date ON invoices (invoice_date);
+)sql";
+
+void fill_entries_of_invoices(Database& database, std::uint64_t) {
+  complete_invoices(database);
+  fill_reconciles(database);
+  fill_entries(database);
+}
+
+// What a new store holds has its revisions already.
+void fill_revisions(Database& database, std::uint64_t) {
+  database.run(
+      "INSERT INTO document_revisions SELECT gid, revision, body FROM documents"
+      " WHERE kind IN ('quote', 'order') ON CONFLICT DO NOTHING");
+}
+
+}  // namespace
+
+const std::vector<SchemaStep>& schema_steps() {
+  static const std::vector<SchemaStep> steps{
+      {.tables = kInvoicesTables, .fill = fill_invoices},
+      {.tables = kDocumentsTables, .fill = fill_documents},
+      {.tables = kEntriesTables, .fill = fill_entries_of_invoices},
+      {.tables = kListsTables,
+       .fill = [](Database& database, std::uint64_t) { fill_lists(database); }},
+      {.tables = kRevisionsTables, .fill = fill_revisions},
+  };
+  return steps;
+}
+
+}  // namespace bvconn::sandbox
