@@ -1,6 +1,7 @@
 #include "sandbox/contract/contract.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "sandbox/contract/words.h"
@@ -130,6 +131,22 @@ Complaint Contract::envelope_complaint(const RequestFacts& request) const {
   if (!wrong) wrong = parameters_complaint(request, *method);
   if (!wrong) return std::nullopt;
   return in_its_method(request, *wrong);
+}
+
+std::vector<const OperationForm*> Contract::forms_of(const RequestFacts& request) const {
+  std::vector<const OperationForm*> forms;
+  const MethodContract* method = find(request.service, request.method);
+  if (!method) return forms;
+  constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
+  std::size_t most = 0;
+  for (const RequestShape& shape : method->shapes) {
+    const auto differs = departure(request, shape);
+    const std::size_t fitted = differs ? differs->fitted : kAll;
+    if (fitted > most) forms.clear();
+    if (fitted >= most) forms.push_back(&shape.form);
+    most = std::max(most, fitted);
+  }
+  return forms;
 }
 
 const MethodContract* Contract::find(std::string_view service, std::string_view name) const {

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "sandbox/contract/operation_form.h"
+
 /// What a request has to look like. A contract is fed with data; where the data come from is not
 /// its business.
 namespace bvconn::sandbox {
@@ -25,6 +27,8 @@ struct RequestShape {
   std::vector<ParameterContract> parameters;
   /// Further parameters may follow, whatever they are.
   bool open_ended = false;
+  /// Which operation of the library asks like this.
+  OperationForm form{};
 };
 
 struct MethodContract {
@@ -64,6 +68,9 @@ class Contract {
   std::optional<std::string> complaint(const RequestFacts& request) const;
   /// The same without a look at SOAPAction, which the text of a request does not have.
   std::optional<std::string> envelope_complaint(const RequestFacts& request) const;
+  /// The forms that the parameters of a request fit; where they fit none, those that they fit
+  /// farthest. They live as long as the contract.
+  std::vector<const OperationForm*> forms_of(const RequestFacts& request) const;
 
  private:
   const MethodContract* find(std::string_view service, std::string_view name) const;

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "sandbox/contract/observed.h"
 #include "sandbox/contract/words.h"
 
 namespace bvconn::sandbox {
@@ -79,10 +80,13 @@ DalRoute route_of(const ObservedOperation& operation, const ObservedDalCall& cal
                  .takes_request_text = false,
                  .methods = {},
                  .parameters = {}};
+  OperationForm form{.name = operation_name(operation), .places = {}};
   for (const auto& each : call.arguments) {
+    form.places.push_back(place_of(each.origin));
     route.arguments.push_back(argument_of(each));
     if (each.request_text) route.takes_request_text = true;
   }
+  route.forms.push_back(std::move(form));
   for (const std::size_t place : call.requests) {
     const ObservedRequest& request = operation.requests[place];
     route.methods.emplace_back(request.service, request.method);
@@ -111,6 +115,7 @@ void merge(DalRoute& known, const DalRoute& other) {
     std::copy_if(more.begin(), more.end(), std::back_inserter(types),
                  [&](JsonType each) { return !holds(types, each); });
   }
+  known.forms.insert(known.forms.end(), other.forms.begin(), other.forms.end());
   known.methods.insert(known.methods.end(), other.methods.begin(), other.methods.end());
 }
 

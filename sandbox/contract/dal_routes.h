@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "bvconn/observation/observe.h"
+#include "sandbox/contract/operation_form.h"
 
 /// What a call of the data access layer has to look like, and which method of a service answers it.
 /// Nobody writes this down: it is what the library's operations do on their two routes.
@@ -54,6 +55,8 @@ struct DalRoute {
   /// How the arguments become the parameters of the method, or of the operation itself where there
   /// is none. Not for the text of a request, which has its own.
   std::vector<RoutedParameter> parameters;
+  /// The operations of the library that make this call.
+  std::vector<OperationForm> forms{};
 };
 
 /// All routes by object and operation.

@@ -7,6 +7,7 @@
 namespace bvconn::sandbox {
 namespace {
 
+using automation::ObservedOperation;
 using automation::ObservedRequest;
 
 MethodContract& method_of(std::vector<MethodContract>& methods, const ObservedRequest& request) {
@@ -23,8 +24,24 @@ MethodContract& method_of(std::vector<MethodContract>& methods, const ObservedRe
   return methods.back();
 }
 
-RequestShape shape_of(const ObservedRequest& request) {
-  RequestShape shape{.parameters = {}, .open_ended = request.open_ended};
+OperationForm form_of(const ObservedOperation& operation, const ObservedRequest& request) {
+  OperationForm form{.name = operation_name(operation), .places = {}};
+  for (const auto& parameter : request.parameters) {
+    form.places.push_back(place_of(parameter.origin));
+    // What has children is no constant that could be compared.
+    if (parameter.may_be_nil || !parameter.origin.constant.empty()) continue;
+    form.places.back().is_constant = false;
+  }
+  for (std::size_t i = 0; i < request.headers.size(); ++i) {
+    if (request.headers[i] != "userID") continue;
+    form.session_argument = place_of(request.header_origins[i]).argument;
+  }
+  return form;
+}
+
+RequestShape shape_of(const ObservedOperation& operation, const ObservedRequest& request) {
+  RequestShape shape{
+      .parameters = {}, .open_ended = request.open_ended, .form = form_of(operation, request)};
   for (const auto& parameter : request.parameters) {
     shape.parameters.push_back(
         {.name = parameter.name,
@@ -46,6 +63,16 @@ void add_action(MethodContract& method, const ObservedRequest& request) {
 
 }  // namespace
 
+std::string operation_name(const ObservedOperation& operation) {
+  return operation.cls + "." + operation.name;
+}
+
+OperationForm::Place place_of(const automation::Origin& origin) {
+  return {.argument = origin.arguments.size() == 1 ? origin.arguments[0] : std::string(),
+          .constant = origin.constant,
+          .is_constant = origin.arguments.empty()};
+}
+
 std::vector<MethodContract> contract_of(
     const std::vector<automation::ObservedOperation>& observations) {
   std::vector<MethodContract> methods;
@@ -54,7 +81,7 @@ std::vector<MethodContract> contract_of(
       if (request.method.empty()) continue;
       MethodContract& method = method_of(methods, request);
       add_action(method, request);
-      method.shapes.push_back(shape_of(request));
+      method.shapes.push_back(shape_of(operation, request));
     }
   }
   return methods;

@@ -16,34 +16,40 @@ std::string methods_text(const DalRoute& route) {
                 [](const auto& name) { return name.second + " in " + quoted(name.first); });
 }
 
-/// The text has to be what the SOAP route would send for the same operation.
-SoapRequest request_in(const Sandbox& sandbox, const DalRoute& route, const std::string& text) {
-  SoapRequest request = read_request(text, "");
-  const RequestFacts& facts = request.facts;
+/// Of the operations that send the envelope on the SOAP route, those that make this call.
+void keep_forms_of(const DalRoute& route, Exchange& exchange) {
+  std::erase_if(exchange.forms, [&](const OperationForm* form) {
+    return std::none_of(route.forms.begin(), route.forms.end(),
+                        [&](const OperationForm& each) { return each.name == form->name; });
+  });
+}
+
+void read_request_text(const Sandbox& sandbox, Asked& asked) {
+  const DalRoute& route = *asked.dal_route;
+  asked.soap = read_request(asked.arguments[0].string(), "");
+  const RequestFacts& facts = asked.soap->facts;
+  Exchange& exchange = asked.exchange;
+  exchange.values.clear();
+  note_envelope(sandbox.contract, *asked.soap, exchange);
+  exchange.service = route.object;
+  exchange.method = route.operation;
+  keep_forms_of(route, exchange);
   const Operations::Name name{facts.service, facts.method};
   if (std::find(route.methods.begin(), route.methods.end(), name) == route.methods.end()) {
     refuse("The request is " + facts.method + " in '" + facts.service + "', expected " +
            methods_text(route));
   }
   if (const auto wrong = sandbox.contract.envelope_complaint(facts)) refuse(*wrong);
-  return request;
 }
 
-std::string answer_request_text(Sandbox& sandbox, const Operations& operations,
-                                const DalRoute& route, const std::string& text) {
-  const SoapRequest request = request_in(sandbox, route, text);
-  const Operations::Name name{request.facts.service, request.facts.method};
-  return reply_text(name, operations.soap.at(name), sandbox, request.user_id,
-                    request.envelope.Parameters());
-}
-
-std::string answer_arguments(Sandbox& sandbox, const Operations& operations, const DalRoute& route,
-                             const std::vector<Variant>& arguments, std::string_view user) {
+std::string answer_arguments(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
+  const DalRoute& route = *asked.dal_route;
+  const std::string& user = asked.exchange.session;
   const auto envelope = SoapEnvelope::make();
   SoapNodes parameters = envelope.Parameters();
   for (const RoutedParameter& each : route.parameters) {
     if (each.argument) {
-      parameters.Create(each.name, arguments[*each.argument]);
+      parameters.Create(each.name, asked.arguments[*each.argument]);
     } else {
       parameters.Create(each.name, each.constant.empty() ? Variant() : Variant(each.constant));
     }
@@ -68,13 +74,26 @@ bool is_served(const Operations& operations, const DalRoute& route) {
                      [&](const auto& name) { return operations.soap.contains(name); });
 }
 
-std::string dal_answer(Sandbox& sandbox, const Operations& operations, const DalRoute& route,
-                       const std::vector<Variant>& arguments, std::string_view user) {
+std::optional<Reply> refusal_of_request_text(const Sandbox& sandbox, Asked& asked) {
   try {
-    if (route.takes_request_text) {
-      return answer_request_text(sandbox, operations, route, arguments[0].string());
+    read_request_text(sandbox, asked);
+    return std::nullopt;
+  } catch (const Fault& fault) {
+    return text_reply(200, fault_text(fault));
+  } catch (const std::exception& error) {
+    return text_reply(200, fault_text({.code = fault_codes::kServer, .text = error.what()}));
+  }
+}
+
+std::string dal_answer(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
+  try {
+    if (asked.soap) {
+      const RequestFacts& facts = asked.soap->facts;
+      const Operations::Name name{facts.service, facts.method};
+      return reply_text(name, operations.soap.at(name), sandbox, asked.soap->user_id,
+                        asked.soap->envelope.Parameters());
     }
-    return answer_arguments(sandbox, operations, route, arguments, user);
+    return answer_arguments(sandbox, operations, asked);
   } catch (const Fault& fault) {
     return fault_text(fault);
   } catch (const std::exception& error) {

@@ -1,11 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
-#include "bvconn/platform/soap/variant.h"
 #include "sandbox/contract/dal_routes.h"
+#include "sandbox/endpoints/asked.h"
 #include "sandbox/operations/operations.h"
 
 namespace bvconn::sandbox {
@@ -13,9 +12,12 @@ namespace bvconn::sandbox {
 /// Whether something answers the calls of a route.
 bool is_served(const Operations& operations, const DalRoute& route);
 
-/// The text of the envelope that answers a call with these arguments, which fit the route: that of
-/// a fault too, which clients read as they would a reply.
-std::string dal_answer(Sandbox& sandbox, const Operations& operations, const DalRoute& route,
-                       const std::vector<Variant>& arguments, std::string_view user);
+/// Reads the one argument of a call that carries the text of a request. It has to be what the SOAP
+/// route would send for the same operation; otherwise this is the answer.
+std::optional<Reply> refusal_of_request_text(const Sandbox& sandbox, Asked& asked);
+
+/// The text of the envelope that answers a call whose arguments fit its route: that of a fault too,
+/// which clients read as they would a reply.
+std::string dal_answer(Sandbox& sandbox, const Operations& operations, const Asked& asked);
 
 }  // namespace bvconn::sandbox

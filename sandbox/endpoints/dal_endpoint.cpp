@@ -2,9 +2,11 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sandbox/contract/words.h"
+#include "sandbox/endpoints/asked.h"
 #include "sandbox/endpoints/dal_answer.h"
 #include "sandbox/endpoints/dal_arguments.h"
 #include "sandbox/endpoints/endpoints.h"
@@ -56,21 +58,6 @@ const DalRoute& route_to(const Sandbox& sandbox, const Operations& operations,
                      target.object + "'"};
 }
 
-DalAnswer run(Sandbox& sandbox, const Operations& operations, const Request& request,
-              const DalTarget& target) {
-  const DalRoute& route = route_to(sandbox, operations, target);
-  const auto session = operations.session.find({target.object, target.operation});
-  const bool is_session = session != operations.session.end();
-  const auto user = user_of(sandbox, request);
-  const bool needs_login = !is_session || session->second.needs_login;
-  if (needs_login && !user) refuse_without_login(target);
-  const std::vector<Variant> arguments = read_arguments(request.body, route);
-  if (!is_session) return {.text = dal_answer(sandbox, operations, route, arguments, *user)};
-  const std::lock_guard lock(sandbox.mutex);
-  SessionCall call{.sandbox = sandbox, .arguments = arguments};
-  return session->second.run(call);
-}
-
 Reply error_reply(const DalError& error) {
   const json body{{"number", error.number},
                   {"source", error.source},
@@ -79,39 +66,91 @@ Reply error_reply(const DalError& error) {
   return json_reply(error.status, body.dump(-1, ' ', false, json::error_handler_t::replace));
 }
 
-Reply answer_target(Sandbox& sandbox, const Operations& operations, const Request& request,
-                    const DalTarget& target) {
-  const DalAnswer answer = run(sandbox, operations, request, target);
-  Reply reply = text_reply(200, answer.text);
-  if (!answer.token.empty()) {
-    reply.headers.push_back({.name = "Session-Token", .value = answer.token});
-  }
-  return reply;
-}
-
-}  // namespace
-
-Reply answer_dal(Sandbox& sandbox, const Operations& operations, const Request& request) {
-  if (request.method != "POST") return method_not_allowed(request, "POST");
-  const auto target = target_of(request.path());
+/// Runs something that answers by an error in JSON where it throws.
+template <class Body>
+Reply reply_of(const Body& body) {
   try {
-    if (!target) {
-      throw DalError{
-          404, dal_numbers::kNoSuchOperation, "bvsandbox",
-          "The path is '" + std::string(request.path()) + "', expected /dal/{Object}/{Operation}"};
-    }
-    const std::string type = media_type(request.header("Content-Type").value_or(""));
-    if (type != "application/json") {
-      throw DalError{
-          415, dal_numbers::kBadRequest, target->object,
-          target->operation + ": Content-Type is '" + type + "', expected 'application/json'"};
-    }
-    return answer_target(sandbox, operations, request, *target);
+    return body();
   } catch (const DalError& error) {
     return error_reply(error);
   } catch (const std::exception& error) {
     return error_reply({500, dal_numbers::kInternal, "bvsandbox", error.what()});
   }
+}
+
+bool needs_login(const Operations& operations, const DalTarget& target) {
+  const auto session = operations.session.find({target.object, target.operation});
+  return session == operations.session.end() || session->second.needs_login;
+}
+
+void check_media_type(const Request& request, const DalTarget& target) {
+  const std::string type = media_type(request.header("Content-Type").value_or(""));
+  if (type == "application/json") return;
+  throw DalError{
+      415, dal_numbers::kBadRequest, target.object,
+      target.operation + ": Content-Type is '" + type + "', expected 'application/json'"};
+}
+
+void read_call(Sandbox& sandbox, const Operations& operations, const Request& request,
+               Asked& asked) {
+  const auto target = target_of(request.path());
+  if (!target) {
+    throw DalError{
+        404, dal_numbers::kNoSuchOperation, "bvsandbox",
+        "The path is '" + std::string(request.path()) + "', expected /dal/{Object}/{Operation}"};
+  }
+  Exchange& exchange = asked.exchange;
+  exchange.service = target->object;
+  exchange.method = target->operation;
+  check_media_type(request, *target);
+  const DalRoute& route = route_to(sandbox, operations, *target);
+  asked.dal_route = &route;
+  for (const OperationForm& form : route.forms) exchange.forms.push_back(&form);
+  const auto user = user_of(sandbox, request);
+  exchange.session = user.value_or("");
+  if (!user && needs_login(operations, *target)) refuse_without_login(*target);
+  asked.arguments = read_arguments(request.body, route);
+  for (const Variant& each : asked.arguments) exchange.values.emplace_back(each);
+  narrow_by_constants(exchange);
+}
+
+}  // namespace
+
+Asked read_dal(Sandbox& sandbox, const Operations& operations, const Request& request) {
+  Asked asked;
+  asked.exchange.route = Route::kDal;
+  if (request.method != "POST") {
+    asked.refusal = method_not_allowed(request, "POST");
+    return asked;
+  }
+  Reply reply = reply_of([&] {
+    read_call(sandbox, operations, request, asked);
+    return Reply();
+  });
+  if (reply.status != 200) {
+    asked.refusal = std::move(reply);
+  } else if (asked.dal_route->takes_request_text) {
+    asked.refusal = refusal_of_request_text(sandbox, asked);
+  }
+  return asked;
+}
+
+Reply answer_dal(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
+  return reply_of([&] {
+    const DalRoute& route = *asked.dal_route;
+    const auto session = operations.session.find({route.object, route.operation});
+    if (session == operations.session.end()) {
+      return text_reply(200, dal_answer(sandbox, operations, asked));
+    }
+    const std::lock_guard lock(sandbox.mutex);
+    SessionCall call{.sandbox = sandbox, .arguments = asked.arguments};
+    const DalAnswer answer = session->second.run(call);
+    Reply reply = text_reply(200, answer.text);
+    if (!answer.token.empty()) {
+      reply.headers.push_back({.name = "Session-Token", .value = answer.token});
+    }
+    return reply;
+  });
 }
 
 }  // namespace bvconn::sandbox

@@ -1,14 +1,23 @@
 #include <exception>
 
+#include "sandbox/endpoints/asked.h"
 #include "sandbox/endpoints/endpoints.h"
 
 namespace bvconn::sandbox {
 namespace {
 
+Reply answer_asked(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
+  if (asked.refusal) return *asked.refusal;
+  return asked.exchange.route == Route::kSoap ? answer_soap(sandbox, operations, asked)
+                                              : answer_dal(sandbox, operations, asked);
+}
+
 Reply route(Sandbox& sandbox, const Operations& operations, const Request& request) {
   const std::string_view path = request.path();
-  if (path == "/soap") return answer_soap(sandbox, operations, request);
-  if (path == "/dal" || path.starts_with("/dal/")) return answer_dal(sandbox, operations, request);
+  if (path == "/soap") return answer_asked(sandbox, operations, read_soap(sandbox, request));
+  if (path == "/dal" || path.starts_with("/dal/")) {
+    return answer_asked(sandbox, operations, read_dal(sandbox, operations, request));
+  }
   if (path.starts_with("/admin/")) return answer_admin(sandbox, request);
   return text_reply(404,
                     "There is nothing here. POST to /soap or /dal/{Object}/{Operation}, or ask "

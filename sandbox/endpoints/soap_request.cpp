@@ -80,4 +80,13 @@ SoapRequest read_request(const std::string& text, std::string_view encoding) {
   return request;
 }
 
+void note_envelope(const Contract& contract, const SoapRequest& request, Exchange& exchange) {
+  exchange.service = request.facts.service;
+  exchange.method = request.facts.method;
+  exchange.session = request.user_id;
+  exchange.forms = contract.forms_of(request.facts);
+  for (const SoapNode& node : request.envelope.Parameters()) exchange.values.emplace_back(node);
+  narrow_by_constants(exchange);
+}
+
 }  // namespace bvconn::sandbox

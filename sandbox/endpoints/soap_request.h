@@ -6,6 +6,7 @@
 
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "sandbox/contract/contract.h"
+#include "sandbox/exchange.h"
 
 namespace bvconn::sandbox {
 
@@ -24,5 +25,9 @@ inline constexpr std::size_t kMostRequestTags = 1'000'000;
 /// Reads the envelope of a request. `encoding` is what HTTP says of it, "" where nothing does.
 /// Throws a `Fault` for what is no request.
 SoapRequest read_request(const std::string& text, std::string_view encoding);
+
+/// Notes in the exchange what an envelope tells: method, session, arguments, and the operations of
+/// the library that it can come from.
+void note_envelope(const Contract& contract, const SoapRequest& request, Exchange& exchange);
 
 }  // namespace bvconn::sandbox
