@@ -1,6 +1,7 @@
 #include "sandbox/operations/documents.h"
 
 #include "bvconn/platform/soap/variant.h"
+#include "sandbox/operations/locks.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
@@ -72,7 +73,9 @@ Document keep_document(SoapCall& call, const DocumentKind& kind, const SoapNode&
              "', not '" + std::string(kind.name) + "'");
     }
     document = std::move(*known);
+    refuse_lock_of_another(call, document);
   }
+  settle_lock(call, kind, document, tree);
   if (!parent.empty()) document.parent = parent;
   if (!status.empty()) set_child(tree, "Status", status);
   documents.keep(kind, document, tree);

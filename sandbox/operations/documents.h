@@ -43,8 +43,8 @@ const DocumentKind& kind_of(const Document& document);
 SoapNodes begin_answer(SoapCall& call);
 void answer_text(SoapCall& call, std::string_view text);
 
-/// Keeps a client's document under the key that stands in it; one without gets a fresh one. With a
-/// status, the document says it from now on.
+/// Keeps a client's document under the key that stands in it; one without gets a fresh one. One
+/// that somebody else has locked is a fault. With a status, the document says it from now on.
 Document keep_document(SoapCall& call, const DocumentKind& kind, const SoapNode& tree,
                        std::string_view parent = {}, std::string_view status = {});
 /// Keeps another status of a document, in its tree too.

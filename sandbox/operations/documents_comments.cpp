@@ -1,6 +1,7 @@
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/operations/documents.h"
+#include "sandbox/operations/locks.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
@@ -54,12 +55,12 @@ void get_header_of_any(SoapCall& call) {
 template <const DocumentKind& kKind>
 void update_header(SoapCall& call) {
   const SoapNode comments = call.parameters.Item(0);
-  keep_header(call, need(call, kKind, need_name(comments)), comments);
+  keep_header(call, need_unlocked(call, kKind, need_name(comments)), comments);
 }
 
 void update_header_of_any(SoapCall& call) {
   const SoapNode comments = call.parameters.Item(0);
-  keep_header(call, need_instrument(call, need_name(comments)), comments);
+  keep_header(call, need_instrument_unlocked(call, need_name(comments)), comments);
 }
 
 void get_line(SoapCall& call) {
@@ -85,7 +86,7 @@ void update_line(SoapCall& call) {
   Documents documents = call.sandbox.store.documents();
   std::string gid = document_named_in(encoding);
   if (gid.empty()) gid = documents.owner_of_line(kKind, line).value_or("");
-  if (gid.empty() || !documents.has_line(need(call, kKind, gid).gid, line)) {
+  if (gid.empty() || !documents.has_line(need_unlocked(call, kKind, gid).gid, line)) {
     refuse_key("line of a " + std::string(kKind.name), "LineItemGID", line);
   }
   documents.keep_comment(gid, line, "", node_to_xml(pasted(encoding)));

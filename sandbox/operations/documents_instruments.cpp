@@ -17,9 +17,7 @@ constexpr std::int64_t kApprovalCents = 10'000;
 void pilfer(SoapCall& call) {
   Document document = need_instrument(call, key_at(call, 0));
   const std::string previous = document.locked_by;
-  const SoapNode tree = document.tree();
-  set_child(tree, "LockedBy", call.user_id);
-  call.sandbox.store.documents().keep(kind_of(document), document, tree);
+  call.sandbox.store.documents().lock(kind_of(document), document, call.user_id);
   SoapNodes fields = begin_answer(call);
   fields.Create("GID", document.gid);
   fields.Create("LockedBy", call.user_id);

@@ -3,6 +3,7 @@
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
+#include "sandbox/operations/locks.h"
 #include "sandbox/store/documents_forms.h"
 #include "sandbox/store/documents_tree.h"
 
@@ -64,7 +65,7 @@ void get_sap_info(SoapCall& call) {
 
 void update_sales_people(SoapCall& call) {
   const SoapNode people = call.parameters.Item(0);
-  Document order = need(call, kOrderKind, key_at(call, 1));
+  Document order = need_unlocked(call, kOrderKind, key_at(call, 1));
   const SoapNode tree = order.tree();
   if (child(tree, kSalesPeople)) {
     set_child(tree, kSalesPeople, people);

@@ -1,5 +1,6 @@
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
+#include "sandbox/operations/locks.h"
 #include "sandbox/store/documents_forms.h"
 #include "sandbox/store/documents_tree.h"
 
@@ -31,7 +32,7 @@ void copy_project(SoapCall& call) {
 }
 
 void revert(SoapCall& call) {
-  Document project = need(call, kProjectKind, key_at(call, 0));
+  Document project = need_unlocked(call, kProjectKind, key_at(call, 0));
   call.sandbox.store.documents().revert(kProjectKind, project);
   call.results.Append(project.tree());
 }

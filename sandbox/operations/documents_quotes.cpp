@@ -3,6 +3,7 @@
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
+#include "sandbox/operations/locks.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
@@ -16,7 +17,7 @@ void get_quote(SoapCall& call) {
 }
 
 void set_status_to_quoted(SoapCall& call) {
-  Document quote = need(call, kQuoteKind, key_at(call, 0));
+  Document quote = need_unlocked(call, kQuoteKind, key_at(call, 0));
   keep_status(call, kQuoteKind, quote, kQuoted);
   answer_state(call, kQuoteKind, quote);
 }

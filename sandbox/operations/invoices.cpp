@@ -86,9 +86,10 @@ void get_invoice(SoapCall& call) {
 
 void get_sap_invoice(SoapCall& call) {
   const Invoice invoice = need_invoice(call);
+  const bool cleared = invoice.status == "PAID" || invoice.status == kClosedInvoice;
   SoapNodes fields = begin_answer(call);
   fields.Create("SAPInvoiceNumber", "0090" + invoice.invoice_number);
-  fields.Create("SAPStatus", invoice.status == "PAID" ? "CLEARED" : "OPEN");
+  fields.Create("SAPStatus", cleared ? "CLEARED" : "OPEN");
   append_invoice(fields, invoice);
 }
 

@@ -1,10 +1,12 @@
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
 #include "sandbox/operations/keys.h"
+#include "sandbox/operations/locks.h"
 #include "sandbox/store/documents_tree.h"
 #include "sandbox/store/reconciles.h"
 
@@ -20,14 +22,10 @@ constexpr const char* kCannotAssociate = "10061";
 constexpr const char* kCannotReconcile = "10071";
 constexpr const char* kNothingToSave = "10081";
 
+constexpr std::string_view kReconciled = "RECONCILED";
+
 [[noreturn]] void refuse(const char* code, const std::string& text) {
   throw Fault{.code = code, .text = text, .detail = {{"message", text}}};
-}
-
-void refuse_lock_of_another(const SoapCall& call, const Document& reconcile, const char* code) {
-  if (reconcile.locked_by.empty() || reconcile.locked_by == call.user_id) return;
-  refuse(code,
-         "The order reconcile '" + reconcile.gid + "' is locked by '" + reconcile.locked_by + "'");
 }
 
 Document need_with_code(SoapCall& call, const std::string& gid, const char* code) {
@@ -38,11 +36,21 @@ Document need_with_code(SoapCall& call, const std::string& gid, const char* code
   return std::move(*found);
 }
 
-/// Keeps the document with this lock.
-void keep_locked(SoapCall& call, Document& reconcile, const SoapNode& tree,
-                 std::string_view locked_by) {
-  set_child(tree, "LockedBy", locked_by);
-  call.sandbox.store.documents().keep(kReconcileKind, reconcile, tree);
+/// An invoice that is closed has been reconciled, and belongs where it is.
+void refuse_closed(const Invoice& invoice, const char* code) {
+  if (invoice.status != kClosedInvoice) return;
+  refuse(code, "The invoice '" + invoice.uid + "' is closed: it has been reconciled");
+}
+
+bool is_reconciled(const SoapNode& reconcile) {
+  return child_text(reconcile, "Status") == kReconciled;
+}
+
+/// The invoices that stand in the lines are paid out with the reconcile.
+void close_invoices(SoapCall& call, const SoapNode& reconcile) {
+  for (const SoapNode& line : lines_of(reconcile)) {
+    call.sandbox.store.close_invoice(line_key(line));
+  }
 }
 
 // As with other documents, what is new is not kept before it is saved.
@@ -53,6 +61,7 @@ void new_reconcile(SoapCall& call) {
     for (const std::string& uid : keys_in(call.parameters.Item(1))) {
       const auto invoice = call.sandbox.store.invoice(uid);
       if (!invoice) refuse_key("invoice", "UID", uid);
+      refuse_closed(*invoice, fault_codes::kClient);
       append_invoice_line(tree, *invoice);
     }
   }
@@ -62,34 +71,37 @@ void new_reconcile(SoapCall& call) {
 void get_reconcile(SoapCall& call) {
   Document reconcile = need_with_code(call, key_at(call, 0), kNoSuchReconcile);
   refuse_lock_of_another(call, reconcile, kLockedByAnother);
-  const SoapNode tree = reconcile.tree();
-  if (reconcile.locked_by != call.user_id) keep_locked(call, reconcile, tree, call.user_id);
-  call.results.Append(tree);
+  call.sandbox.store.documents().lock(kReconcileKind, reconcile, call.user_id);
+  call.results.Append(reconcile.tree());
 }
 
 void save_reconcile(SoapCall& call) {
   const SoapNode tree = call.parameters.Item(0);
   if (tree.Nodes().Count() == 0) refuse(kNothingToSave, "The order reconcile has no content");
-  const auto known = call.sandbox.store.documents().find(child_text(tree, "GID"));
-  if (known) refuse_lock_of_another(call, *known, fault_codes::kClient);
   set_child(tree, "LockedBy", call.user_id);
   call.results.Append(keep_document(call, kReconcileKind, tree).tree());
+  if (is_reconciled(tree)) close_invoices(call, tree);
 }
 
 void pilfer_reconcile(SoapCall& call) {
   Document reconcile = need(call, kReconcileKind, key_at(call, 0));
-  keep_locked(call, reconcile, reconcile.tree(), call.user_id);
+  call.sandbox.store.documents().lock(kReconcileKind, reconcile, call.user_id);
   answer_text(call, call.user_id);
 }
 
 void unlock_reconcile(SoapCall& call) {
-  Document reconcile = need(call, kReconcileKind, key_at(call, 0));
-  refuse_lock_of_another(call, reconcile, fault_codes::kClient);
-  const SoapNode tree = reconcile.tree();
+  Document reconcile = need_unlocked(call, kReconcileKind, key_at(call, 0));
+  Documents documents = call.sandbox.store.documents();
   if (to_boolean(call.parameters.Item(1).Value())) {
+    const SoapNode tree = reconcile.tree();
+    if (is_reconciled(tree)) {
+      refuse(fault_codes::kClient, "The order reconcile '" + reconcile.gid +
+                                       "' is reconciled: its invoices are closed and stay in it");
+    }
     set_child(tree, "Lines", SoapNode::make("Lines"));
+    documents.keep(kReconcileKind, reconcile, tree);
   }
-  keep_locked(call, reconcile, tree, "");
+  documents.lock(kReconcileKind, reconcile, "");
   answer_text(call, "Unlocked");
 }
 
@@ -97,6 +109,7 @@ void associate(SoapCall& call) {
   const std::string number = key_at(call, 0);
   const auto invoice = call.sandbox.store.invoice_by_number(number);
   if (!invoice) refuse(kCannotAssociate, "There is no invoice with the number '" + number + "'");
+  refuse_closed(*invoice, kCannotAssociate);
   Document reconcile = need_with_code(call, key_at(call, 1), kCannotAssociate);
   refuse_lock_of_another(call, reconcile, kCannotAssociate);
   Documents documents = call.sandbox.store.documents();
@@ -104,6 +117,9 @@ void associate(SoapCall& call) {
     refuse(kCannotAssociate, "The invoice '" + number + "' belongs to '" + *owner + "'");
   }
   const SoapNode tree = reconcile.tree();
+  if (is_reconciled(tree)) {
+    refuse(kCannotAssociate, "The order reconcile '" + reconcile.gid + "' is reconciled already");
+  }
   append_invoice_line(tree, *invoice);
   documents.keep(kReconcileKind, reconcile, tree);
   call.results.Append(tree);
@@ -115,10 +131,17 @@ std::string pay_period(const SoapCall& call, const Invoice& invoice) {
   return conversions::format_text(wanted.empty() ? invoice.pay_period_date : wanted, "mm/dd/yyyy");
 }
 
-/// Reconciles an invoice where it is, or in a reconcile of its own.
-SoapNode reconcile_invoice(SoapCall& call, const std::string& uid) {
-  const auto invoice = call.sandbox.store.invoice(uid);
+Invoice need_open_invoice(SoapCall& call, const std::string& uid) {
+  auto invoice = call.sandbox.store.invoice(uid);
   if (!invoice) refuse(kCannotReconcile, "There is no invoice with the UID '" + uid + "'");
+  refuse_closed(*invoice, kCannotReconcile);
+  return std::move(*invoice);
+}
+
+/// Reconciles an invoice where it is, or in a reconcile of its own, and closes it with all others
+/// there.
+SoapNode reconcile_invoice(SoapCall& call, const Invoice& invoice) {
+  const std::string& uid = invoice.uid;
   Documents documents = call.sandbox.store.documents();
   Document reconcile;
   SoapNode tree;
@@ -129,23 +152,27 @@ SoapNode reconcile_invoice(SoapCall& call, const std::string& uid) {
   } else {
     reconcile.gid = documents.fresh_gid(kReconcileKind);
     tree = reconcile_form(reconcile.gid, key_at(call, 1));
-    append_invoice_line(tree, *invoice);
+    append_invoice_line(tree, invoice);
   }
-  set_child(tree, "Status", "RECONCILED");
-  set_child(tree, "PayPeriodDate", pay_period(call, *invoice));
+  set_child(tree, "Status", kReconciled);
+  set_child(tree, "PayPeriodDate", pay_period(call, invoice));
   documents.keep(kReconcileKind, reconcile, tree);
+  close_invoices(call, tree);
   return tree;
 }
 
 void auto_reconcile_single(SoapCall& call) {
-  call.results.Append(reconcile_invoice(call, key_at(call, 0)));
+  call.results.Append(reconcile_invoice(call, need_open_invoice(call, key_at(call, 0))));
 }
 
 void auto_reconcile_multiple(SoapCall& call) {
-  SoapNodes answer = begin_answer(call);
+  // All of them are looked at first: one that belongs with another is closed by its turn.
+  std::vector<Invoice> invoices;
   for (const std::string& uid : keys_in(call.parameters.Item(0))) {
-    answer.Append(reconcile_invoice(call, uid));
+    invoices.push_back(need_open_invoice(call, uid));
   }
+  SoapNodes answer = begin_answer(call);
+  for (const Invoice& each : invoices) answer.Append(reconcile_invoice(call, each));
 }
 
 }  // namespace

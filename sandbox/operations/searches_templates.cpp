@@ -1,5 +1,6 @@
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
+#include "sandbox/operations/locks.h"
 #include "sandbox/operations/searches.h"
 #include "sandbox/store/documents_forms.h"
 #include "sandbox/store/documents_tree.h"
@@ -13,7 +14,7 @@ constexpr const char* kInstruments = "urn:SalesInstrumentService";
 constexpr const char* kZelt = "urn:ZeltViewService";
 
 void convert_to_template(SoapCall& call) {
-  Document project = need(call, kProjectKind, key_at(call, 0));
+  Document project = need_unlocked(call, kProjectKind, key_at(call, 0));
   const SoapNode tree = project.tree();
   set_child(tree, "Template", true);
   call.sandbox.store.documents().keep(kProjectKind, project, tree);
@@ -54,7 +55,7 @@ void create_order_from_template(SoapCall& call) {
 }
 
 void deactivate(SoapCall& call) {
-  Document document = need_instrument(call, key_at(call, 0));
+  Document document = need_instrument_unlocked(call, key_at(call, 0));
   const SoapNode tree = document.tree();
   set_child(tree, "Active", false);
   const DocumentKind& kind = kind_of(document);

@@ -6,6 +6,7 @@
 #include "bvconn/platform/soap/xml_document.h"
 #include "sandbox/operations/documents.h"
 #include "sandbox/operations/keys.h"
+#include "sandbox/operations/locks.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
@@ -31,7 +32,7 @@ void get_countries(SoapCall& call) {
 }
 
 void export_complete(SoapCall& call) {
-  Document order = need(call, kOrderKind, key_at(call, 0));
+  Document order = need_unlocked(call, kOrderKind, key_at(call, 0));
   const SoapNode tree = order.tree();
   set_child(tree, "Exported", true);
   call.sandbox.store.documents().keep(kOrderKind, order, tree);

@@ -96,9 +96,18 @@ void Documents::keep(const DocumentKind& kind, Document& document, const SoapNod
   write(kind, document, tree);
 }
 
+void Documents::lock(const DocumentKind& kind, Document& document, std::string_view user) {
+  const SoapNode tree = document.tree();
+  set_child(tree, "LockedBy", user);
+  write(kind, document, tree);
+}
+
 void Documents::revert(const DocumentKind& kind, Document& document) {
   if (document.previous_body.empty()) return;
   const SoapNode tree = node_from_xml(document.previous_body);
+  if (child_text(tree, "LockedBy") != document.locked_by) {
+    set_child(tree, "LockedBy", document.locked_by);
+  }
   document.previous_body.clear();
   ++document.revision;
   write(kind, document, tree);
@@ -127,7 +136,9 @@ void Documents::write(const DocumentKind& kind, Document& document, const SoapNo
 }
 
 void Documents::write_revision(const Document& document) {
-  Statement(database_, "INSERT INTO document_revisions VALUES (?, ?, ?)")
+  Statement(database_,
+            "INSERT INTO document_revisions VALUES (?, ?, ?)"
+            " ON CONFLICT (document_gid, revision) DO UPDATE SET body = excluded.body")
       .bind(document.gid)
       .bind(document.revision)
       .bind(document.body)

@@ -64,7 +64,10 @@ class Documents {
   /// Keeps this tree as the body of the document, one revision on. Number, status and lock are what
   /// the tree says.
   void keep(const DocumentKind& kind, Document& document, const SoapNode& tree);
-  /// Makes the body before the last change the present one again; without one nothing changes.
+  /// Keeps who has the lock, "" for nobody; that is no change of the document.
+  void lock(const DocumentKind& kind, Document& document, std::string_view user);
+  /// Makes the body before the last change the present one again, but for the lock, which stays;
+  /// without one nothing changes.
   void revert(const DocumentKind& kind, Document& document);
   /// The document as it was at each revision that is still known, the latest first: the present one
   /// and the few before it. Nothing for a kind that keeps no revisions.

@@ -61,6 +61,13 @@ std::optional<Invoice> find_invoice(Database& database, std::string_view uid) {
   return invoice;
 }
 
+void close_invoice(Database& database, std::string_view uid) {
+  Statement(database, "UPDATE invoices SET status = ? WHERE uid = ?")
+      .bind(kClosedInvoice)
+      .bind(uid)
+      .run();
+}
+
 std::int64_t goods_cents(const Invoice& invoice) {
   std::int64_t sum = 0;
   for (const InvoiceLine& line : invoice.lines) sum += line.quantity * line.unit_price_cents;

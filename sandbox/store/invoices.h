@@ -24,7 +24,7 @@ struct InvoiceLine {
 struct Invoice {
   std::string uid, invoice_number;
   std::string invoice_date, due_date;  ///< "2024-01-31"
-  std::string status;                  ///< OPEN, PAID or OVERDUE
+  std::string status;                  ///< OPEN, PAID, OVERDUE or CLOSED
   std::string agent_id, po_number, project_name, torvex_order_number;
   std::string manufacturer_order_number, partner_id;
   std::string pay_period_date;  ///< the last day of its month
@@ -35,6 +35,10 @@ struct Invoice {
 };
 
 std::optional<Invoice> find_invoice(Database& database, std::string_view uid);
+/// The status of an invoice that has been reconciled.
+inline constexpr std::string_view kClosedInvoice = "CLOSED";
+/// Closes an invoice; what is none is left alone.
+void close_invoice(Database& database, std::string_view uid);
 /// What its lines cost together, without freight and tax.
 std::int64_t goods_cents(const Invoice& invoice);
 

@@ -24,6 +24,7 @@ class Store {
 
   std::optional<Invoice> invoice(std::string_view uid);
   std::optional<Invoice> invoice_by_number(std::string_view number);
+  void close_invoice(std::string_view uid) { sandbox::close_invoice(database_, uid); }
   /// The documents that are kept whole. To be used within a transaction.
   Documents documents() { return Documents(database_); }
   /// The keys of the latest documents of a kind, the latest first.

@@ -264,6 +264,57 @@ TEST_F(SandboxInvoices, AutoReconcileMultipleTakesAllOrNone) {
             "0x8004274D BVInvoiceConnector");
 }
 
+TEST_F(SandboxInvoices, ReconcilingClosesTheInvoices) {
+  const std::string gid = saved_reconcile("S1", {"INV-1013"});
+  connector_.AssocInvoiceAndOrderReconcile(url_, "S1", "700114", gid, "101");
+  connector_.AutoReconcileSingle(url_, "S1", "INV-1013", "101");
+  const auto closed = search({.strStatus = "closed"});
+  // Both that stand in the reconcile, and no other.
+  EXPECT_EQ(texts(closed, "InvoiceUID"), (Texts{"INV-1013", "INV-1014"}));
+  EXPECT_EQ(text(connector_.GetInvoice(url_, "S1", "INV-1014"), "Status"), "CLOSED");
+  EXPECT_EQ(text(connector_.GetSAPInvoice(url_, "S1", "INV-1014"), "SAPStatus"), "CLEARED");
+}
+
+TEST_F(SandboxInvoices, AnInvoiceThatIsClosedIsNotReconciledAgain) {
+  connector_.AutoReconcileMultiple(url_, "S1", StringArray{"INV-1015", "INV-1016"}, "101");
+  const std::string other = saved_reconcile("S1", {});
+  EXPECT_EQ(number_of_error([&] { connector_.AutoReconcileSingle(url_, "S1", "INV-1015", "101"); }),
+            "0x80042757 BVInvoiceConnector");
+  EXPECT_EQ(number_of_error([&] {
+              connector_.AssocInvoiceAndOrderReconcile(url_, "S1", "700116", other, "101");
+            }),
+            "0x8004274D BVInvoiceConnector");
+  const Error error =
+      error_of([&] { connector_.GetNewReconicle(url_, "S1", "101", StringArray{"INV-1016"}); });
+  EXPECT_NE(error.description.find("'INV-1016' is closed"), std::string::npos) << error.description;
+}
+
+TEST_F(SandboxInvoices, InvoicesOfOneReconcileAreReconciledInOneCall) {
+  const std::string gid = saved_reconcile("S1", {"INV-1017", "INV-1018"});
+  connector_.AutoReconcileMultiple(url_, "S1", StringArray{"INV-1017", "INV-1018"}, "101");
+  EXPECT_EQ(text(reconcile("S1", gid), "Status"), "RECONCILED");
+  EXPECT_EQ(search({.strStatus = "CLOSED"}).size(), 2U);
+}
+
+TEST_F(SandboxInvoices, WhatIsReconciledKeepsItsInvoicesAndTakesNoOthers) {
+  const std::string gid = saved_reconcile("S1", {"INV-1019"});
+  connector_.AutoReconcileSingle(url_, "S1", "INV-1019", "101");
+  EXPECT_EQ(number_of_error([&] {
+              connector_.AssocInvoiceAndOrderReconcile(url_, "S1", "700120", gid, "101");
+            }),
+            "0x8004274D BVInvoiceConnector");
+  EXPECT_THROW(connector_.UnlockOrderReconcile(url_, "S1", gid, true, "101"), Error);
+  connector_.UnlockOrderReconcile(url_, "S1", gid, false, "101");
+  EXPECT_EQ(invoice_keys(reconcile("S2", gid)), Texts{"INV-1019"});
+}
+
+TEST_F(SandboxInvoices, AReconcileThatIsSavedAsReconciledClosesItsInvoices) {
+  const SoapNode made = connector_.GetNewReconicle(url_, "S1", "101", StringArray{"INV-1021"});
+  made.Nodes().ItemByName("Status").Value("RECONCILED");
+  connector_.SaveOrderReconcile(url_, "S1", made);
+  EXPECT_EQ(texts(search({.strStatus = "CLOSED"}), "InvoiceUID"), Texts{"INV-1021"});
+}
+
 TEST_F(SandboxInvoices, ACommissionRangeLeadsToItsStatements) {
   const SoapNode range = connector_.GetCommissionRange(url_, "S1", 3);
   ASSERT_EQ(range.Nodes().Count(), 3U);
