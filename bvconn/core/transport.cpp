@@ -127,26 +127,48 @@ Error failed_response(const SoapEnvelope& envelope, const Error& error) {
 
 }  // namespace
 
+Failure send_xml(const SoapEnvelope& envelope, std::string_view soap_action, std::string_view url,
+                 std::int32_t timeout) {
+  try {
+    log_enter(kSendXmlLog);
+    const auto transport = ready_transport(soap_action, timeout);
+    const float start = timer_seconds();
+    if (!exchange(*transport, envelope, url)) {
+      Global::LastHeartBeat(session().clock().now());
+      log_duration(envelope, start);
+      log_exit(kSendXmlLog);
+      return std::nullopt;
+    }
+  } catch (const Error& error) {
+    return failed_send(envelope, error);
+  } catch (...) {
+    return failed_send(envelope, live_error());
+  }
+  return failed_send(envelope, EnvelopeAccess::fault());
+}
+
+Failure get_response(const SoapEnvelope& envelope, HTTPTransport& transport, std::string_view url) {
+  try {
+    log_enter(kGetResponseEnvelopeLog);
+    if (!exchange(transport, envelope, url)) {
+      Global::LastHeartBeat(session().clock().now());
+      log_exit(kGetResponseEnvelopeLog);
+      return std::nullopt;
+    }
+  } catch (const Error& error) {
+    return failed_response(envelope, error);
+  } catch (...) {
+    return failed_response(envelope, live_error());
+  }
+  return failed_response(envelope, EnvelopeAccess::fault());
+}
+
 namespace Global {
 
 Variant sendXML(const SoapEnvelope& envelope, std::string_view soapAction, std::string_view url,
                 std::int32_t timeout) {
-  try {
-    log_enter(kSendXmlLog);
-    const auto transport = ready_transport(soapAction, timeout);
-    const float start = timer_seconds();
-    if (!exchange(*transport, envelope, url)) {
-      LastHeartBeat(session().clock().now());
-      log_duration(envelope, start);
-      log_exit(kSendXmlLog);
-      return {};
-    }
-  } catch (const Error& error) {
-    throw failed_send(envelope, error);
-  } catch (...) {
-    throw failed_send(envelope, live_error());
-  }
-  throw failed_send(envelope, EnvelopeAccess::fault());
+  if (Failure failure = send_xml(envelope, soapAction, url, timeout)) throw *std::move(failure);
+  return {};
 }
 
 std::shared_ptr<HTTPTransport> getHTTPTransport(std::string_view soapAction) {
@@ -156,19 +178,8 @@ std::shared_ptr<HTTPTransport> getHTTPTransport(std::string_view soapAction) {
 SoapEnvelope getResponseEnvelope(const SoapEnvelope& envelope,
                                  const std::shared_ptr<HTTPTransport>& transport,
                                  std::string_view url) {
-  try {
-    log_enter(kGetResponseEnvelopeLog);
-    if (!exchange(*transport, envelope, url)) {
-      LastHeartBeat(session().clock().now());
-      log_exit(kGetResponseEnvelopeLog);
-      return envelope;
-    }
-  } catch (const Error& error) {
-    throw failed_response(envelope, error);
-  } catch (...) {
-    throw failed_response(envelope, live_error());
-  }
-  throw failed_response(envelope, EnvelopeAccess::fault());
+  if (Failure failure = get_response(envelope, *transport, url)) throw *std::move(failure);
+  return envelope;
 }
 
 Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
@@ -191,14 +202,15 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 
 }  // namespace Global
 
-void parse_reply(const SoapEnvelope& envelope, detail::TextBuffer text,
-                 const std::function<std::string()>& words) {
+Failure parse_reply(const SoapEnvelope& envelope, detail::TextBuffer text,
+                    const std::function<std::string()>& words) {
   // A fault is what the caller asked for, with words of its own.
-  if (read_reply(envelope, std::move(text), words)) throw EnvelopeAccess::fault();
+  if (read_reply(envelope, std::move(text), words)) return EnvelopeAccess::fault();
+  return std::nullopt;
 }
 
-void receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {
-  parse_reply(envelope, receive_recorded(transport), [&] { return transport.LastReply(); });
+Failure receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {
+  return parse_reply(envelope, receive_recorded(transport), [&] { return transport.LastReply(); });
 }
 
 // deliberate [soap-action-before]: no SOAPAction is set.

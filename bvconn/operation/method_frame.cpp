@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <optional>
+#include <utility>
 
 #include "bvconn/core/envelope.h"
 #include "bvconn/core/session_state.h"
@@ -31,11 +32,11 @@ std::optional<std::string> fault_words(const SoapEnvelope& fault) noexcept {
 
 }  // namespace
 
-Call::Call(const Operation& operation, CallContext context)
+Call::Call(const Operation& operation, const CallContext& context)
     : operation_(operation),
       url_(context.url),
       session_id_(context.session_id),
-      envelope_(std::move(context.envelope)),
+      envelope_(context.envelope != nullptr ? *context.envelope : SoapEnvelope()),
       record_(operation.cls.empty() ? operation.log.cls : operation.cls,
               operation.name.empty() ? operation.log.method : operation.name, url_, session_id_) {}
 
@@ -98,36 +99,60 @@ std::string Call::soap_action() {
   return operation_.soap_action != nullptr ? look_up(operation_.soap_action) : service();
 }
 
-Call& Call::send(std::int32_t timeout) {
+Sent Call::sent(Failure failure) {
+  failure_ = std::move(failure);
+  return Sent(*this);
+}
+
+void Call::raise_failure() {
+  if (failure_) throw *std::exchange(failure_, std::nullopt);
+}
+
+Sent Call::send(std::int32_t timeout) {
   if (operation_.soap_action == nullptr) {
-    // The URN as it is, without a copy that a fault would have to stop for on its way out.
-    Global::sendXML(envelope(), service(), url_, timeout);
-  } else {
-    Global::sendXML(envelope(), look_up(operation_.soap_action), url_, timeout);
+    return sent(send_xml(envelope(), service(), url_, timeout));
   }
-  return *this;
+  return sent(send_xml(envelope(), look_up(operation_.soap_action), url_, timeout));
 }
 
-Call& Call::send_as(std::string_view soap_action) {
-  Global::sendXML(envelope(), soap_action, url_, 0);
-  return *this;
+Sent Call::send_as(std::string_view soap_action) {
+  return sent(send_xml(envelope(), soap_action, url_, 0));
 }
 
-Call& Call::exchange() {
+Sent Call::exchange() {
   const auto transport = Global::getHTTPTransport(soap_action());
-  Global::getResponseEnvelope(envelope(), transport, url_);
-  return *this;
+  return sent(get_response(envelope(), *transport, url_));
 }
 
-Call& Call::exchange_text(HTTPTransport& transport, std::string_view text) {
+Sent Call::exchange_text(HTTPTransport& transport, std::string_view text) {
   send_recorded(transport, url_, text);
-  receive_envelope(transport, envelope());
-  return *this;
+  return sent(receive_envelope(transport, envelope()));
 }
 
-Call& Call::parse(std::string text) {
-  parse_reply(envelope(), std::move(text), &invoke_words);
-  return *this;
+Sent Call::parse(std::string text) {
+  return sent(parse_reply(envelope(), std::move(text), &invoke_words));
+}
+
+Call& Sent::or_raise() const {
+  call_->raise_failure();
+  return *call_;
+}
+
+Answer<SoapNode> Sent::first() const {
+  return call_->has_failed() ? Answer<SoapNode>(*call_) : Answer<SoapNode>(*call_, call_->first());
+}
+
+Answer<Variant> Sent::value() const {
+  return call_->has_failed() ? Answer<Variant>(*call_) : Answer<Variant>(*call_, call_->value());
+}
+
+Answer<std::string> Sent::text() const {
+  return call_->has_failed() ? Answer<std::string>(*call_)
+                             : Answer<std::string>(*call_, call_->text());
+}
+
+Answer<bool> Sent::boolean() const {
+  return call_->has_failed() ? Answer<bool>(*call_) : Answer<bool>(*call_, call_->boolean());
 }
 
 SoapNode Call::first() {
@@ -148,26 +173,26 @@ void Call::note_failure(Error& error) noexcept {
   record_.failed(error, has_words ? fault_words(envelope_) : std::nullopt);
 }
 
-void Call::tail(Error& error) {
-  note_failure(error);
+// A further error while the tail runs leaves the operation in the place of the first.
+std::optional<Error> Call::raised_by_tail(Error& error) {
   LogBlock log = operation_.log;
   if (!error_name_.empty()) log.error = error_name_;
-  bool raises = false;
   try {
-    std::optional<Error> raised = only_errors([&] {
-      const TailContext context{.log = log, .envelope = envelope_, .faults = operation_.faults};
-      return apply_tail(operation_.tail, context, error);
-    });
-    raises = raised.has_value();
-    if (raises) error = *std::move(raised);
-  } catch (Error& further) {
-    record_.raised(further);
-    throw;
+    const TailContext context{.log = log, .envelope = envelope_, .faults = operation_.faults};
+    return apply_tail(operation_.tail, context, error);
+  } catch (const Error& further) {
+    return further;
+  } catch (...) {
+    return live_error();
   }
-  if (!raises) return;
-  record_.raised(error);
-  // Nothing is left here that the error would have to stop for on its way out.
-  throw Error(std::move(error));
+}
+
+Raised Call::tail() {
+  note_failure(*failure_);
+  std::optional<Error> raised = raised_by_tail(*failure_);
+  if (!raised) return {};
+  record_.raised(*raised);
+  return Raised(*std::move(raised));
 }
 
 }  // namespace bvconn

@@ -2,6 +2,9 @@
 
 #include <concepts>
 #include <cstdint>
+#include <memory>
+#include <new>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,6 +17,7 @@
 #include "bvconn/core/recording.h"
 #include "bvconn/core/transport.h"
 #include "bvconn/dal/dal_switch.h"
+#include "bvconn/operation/answer.h"
 #include "bvconn/operation/tails.h"
 #include "bvconn/platform/live_error.h"
 #include "bvconn/platform/soap/soap_envelope.h"
@@ -52,15 +56,35 @@ struct Operation {
 struct CallContext {
   std::string_view url = {};
   std::string_view session_id = {};
-  /// The envelope to work on; an empty reference for one of the call's own.
-  SoapEnvelope envelope = {};
+  /// The envelope to work on; null for one of the call's own.
+  const SoapEnvelope* envelope = nullptr;
+};
+
+/// An error that a frame is about to raise, or none. It has no destructor, so that nothing is left
+/// in the frame that unwinding would have to stop for; the frame takes what is in it.
+class Raised {
+ public:
+  Raised() = default;
+  /// Where there is no memory for it, it is raised here.
+  explicit Raised(Error&& error) : error_(new (std::nothrow) Error(std::move(error))) {
+    if (error_ == nullptr) throw Error(std::move(error));
+  }
+
+  explicit operator bool() const noexcept { return error_ != nullptr; }
+  Error taken() const noexcept {
+    const std::unique_ptr<Error> owned(error_);
+    return std::move(*owned);
+  }
+
+ private:
+  Error* error_ = nullptr;
 };
 
 /// One call of an operation: what its body works with. Its tail reads the envelope as the body left
 /// it.
 class Call {
  public:
-  explicit Call(const Operation& operation, CallContext context = {});
+  explicit Call(const Operation& operation, const CallContext& context = {});
 
   /// The wire name and the URN; looked up at first use.
   const std::string& method();
@@ -104,17 +128,17 @@ class Call {
   std::string literal_request(std::string_view xml);
 
   /// Sends with `sendXML`; the envelope then holds the reply. A time-out of 0 is the default one.
-  Call& send(std::int32_t timeout = 0);
+  Sent send(std::int32_t timeout = 0);
   /// As `send`, under a SOAPAction that no row has.
-  Call& send_as(std::string_view soap_action);
+  Sent send_as(std::string_view soap_action);
   /// Sends with `getHTTPTransport` and `getResponseEnvelope`: default time-out, no timing line.
-  Call& exchange();
+  Sent exchange();
   /// Sends ready text on `transport` and reads the reply into the envelope.
-  Call& exchange_text(HTTPTransport& transport, std::string_view text);
+  Sent exchange_text(HTTPTransport& transport, std::string_view text);
   /// Reads the text that a service object gave into the envelope.
   /// deliberate [fault-words]: a fault in it, or in the reply to a ready text, leaves in constant
   /// words; those of the server are in the envelope alone.
-  Call& parse(std::string text);
+  Sent parse(std::string text);
 
   /// The first parameter of the reply; fails with 0x80044204 where there is none.
   SoapNode first();
@@ -122,8 +146,8 @@ class Call {
   Variant value() { return first().Value(); }
   std::string text() { return to_text(value()); }
   /// The same of a reply in text form, as a service object gives it.
-  SoapNode first_of(std::string reply) { return parse(std::move(reply)).first(); }
-  std::string text_of(std::string reply) { return parse(std::move(reply)).text(); }
+  Answer<SoapNode> first_of(std::string reply) { return parse(std::move(reply)).first(); }
+  Answer<std::string> text_of(std::string reply) { return parse(std::move(reply)).text(); }
   /// The value of the first parameter as a boolean. An argument that is Empty is False, but a nil
   /// answer says nothing: it fails with 13.
   bool boolean();
@@ -134,14 +158,20 @@ class Call {
   // The frame's own steps.
   void enter() { log_enter(operation_.log); }
   void exit() { log_exit(operation_.log); }
-  /// Raises what the operation's tail makes of the error; returns where that is nothing.
-  void tail(Error& error);
+  bool has_failed() const noexcept { return failure_.has_value(); }
+  /// Raises what a step that sends has handed back, if anything.
+  void raise_failure();
+  void fail(Error error) noexcept { failure_ = std::move(error); }
+  /// What the operation's tail makes of the failure, for the frame to raise.
+  Raised tail();
 
   /// Tells the record why the body failed: with the server's words, where it had some.
   void note_failure(Error& error) noexcept;
 
  private:
   std::string soap_action();
+  Sent sent(Failure failure);
+  std::optional<Error> raised_by_tail(Error& error);
 
   const Operation& operation_;
   std::string_view url_;
@@ -150,39 +180,63 @@ class Call {
   std::string method_;
   std::string service_;
   std::string error_name_;
+  Failure failure_;
   RecordedCall record_;
 };
+
+template <class T>
+bool Answer<T>::has_failed() const noexcept {
+  return call_->has_failed();
+}
+
+template <class T>
+Answer<T>::operator T() && {
+  call_->raise_failure();
+  return std::move(value_);
+}
 
 /// The shape of nearly every operation: enter line, body, exit line, and the operation's tail when
 /// an error is raised anywhere on the way. Nothing but an `Error` leaves it, whatever was thrown.
 template <class Body>
-auto ConnectorMethodFrame(const Operation& operation, CallContext context, Body&& body)
-    -> std::invoke_result_t<Body, Call&> {
-  using Result = std::invoke_result_t<Body, Call&>;
-  Call call(operation, std::move(context));
-  try {
-    call.enter();
-    if constexpr (std::is_void_v<Result>) {
-      body(call);
-      call.exit();
-    } else {
-      Result result = body(call);
-      call.exit();
-      return result;
+auto ConnectorMethodFrame(const Operation& operation, const CallContext& context, Body&& body) ->
+    typename ResultOf<std::invoke_result_t<Body, Call&>>::Type {
+  using Returned = std::invoke_result_t<Body, Call&>;
+  using Result = typename ResultOf<Returned>::Type;
+  Raised raised;
+  {
+    Call call(operation, context);
+    try {
+      call.enter();
+      if constexpr (std::is_void_v<Returned>) {
+        body(call);
+        call.exit();
+        return;
+      } else if constexpr (ResultOf<Returned>::kIsAnswer) {
+        Returned answer = body(call);
+        if (!answer.has_failed()) {
+          call.exit();
+          return std::move(answer).take();
+        }
+      } else {
+        Result result = body(call);
+        call.exit();
+        return result;
+      }
+    } catch (Error& error) {
+      call.fail(std::move(error));
+    } catch (...) {
+      call.fail(live_error());
     }
-  } catch (Error& error) {
-    call.tail(error);
-  } catch (...) {
-    Error error = live_error();
-    call.tail(error);
+    raised = call.tail();
   }
+  if (raised) throw raised.taken();
   // Only a tail that swallows gets here: the operation returns as if nothing had happened.
   return Result();
 }
 
 template <class Body>
-auto ConnectorMethodFrame(const Operation& operation, Body&& body)
-    -> std::invoke_result_t<Body, Call&> {
+auto ConnectorMethodFrame(const Operation& operation, Body&& body) ->
+    typename ResultOf<std::invoke_result_t<Body, Call&>>::Type {
   return ConnectorMethodFrame(operation, CallContext(), std::forward<Body>(body));
 }
 

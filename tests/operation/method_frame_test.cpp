@@ -28,7 +28,8 @@ using test::RecordingPlatform;
 
 // The reply of a data access layer operation, so that the frame's tails are seen without `sendXML`.
 Error error_of_reply(const Operation& operation, const std::string& reply) {
-  return error_of([&] { ConnectorMethodFrame(operation, [&](Call& call) { call.parse(reply); }); });
+  return error_of(
+      [&] { ConnectorMethodFrame(operation, [&](Call& call) { call.parse(reply).or_raise(); }); });
 }
 
 Error error_of_raise(const Operation& operation) {
@@ -83,7 +84,8 @@ TEST(Request, IsForTheSessionThatTheFrameWasGivenAndGoesToItsUrl) {
   RecordingPlatform world;
   constexpr Operation kOperation{.log = kLog, .wire = "m"};
   world.reply(envelope_text("r", ""));
-  ConnectorMethodFrame(kOperation, {"http://h/", "S-1"}, [](Call& call) { call.request().send(); });
+  ConnectorMethodFrame(kOperation, {"http://h/", "S-1"},
+                       [](Call& call) { call.request().send().or_raise(); });
   EXPECT_EQ(world.record.transport.at(3), "Send \"http://h/\"");
   EXPECT_NE(world.sent.at(0).text.find(">S-1</userID>"), std::string::npos)
       << world.sent.at(0).text;
@@ -125,7 +127,7 @@ TEST(MethodFrame, AnotherRowCanBeTheSoapAction) {
                                  .soap_action = &BVServices::Order};
   world.reply(envelope_text("r", ""));
   ConnectorMethodFrame(kOperation, {"http://h/", "S-1"},
-                       [](Call& call) { call.request(kSoapEncoding).send(); });
+                       [](Call& call) { call.request(kSoapEncoding).send().or_raise(); });
   EXPECT_EQ(world.record.transport.at(1), "SOAPAction \"urn:OrderService\"");
   EXPECT_NE(world.sent.at(0).text.find("<m:literalName xmlns:m=\"urn:QuoteService\" "
                                        "SOAP-ENV:encodingStyle="

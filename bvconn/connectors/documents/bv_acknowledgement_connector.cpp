@@ -61,7 +61,7 @@ std::string BVAcknowledgementConnector::GetExistingAcknowledgement(std::string_v
                                                                    std::string_view aSessionID) {
   return ConnectorMethodFrame(
       kGetExistingAcknowledgement, {aServerURL, aSessionID}, [&](Call& call) {
-        call.request().params(ackGID).send();
+        call.request().params(ackGID).send().or_raise();
         return address_in(call, "BVAcknowledgmentConnector.getExistingAcknowledgment");
       });
 }
@@ -72,7 +72,7 @@ std::string BVAcknowledgementConnector::getNewAcknowledgment(std::string_view se
   return ConnectorMethodFrame(kGetNewAcknowledgment, {aServerURL, aSessionID}, [&](Call& call) {
     const std::string text = call.literal_request(serializedAckObject);
     // deliberate [ack-no-contact]: unlike other exchanges it does not count as a contact.
-    call.exchange_text(*inline_transport(TracingRule::kLogFile), text);
+    call.exchange_text(*inline_transport(TracingRule::kLogFile), text).or_raise();
     return address_in(call, "BVAcknowledgmentConnector.getNewAcknowledgment");
   });
 }

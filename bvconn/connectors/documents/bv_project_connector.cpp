@@ -109,9 +109,9 @@ SoapNode BVProjectConnector::generateQuotes(std::string_view aServerURL,
     if (call.takes_dal()) {
       // deliberate [text-twice]: made into text for the log and again for the call.
       Global::DALMessageToLog("generateQuotes", call.request_text());
-      call.parse(call.dal().ProjectService().generateQuotes(call.request_text()));
+      call.parse(call.dal().ProjectService().generateQuotes(call.request_text())).or_raise();
     } else {
-      call.send();
+      call.send().or_raise();
     }
     SoapNode result = call.first();
     timer.log_total("BVProjectConnector", "generateQuotes()");

@@ -66,9 +66,9 @@ SoapNode BVRMAConnector::SaveRMA(std::string_view aServerURL, std::string_view a
     // deliberate [serialized-node]: a node, whatever its name says.
     call.request().add("RMARequestBean", aSerializedRMA);
     if (call.takes_dal()) {
-      call.parse(call.dal().RMAService().SaveRMA(call.request_text()));
+      call.parse(call.dal().RMAService().SaveRMA(call.request_text())).or_raise();
     } else {
-      call.send();
+      call.send().or_raise();
     }
     // deliberate [save-rma-deeper]: one level deeper than in SubmitRMA.
     return to_node(call.value());

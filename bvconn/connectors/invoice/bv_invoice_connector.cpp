@@ -236,7 +236,7 @@ void BVInvoiceConnector::UnlockOrderReconcile(std::string_view aServerURL,
                                               bool blnUnassociate, std::string_view aAgentID) {
   ConnectorMethodFrame(kUnlockOrderReconcile, {aServerURL, aSessionID}, [&](Call& call) {
     // deliberate [unlock-boolean]: the one boolean that bears the name of all the others here.
-    call.getEnvelope().params(aGID).add("param", blnUnassociate).params(aAgentID).send();
+    call.getEnvelope().params(aGID).add("param", blnUnassociate).params(aAgentID).send().or_raise();
   });
 }
 
@@ -270,7 +270,7 @@ void BVInvoiceConnector::AutoReconcileMultiple(std::string_view aServerURL,
   ConnectorMethodFrame(kAutoReconcileMultiple, {aServerURL, aSessionID}, [&](Call& call) {
     call.getEnvelope().params(strUIDs, aAgentID,
                               conversions::format_text(strPayPeriodDate, kDatePicture));
-    call.send();
+    call.send().or_raise();
   });
 }
 

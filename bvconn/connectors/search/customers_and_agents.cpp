@@ -148,9 +148,9 @@ SoapNode BVSearchConnector::SearchForAllCustomers(std::string_view aSessionID,
     if (call.takes_dal()) {
       // deliberate [customers-agent]: a number here, any text by SOAP.
       const std::int32_t agent = conversions::text_to_int32(aAgentID);
-      call.parse(call.dal().SearchService().SearchForAllCustomers(agent));
+      call.parse(call.dal().SearchService().SearchForAllCustomers(agent)).or_raise();
     } else {
-      call.request(kSoapEncoding).add("Agent", aAgentID).send();
+      call.request(kSoapEncoding).add("Agent", aAgentID).send().or_raise();
     }
     SoapNode result = call.first();
     timer.log_total("BVSearchConnector", "SearchForAllCustomers()");
@@ -163,9 +163,9 @@ SoapNode BVSearchConnector::SearchForCustomer(std::string_view aSessionID,
   return ConnectorMethodFrame(kSearchForCustomer, {aServerURL, aSessionID}, [&](Call& call) {
     const WholeSecondTimer timer;
     if (call.takes_dal()) {
-      call.parse(call.dal().SearchService().SearchForCustomer(aGID));
+      call.parse(call.dal().SearchService().SearchForCustomer(aGID)).or_raise();
     } else {
-      call.request(kSoapEncoding).add("Customer", aGID).send();
+      call.request(kSoapEncoding).add("Customer", aGID).send().or_raise();
     }
     SoapNode result = call.first();
     timer.log_total("BVSearchConnector", "SearchForCustomer()");

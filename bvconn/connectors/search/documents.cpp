@@ -151,10 +151,12 @@ SoapNode BVSearchConnector::SearchForOrdersForEmail(
   const auto& c = criteria;
   return ConnectorMethodFrame(kSearchForOrdersForEmail, [&](Call& call) {
     call.parse(call.dal().SearchService().OrdersSearchEmailExport(
-        c.userGID, c.UserName, c.OrderNbr, c.SAPOrderNumber, c.OrderStatus, c.ProjName, c.PONbr,
-        c.QuoteNbr, c.AgentID, c.CatalogNbr, c.CustGID, c.CustName, c.CustCity, c.CustState,
-        c.CustCountry, c.NationalAccount, c.CFAccount, c.MfgGID, c.CreateDateStart, c.CreateDateEnd,
-        c.GetAllRevisions, c.OnlyHFR, c.OrderSource, c.DodgeNumber, c.ContractorFirstPO));
+                   c.userGID, c.UserName, c.OrderNbr, c.SAPOrderNumber, c.OrderStatus, c.ProjName,
+                   c.PONbr, c.QuoteNbr, c.AgentID, c.CatalogNbr, c.CustGID, c.CustName, c.CustCity,
+                   c.CustState, c.CustCountry, c.NationalAccount, c.CFAccount, c.MfgGID,
+                   c.CreateDateStart, c.CreateDateEnd, c.GetAllRevisions, c.OnlyHFR, c.OrderSource,
+                   c.DodgeNumber, c.ContractorFirstPO))
+        .or_raise();
     return SoapNode();
   });
 }
@@ -201,10 +203,11 @@ SoapNode BVSearchConnector::SearchForProjectsForEmail(
   const auto& c = criteria;
   return ConnectorMethodFrame(kSearchForProjectsForEmail, [&](Call& call) {
     call.parse(call.dal().SearchService().ProjectsSearchEmailExport(
-        c.userGID, c.UserName, c.ProjNbr, c.ProjName, c.ProjCity, c.ProjState, c.ProjCountry,
-        c.ProjStatus, c.AgentID, c.CatNbr, c.CustomerGID, c.CustomerName, c.BidStart, c.BidEnd,
-        c.QuoteNbr, c.AppNbr, c.SpecStatus, c.SpecNbr, c.NatlAcct, c.DodgeNumber, c.nsCustomerGID,
-        c.nsCustomerName, c.SpecType));
+                   c.userGID, c.UserName, c.ProjNbr, c.ProjName, c.ProjCity, c.ProjState,
+                   c.ProjCountry, c.ProjStatus, c.AgentID, c.CatNbr, c.CustomerGID, c.CustomerName,
+                   c.BidStart, c.BidEnd, c.QuoteNbr, c.AppNbr, c.SpecStatus, c.SpecNbr, c.NatlAcct,
+                   c.DodgeNumber, c.nsCustomerGID, c.nsCustomerName, c.SpecType))
+        .or_raise();
     return SoapNode();
   });
 }
@@ -227,9 +230,11 @@ SoapNode BVSearchConnector::SearchForQuotesForEmail(
   const auto& c = criteria;
   return ConnectorMethodFrame(kSearchForQuotesForEmail, [&](Call& call) {
     call.parse(call.dal().SearchService().QuotesSearchEmailExport(
-        c.userGID, c.UserName, c.QuoteNbr, c.QuoteStatus, c.ProjName, c.ProjCity, c.ProjState,
-        c.AgentID, c.CatNbr, c.DistGID, c.DistName, c.ContGID, c.ContName, c.SpecGID, c.SpecName,
-        c.BidStart, c.BidEnd, c.NationalAccount, c.GetAllRevisions, c.ProjCountry, c.DodgeNumber));
+                   c.userGID, c.UserName, c.QuoteNbr, c.QuoteStatus, c.ProjName, c.ProjCity,
+                   c.ProjState, c.AgentID, c.CatNbr, c.DistGID, c.DistName, c.ContGID, c.ContName,
+                   c.SpecGID, c.SpecName, c.BidStart, c.BidEnd, c.NationalAccount,
+                   c.GetAllRevisions, c.ProjCountry, c.DodgeNumber))
+        .or_raise();
     return SoapNode();
   });
 }

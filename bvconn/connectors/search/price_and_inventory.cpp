@@ -71,7 +71,7 @@ std::string joined_with_16_bit_bound(const StringArray& codes) {
 // The exchange of the inventory operations, run without `sendXML`: traced to the log file by the
 // mask alone, under the SOAPAction of the request before.
 void exchange_inventory(Call& call, std::string_view text) {
-  call.exchange_text(*inline_transport(TracingRule::kLogFileByMaskAlone), text);
+  call.exchange_text(*inline_transport(TracingRule::kLogFileByMaskAlone), text).or_raise();
 }
 
 }  // namespace
@@ -153,7 +153,7 @@ SoapNode BVSearchConnector::SearchForTotalInventory(std::string_view strInfo,
     if (call.takes_dal()) {
       // deliberate [inventory-argument]: the whole request, where SearchForInventory passes
       // `strInfo` alone.
-      call.parse(call.dal().InventoryInquiryService().SearchForTotalInventory(text));
+      call.parse(call.dal().InventoryInquiryService().SearchForTotalInventory(text)).or_raise();
     } else {
       exchange_inventory(call, text);
     }
@@ -172,13 +172,14 @@ SoapNode BVSearchConnector::SearchForTotalInventory(std::string_view strInfo,
 SoapNode BVSearchConnector::SearchForInventory(std::string_view strInfo,
                                                std::string_view aSessionID,
                                                std::string_view aServerURL) {
-  return ConnectorMethodFrame(kSearchForInventory, {aServerURL, aSessionID}, [&](Call& call) {
-    if (call.takes_dal())
-      return call.first_of(call.dal().InventoryInquiryService().SearchForInventory(strInfo));
-    exchange_inventory(call, call.literal_request(strInfo));
-    Global::LastHeartBeat(session().clock().now());
-    return call.first();
-  });
+  return ConnectorMethodFrame(
+      kSearchForInventory, {aServerURL, aSessionID}, [&](Call& call) -> SoapNode {
+        if (call.takes_dal())
+          return call.first_of(call.dal().InventoryInquiryService().SearchForInventory(strInfo));
+        exchange_inventory(call, call.literal_request(strInfo));
+        Global::LastHeartBeat(session().clock().now());
+        return call.first();
+      });
 }
 
 }  // namespace bvconn

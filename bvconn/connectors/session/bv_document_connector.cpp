@@ -22,7 +22,7 @@ constexpr Operation kGetDocuments{
 SoapNode BVDocumentConnector::GetDocuments(std::string_view aServerURL, std::string_view aGID) {
   return ConnectorMethodFrame(kGetDocuments, {.url = aServerURL}, [&](Call& call) {
     // deliberate [no-session]: no `userID`.
-    call.request_without_session().add("arg0", aGID).send();
+    call.request_without_session().add("arg0", aGID).send().or_raise();
     SoapNode documents = SoapNode::make();
     for (const SoapNode& document : call.parameters()) documents.Nodes().Append(document);
     return documents;

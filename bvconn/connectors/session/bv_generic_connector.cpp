@@ -23,7 +23,7 @@ SoapNode BVGenericConnector::Send(std::string_view aService, std::string_view aM
   // deliberate [kept-envelope]: made before the first line, and a failure leaves it to be looked
   // at.
   with_plain_tail(kSend.log, [&] { envelope_ = bvconn::SoapEnvelope::make(); });
-  return ConnectorMethodFrame(kSend, {aServerURL, aSessionID, envelope_}, [&](Call& call) {
+  return ConnectorMethodFrame(kSend, {aServerURL, aSessionID, &envelope_}, [&](Call& call) {
     call.service(std::string(aService));
     call.envelope().SetMethod(aMethod, aService);
     if (aSessionID != kNoSession) Global::create_user_id(call.envelope(), aSessionID);

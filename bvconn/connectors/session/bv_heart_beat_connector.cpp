@@ -24,9 +24,9 @@ constexpr Operation kUpdateHeartBeatTime{
 
 void send_beat(Call& call) {
   if (call.takes_dal()) {
-    call.parse(call.dal().HeartBeatService().sendHeartBeat());
+    call.parse(call.dal().HeartBeatService().sendHeartBeat()).or_raise();
   } else {
-    call.getEnvelope().send(kBeatTimeout_ms);
+    call.getEnvelope().send(kBeatTimeout_ms).or_raise();
   }
   // deliberate [beat-counted]: another answer is a failure, but by SOAP it has moved the time
   // already.
