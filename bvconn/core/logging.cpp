@@ -1,9 +1,11 @@
 #include "bvconn/core/logging.h"
 
 #include <string>
+#include <utility>
 
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/logging/append_file.h"
+#include "bvconn/platform/logging/own_logger.h"
 
 namespace bvconn {
 namespace {
@@ -46,6 +48,17 @@ void log_error(const LogBlock& log, const Error& error) {
 
 void log_error(std::string_view cls, std::string_view method, const Error& error) {
   session().Logger().LogError(cls, method, error, 0);
+}
+
+HeldErrorLines HeldErrorLines::begin() {
+  HeldErrorLines held;
+  held.logger_ = dynamic_cast<detail::OwnLogger*>(&session().Logger());
+  if (held.logger_ != nullptr) held.logger_->hold_errors();
+  return held;
+}
+
+void HeldErrorLines::write() noexcept {
+  if (logger_ != nullptr) std::exchange(logger_, nullptr)->release_errors();
 }
 
 Error plain_tail(const LogBlock& log, const Error& error) {

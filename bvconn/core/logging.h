@@ -2,10 +2,15 @@
 
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 #include "bvconn/platform/live_error.h"
 
 namespace bvconn {
+
+namespace detail {
+class OwnLogger;
+}
 
 /// How a function marks that it was entered and left.
 enum class LogForm : std::uint8_t {
@@ -39,6 +44,27 @@ void log_enter(const LogBlock& log);
 void log_exit(const LogBlock& log);
 void log_error(const LogBlock& log, const Error& error);
 void log_error(std::string_view cls, std::string_view method, const Error& error);
+
+/// While it lives, the error lines of the thread wait, to be written together and in their order:
+/// those of a failure that one function hands to another are one write. A logger of the
+/// application's is given each line as it comes.
+class HeldErrorLines {
+ public:
+  HeldErrorLines() = default;
+  static HeldErrorLines begin();
+  HeldErrorLines(HeldErrorLines&& other) noexcept
+      : logger_(std::exchange(other.logger_, nullptr)) {}
+  HeldErrorLines& operator=(HeldErrorLines&& other) noexcept {
+    std::swap(logger_, other.logger_);
+    return *this;
+  }
+  ~HeldErrorLines() { write(); }
+
+  void write() noexcept;
+
+ private:
+  detail::OwnLogger* logger_ = nullptr;
+};
 
 /// Logs the error as it is alive now. What is to be raised for it: number, source and description
 /// alone.

@@ -2,7 +2,7 @@
 
 #include "bvconn/core/late_session.h"
 #include "bvconn/platform/live_error.h"
-#include "bvconn/platform/logging/level_filter.h"
+#include "bvconn/platform/logging/own_logger.h"
 #include "bvconn/platform/thread_record.h"
 
 namespace bvconn {
@@ -10,8 +10,8 @@ namespace bvconn {
 namespace {
 
 /// Null for a logger of the application's.
-const detail::LevelFilter* filter_of(const SessionLogger& logger) {
-  return dynamic_cast<const detail::LevelFilter*>(&logger);
+const detail::OwnLogger* own_logger_of(const SessionLogger& logger) {
+  return dynamic_cast<const detail::OwnLogger*>(&logger);
 }
 
 }  // namespace
@@ -22,13 +22,13 @@ SessionLogger& SessionState::Logger() {
 }
 
 bool SessionState::writes_lines(std::int32_t level) {
-  const detail::LevelFilter* filter = filter_of(Logger());
-  return filter == nullptr || filter->writes(level);
+  const detail::OwnLogger* own = own_logger_of(Logger());
+  return own == nullptr || own->writes(level);
 }
 
 bool SessionState::writes_info_lines() {
-  const detail::LevelFilter* filter = filter_of(Logger());
-  return filter == nullptr || filter->writes_info();
+  const detail::OwnLogger* own = own_logger_of(Logger());
+  return own == nullptr || own->writes_info();
 }
 
 BVServices& SessionState::Services() {

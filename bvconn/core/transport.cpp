@@ -13,6 +13,7 @@
 #include "bvconn/platform/live_error.h"
 #include "bvconn/platform/soap/envelope_access.h"
 #include "bvconn/platform/timeout_scope.h"
+#include "bvconn/platform/without_help.h"
 
 namespace bvconn {
 namespace {
@@ -99,36 +100,47 @@ void log_duration(const SoapEnvelope& envelope, float start) {
       "Time to execute " + method + ": " + conversions::float_text(timer_seconds() - start), 0);
 }
 
-Error failed_send(const SoapEnvelope& envelope, const Error& error) {
+/// Logs the error as it came, and hands it back with the words that it is to have.
+Failure logged(const LogBlock& log, Error error, std::optional<std::string> words) {
+  HeldErrorLines lines = HeldErrorLines::begin();
+  log_error(log, error);
+  if (words) error.description = *std::move(words);
+  return {.error = without_help(std::move(error)), .lines = std::move(lines)};
+}
+
+Failure failed_send(const SoapEnvelope& envelope, const Error& error) {
   return only_errors([&] {
-    std::string description = error.description;
+    std::optional<std::string> words;
     // deliberate [faultstring-by-name]: by name alone, whatever the error; before a reply was
     // parsed these are the request's own parameters.
     for (const SoapNode node : envelope.Parameters()) {
-      if (node.Name() == "faultstring") description = to_text(node.Value());
+      if (node.Name() == "faultstring") words = to_text(node.Value());
     }
-    log_error(kSendXmlLog, error);
-    return error.described_as(description);
+    return logged(kSendXmlLog, error, std::move(words));
   });
 }
 
-Error failed_response(const SoapEnvelope& envelope, const Error& error) {
+Failure failed_response(const SoapEnvelope& envelope, const Error& error) {
   return only_errors([&] {
-    std::string description = error.description;
+    std::optional<std::string> words;
     // deliberate [faultstring-by-name]: here of a fault alone, and where there is none, that is
     // the error.
     if (error.number == error_numbers::kSoapFault) {
-      description = to_text(envelope.Parameters().ItemByName("faultstring", "").Value());
+      words = to_text(envelope.Parameters().ItemByName("faultstring", "").Value());
     }
-    log_error(kGetResponseEnvelopeLog, error);
-    return error.described_as(description);
+    return logged(kGetResponseEnvelopeLog, error, std::move(words));
   });
 }
 
 }  // namespace
 
-Failure send_xml(const SoapEnvelope& envelope, std::string_view soap_action, std::string_view url,
-                 std::int32_t timeout) {
+void raise(Failure failure) {
+  failure.lines.write();
+  throw Error(std::move(failure.error));
+}
+
+std::optional<Failure> send_xml(const SoapEnvelope& envelope, std::string_view soap_action,
+                                std::string_view url, std::int32_t timeout) {
   try {
     log_enter(kSendXmlLog);
     const auto transport = ready_transport(soap_action, timeout);
@@ -147,7 +159,8 @@ Failure send_xml(const SoapEnvelope& envelope, std::string_view soap_action, std
   return failed_send(envelope, EnvelopeAccess::fault());
 }
 
-Failure get_response(const SoapEnvelope& envelope, HTTPTransport& transport, std::string_view url) {
+std::optional<Failure> get_response(const SoapEnvelope& envelope, HTTPTransport& transport,
+                                    std::string_view url) {
   try {
     log_enter(kGetResponseEnvelopeLog);
     if (!exchange(transport, envelope, url)) {
@@ -167,7 +180,7 @@ namespace Global {
 
 Variant sendXML(const SoapEnvelope& envelope, std::string_view soapAction, std::string_view url,
                 std::int32_t timeout) {
-  if (Failure failure = send_xml(envelope, soapAction, url, timeout)) throw *std::move(failure);
+  if (auto failure = send_xml(envelope, soapAction, url, timeout)) raise(*std::move(failure));
   return {};
 }
 
@@ -178,7 +191,7 @@ std::shared_ptr<HTTPTransport> getHTTPTransport(std::string_view soapAction) {
 SoapEnvelope getResponseEnvelope(const SoapEnvelope& envelope,
                                  const std::shared_ptr<HTTPTransport>& transport,
                                  std::string_view url) {
-  if (Failure failure = get_response(envelope, *transport, url)) throw *std::move(failure);
+  if (auto failure = get_response(envelope, *transport, url)) raise(*std::move(failure));
   return envelope;
 }
 
@@ -202,14 +215,16 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 
 }  // namespace Global
 
-Failure parse_reply(const SoapEnvelope& envelope, detail::TextBuffer text,
-                    const std::function<std::string()>& words) {
+std::optional<Failure> parse_reply(const SoapEnvelope& envelope, detail::TextBuffer text,
+                                   const std::function<std::string()>& words) {
   // A fault is what the caller asked for, with words of its own.
-  if (read_reply(envelope, std::move(text), words)) return EnvelopeAccess::fault();
+  if (read_reply(envelope, std::move(text), words)) {
+    return Failure{.error = EnvelopeAccess::fault(), .lines = {}};
+  }
   return std::nullopt;
 }
 
-Failure receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {
+std::optional<Failure> receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope) {
   return parse_reply(envelope, receive_recorded(transport), [&] { return transport.LastReply(); });
 }
 

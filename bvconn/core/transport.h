@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "bvconn/core/logging.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/http/http_transport.h"
 #include "bvconn/platform/soap/soap_envelope.h"
@@ -54,24 +55,32 @@ Variant sendXMLAndLoadDoc(XMLDocument* document, std::string_view soapAction,
 
 }  // namespace Global
 
-/// An error that is handed back and not raised, or nothing: a fault is an answer that comes every
-/// day, and to unwind the stack costs more than to read it. Only what the application's own objects
-/// throw out of turn still comes as an exception, and an unreadable reply.
-using Failure = std::optional<Error>;
+/// An error that is handed back and not raised: a fault is an answer that comes every day, and to
+/// unwind the stack costs more than to read it. Only what the application's own objects throw out
+/// of turn, and an unreadable reply, still come as exceptions.
+struct Failure {
+  Error error;
+  /// What was logged of it, written at the latest when the failure is gone.
+  HeldErrorLines lines;
+};
+
+/// Raises it, once its lines are written.
+[[noreturn]] void raise(Failure failure);
 
 /// As `Global::sendXML` and `Global::getResponseEnvelope`.
-Failure send_xml(const SoapEnvelope& envelope, std::string_view soap_action, std::string_view url,
-                 std::int32_t timeout);
-Failure get_response(const SoapEnvelope& envelope, HTTPTransport& transport, std::string_view url);
+std::optional<Failure> send_xml(const SoapEnvelope& envelope, std::string_view soap_action,
+                                std::string_view url, std::int32_t timeout);
+std::optional<Failure> get_response(const SoapEnvelope& envelope, HTTPTransport& transport,
+                                    std::string_view url);
 
 /// Reads the text of a reply into the envelope; a fault is handed back. What `Parse` says against
 /// it otherwise is raised, followed by `words`: where it came from and its status, or "" where
 /// nobody knows.
-Failure parse_reply(const SoapEnvelope& envelope, detail::TextBuffer text,
-                    const std::function<std::string()>& words);
+std::optional<Failure> parse_reply(const SoapEnvelope& envelope, detail::TextBuffer text,
+                                   const std::function<std::string()>& words);
 
 /// Reads the reply to the last `Send` into the envelope, with the transport's words.
-Failure receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope);
+std::optional<Failure> receive_envelope(HTTPTransport& transport, const SoapEnvelope& envelope);
 
 /// The thread's transport with tracing, proxy and default time-out set, and its SOAPAction left as
 /// the last request had it: for operations that run their exchange themselves.

@@ -99,13 +99,21 @@ std::string Call::soap_action() {
   return operation_.soap_action != nullptr ? look_up(operation_.soap_action) : service();
 }
 
-Sent Call::sent(Failure failure) {
+Sent Call::sent(std::optional<Failure> failure) {
   failure_ = std::move(failure);
   return Sent(*this);
 }
 
 void Call::raise_failure() {
-  if (failure_) throw *std::exchange(failure_, std::nullopt);
+  if (failure_) raise(*std::exchange(failure_, std::nullopt));
+}
+
+void Call::fail(const Error& error) {
+  try {
+    failure_ = Failure{.error = error, .lines = {}};
+  } catch (...) {
+    failure_ = Failure{.error = live_error(), .lines = {}};
+  }
 }
 
 Sent Call::send(std::int32_t timeout) {
@@ -188,8 +196,9 @@ std::optional<Error> Call::raised_by_tail(Error& error) {
 }
 
 Raised Call::tail() {
-  note_failure(*failure_);
-  std::optional<Error> raised = raised_by_tail(*failure_);
+  note_failure(failure_->error);
+  std::optional<Error> raised = raised_by_tail(failure_->error);
+  failure_->lines.write();
   if (!raised) return {};
   record_.raised(*raised);
   return Raised(*std::move(raised));

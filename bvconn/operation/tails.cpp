@@ -2,10 +2,12 @@
 
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/variant.h"
+#include "bvconn/platform/without_help.h"
 
 namespace bvconn {
 namespace {
@@ -26,7 +28,7 @@ std::int32_t with_object_error_base(std::int32_t code) {
   return static_cast<std::int32_t>(sum);
 }
 
-Error fault_code_tail(const TailContext& context, const Error& error) {
+Error fault_code_tail(const TailContext& context, Error& error) {
   log_error(context.log, error);
   if (error.number == kSoapFault) {
     const std::string code = fault_text(context, "faultcode");
@@ -39,13 +41,12 @@ Error fault_code_tail(const TailContext& context, const Error& error) {
       }
     }
   }
-  return error.described_as(error.description);
+  return without_help(std::move(error));
 }
 
-Error fault_string_tail(const TailContext& context, const Error& error) {
-  std::string description = error.description;
-  if (error.number == kSoapFault) description = fault_text(context, "faultstring");
-  return error.described_as(description);
+Error fault_string_tail(const TailContext& context, Error& error) {
+  if (error.number == kSoapFault) error.description = fault_text(context, "faultstring");
+  return without_help(std::move(error));
 }
 
 Error rfq_tail(const TailContext& context, Error& error) {
@@ -53,7 +54,7 @@ Error rfq_tail(const TailContext& context, Error& error) {
     error.description = fault_text(context, "faultstring");
     error.number = error_numbers::kRfqFault;
   }
-  return error;
+  return std::move(error);
 }
 
 Error overview_tail(const TailContext& context, Error& error) {
@@ -61,7 +62,7 @@ Error overview_tail(const TailContext& context, Error& error) {
   // server's text is lost.
   error.description.clear();
   log_error(context.log, error);
-  return error.described_as("");
+  return without_help(std::move(error));
 }
 
 }  // namespace
@@ -74,7 +75,8 @@ const SoapEnvelope& made(SoapEnvelope& envelope) {
 std::optional<Error> apply_tail(Tail tail, const TailContext& context, Error& error) {
   switch (tail) {
     case Tail::kPlain:
-      return plain_tail(context.log, error);
+      log_error(context.log, error);
+      return without_help(std::move(error));
     case Tail::kFaultCode:
       return fault_code_tail(context, error);
     case Tail::kFaultString:
@@ -84,7 +86,7 @@ std::optional<Error> apply_tail(Tail tail, const TailContext& context, Error& er
     case Tail::kOverview:
       return overview_tail(context, error);
     case Tail::kThreeValues:
-      return error.described_as(error.description);
+      return without_help(std::move(error));
     case Tail::kSwallow:
       log_error(context.log, error);
       return std::nullopt;
@@ -92,7 +94,7 @@ std::optional<Error> apply_tail(Tail tail, const TailContext& context, Error& er
     case Tail::kNone:
       break;
   }
-  return error;
+  return std::move(error);
 }
 
 }  // namespace bvconn

@@ -42,8 +42,8 @@ struct TailContext {
   std::span<const FaultRow> faults;
 };
 
-/// Runs a tail on the live error. What it raises; nothing for `kSwallow`. This is the one place
-/// that applies tails.
+/// Runs a tail on an error, which it may use up. What it raises; nothing for `kSwallow`. This is
+/// the one place that applies tails.
 std::optional<Error> apply_tail(Tail tail, const TailContext& context, Error& error);
 
 }  // namespace bvconn

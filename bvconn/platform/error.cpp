@@ -25,11 +25,10 @@ const char* Error::what() const noexcept {
 
 std::string hex_number(std::int32_t number) {
   constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string text = "0x";
-  const auto bits = static_cast<std::uint32_t>(number);
-  for (int shift = 28; shift >= 0; shift -= 4) {
-    text.push_back(kDigits[(bits >> shift) & 0xFU]);
-  }
+  std::string text = "0x00000000";
+  auto bits = static_cast<std::uint32_t>(number);
+  for (std::size_t at = text.size() - 1; bits != 0; --at, bits >>= 4U)
+    text[at] = kDigits[bits & 0xFU];
   return text;
 }
 

@@ -11,16 +11,31 @@ namespace bvconn::detail {
 namespace {
 
 constexpr std::int64_t kQuarter_s = 900;
+constexpr std::int64_t kDay_s = 86'400;
+/// The days that a thread knows: more than a reply's rows are spread over, as a rule.
+constexpr std::size_t kDays = 64;
 
-/// What a thread knows of its zone. Without a destructor, so that it can be asked at any time.
-struct KnownQuarter {
+/// A span of time throughout which one zone is in force.
+struct KnownSpan {
   std::int64_t begin_s = 0;
   std::int64_t end_s = 0;  ///< the same as the begin: nothing is known
   LocalZone zone;
+
+  bool holds(std::int64_t unix_seconds) const {
+    return unix_seconds >= begin_s && unix_seconds < end_s;
+  }
+};
+
+/// What a thread knows of its zone. Without a destructor, so that it can be asked at any time.
+struct KnownZone {
+  KnownSpan quarter;
+  std::array<KnownSpan, kDays> days;
+  std::int64_t days_until_s = 0;  ///< when they are forgotten, by the clock that nobody sets
   std::array<char, 64> variable{};
   bool has_variable = false;
+  bool is_of_no_variable = true;  ///< none was looked at, or one that is too long to keep
 };
-constinit thread_local KnownQuarter known_quarter;
+constinit thread_local KnownZone known_zone;
 
 /// Days since 1970-01-01 in the proleptic Gregorian calendar.
 std::int64_t days_of(const std::tm& fields) {
@@ -42,42 +57,63 @@ LocalZone zone_by_system(std::int64_t unix_seconds) {
   return {.ahead_s = wall - unix_seconds, .offset_s = fields.tm_gmtoff};
 }
 
-bool is_of(const KnownQuarter& known, const char* variable) {
+bool is_of(const KnownZone& known, const char* variable) {
+  if (known.is_of_no_variable) return false;
   if (variable == nullptr || !known.has_variable) return variable == nullptr && !known.has_variable;
   return std::strcmp(variable, known.variable.data()) == 0;
 }
 
-/// Looks the quarter up. Without a change of the clocks it says the same at both ends.
-void learn(KnownQuarter& known, std::int64_t unix_seconds, const char* variable) {
-  known.begin_s = known.end_s = 0;
+/// Forgets all where `TZ` says something else than it did.
+KnownZone& known_by(const char* variable) {
+  KnownZone& known = known_zone;
+  if (is_of(known, variable)) return known;
+  known = KnownZone();
   ::tzset();
-  const std::int64_t begin = unix_seconds - unix_seconds % kQuarter_s;
-  const LocalZone first = zone_by_system(begin);
-  const LocalZone last = zone_by_system(begin + kQuarter_s - 1);
   const std::string_view text = variable == nullptr ? std::string_view() : variable;
-  if (first.ahead_s != last.ahead_s || first.offset_s != last.offset_s ||
-      text.size() >= known.variable.size()) {
-    return;
-  }
-  known.zone = first;
+  known.is_of_no_variable = text.size() >= known.variable.size();
+  if (known.is_of_no_variable) return known;
   known.has_variable = variable != nullptr;
-  known.variable.fill('\0');
   text.copy(known.variable.data(), text.size());
-  known.begin_s = begin;
-  known.end_s = begin + kQuarter_s;
+  return known;
+}
+
+/// Looks a span up that begins at a multiple of its length. Without a change of the clocks in it
+/// the system says the same of both ends.
+KnownSpan span_by_system(std::int64_t unix_seconds, std::int64_t length_s) {
+  ::tzset();
+  const std::int64_t begin = unix_seconds - (unix_seconds % length_s + length_s) % length_s;
+  const LocalZone first = zone_by_system(begin);
+  const LocalZone last = zone_by_system(begin + length_s - 1);
+  if (first.ahead_s != last.ahead_s || first.offset_s != last.offset_s) return {};
+  return {.begin_s = begin, .end_s = begin + length_s, .zone = first};
+}
+
+std::int64_t steady_seconds() {
+  timespec now{};
+  ::clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+  return now.tv_sec;
+}
+
+LocalZone zone_in(KnownSpan& span, std::int64_t unix_seconds, std::int64_t length_s) {
+  if (!span.holds(unix_seconds)) span = span_by_system(unix_seconds, length_s);
+  return span.holds(unix_seconds) ? span.zone : zone_by_system(unix_seconds);
 }
 
 }  // namespace
 
 LocalZone zone_at(std::int64_t unix_seconds) {
-  KnownQuarter& known = known_quarter;
-  const char* const variable = std::getenv("TZ");
-  const auto is_known = [&] {
-    return unix_seconds >= known.begin_s && unix_seconds < known.end_s && is_of(known, variable);
-  };
-  if (is_known()) return known.zone;
-  learn(known, unix_seconds, variable);
-  return is_known() ? known.zone : zone_by_system(unix_seconds);
+  return zone_in(known_by(std::getenv("TZ")).quarter, unix_seconds, kQuarter_s);
+}
+
+LocalZone zone_on_day_of(std::int64_t unix_seconds) {
+  KnownZone& known = known_by(std::getenv("TZ"));
+  const std::int64_t now = steady_seconds();
+  if (now >= known.days_until_s) {
+    known.days = {};
+    known.days_until_s = now + kQuarter_s;
+  }
+  const auto day = static_cast<std::uint64_t>(unix_seconds / kDay_s);
+  return zone_in(known.days[day % kDays], unix_seconds, kDay_s);
 }
 
 LocalMoment local_now() {

@@ -19,6 +19,11 @@ struct LocalZone {
 /// whole system shows from the next quarter on.
 LocalZone zone_at(std::int64_t unix_seconds);
 
+/// The same for a moment that may be any, as those are that stand in replies: a thread knows the
+/// days of the last ones, which it asks for again after a quarter of an hour. On a day on which the
+/// clocks are changed the system is asked each time.
+LocalZone zone_on_day_of(std::int64_t unix_seconds);
+
 /// A moment in milliseconds since 1970, and the zone in force.
 struct LocalMoment {
   std::int64_t unix_ms = 0;

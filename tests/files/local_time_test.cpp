@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <string>
 #include <thread>
 
 #include "files/temp_folder.h"
@@ -70,6 +71,51 @@ TEST(ZoneAt, IsTheSystemsForEveryHourOfAYear) {
     }
   }
   ::tzset();
+}
+
+TEST(ZoneOnDayOf, IsTheSystemsForMomentsFromAnywhereInTime) {
+  constexpr std::int64_t kForty_years = 40LL * 365 * 86'400;
+  for (const char* name : {"Australia/Lord_Howe", "America/New_York", "Africa/Casablanca",
+                           "Pacific/Apia", kCentralEurope, "UTC0"}) {
+    const ScopedEnvironment zone("TZ", name);
+    ::tzset();
+    // Some before 1970, out of order, so that days take each other's places.
+    for (std::int64_t step = 0; step < 20'000; ++step) {
+      const std::int64_t at = (step * 7'919 * 3'571) % (2 * kForty_years) - kForty_years / 4;
+      const auto moment = static_cast<std::time_t>(at);
+      std::tm fields{};
+      ASSERT_NE(::localtime_r(&moment, &fields), nullptr);
+      ASSERT_EQ(zone_on_day_of(at).offset_s, fields.tm_gmtoff) << name << " at " << at;
+      ASSERT_EQ(zone_on_day_of(at).offset_s, fields.tm_gmtoff) << name << " again at " << at;
+    }
+  }
+  ::tzset();
+}
+
+TEST(ZoneOnDayOf, ChangesWithTheClocksToTheSecond) {
+  const ScopedEnvironment zone("TZ", kCentralEurope);
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(zone_on_day_of(kSpringForward - 86'400).offset_s, 3600);
+    EXPECT_EQ(zone_on_day_of(kSpringForward - 1).offset_s, 3600);
+    EXPECT_EQ(zone_on_day_of(kSpringForward).offset_s, 7200);
+    EXPECT_EQ(zone_on_day_of(kSpringForward + 86'400).offset_s, 7200);
+    EXPECT_EQ(zone_on_day_of(kFallBack - 1).offset_s, 7200);
+    EXPECT_EQ(zone_on_day_of(kFallBack).offset_s, 3600);
+  }
+}
+
+TEST(ZoneOnDayOf, FollowsTheVariableAtOnce) {
+  {
+    const ScopedEnvironment zone("TZ", "XST-05:30");
+    ASSERT_EQ(zone_on_day_of(kSpringForward).offset_s, 19'800);
+  }
+  const ScopedEnvironment zone("TZ", "YST+08");
+  EXPECT_EQ(zone_on_day_of(kSpringForward).offset_s, -28'800);
+}
+
+TEST(ZoneOnDayOf, HoldsWithAVariableThatIsTooLongToKeep) {
+  const ScopedEnvironment zone("TZ", "<" + std::string(70, 'A') + ">-05:30");
+  EXPECT_EQ(zone_on_day_of(kSpringForward).offset_s, zone_at(kSpringForward).offset_s);
 }
 
 TEST(ZoneAt, IsKnownToEachThreadForItself) {

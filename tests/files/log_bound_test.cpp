@@ -12,8 +12,10 @@
 #include <thread>
 #include <vector>
 
+#include "bvconn/platform/error.h"
 #include "bvconn/platform/files.h"
 #include "bvconn/platform/logging/append_file.h"
+#include "bvconn/platform/logging/own_logger.h"
 #include "bvconn/platform/logging/session_logger.h"
 #include "files/temp_folder.h"
 
@@ -134,6 +136,22 @@ TEST(LogBound, HoldsForTheLinesOfTheLogger) {
   EXPECT_TRUE(exists(folder.file("a.log.1")));
   EXPECT_LE(bytes_of(folder.file("a.log")).size(), 300U);
   EXPECT_LE(bytes_of(folder.file("a.log.1")).size(), 300U);
+}
+
+TEST(LogBound, HoldsForLinesThatAreWrittenTogether) {
+  const TempFolder folder;
+  const ScopedEnvironment file("BVCONN_LOG_FILE", folder.file("a.log"));
+  const ScopedEnvironment bound("BVCONN_LOG_MAX_BYTES", "300");
+  const auto log = make_file_logger();
+  log->LogWarning("Class", "method", "text", 0);
+  auto& own = dynamic_cast<detail::OwnLogger&>(*log);
+  own.hold_errors();
+  for (int i = 0; i < 4; ++i) log->LogError("Class", "method", Error(i, "S", "text"), 0);
+  own.release_errors();
+  // Some 75 bytes each: there is room for four.
+  EXPECT_LE(bytes_of(folder.file("a.log.1")).size(), 300U);
+  EXPECT_EQ(lines_of(folder.file("a.log.1")).size(), 4U);
+  EXPECT_EQ(lines_of(folder.file("a.log")).size(), 1U);
 }
 
 constexpr int kProcesses = 4;

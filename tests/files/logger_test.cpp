@@ -9,6 +9,7 @@
 #include <regex>
 #include <thread>
 
+#include "bvconn/platform/logging/own_logger.h"
 #include "files/temp_folder.h"
 
 namespace bvconn {
@@ -151,6 +152,56 @@ TEST_F(FileLogger, ALineStaysOneLine) {
   EXPECT_THAT(lines(), ElementsAre("INFO C\\n m\\r a\\r\\nb\\tc\\x1B[0m\\x00d",
                                    "ERROR C m 0x0000000D S\\n: x\\ny \\xE2\\x80\\xA8 \xC3\xA4 "
                                    "\\xFF"));
+}
+
+detail::OwnLogger& own(const std::shared_ptr<SessionLogger>& logger) {
+  return dynamic_cast<detail::OwnLogger&>(*logger);
+}
+
+TEST_F(FileLogger, HeldErrorLinesComeInTheirOrderWhenTheyAreReleased) {
+  const auto log = logger("0");
+  own(log).hold_errors();
+  log->LogError("C", "one", Error(1, "S", "text"), 0);
+  log->LogError("C", "two", Error(2, "S", "text"), 0);
+  EXPECT_FALSE(exists(path()));
+  own(log).release_errors();
+  EXPECT_THAT(lines(),
+              ElementsAre("ERROR C one 0x00000001 S: text", "ERROR C two 0x00000002 S: text"));
+  log->LogError("C", "three", Error(3, "S", "text"), 0);
+  EXPECT_EQ(lines().size(), 3U);
+}
+
+TEST_F(FileLogger, ALineOfAnotherKindTakesHeldOnesWithIt) {
+  const auto log = logger("0");
+  own(log).hold_errors();
+  log->LogError("C", "one", Error(1, "S", "text"), 0);
+  log->LogWarning("C", "two", "text", 0);
+  EXPECT_THAT(lines(), ElementsAre("ERROR C one 0x00000001 S: text", "WARNING C two text"));
+  own(log).release_errors();
+  EXPECT_EQ(lines().size(), 2U);
+}
+
+TEST_F(FileLogger, TheFirstReleaseOfSeveralWritesWhatIsHeld) {
+  const auto log = logger("0");
+  own(log).hold_errors();
+  own(log).hold_errors();
+  log->LogError("C", "one", Error(1, "S", "text"), 0);
+  own(log).release_errors();
+  EXPECT_EQ(lines().size(), 1U);
+  own(log).release_errors();
+  log->LogError("C", "two", Error(2, "S", "text"), 0);
+  EXPECT_EQ(lines().size(), 2U);
+}
+
+TEST_F(FileLogger, HeldErrorLinesAreThereForWhoAsksForThePathOrEndsTheLogger) {
+  auto log = logger("0");
+  own(log).hold_errors();
+  log->LogError("C", "one", Error(1, "S", "text"), 0);
+  log->LogFilePath();
+  EXPECT_EQ(lines().size(), 1U);
+  log->LogError("C", "two", Error(2, "S", "text"), 0);
+  log.reset();
+  EXPECT_EQ(lines().size(), 2U);
 }
 
 TEST_F(FileLogger, FileAndFoldersAreTheOwnersAlone) {

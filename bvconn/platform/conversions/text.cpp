@@ -1,5 +1,8 @@
 #include "bvconn/platform/conversions/text.h"
 
+#include <cstdint>
+#include <cstring>
+
 namespace bvconn::detail {
 namespace {
 
@@ -41,8 +44,25 @@ bool breaks_lines(std::string_view character) {
   return character == "\xE2\x80\xA8" || character == "\xE2\x80\xA9";
 }
 
+/// Whether all bytes of a word are plain ones; says no rather than look twice.
+bool all_plain(std::uint64_t word) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101U;
+  return ((word | (word - kOnes * 0x20) | (word + kOnes)) & (kOnes * 0x80)) == 0;
+}
+
 bool plain(unsigned char byte) {
   return byte >= 0x20 && byte < 0x7F;
+}
+
+/// How many bytes at the beginning are written as they are.
+std::size_t plain_run(std::string_view text) {
+  std::size_t run = 0;
+  for (std::uint64_t word = 0; text.size() - run >= sizeof(word); run += sizeof(word)) {
+    std::memcpy(&word, text.data() + run, sizeof(word));
+    if (!all_plain(word)) break;
+  }
+  while (run < text.size() && plain(byte_at(text, run))) ++run;
+  return run;
 }
 
 }  // namespace
@@ -89,10 +109,7 @@ bool is_utf8(std::string_view text) {
 
 void append_escaped(std::string& out, std::string_view text) {
   while (!text.empty()) {
-    std::size_t run = 0;
-    while (run < text.size() && plain(byte_at(text, run))) {
-      ++run;
-    }
+    const std::size_t run = plain_run(text);
     out.append(text.substr(0, run));
     text.remove_prefix(run);
     if (text.empty()) {

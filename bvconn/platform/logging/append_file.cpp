@@ -109,12 +109,23 @@ bool try_append_to_file(const std::string& path, std::string_view bytes, std::ui
   return append(path, bytes, max_bytes).code == 0;
 }
 
-bool AppendedFile::append(std::string_view bytes) {
+bool AppendedFile::append(std::string_view lines) {
   if (file_) {
-    if (const std::optional<bool> written = append_to_open(bytes)) return *written;
+    if (const std::optional<bool> written = append_to_open(lines)) return *written;
   }
+  bool all_written = true;
+  while (!lines.empty()) {
+    const std::size_t end = lines.find('\n');
+    const std::string_view line = lines.substr(0, end == lines.npos ? end : end + 1);
+    lines.remove_prefix(line.size());
+    all_written = append_and_keep(line) && all_written;
+  }
+  return all_written;
+}
+
+bool AppendedFile::append_and_keep(std::string_view line) {
   file_ = detail::Descriptor();
-  Appended appended = bvconn::append(path_, bytes, max_bytes_);
+  Appended appended = bvconn::append(path_, line, max_bytes_);
   struct stat status {};
   if (appended.code == 0 && ::fstat(appended.file.get(), &status) == 0) {
     device_ = status.st_dev;

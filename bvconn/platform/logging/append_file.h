@@ -38,10 +38,11 @@ class AppendedFile {
 
   const std::string& path() const { return path_; }
   std::uint64_t max_bytes() const { return max_bytes_; }
-  /// Whether the bytes were written.
-  bool append(std::string_view bytes);
+  /// Whether the lines were written. Several go with one write, where the file has room for all.
+  bool append(std::string_view lines);
 
  private:
+  bool append_and_keep(std::string_view line);
   std::optional<bool> append_to_open(std::string_view bytes) const;
 
   std::string path_;

@@ -1,7 +1,9 @@
+#include <pthread.h>
 #include <unistd.h>
 
 #include <charconv>
 #include <cstdlib>
+#include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/conversions/date.h"
@@ -9,7 +11,7 @@
 #include "bvconn/platform/files.h"
 #include "bvconn/platform/local_time.h"
 #include "bvconn/platform/logging/append_file.h"
-#include "bvconn/platform/logging/level_filter.h"
+#include "bvconn/platform/logging/own_logger.h"
 #include "bvconn/platform/logging/session_logger.h"
 
 namespace bvconn {
@@ -62,28 +64,52 @@ void append_digits(std::string& line, std::int64_t number, std::size_t digits) {
 }
 
 /// "2007-01-05T10:11:12.250+0100": local time, with what it takes to compare it with a server's.
-void append_now(std::string& line) {
-  struct Part {
-    std::int32_t value;
-    std::size_t digits;
-    char before;
-  };
-  const detail::LocalMoment now = detail::local_now();
-  constexpr Date k1970{25'569LL * 24 * 60 * 60 * 1000};
-  const CivilDate date = to_civil(Date{k1970.milliseconds + now.wall_ms()});
-  for (const Part& part :
-       {Part{date.year, 4, '\0'}, Part{date.month, 2, '-'}, Part{date.day, 2, '-'},
-        Part{date.hour, 2, 'T'}, Part{date.minute, 2, ':'}, Part{date.second, 2, ':'},
-        Part{date.millisecond, 3, '.'}}) {
-    if (part.before != '\0') line.push_back(part.before);
-    append_digits(line, part.value, part.digits);
+class Stamp {
+ public:
+  std::string_view now() {
+    const detail::LocalMoment now = detail::local_now();
+    const std::int64_t wall_ms = now.wall_ms();
+    const std::int64_t second = (wall_ms - (wall_ms % 1000 + 1000) % 1000) / 1000;
+    if (text_.empty() || second != second_ || now.zone.offset_s != offset_s_) {
+      second_ = second;
+      offset_s_ = now.zone.offset_s;
+      write_all_but_milliseconds();
+    }
+    std::string digits;
+    append_digits(digits, wall_ms - second * 1000, 3);
+    return text_.replace(kMillisecondsAt, 3, digits);
   }
-  const std::int64_t minutes = std::abs(now.zone.offset_s) / 60;
-  line.push_back(now.zone.offset_s < 0 ? '-' : '+');
-  append_digits(line, minutes / 60 * 100 + minutes % 60, 4);
-}
 
-class FileLogger final : public detail::LevelFilter {
+ private:
+  static constexpr std::size_t kMillisecondsAt = 20;
+
+  void write_all_but_milliseconds() {
+    struct Part {
+      std::int32_t value;
+      std::size_t digits;
+      char before;
+    };
+    constexpr Date k1970{25'569LL * 24 * 60 * 60 * 1000};
+    const CivilDate date = to_civil(Date{k1970.milliseconds + second_ * 1000});
+    text_.clear();
+    for (const Part& part :
+         {Part{date.year, 4, '\0'}, Part{date.month, 2, '-'}, Part{date.day, 2, '-'},
+          Part{date.hour, 2, 'T'}, Part{date.minute, 2, ':'}, Part{date.second, 2, ':'}}) {
+      if (part.before != '\0') text_.push_back(part.before);
+      append_digits(text_, part.value, part.digits);
+    }
+    text_ += ".000";
+    const std::int64_t minutes = std::abs(offset_s_) / 60;
+    text_.push_back(offset_s_ < 0 ? '-' : '+');
+    append_digits(text_, minutes / 60 * 100 + minutes % 60, 4);
+  }
+
+  std::string text_;
+  std::int64_t second_ = 0;  ///< on the wall
+  std::int64_t offset_s_ = 0;
+};
+
+class FileLogger final : public detail::OwnLogger {
  public:
   FileLogger()
       : mask_(mask_of(detail::environment("BVCONN_LOG_MASK"))),
@@ -91,8 +117,11 @@ class FileLogger final : public detail::LevelFilter {
              max_bytes_of(detail::environment("BVCONN_LOG_MAX_BYTES"))),
         trace_path_(path_of("BVCONN_TRACE_FILE", "bvconn/traffic.log")) {}
 
+  ~FileLogger() override { release_errors(); }
+
   // Who asks for a path is going to write there, and not everybody makes folders.
   std::string LogFilePath() override {
+    write_lines();
     detail::make_folders_of(log_.path());
     return log_.path();
   }
@@ -109,11 +138,29 @@ class FileLogger final : public detail::LevelFilter {
 
   void LogError(std::string_view cls, std::string_view method, const Error& error,
                 std::int32_t line) override {
-    std::string text = hex_number(error.number) + " " + error.source + ": " + error.description;
-    if (line != 0) {
-      text.append(" (line ").append(std::to_string(line)).append(")");
+    begin_line("ERROR", cls, method);
+    lines_.append(" ").append(hex_number(error.number)).append(" ");
+    detail::append_escaped(lines_, error.source);
+    lines_ += ": ";
+    detail::append_escaped(lines_, error.description);
+    if (line != 0) lines_.append(" (line ").append(std::to_string(line)).append(")");
+    end_line();
+    if (holds_ == 0) write_lines();
+  }
+
+  // Writing is where a thread can be cancelled, which must not happen here.
+  void hold_errors() noexcept override { ++holds_; }
+  void release_errors() noexcept override {
+    if (holds_ != 0) --holds_;
+    if (complete_ == 0) return;
+    int state = 0;
+    ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
+    try {
+      write_lines();
+    } catch (...) {
+      // No memory for the path: a log that cannot be written is silent.
     }
-    write("ERROR", cls, method, text);
+    ::pthread_setcancelstate(state, nullptr);
   }
 
   void LogWarning(std::string_view cls, std::string_view method, std::string_view text,
@@ -158,24 +205,49 @@ class FileLogger final : public detail::LevelFilter {
 
   void write(std::string_view kind, std::string_view cls, std::string_view method,
              std::string_view text) {
-    std::string line;
-    line.reserve(64 + cls.size() + method.size() + text.size());
-    append_now(line);
-    line.append(" [").append(std::to_string(::gettid())).append("] ").append(kind);
-    for (const std::string_view part : {cls, method, text}) {
-      if (!part.empty()) {
-        line.push_back(' ');
-        detail::append_escaped(line, part);
-      }
-    }
-    line.push_back('\n');
-    // A log that cannot be written must not fail the call that it tells of.
-    log_.append(line);
+    begin_line(kind, cls, method);
+    append_part(text);
+    end_line();
+    write_lines();
   }
+
+  /// Puts a line behind those that wait; what a line that failed half-way has left is dropped.
+  void begin_line(std::string_view kind, std::string_view cls, std::string_view method) {
+    lines_.resize(complete_);
+    lines_.append(stamp_.now()).append(" [").append(std::to_string(::gettid())).append("] ");
+    lines_.append(kind);
+    append_part(cls);
+    append_part(method);
+  }
+
+  void append_part(std::string_view part) {
+    if (part.empty()) return;
+    lines_.push_back(' ');
+    detail::append_escaped(lines_, part);
+  }
+
+  void end_line() {
+    lines_.push_back('\n');
+    complete_ = lines_.size();
+  }
+
+  /// A log that cannot be written must not fail the call that it tells of.
+  void write_lines() {
+    if (complete_ == 0) return;
+    const std::size_t size = std::exchange(complete_, 0);
+    log_.append(std::string_view(lines_).substr(0, size));
+    if (lines_.capacity() > kKeptCapacity) lines_ = std::string();
+  }
+
+  static constexpr std::size_t kKeptCapacity = 16'384;
 
   std::int32_t mask_;
   AppendedFile log_;
   std::string trace_path_;
+  Stamp stamp_;
+  std::string lines_;         ///< not written yet, and what is behind them
+  std::size_t complete_ = 0;  ///< bytes of whole lines in it
+  int holds_ = 0;
 };
 
 }  // namespace

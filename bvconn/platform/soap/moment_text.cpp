@@ -1,10 +1,10 @@
 #include "bvconn/platform/soap/moment_text.h"
 
-#include <time.h>
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
+
+#include "bvconn/platform/local_time.h"
 
 namespace bvconn::detail {
 
@@ -99,10 +99,7 @@ Date to_local(Date universal) {
   const std::int64_t since_epoch = universal.milliseconds - epoch.milliseconds;
   std::int64_t seconds = since_epoch / 1000;
   if (since_epoch % 1000 < 0) --seconds;
-  const auto moment = static_cast<time_t>(seconds);
-  tm local{};
-  if (localtime_r(&moment, &local) == nullptr) return universal;
-  return {universal.milliseconds + std::int64_t{local.tm_gmtoff} * 1000};
+  return {universal.milliseconds + zone_on_day_of(seconds).offset_s * 1000};
 }
 
 }  // namespace
