@@ -1,61 +1,52 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
-struct sqlite3;
-struct sqlite3_stmt;
+#include "sandbox/store/connection.h"
 
 namespace bvconn::sandbox {
 
-/// What SQLite says when something fails, with the statement or the file that it failed on.
-class DatabaseError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-/// One connection to a SQLite database. Foreign keys are on.
+/// A database by its path or its address: a SQLite file, or a PostgreSQL server's. To be used by
+/// one thread at a time.
 class Database {
  public:
-  /// Opens the file, making it if need be; ":memory:" for one that lives as long as this object.
-  explicit Database(const std::string& file);
-  ~Database();
-  Database(const Database&) = delete;
-  Database& operator=(const Database&) = delete;
+  /// ":memory:" is a SQLite database that lives as long as this object.
+  explicit Database(const std::string& where) : connection_(open_connection(where)) {}
 
-  /// Keeps a file in WAL mode from now on.
-  void use_wal();
   /// Runs statements that give no rows.
-  void run(const char* sql);
+  void run(const char* sql) { connection_->run(sql); }
+  Connection& connection() { return *connection_; }
 
  private:
-  friend class Statement;
-  sqlite3* handle_ = nullptr;
+  std::unique_ptr<Connection> connection_;
 };
 
 /// A prepared statement. Parameters are bound in their order, columns are read by theirs from 0.
 class Statement {
  public:
-  Statement(Database& database, std::string_view sql);
-  ~Statement();
+  Statement(Database& database, std::string_view sql)
+      : cursor_(database.connection().prepare(sql)) {}
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
 
   Statement& bind(std::string_view text);
   Statement& bind(std::int64_t number);
   /// Moves to the next row; false when there is none.
-  bool step();
+  bool step() { return cursor_->step(); }
   /// Runs a statement that gives no rows, and makes it ready to be bound and run again.
   void run();
 
-  std::string text(int column) const;
-  std::int64_t integer(int column) const;
+  std::string text(int column) const { return cursor_->text(column); }
+  std::int64_t integer(int column) const { return cursor_->integer(column); }
+  /// The names of the columns, once a step was taken.
+  std::vector<std::string> columns() const { return cursor_->columns(); }
 
  private:
-  Database& database_;
-  sqlite3_stmt* handle_ = nullptr;
+  std::unique_ptr<Cursor> cursor_;
   int bound_ = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "sandbox/store/invoices.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace bvconn::sandbox {
@@ -108,8 +109,8 @@ std::vector<std::string> pay_periods(Database& database, std::string_view agent_
                                      std::int64_t count) {
   Statement select(database,
                    "SELECT DISTINCT pay_period_date FROM invoices WHERE ?1 IN ('', agent_id)"
-                   " ORDER BY pay_period_date DESC LIMIT max(?2, 0)");
-  select.bind(agent_id).bind(count);
+                   " ORDER BY pay_period_date DESC LIMIT ?2");
+  select.bind(agent_id).bind(std::max<std::int64_t>(count, 0));
   std::vector<std::string> found;
   while (select.step()) found.push_back(select.text(0));
   return found;

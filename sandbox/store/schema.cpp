@@ -5,46 +5,31 @@
 #include "sandbox/store/schema_steps.h"
 
 namespace bvconn::sandbox {
-namespace {
-
-// "BVsb", so that somebody else's database is not taken for one of ours.
-constexpr std::int64_t kApplicationId = 0x42567362;
-
-std::int64_t number(Database& database, std::string_view sql) {
-  Statement select(database, sql);
-  select.step();
-  return select.integer(0);
-}
-
-}  // namespace
 
 std::int64_t newest_version() {
   return static_cast<std::int64_t>(schema_steps().size());
 }
 
 void refuse_foreign(Database& database) {
-  const std::int64_t application = number(database, "PRAGMA application_id");
-  const std::int64_t version = number(database, "PRAGMA user_version");
-  if (application == kApplicationId && version <= newest_version()) return;
-  if (application == kApplicationId) {
-    throw DatabaseError("the database has tables of version " + std::to_string(version) +
-                        ", which a newer bvsandbox made; this one knows those up to version " +
-                        std::to_string(newest_version()));
-  }
-  if (number(database, "SELECT count(*) FROM sqlite_schema") != 0) {
-    throw DatabaseError("the database belongs to another program");
-  }
+  const TableState state = database.connection().tables();
+  if (!state.ours && !state.empty) throw DatabaseError("the database belongs to another program");
+  if (state.version <= newest_version()) return;
+  throw DatabaseError("the database has tables of version " + std::to_string(state.version) +
+                      ", which a newer bvsandbox made; this one knows those up to version " +
+                      std::to_string(newest_version()));
 }
 
 std::int64_t bring_up(Database& database) {
-  const std::int64_t present = number(database, "PRAGMA user_version");
+  // Since it was looked at, another process may have made or changed the tables.
+  refuse_foreign(database);
+  Connection& connection = database.connection();
+  const std::int64_t present = connection.tables().version;
   const auto& steps = schema_steps();
   if (present >= newest_version()) return present;
   for (auto step = steps.begin() + present; step != steps.end(); ++step) {
-    database.run(step->tables);
+    connection.make_tables(step->tables);
   }
-  database.run(("PRAGMA application_id = " + std::to_string(kApplicationId)).c_str());
-  database.run(("PRAGMA user_version = " + std::to_string(newest_version())).c_str());
+  connection.set_version(newest_version());
   return present;
 }
 

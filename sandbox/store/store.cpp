@@ -1,5 +1,7 @@
 #include "sandbox/store/store.h"
 
+#include <algorithm>
+
 #include "sandbox/store/schema.h"
 
 namespace bvconn::sandbox {
@@ -15,17 +17,19 @@ std::optional<std::string> seed_of(Database& database) {
 
 }  // namespace
 
-Store::Store(const std::string& file, std::optional<std::uint64_t> seed) : database_(file) {
+Store::Store(const std::string& where, std::optional<std::uint64_t> seed) : database_(where) {
   refuse_foreign(database_);
-  database_.use_wal();
+  database_.connection().settle();
   // One transaction from the look to the last row: of two servers that start on one new file,
   // the second finds it filled.
   Transaction transaction(database_);
   const std::int64_t present_version = bring_up(database_);
   const auto present_seed = seed_of(database_);
   if (present_seed && seed && *present_seed != std::to_string(*seed)) {
-    throw DatabaseError(file + " was filled from seed " + *present_seed + ", not from " +
-                        std::to_string(*seed) + "; remove the file to fill it anew");
+    Connection& connection = database_.connection();
+    throw DatabaseError(connection.name() + " was filled from seed " + *present_seed +
+                        ", not from " + std::to_string(*seed) + "; " + connection.how_to_empty() +
+                        " to fill it anew");
   }
   const std::uint64_t chosen =
       present_seed ? std::stoull(*present_seed) : seed.value_or(kDefaultSeed);
@@ -73,8 +77,8 @@ bool Store::change_password(std::string_view user, std::string_view password) {
 std::vector<std::string> Store::latest(const DocumentKind& kind, std::int64_t count) {
   Statement select(database_,
                    "SELECT gid FROM documents WHERE kind = ?"
-                   " ORDER BY length(gid) DESC, gid DESC LIMIT max(?, 0)");
-  select.bind(kind.name).bind(count);
+                   " ORDER BY length(gid) DESC, gid DESC LIMIT ?");
+  select.bind(kind.name).bind(std::max<std::int64_t>(count, 0));
   std::vector<std::string> found;
   while (select.step()) found.push_back(select.text(0));
   return found;

@@ -14,13 +14,13 @@
 
 namespace bvconn::sandbox {
 
-/// What the sandbox's server knows: its documents, in SQLite.
+/// What the sandbox's server knows: its documents, in SQLite or PostgreSQL.
 class Store {
  public:
   /// Opens or makes the database. An empty one is filled with data made from `seed` (1 when none
   /// is given); one that holds data keeps it, and then a `seed` other than the one it was filled
   /// from is an error.
-  Store(const std::string& file, std::optional<std::uint64_t> seed);
+  Store(const std::string& where, std::optional<std::uint64_t> seed);
 
   std::optional<Invoice> invoice(std::string_view uid);
   std::optional<Invoice> invoice_by_number(std::string_view number);

@@ -252,6 +252,7 @@ const std::vector<Library>& libraries() {
       {"CLI/", {"tools", "sandbox"}},
       {"boost/", {"sandbox", "tests"}},
       {"sqlite3.h", {"sandbox", "tests"}},
+      {"libpq-fe.h", {"sandbox"}},
       {"expat.h", {"tests", "bench", "fuzz"}},
       // The compilers' own, for sixteen bytes at a time.
       {"emmintrin.h", {"bvconn/platform"}},

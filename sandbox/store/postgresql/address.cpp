@@ -1,0 +1,61 @@
+#include "sandbox/store/postgresql/address.h"
+
+#include <libpq-fe.h>
+
+#include <memory>
+
+#include "sandbox/store/connection.h"
+
+namespace bvconn::sandbox {
+namespace {
+
+struct FreeOptions {
+  void operator()(PQconninfoOption* options) const { PQconninfoFree(options); }
+};
+
+std::string value_of(const PQconninfoOption* options, std::string_view keyword) {
+  for (; options->keyword; ++options) {
+    if (options->keyword == keyword && options->val) return options->val;
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string without_secrets(const std::string& address) {
+  char* message = nullptr;
+  const std::unique_ptr<PQconninfoOption, FreeOptions> options(
+      PQconninfoParse(address.c_str(), &message));
+  PQfreemem(message);
+  if (!options) {
+    throw DatabaseError(
+        "the address after --db cannot be read, expected postgresql://USER@HOST:PORT/DATABASE; in "
+        "a password, @ : and / are written %40 %3A and %2F");
+  }
+  std::string name = "postgresql://";
+  const std::string user = value_of(options.get(), "user");
+  const std::string host = value_of(options.get(), "host");
+  const std::string port = value_of(options.get(), "port");
+  const bool is_folder = host.starts_with("/");
+  if (!user.empty()) name.append(user).append("@");
+  if (!is_folder) name.append(host);
+  if (!is_folder && !port.empty()) name.append(":").append(port);
+  name.append("/").append(value_of(options.get(), "dbname"));
+  if (is_folder) name.append("?host=").append(host);
+  return name;
+}
+
+std::string in_one_line(std::string_view text) {
+  std::string line;
+  for (const char c : text) {
+    if (c != '\n') {
+      line.push_back(c == '\t' ? ' ' : c);
+    } else if (!line.empty() && line.back() != ' ') {
+      line.append(" ");
+    }
+  }
+  while (line.ends_with(" ")) line.pop_back();
+  return line;
+}
+
+}  // namespace bvconn::sandbox
