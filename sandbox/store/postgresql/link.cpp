@@ -47,9 +47,11 @@ bool ends_connection(std::string_view state) {
          std::find(kStates.begin(), kStates.end(), state) != kStates.end();
 }
 
-void ignore_notice(void*, const PGresult*) {}
-
 }  // namespace
+
+void PostgresqlLink::take_notice(void* link, const PGresult* notice) {
+  if (ends_connection(state_of(notice))) static_cast<PostgresqlLink*>(link)->ended_ = true;
+}
 
 void PostgresqlParameters::set(int parameter, std::string value, Oid type) {
   const auto count = static_cast<std::size_t>(parameter);
@@ -81,6 +83,7 @@ PostgresqlLink::PostgresqlLink(std::string address)
 void PostgresqlLink::close() {
   PQfinish(handle_);
   handle_ = nullptr;
+  ended_ = false;
   prepared_.clear();
 }
 
@@ -101,7 +104,7 @@ void PostgresqlLink::connect() {
     close();
     throw DatabaseError("the database " + name_ + " cannot be reached (" + why + ")");
   }
-  PQsetNoticeReceiver(handle_, ignore_notice, nullptr);
+  PQsetNoticeReceiver(handle_, take_notice, this);
   PQsetnonblocking(handle_, 1);
   set_up();
 }
@@ -120,9 +123,13 @@ void PostgresqlLink::set_up() {
 
 void PostgresqlLink::mend() {
   if (handle_) {
-    // A server that has gone has said so, or its end of the connection is closed.
-    if (wait(0, /*to_write=*/false)) PQconsumeInput(handle_);
-    if (PQstatus(handle_) == CONNECTION_OK) return;
+    // A server that has gone has said so, or has closed its end.
+    while (!ended_ && wait(0, /*to_write=*/false)) {
+      if (PQconsumeInput(handle_) == 0) ended_ = true;
+      // Reads what has come, of which only a notice is expected.
+      PQisBusy(handle_);
+    }
+    if (!ended_ && PQstatus(handle_) == CONNECTION_OK) return;
     close();
   }
   connect();

@@ -66,6 +66,7 @@ class PostgresqlLink {
   PostgresqlResult finish(std::string_view sql);
   /// Waits until the server says more or takes more; false when it did neither in time.
   bool wait(std::int64_t milliseconds, bool to_write);
+  static void take_notice(void* link, const PGresult* notice);
   [[noreturn]] void fail(std::string_view sql, const PGresult* result);
   [[noreturn]] void lose(std::string_view why);
   void close();
@@ -75,6 +76,8 @@ class PostgresqlLink {
   std::string address_;
   std::string name_;
   PGconn* handle_ = nullptr;
+  /// Whether the server has said that it ends the connection.
+  bool ended_ = false;
   Phase phase_ = Phase::kNone;
   /// The names of prepared statements by their text and the types of their parameters.
   std::map<std::string, std::string> prepared_;
