@@ -28,7 +28,8 @@ std::optional<int> read_options(int argc, char** argv, Options& options) {
   std::int64_t idle_ms = options.limits.idle.count();
 
   app.add_option("--port", options.port, "Port to listen on; 0 takes a free one (the default)");
-  auto* const db = app.add_option("--db", file, "Keep the documents in this SQLite file");
+  auto* const db = app.add_option(
+      "--db", file, "Keep the documents in this SQLite file, or in the database postgresql://...");
   auto* const memory =
       app.add_flag("--memory", in_memory, "Keep the documents in memory (the default)");
   db->excludes(memory);

@@ -231,10 +231,10 @@ constexpr std::string_view kStandardHeaders[] = {"algorithm",
 // The operating system's and those of C, and what the compiler's own library tells of its
 // exceptions.
 constexpr std::string_view kSystemHeaders[] = {
-    "arpa/",    "cxxabi.h", "dirent.h",  "dlfcn.h",  "errno.h",  "fcntl.h",   "iconv.h",
-    "limits.h", "locale.h", "netdb.h",   "netinet/", "poll.h",   "pthread.h", "pty.h",
-    "pwd.h",    "sched.h",  "signal.h",  "spawn.h",  "stdio.h",  "stdint.h",  "stdlib.h",
-    "string.h", "sys/",     "termios.h", "time.h",   "unistd.h", "malloc.h"};
+    "arpa/",    "cxxabi.h", "dirent.h", "dlfcn.h",   "errno.h",  "fcntl.h",  "iconv.h",
+    "grp.h",    "limits.h", "locale.h", "netdb.h",   "netinet/", "poll.h",   "pthread.h",
+    "pty.h",    "pwd.h",    "sched.h",  "signal.h",  "spawn.h",  "stdio.h",  "stdint.h",
+    "stdlib.h", "string.h", "sys/",     "termios.h", "time.h",   "unistd.h", "malloc.h"};
 
 // A third-party library by the beginning of its includes, and who may use it.
 struct Library {
