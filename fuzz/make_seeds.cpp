@@ -14,7 +14,7 @@
 #include "bvconn/platform/error.h"
 #include "hostile/hostile_bytes.h"
 #include "hostile/hostile_file.h"
-#include "wire/wire_file.h"
+#include "sandbox/wire/wire_file.h"
 
 namespace {
 
@@ -157,7 +157,7 @@ void make(const Seeds& seeds, const fs::path& tests) {
   for (const auto& entry : fs::recursive_directory_iterator(tests)) {
     const std::string extension = entry.path().extension();
     if (extension == ".wire") {
-      for (const auto& wire : read_wire_file(contents(entry.path())).cases) {
+      for (const auto& wire : wire::read_wire_file(contents(entry.path())).cases) {
         add_wire_case(seeds, wire);
       }
     } else if (extension == ".hostile") {

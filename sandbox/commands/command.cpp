@@ -18,9 +18,25 @@ constexpr std::array kCommands{
             prepare_disabled},
 };
 
+constexpr std::array kServices{
+    Service{"replay", "Answer from a recording and go nowhere else", run_replay},
+};
+
 int complain(const std::string& text, int status) {
   std::fputs(("bvsandbox: " + text + "\n").c_str(), stderr);
   return status;
+}
+
+/// Runs something that gives the exit status; what it throws is told in one line.
+template <class Body>
+int status_of(const Body& body) {
+  try {
+    return body();
+  } catch (const std::invalid_argument& error) {
+    return complain(error.what(), kUsageStatus);
+  } catch (const std::exception& error) {
+    return complain(error.what(), kFailedStatus);
+  }
 }
 
 int run(const Command& command, int argc, char** argv) {
@@ -35,13 +51,25 @@ int run(const Command& command, int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kDoneStatus : kUsageStatus;
   }
-  try {
+  return status_of([&] {
     Client client(url);
     return run(client);
-  } catch (const std::invalid_argument& error) {
-    return complain(error.what(), kUsageStatus);
-  } catch (const std::exception& error) {
-    return complain(error.what(), kFailedStatus);
+  });
+}
+
+template <class Table>
+auto find_by_name(const Table& table, std::string_view name) {
+  return std::find_if(table.begin(), table.end(),
+                      [&](const auto& each) { return each.name == name; });
+}
+
+template <class Table>
+void list(std::string& text, const Table& table) {
+  for (const auto& each : table) {
+    constexpr std::size_t kWidth = 12;
+    std::string name(each.name);
+    name.resize(std::max(kWidth, name.size() + 1), ' ');
+    text.append("  ").append(name).append(each.summary).append("\n");
   }
 }
 
@@ -50,24 +78,25 @@ int run(const Command& command, int argc, char** argv) {
 std::optional<int> run_command(int argc, char** argv) {
   if (argc < 2 || std::string_view(argv[1]).starts_with('-')) return std::nullopt;
   const std::string_view name = argv[1];
-  const auto* const found = std::find_if(kCommands.begin(), kCommands.end(),
-                                         [&](const Command& each) { return each.name == name; });
   // What follows the command is its own, as if it were a program.
-  if (found != kCommands.end()) return run(*found, argc - 1, argv + 1);
+  const auto* const command = find_by_name(kCommands, name);
+  if (command != kCommands.end()) return run(*command, argc - 1, argv + 1);
+  const auto* const service = find_by_name(kServices, name);
+  if (service != kServices.end()) {
+    return status_of([&] { return service->run(argc - 1, argv + 1); });
+  }
   std::vector<std::string> names;
   for (const Command& each : kCommands) names.emplace_back(each.name);
+  for (const Service& each : kServices) names.emplace_back(each.name);
   return complain("there is no command " + std::string(name) + did_you_mean(name, names),
                   kUsageStatus);
 }
 
 std::string commands_text() {
   std::string text = "Commands that ask a running sandbox (--help after one tells more):\n";
-  for (const Command& each : kCommands) {
-    constexpr std::size_t kWidth = 12;
-    std::string name(each.name);
-    name.resize(std::max(kWidth, name.size() + 1), ' ');
-    text.append("  ").append(name).append(each.summary).append("\n");
-  }
+  list(text, kCommands);
+  text.append("Commands that serve by themselves:\n");
+  list(text, kServices);
   return text;
 }
 

@@ -30,6 +30,14 @@ inline constexpr int kDoneStatus = 0;
 inline constexpr int kFailedStatus = 1;
 inline constexpr int kUsageStatus = 2;
 
+/// A subcommand that serves by itself instead: its arguments stand behind its name. What `run`
+/// throws is told as that of the others.
+struct Service {
+  std::string_view name;
+  std::string_view summary;
+  int (*run)(int argc, char** argv);
+};
+
 /// The exit status where the first argument is a word that names a command; nothing where the
 /// program is to serve.
 std::optional<int> run_command(int argc, char** argv);
@@ -42,5 +50,8 @@ int show(const ClientReply& reply);
 
 // The commands, each in a source of its own.
 RunCommand prepare_disabled(CLI::App& command);
+
+// The services, each in a folder of its own.
+int run_replay(int argc, char** argv);
 
 }  // namespace bvconn::sandbox

@@ -14,7 +14,6 @@
 #include "bvconn/automation/interface.h"
 #include "bvconn/observation/observe.h"
 #include "laws.h"
-#include "wire_file.h"
 
 namespace bvconn::test {
 namespace {

@@ -5,13 +5,18 @@
 #include <string_view>
 #include <vector>
 
-#include "wire_file.h"
+#include "sandbox/wire/wire_file.h"
 
 /// What holds for every operation and so is not repeated in its files: how a lost connection, a
 /// fault or a missing result ends, what empty texts look like, when the route is SOAP. A law takes
 /// a file's first case, changes one thing of it, and states the outcome for each tail and each form
 /// of the log. The outcomes are written out here, without the library's own code.
 namespace bvconn::test {
+
+using wire::read_wire_file;
+using wire::WireCase;
+using wire::WireFile;
+using wire::WireStep;
 
 struct Law {
   std::string_view name;   ///< as `not` in a file names it

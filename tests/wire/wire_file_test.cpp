@@ -1,4 +1,4 @@
-#include "wire_file.h"
+#include "sandbox/wire/wire_file.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,6 +9,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using wire::read_wire_file;
+using wire::WireFile;
+using wire::WireStep;
 
 TEST(WireFile, WhatIsGivenBelongsToTheCallThatFollows) {
   const WireFile file = read_wire_file(

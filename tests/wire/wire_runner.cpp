@@ -12,23 +12,16 @@
 #include "bvconn/core/session_state.h"
 #include "files/temp_folder.h"
 #include "laws.h"
+#include "sandbox/wire/wire_text.h"
 #include "support/keyed_text.h"
 #include "support/recording_platform.h"
-#include "wire_file.h"
 
 namespace bvconn::test {
 namespace {
 
+using wire::reply_text;
+using wire::request_text;
 using Lines = std::vector<std::string>;
-
-constexpr std::string_view kEnvelopeStart =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
-    "<SOAP-ENV:Envelope xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\""
-    " xmlns:SOAP-ENC=\"http://schemas.xmlsoap.org/soap/encoding/\""
-    " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
-    " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\">";
-constexpr std::string_view kEncodingStyle =
-    " SOAP-ENV:encodingStyle=\"http://schemas.xmlsoap.org/soap/encoding/\"";
 
 const Lines kTraceLines{
     "LogInfo Global.TraceSoapTraffic() - Property Get \"Entering Method...\" 0",
@@ -52,30 +45,6 @@ bool starts(const std::string& text, std::string_view with, std::string& rest) {
   return true;
 }
 
-std::string request_text(const WireStep& step) {
-  if (step.text) return *step.text;
-  std::string text(kEnvelopeStart);
-  const std::string user = step.user_id.value_or("none");
-  if (user.empty()) {
-    text.append("<SOAP-ENV:Header><userID xsi:type=\"xsd:string\"/></SOAP-ENV:Header>");
-  } else if (user != "none") {
-    text.append("<SOAP-ENV:Header><userID xsi:type=\"xsd:string\">").append(user);
-    text.append("</userID></SOAP-ENV:Header>");
-  }
-  text.append("<SOAP-ENV:Body>").append(step.request.value_or(""));
-  replace_all(text, "{soap}", kEncodingStyle);
-  return text.append("</SOAP-ENV:Body></SOAP-ENV:Envelope>");
-}
-
-// The name of the reply's element, from the log's `@sendXML NAME`.
-std::string reply_name(const WireStep& step) {
-  std::string name;
-  for (const std::string& line : step.log) {
-    if (starts(line, "@sendXML ", name)) return name.substr(0, name.find(' ')) + "Response";
-  }
-  return "answerResponse";
-}
-
 std::optional<Error> broken_error(const WireStep& step) {
   if (!step.broken) return std::nullopt;
   std::istringstream words(*step.broken);
@@ -86,15 +55,6 @@ std::optional<Error> broken_error(const WireStep& step) {
   std::getline(words >> std::ws, description);
   return Error(static_cast<std::int32_t>(std::stoul(number, nullptr, 0)), source, description,
                "help.chm", 12);
-}
-
-std::string reply_text(const WireStep& step) {
-  if (step.raw) return *step.raw;
-  if (step.fault) {
-    const std::size_t blank = step.fault->find(' ');
-    return fault_text(step.fault->substr(0, blank), step.fault->substr(blank + 1));
-  }
-  return envelope_text(reply_name(step), step.reply.value_or(""));
 }
 
 // Whether the text is the expected one, where `{words}` stands for any words.

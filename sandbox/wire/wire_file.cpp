@@ -1,12 +1,13 @@
-#include "wire_file.h"
+#include "sandbox/wire/wire_file.h"
 
-#include <functional>
-#include <map>
+#include <algorithm>
 #include <utility>
 
-#include "support/keyed_text.h"
+#include "sandbox/wire/keyed_text.h"
+#include "sandbox/wire/stand_ins.h"
+#include "sandbox/wire/wire_fields.h"
 
-namespace bvconn::test {
+namespace bvconn::wire {
 namespace {
 
 class Reader {
@@ -40,8 +41,8 @@ class Reader {
       WireStep& step = file_.cases.back().steps.emplace_back();
       step.line = line_;
       step.given = std::exchange(given_, {});
-    } else if (auto* text = text_field()) {
-      *text = "";
+    } else if (const WireField* const known = field(); known != nullptr && known->text != nullptr) {
+      file_.cases.back().steps.back().*(known->text) = "";
     }
   }
 
@@ -64,29 +65,12 @@ class Reader {
     }
   }
 
-  std::optional<std::string>* text_field() {
+  // The key's field of the last step, if there is a step and such a field.
+  const WireField* field() const {
     if (file_.cases.back().steps.empty()) return nullptr;
-    WireStep& step = file_.cases.back().steps.back();
-    const std::map<std::string_view, std::optional<std::string>*> fields{
-        {"send", &step.url},       {"action", &step.soap_action}, {"timeout", &step.timeout},
-        {"userID", &step.user_id}, {"request", &step.request},    {"text", &step.text},
-        {"reply", &step.reply},    {"fault", &step.fault},        {"raw", &step.raw},
-        {"broken", &step.broken},  {"answer", &step.answer},
-    };
-    const auto found = fields.find(key_);
-    return found == fields.end() ? nullptr : found->second;
-  }
-
-  std::vector<std::string>* list_field() {
-    if (key_ == "given") return &given_;
-    if (file_.cases.back().steps.empty()) return nullptr;
-    WireStep& step = file_.cases.back().steps.back();
-    if (key_ == "transport") return &step.transport;
-    if (key_ == "dal") return &step.dal;
-    if (key_ == "log") return &step.log;
-    if (key_ == "logfile") return &step.log_file;
-    if (key_ == "after") return &step.after;
-    return nullptr;
+    const auto* const found = std::find_if(kWireFields.begin(), kWireFields.end(),
+                                           [&](const WireField& each) { return each.key == key_; });
+    return found == kWireFields.end() ? nullptr : found;
   }
 
   void value(std::string_view value) {
@@ -95,12 +79,23 @@ class Reader {
       file_.cases.back().claim.append(value);
     } else if (key_ == "call") {
       call(value);
-    } else if (auto* text = text_field()) {
-      text->value().append(value);
-    } else if (auto* list = list_field()) {
-      list->emplace_back(value);
+    } else if (key_ == "given") {
+      given_.emplace_back(value);
+    } else if (const WireField* const known = field()) {
+      add(*known, value);
     } else {
       problem("there is no key \"" + key_ + "\" here");
+    }
+  }
+
+  void add(const WireField& field, std::string_view value) {
+    WireStep& step = file_.cases.back().steps.back();
+    if (field.lines != nullptr) {
+      (step.*field.lines).emplace_back(value);
+    } else if (field.takes_stand_ins) {
+      (step.*field.text)->append(without_stand_ins(value));
+    } else {
+      (step.*field.text)->append(value);
     }
   }
 
@@ -127,4 +122,4 @@ WireFile read_wire_file(std::string_view text) {
   return Reader().read(text);
 }
 
-}  // namespace bvconn::test
+}  // namespace bvconn::wire

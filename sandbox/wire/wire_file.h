@@ -1,14 +1,13 @@
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// The files that tell, for one operation on one route, what goes over the wire and into the log.
-/// README.md describes them.
-namespace bvconn::test {
+/// The files that tell what goes over the wire, and what comes back: those of tests/wire, whose
+/// README.md describes them, and recordings.
+namespace bvconn::wire {
 
 /// One call and all that it should do.
 struct WireStep {
@@ -24,6 +23,8 @@ struct WireStep {
   std::optional<std::string> text;
   std::vector<std::string> transport;
   std::vector<std::string> dal;
+  std::optional<std::string> status;  ///< of a recording: the status of the reply
+  std::vector<std::string> headers;   ///< of a recording: of the reply, "Name: value"
   std::optional<std::string> reply;
   std::optional<std::string> fault;
   std::optional<std::string> raw;
@@ -50,4 +51,4 @@ struct WireFile {
 
 WireFile read_wire_file(std::string_view text);
 
-}  // namespace bvconn::test
+}  // namespace bvconn::wire

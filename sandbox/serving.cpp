@@ -1,0 +1,37 @@
+#include "sandbox/serving.h"
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace bvconn::sandbox {
+namespace {
+
+void tell_ready(std::uint16_t port) {
+  const std::string base = "http://127.0.0.1:" + std::to_string(port);
+  nlohmann::ordered_json line;
+  line["ready"] = true;
+  line["port"] = port;
+  line["soap"] = base + "/soap";
+  line["dal"] = base + "/dal";
+  std::puts(line.dump().c_str());
+  std::fflush(stdout);
+}
+
+}  // namespace
+
+void serve(Server& server, bool until_eof) {
+  server.stop_on_signals();
+  if (until_eof) server.stop_when_input_ends();
+  tell_ready(server.port());
+  server.run();
+}
+
+void tell_exchange(const Request& request, const Reply& reply) {
+  const std::string line = request.method + " " + request.target + " " +
+                           request.header("SOAPAction").value_or("-") + " " +
+                           std::to_string(reply.status) + "\n";
+  std::fputs(line.c_str(), stderr);
+}
+
+}  // namespace bvconn::sandbox

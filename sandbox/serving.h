@@ -1,0 +1,15 @@
+#pragma once
+
+#include "sandbox/http/message.h"
+#include "sandbox/http/server.h"
+
+namespace bvconn::sandbox {
+
+/// Serves until a signal ends it, or the end of standard input where `until_eof` says so, and tells
+/// on standard output when it is ready.
+void serve(Server& server, bool until_eof);
+
+/// A line for an exchange on standard error: method, path, SOAPAction or "-", status.
+void tell_exchange(const Request& request, const Reply& reply);
+
+}  // namespace bvconn::sandbox
