@@ -63,6 +63,33 @@ TEST_F(KeptSetup, ShowsAnotherPath) {
   EXPECT_EQ(server.connections(), 1);
 }
 
+TEST_F(KeptSetup, GoesWhereEachSpellingOfAUrlLeads) {
+  const std::string port = std::to_string(server.port());
+  const auto head_of = [&](const std::string& url) {
+    transport->Send(url, "<a/>");
+    const std::string bytes = server.last_request().bytes;
+    return bytes.substr(0, bytes.find("\r\nAccept"));
+  };
+  const auto head = [&](std::string_view target) {
+    return "POST " + std::string(target) + " HTTP/1.1\r\nHost: 127.0.0.1:" + port;
+  };
+  EXPECT_EQ(head_of("http://127.0.0.1:" + port), head("/"));
+  EXPECT_EQ(head_of("http://127.0.0.1:" + port + "?x=1"), head("/?x=1"));
+  EXPECT_EQ(head_of("HTTP://127.0.0.1:" + port + "/a/../b#c"), head("/a/../b"));
+  EXPECT_EQ(head_of("http://127.0.0.1:0" + port + "//d//%7e;e"), head("//d//%7e;e"));
+  EXPECT_EQ(head_of("http://127.1:" + port + "/x"), head("/x"));
+  EXPECT_EQ(head_of("http://127.0.0.1:" + port), head("/"));
+}
+
+TEST_F(KeptSetup, KnowsItsUrlStillWhereTheConnectionHasToBeMadeAnew) {
+  server.answer({answers::reply("<ok/>") + Answer{{.kind = Step::Kind::kClose}}});
+  transport->Send(server.url("/one"), "<a/>");
+  EXPECT_THROW(transport->Send(server.url(" two"), "<a/>"), Error);
+  transport->Send(server.url("/one"), "<a/>");
+  EXPECT_THAT(server.last_request().bytes, StartsWith("POST /one HTTP/1.1"));
+  EXPECT_EQ(server.connections(), 2);
+}
+
 TEST_F(KeptSetup, RefusesABadUrlAndGoesOnWithTheGoodOne) {
   sent();
   EXPECT_EQ(error_of([&] { transport->Send(server.url() + " x", "<a/>"); }).number,

@@ -68,20 +68,25 @@ HttpReply HttpClient::post(const HttpRequest& request, const ReplyRules& rules) 
 
 HttpReply HttpClient::run(const HttpRequest& request, const ReplyRules& rules) {
   const bool is_known = handle_ != nullptr && handle_->knows(request.url);
-  if (!is_known) check_url(request.url, request.source);
+  ParsedUrl new_url = is_known ? nullptr : parse_url(request.url, request.source);
   const auto idle = std::chrono::steady_clock::now() - last_use_;
   if (handle_ != nullptr && (idle > kIdleConnectionMax || !handle_->leads_for(request))) {
     disconnect();
   }
   HttpExchange exchange(request, rules, facts_);
-  const CURLcode code = perform(request, exchange);
+  const CURLcode code = perform(request, std::move(new_url), exchange);
   return exchange.finish(code);
 }
 
 // Unless it is kept, the handle goes when its run is over, and with it what is left of a connection
 // that ended.
-CURLcode HttpClient::perform(const HttpRequest& request, HttpExchange& exchange) {
+CURLcode HttpClient::perform(const HttpRequest& request, ParsedUrl url, HttpExchange& exchange) {
   std::unique_ptr<HttpHandle> handle = take_handle(request);
+  if (!handle->knows(request.url)) {
+    // One that the handle before it knew has to be taken apart again.
+    if (url == nullptr) url = parse_url(request.url, request.source);
+    handle->go_to(request, std::move(url));
+  }
   const CURLcode code = handle->run(request, exchange);
   last_use_ = std::chrono::steady_clock::now();
   const bool goes_on = !is_https(request.url) || handle->active_socket() != CURL_SOCKET_BAD;

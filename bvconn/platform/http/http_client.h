@@ -40,7 +40,7 @@ class HttpClient {
 
  private:
   HttpReply run(const HttpRequest& request, const ReplyRules& rules);
-  CURLcode perform(const HttpRequest& request, HttpExchange& exchange);
+  CURLcode perform(const HttpRequest& request, ParsedUrl url, HttpExchange& exchange);
   std::unique_ptr<HttpHandle> take_handle(const HttpRequest& request);
 
   std::unique_ptr<HttpHandle> handle_;

@@ -74,6 +74,14 @@ curl_socket_t HttpHandle::active_socket() const {
   return socket;
 }
 
+// libcurl goes by the URL that is taken apart, and shows the other one.
+void HttpHandle::go_to(const HttpRequest& request, ParsedUrl url) {
+  url_.assign(request.url);
+  set_option(handle_.get(), request.source, CURLOPT_URL, url_.c_str());
+  set_option(handle_.get(), request.source, CURLOPT_CURLU, url.get());
+  parsed_url_ = std::move(url);
+}
+
 CURLcode HttpHandle::run(const HttpRequest& request, HttpExchange& exchange) {
   running_.begin(exchange);
   set_changes(request);
@@ -92,10 +100,6 @@ void HttpHandle::set_changes(const HttpRequest& request) {
   const auto option = [&](CURLoption key, auto value) {
     set_option(handle_.get(), request.source, key, value);
   };
-  if (request.url != url_) {
-    url_.assign(request.url);
-    option(CURLOPT_URL, url_.c_str());
-  }
   set_headers(request);
   option(CURLOPT_POSTFIELDS, request.body.empty() ? "" : request.body.data());
   option(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));

@@ -11,6 +11,7 @@
 
 #include "bvconn/platform/http/http_exchange.h"
 #include "bvconn/platform/http/http_request.h"
+#include "bvconn/platform/http/parsed_url.h"
 #include "bvconn/platform/tls_files.h"
 
 namespace bvconn::detail {
@@ -36,7 +37,9 @@ class HttpHandle {
   /// The socket of its connection; CURL_SOCKET_BAD where there is none.
   curl_socket_t active_socket() const;
 
-  /// Runs an exchange, which the handle knows until `let_go`.
+  /// The URL of its next requests, which is that of this one, and taken apart.
+  void go_to(const HttpRequest& request, ParsedUrl url);
+  /// Runs an exchange with the URL of the last `go_to`; the handle has it until `let_go`.
   CURLcode run(const HttpRequest& request, HttpExchange& exchange);
   /// Leaves nothing in the handle that points to an exchange or its request; false where libcurl
   /// would not let go.
@@ -59,6 +62,7 @@ class HttpHandle {
   // Before the handle, which uses them until it is gone.
   RunningExchange running_;
   HeaderList header_list_;
+  ParsedUrl parsed_url_;
   std::unique_ptr<CURL, Cleanup> handle_;
 
   std::string origin_;

@@ -1,18 +1,16 @@
 #include "bvconn/platform/http/http_url.h"
 
-#include <curl/curl.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/conversions/text.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/http/curl_errors.h"
+#include "bvconn/platform/http/parsed_url.h"
 
 namespace bvconn::detail {
 namespace {
@@ -83,7 +81,7 @@ bool has_http_scheme(std::string_view url) {
 
 }  // namespace
 
-void check_url(std::string_view url, std::string_view source) {
+ParsedUrl parse_url(std::string_view url, std::string_view source) {
   const auto refuse = [&](std::string_view reason) {
     throw Error(error_numbers::kBadUrlOrHeader, source,
                 "The URL \"" + shown_bad_url(url) + "\" cannot be used: " + std::string(reason));
@@ -98,7 +96,7 @@ void check_url(std::string_view url, std::string_view source) {
   if (url.substr(authority_begin(url)).starts_with('/')) {
     refuse("it names no host");
   }
-  const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> parts(curl_url(), &curl_url_cleanup);
+  ParsedUrl parts(curl_url());
   if (parts == nullptr) fail_without_memory();
   const CURLUcode code =
       curl_url_set(parts.get(), CURLUPART_URL, std::string(url).c_str(), CURLU_PATH_AS_IS);
@@ -106,6 +104,7 @@ void check_url(std::string_view url, std::string_view source) {
   if (code != CURLUE_OK) {
     refuse(curl_url_strerror(code));
   }
+  return parts;
 }
 
 bool is_https(std::string_view url) {

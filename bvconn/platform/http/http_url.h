@@ -9,14 +9,10 @@
 /// URLs as the transport takes them, and as it shows them to people.
 namespace bvconn::detail {
 
-/// Fails with 0x80044308 and this source unless `url` is an absolute http or https URL that can be
-/// sent as it stands: no white space, no control characters, a host, a port in range.
-void check_url(std::string_view url, std::string_view source);
-
-/// Whether a URL that `check_url` let pass is one of TLS.
+/// Whether a URL that `parse_url` let pass is one of TLS.
 bool is_https(std::string_view url);
 
-/// Scheme, host and port of a URL that `check_url` let pass, as they are written there: whom a
+/// Scheme, host and port of a URL that `parse_url` let pass, as they are written there: whom a
 /// connection leads to.
 std::string origin_of(std::string_view url);
 
