@@ -43,12 +43,6 @@ std::optional<std::uint64_t> length_of(std::string_view text) {
 
 }  // namespace
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
-  return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
-}
-
 bool is_xml_content_type(std::string_view content_type) {
   const std::string_view type = trimmed(content_type.substr(0, content_type.find(';')));
   constexpr std::string_view kSuffix = "+xml";
@@ -111,15 +105,8 @@ bool HttpReply::take_field(std::string_view name, std::string_view value) {
       return give_up(error_numbers::kBadReply, "it states two different lengths");
     }
   }
-  fields_.emplace_back(name, value);
+  fields_.add(name, value);
   return true;
-}
-
-std::string_view HttpReply::field(std::string_view name) const {
-  const auto found = std::find_if(fields_.rbegin(), fields_.rend(), [&](const auto& field) {
-    return equal_ignoring_case(field.first, name);
-  });
-  return found == fields_.rend() ? std::string_view() : std::string_view(found->second);
 }
 
 bool HttpReply::end_headers() {
@@ -129,6 +116,7 @@ bool HttpReply::end_headers() {
     return true;
   }
   headers_complete_ = true;
+  is_refused_ = !rules_.accepts(status_, field("Content-Type"));
   const std::string_view encoding = field("Content-Encoding");
   if (rules_.takes_gzip &&
       (equal_ignoring_case(encoding, "gzip") || equal_ignoring_case(encoding, "x-gzip"))) {
@@ -206,10 +194,6 @@ void HttpReply::finish(std::optional<Error> trouble) {
     error_->outcome = error_->number == error_numbers::kConnectionLost ? bvconn::Outcome::kUnknown
                                                                        : bvconn::Outcome::kAnswered;
   }
-}
-
-bool HttpReply::is_refused() const {
-  return headers_complete_ && !rules_.accepts(status_, field("Content-Type"));
 }
 
 std::string reply_summary(std::string_view url, int status, std::string_view reason) {

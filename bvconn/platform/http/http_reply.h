@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/exchange/exchange.h"
+#include "bvconn/platform/http/header_fields.h"
 #include "bvconn/platform/text_buffer.h"
 
 namespace bvconn::detail {
@@ -60,12 +60,12 @@ class HttpReply {
   /// What is wrong with it; nothing where its body is good.
   const std::optional<Error>& error() const { return error_; }
   /// Whether the rules refuse it, which says more than whatever happened to its body.
-  bool is_refused() const;
+  bool is_refused() const { return is_refused_; }
   int status() const { return status_; }
   /// What its status line says of the status: "OK".
   const std::string& reason() const { return reason_; }
   /// The last header of this name, whatever its case; "" where there is none.
-  std::string_view field(std::string_view name) const;
+  std::string_view field(std::string_view name) const { return fields_.last(name); }
   /// Its body, also where it is refused or in error: then as much as is kept of it, or arrived.
   std::string_view body() const { return body_.view(); }
   TextBuffer take() { return std::move(body_); }
@@ -88,7 +88,8 @@ class HttpReply {
   bool given_up_ = false;
   int status_ = 0;
   std::string reason_;
-  std::vector<std::pair<std::string, std::string>> fields_;
+  HeaderFields fields_;
+  bool is_refused_ = false;
   TextBuffer body_;
   std::unique_ptr<GzipReader> gzip_;
   std::optional<Error> error_;
@@ -96,9 +97,6 @@ class HttpReply {
 
 /// Where a reply came from and its status: "answered to URL with the status 200 OK".
 std::string reply_summary(std::string_view url, int status, std::string_view reason);
-
-/// A line or a value of a header without the blanks and line ends around it.
-std::string_view trimmed(std::string_view text);
 
 /// Whether a Content-Type is one of XML: text/xml, application/xml, or any that ends in +xml;
 /// parameters and case do not count.
