@@ -52,7 +52,7 @@ void log_error(std::string_view cls, std::string_view method, const Error& error
 
 HeldErrorLines HeldErrorLines::begin() {
   HeldErrorLines held;
-  held.logger_ = dynamic_cast<detail::OwnLogger*>(&session().Logger());
+  held.logger_ = detail::own_logger_of(session().Logger());
   if (held.logger_ != nullptr) held.logger_->hold_errors();
   return held;
 }

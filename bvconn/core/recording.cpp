@@ -202,11 +202,8 @@ void send_recorded(HTTPTransport& transport, std::string_view url, std::string_v
 }
 
 detail::TextBuffer receive_recorded(HTTPTransport& transport) {
-  auto* const buffered = dynamic_cast<detail::BufferedReply*>(&transport);
-  detail::TextBuffer reply = run_step(&outcome_of_receiving, [&]() -> detail::TextBuffer {
-    if (buffered != nullptr) return buffered->receive_buffer();
-    return transport.Receive("UTF-8");
-  });
+  detail::TextBuffer reply =
+      run_step(&outcome_of_receiving, [&] { return detail::receive_buffer(transport); });
   ExchangeLog& log = session().exchanges();
   if (Exchange* exchange = log.find(log.running())) {
     quietly([&] { exchange->reply.assign(reply.view()); });

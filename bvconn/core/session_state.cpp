@@ -7,27 +7,18 @@
 
 namespace bvconn {
 
-namespace {
-
-/// Null for a logger of the application's.
-const detail::OwnLogger* own_logger_of(const SessionLogger& logger) {
-  return dynamic_cast<const detail::OwnLogger*>(&logger);
-}
-
-}  // namespace
-
 SessionLogger& SessionState::Logger() {
   if (!logger_) logger_ = platform::current().logger();
   return *logger_;
 }
 
 bool SessionState::writes_lines(std::int32_t level) {
-  const detail::OwnLogger* own = own_logger_of(Logger());
+  const detail::OwnLogger* own = detail::own_logger_of(Logger());
   return own == nullptr || own->writes(level);
 }
 
 bool SessionState::writes_info_lines() {
-  const detail::OwnLogger* own = own_logger_of(Logger());
+  const detail::OwnLogger* own = detail::own_logger_of(Logger());
   return own == nullptr || own->writes_info();
 }
 

@@ -5,23 +5,18 @@
 namespace bvconn::detail {
 namespace {
 
-constinit thread_local ThreadScope* innermost_scope = nullptr;
 constinit thread_local LateRecord* latest_record = nullptr;
 
 }  // namespace
 
-ThreadScope::ThreadScope() noexcept : outer_(std::exchange(innermost_scope, this)) {}
+ThreadScope::ThreadScope() noexcept : outer_(std::exchange(innermost_, this)) {}
 
 ThreadScope::~ThreadScope() {
   {
     // Released while the scope is in force, so that what a record does on its way out stays in it.
     const auto gone = std::exchange(records_, {});
   }
-  innermost_scope = outer_;
-}
-
-ThreadScope* ThreadScope::innermost() noexcept {
-  return innermost_scope;
+  innermost_ = outer_;
 }
 
 std::shared_ptr<void>& ThreadScope::record(const void* key) {

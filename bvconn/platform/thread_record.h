@@ -16,11 +16,13 @@ class ThreadScope {
   ThreadScope& operator=(const ThreadScope&) = delete;
 
   /// The calling thread's innermost scope; null where there is none.
-  static ThreadScope* innermost() noexcept;
+  static ThreadScope* innermost() noexcept { return innermost_; }
   /// The scope's record with this key; empty at first.
   std::shared_ptr<void>& record(const void* key);
 
  private:
+  static inline constinit thread_local ThreadScope* innermost_ = nullptr;
+
   ThreadScope* outer_;
   std::vector<std::pair<const void*, std::shared_ptr<void>>> records_;
 };
@@ -45,17 +47,26 @@ template <class T>
 class ThreadRecord {
  public:
   static T& get() {
-    if (ThreadScope* scope = ThreadScope::innermost()) return of(*scope);
-    if (released_) return late();
-    static thread_local Own own;
-    return own.record;
+    if (own_ != nullptr && ThreadScope::innermost() == nullptr) return *own_;
+    return look_for_it();
   }
 
  private:
   struct Own {
     T record;
-    ~Own() { released_ = true; }
+    ~Own() {
+      released_ = true;
+      own_ = nullptr;
+    }
   };
+
+  static T& look_for_it() {
+    if (ThreadScope* scope = ThreadScope::innermost()) return of(*scope);
+    if (released_) return late();
+    static thread_local Own own;
+    own_ = &own.record;
+    return own.record;
+  }
 
   static T& of(ThreadScope& scope) {
     std::shared_ptr<void>& place = scope.record(&key_);
@@ -75,6 +86,7 @@ class ThreadRecord {
 
   static inline char key_ = 0;
   // Without destructors, so that they can be read at any time.
+  static inline constinit thread_local T* own_ = nullptr;
   static inline constinit thread_local bool released_ = false;
   static inline constinit thread_local T* late_ = nullptr;
   static inline constinit thread_local LateRecord late_record_{&release_late};

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <typeinfo>
 #include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/conversions/text.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/http/buffered_reply.h"
 #include "bvconn/platform/http/curl_errors.h"
 
 namespace bvconn::detail {
@@ -154,6 +156,11 @@ void SocketTransport::Send(std::string_view url, std::string_view text) {
 
 std::string SocketTransport::Receive(std::string_view /*encoding*/) {
   return receive_buffer().take_string();
+}
+
+TextBuffer receive_buffer(HTTPTransport& transport) {
+  if (typeid(transport) != typeid(SocketTransport)) return transport.Receive("UTF-8");
+  return static_cast<SocketTransport&>(transport).receive_buffer();
 }
 
 TextBuffer SocketTransport::receive_buffer() {

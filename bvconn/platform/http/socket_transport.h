@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "bvconn/platform/error.h"
-#include "bvconn/platform/http/buffered_reply.h"
 #include "bvconn/platform/http/http_client.h"
 #include "bvconn/platform/http/http_transport.h"
 #include "bvconn/platform/text_buffer.h"
@@ -17,7 +16,7 @@
 namespace bvconn::detail {
 
 /// The transport over the system's sockets: what SOAP needs of HTTP, on a client of its own.
-class SocketTransport final : public HTTPTransport, public BufferedReply {
+class SocketTransport final : public HTTPTransport {
  public:
   SocketTransport();
 
@@ -28,7 +27,8 @@ class SocketTransport final : public HTTPTransport, public BufferedReply {
   void Timeout(std::int32_t milliseconds) override;
   void Send(std::string_view url, std::string_view text) override;
   std::string Receive(std::string_view encoding) override;
-  TextBuffer receive_buffer() override;
+  /// As `Receive`, without a copy of the body.
+  TextBuffer receive_buffer();
   std::string LastReply() const override;
   const WireFacts* LastWire() const override { return &client_.facts(); }
 

@@ -3,6 +3,7 @@
 
 #include <charconv>
 #include <cstdlib>
+#include <typeinfo>
 #include <utility>
 
 #include "bvconn/platform/conversions/conversions.h"
@@ -251,6 +252,12 @@ class FileLogger final : public detail::OwnLogger {
 };
 
 }  // namespace
+
+// A cast that looks for the class among all of its bases costs more than most of the lines that are
+// not written.
+detail::OwnLogger* detail::own_logger_of(SessionLogger& logger) noexcept {
+  return typeid(logger) == typeid(FileLogger) ? static_cast<FileLogger*>(&logger) : nullptr;
+}
 
 std::shared_ptr<SessionLogger> make_file_logger() {
   return std::make_shared<FileLogger>();

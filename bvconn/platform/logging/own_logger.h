@@ -24,4 +24,7 @@ class OwnLogger : public SessionLogger {
   virtual void release_errors() noexcept = 0;
 };
 
+/// The logger as the library's own; null for one of the application's.
+OwnLogger* own_logger_of(SessionLogger& logger) noexcept;
+
 }  // namespace bvconn::detail
