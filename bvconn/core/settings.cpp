@@ -1,5 +1,6 @@
 #include "bvconn/core/settings.h"
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -7,6 +8,7 @@
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/settings/settings_moment.h"
+#include "bvconn/platform/thread_record.h"
 
 namespace bvconn::Global {
 namespace {
@@ -27,6 +29,38 @@ constexpr LogBlock kTraceWriterLog{
 
 std::unique_ptr<RegistryAccess> settings() {
   return platform::current().settings();
+}
+
+/// What the setting was in the state of the settings in which the thread asked last.
+struct KnownTracing {
+  std::uint64_t state = 0;
+  bool is_on = false;
+};
+
+bool read_tracing(RegistryAccess& registry, SessionLogger& logger) {
+  if (!registry.Exists(kTraceSoapTrafficPath)) {
+    // deliberate [trace-default]: a number, where all others write a word.
+    logger.LogWarning("clsSessionInfo", "LoadPreferences()()",
+                      "TraceSoapTraffic not found in registry, default value set.", 0);
+    registry.Write(kTraceSoapTrafficPath, std::int64_t{0}, "");
+  }
+  return conversions::text_to_boolean(
+      registry.ReadString(SettingsRoot::kCurrentUser, kSettingsKey, "TraceSoapTraffic"));
+}
+
+bool current_tracing(SessionLogger& logger) {
+  // One look at the file answers all questions.
+  const detail::SettingsMoment moment;
+  const auto registry = settings();
+  KnownTracing& known = detail::ThreadRecord<KnownTracing>::get();
+  const auto state = [&] { return detail::settings_state(*registry, SettingsRoot::kCurrentUser); };
+  if (known.state == 0 || state() != known.state) {
+    known = {};
+    const bool is_on = read_tracing(*registry, logger);
+    known = {.state = state(), .is_on = is_on};
+    return is_on;
+  }
+  return known.is_on;
 }
 
 }  // namespace
@@ -56,17 +90,7 @@ bool TraceSoapTraffic() {
   try {
     auto& logger = session().Logger();
     logger.LogInfo("Global", kTraceReader, "Entering Method...", 0);
-    // One look at the file answers both questions.
-    const detail::SettingsMoment moment;
-    const auto registry = settings();
-    if (!registry->Exists(kTraceSoapTrafficPath)) {
-      // deliberate [trace-default]: a number, where all others write a word.
-      logger.LogWarning("clsSessionInfo", "LoadPreferences()()",
-                        "TraceSoapTraffic not found in registry, default value set.", 0);
-      registry->Write(kTraceSoapTrafficPath, std::int64_t{0}, "");
-    }
-    const bool value = conversions::text_to_boolean(
-        registry->ReadString(SettingsRoot::kCurrentUser, kSettingsKey, "TraceSoapTraffic"));
+    const bool value = current_tracing(logger);
     // deliberate [entering-twice]: the closing line has the words of the opening one.
     logger.LogInfo("Global", kTraceReader, "Entering Method...", 0);
     return value;

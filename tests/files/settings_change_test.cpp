@@ -56,6 +56,22 @@ TEST_F(ChangedSettings, AreSeenWhenARewrittenFileIsGivenItsOldTimeAgain) {
   EXPECT_EQ(port(), "2222");
 }
 
+TEST_F(ChangedSettings, AreAnotherStateThanThoseOfBefore) {
+  const auto state = [] { return detail::settings_state(*settings(), kUser); };
+  put_old_file("1111");
+  const auto first = state();
+  EXPECT_NE(first, 0U);
+  EXPECT_EQ(state(), first);
+  overwrite(user(), settings_with("2222"));
+  EXPECT_EQ(state(), 0U);
+  ASSERT_EQ(port(), "2222");
+  EXPECT_EQ(state(), 0U);  // Too new to tell a further change from this one.
+  std::this_thread::sleep_for(std::chrono::milliseconds(150));
+  ASSERT_EQ(port(), "2222");
+  EXPECT_NE(state(), 0U);
+  EXPECT_NE(state(), first);
+}
+
 TEST_F(ChangedSettings, AreSeenWhenAnotherFileIsMovedIntoTheOldOnesPlace) {
   put_old_file("1111");
   put_bytes(folder_.file("new.toml"), settings_with("2222"));

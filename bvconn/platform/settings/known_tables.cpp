@@ -21,12 +21,14 @@ struct KnownFile {
   std::string path;
   std::shared_ptr<toml::table> table;
   std::optional<FileStamp> stamp;  ///< without one the table holds for the moment alone
+  std::uint64_t reading = 0;       ///< which one of the thread's brought the table
   bool was_looked_at = false;      ///< in this moment
 };
 
 struct KnownFiles {
   std::array<KnownFile, 2> files;
   int moments = 0;
+  std::uint64_t readings = 0;
 };
 using ThreadsFiles = ThreadRecord<KnownFiles>;
 
@@ -72,9 +74,18 @@ std::shared_ptr<toml::table> known_table(SettingsRoot root, const std::string& p
     known.path = path;
     known.stamp = read.stamp;
     known.table = std::move(table);
+    known.reading = ++files.readings;
   }
   known.was_looked_at = files.moments != 0;
   return known.table;
+}
+
+std::uint64_t known_state(SettingsRoot root, const std::string& path) {
+  KnownFiles& files = ThreadsFiles::get();
+  KnownFile& known = known_file(files, root);
+  if (!known.stamp || !is_as_known(known, path)) return 0;
+  known.was_looked_at = files.moments != 0;
+  return known.reading;
 }
 
 void forget_tables() {

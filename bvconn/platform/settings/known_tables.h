@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,6 +27,10 @@ ReadTable read_table(const std::string& path);
 /// What the file of a root holds at this moment. It is read where the calling thread has not read
 /// it before or its stamp is another one.
 std::shared_ptr<toml::table> known_table(SettingsRoot root, const std::string& path);
+
+/// A number for what the file of a root holds at this moment. As long as it is the same on the
+/// calling thread, so is that; 0 where nothing tells whether it is.
+std::uint64_t known_state(SettingsRoot root, const std::string& path);
 
 /// Makes the calling thread read its files again.
 void forget_tables();

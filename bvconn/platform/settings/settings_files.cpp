@@ -1,6 +1,7 @@
 #include <cmath>
 #include <locale>
 #include <sstream>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "bvconn/platform/settings/file_store.h"
 #include "bvconn/platform/settings/known_tables.h"
 #include "bvconn/platform/settings/registry_access.h"
+#include "bvconn/platform/settings/settings_moment.h"
 #include "bvconn/platform/settings/settings_tables.h"
 #include "bvconn/platform/settings/toml_reader.h"
 
@@ -86,6 +88,9 @@ class SettingsFiles final : public RegistryAccess {
         fail_mismatch(path_of(root), name, "text");
     }
   }
+
+  /// See `settings_state`.
+  std::uint64_t state(SettingsRoot root) const { return detail::known_state(root, path_of(root)); }
 
  private:
   const std::string& path_of(SettingsRoot root) const {
@@ -192,6 +197,11 @@ std::string settings_file(SettingsRoot root) {
   }
   return machine ? "/etc/bvconn/settings.toml"
                  : detail::user_file("XDG_CONFIG_HOME", ".config", "bvconn/settings.toml");
+}
+
+std::uint64_t detail::settings_state(const RegistryAccess& settings, SettingsRoot root) {
+  if (typeid(settings) != typeid(SettingsFiles)) return 0;
+  return static_cast<const SettingsFiles&>(settings).state(root);
 }
 
 std::unique_ptr<RegistryAccess> make_settings_files() {

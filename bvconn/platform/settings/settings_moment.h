@@ -1,5 +1,9 @@
 #pragma once
 
+#include <cstdint>
+
+#include "bvconn/platform/settings/registry_access.h"
+
 namespace bvconn::detail {
 
 /// While it lives, the calling thread's settings files are looked at once each: what is asked of
@@ -12,5 +16,10 @@ class SettingsMoment {
   SettingsMoment(const SettingsMoment&) = delete;
   SettingsMoment& operator=(const SettingsMoment&) = delete;
 };
+
+/// A number for what these settings hold at this moment, once they have been asked something. As
+/// long as it is the same on the calling thread, so is every answer; 0 where nothing tells whether
+/// it is, as with settings of the application's own.
+std::uint64_t settings_state(const RegistryAccess& settings, SettingsRoot root);
 
 }  // namespace bvconn::detail
