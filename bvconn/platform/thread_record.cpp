@@ -5,18 +5,35 @@
 namespace bvconn::detail {
 namespace {
 
+constinit thread_local ThreadScope* innermost_scope = nullptr;
 constinit thread_local LateRecord* latest_record = nullptr;
+constinit thread_local KnownRecord* known_records = nullptr;
 
 }  // namespace
 
-ThreadScope::ThreadScope() noexcept : outer_(std::exchange(innermost_, this)) {}
+// Within a scope nothing is known, so that there is nothing to forget when it ends.
+ThreadScope::ThreadScope() noexcept : outer_(std::exchange(innermost_scope, this)) {
+  for (KnownRecord* known = known_records; known != nullptr; known = known->next) {
+    known->record = nullptr;
+  }
+}
+
+ThreadScope* ThreadScope::innermost() noexcept {
+  return innermost_scope;
+}
+
+void know_record(KnownRecord& known, void* record) noexcept {
+  known.record = record;
+  if (std::exchange(known.is_listed, true)) return;
+  known.next = std::exchange(known_records, &known);
+}
 
 ThreadScope::~ThreadScope() {
   {
     // Released while the scope is in force, so that what a record does on its way out stays in it.
     const auto gone = std::exchange(records_, {});
   }
-  innermost_ = outer_;
+  innermost_scope = outer_;
 }
 
 std::shared_ptr<void>& ThreadScope::record(const void* key) {

@@ -16,13 +16,11 @@ class ThreadScope {
   ThreadScope& operator=(const ThreadScope&) = delete;
 
   /// The calling thread's innermost scope; null where there is none.
-  static ThreadScope* innermost() noexcept { return innermost_; }
+  static ThreadScope* innermost() noexcept;
   /// The scope's record with this key; empty at first.
   std::shared_ptr<void>& record(const void* key);
 
  private:
-  static inline constinit thread_local ThreadScope* innermost_ = nullptr;
-
   ThreadScope* outer_;
   std::vector<std::pair<const void*, std::shared_ptr<void>>> records_;
 };
@@ -38,6 +36,15 @@ void note_late_record(LateRecord& record) noexcept;
 /// is none.
 void release_late_records() noexcept;
 
+/// A record that was found, so that the next who asks need not look for it. Every scope makes the
+/// calling thread forget what it found.
+struct KnownRecord {
+  void* record = nullptr;
+  KnownRecord* next = nullptr;
+  bool is_listed = false;
+};
+void know_record(KnownRecord& known, void* record) noexcept;
+
 /// What a thread keeps between calls: one `T` for each thread, made when it is first asked for and
 /// released when the thread ends.
 ///
@@ -47,7 +54,7 @@ template <class T>
 class ThreadRecord {
  public:
   static T& get() {
-    if (own_ != nullptr && ThreadScope::innermost() == nullptr) return *own_;
+    if (known_.record != nullptr) return *static_cast<T*>(known_.record);
     return look_for_it();
   }
 
@@ -56,15 +63,15 @@ class ThreadRecord {
     T record;
     ~Own() {
       released_ = true;
-      own_ = nullptr;
+      known_.record = nullptr;
     }
   };
 
-  static T& look_for_it() {
+  [[gnu::noinline]] static T& look_for_it() {
     if (ThreadScope* scope = ThreadScope::innermost()) return of(*scope);
     if (released_) return late();
     static thread_local Own own;
-    own_ = &own.record;
+    know_record(known_, &own.record);
     return own.record;
   }
 
@@ -86,7 +93,7 @@ class ThreadRecord {
 
   static inline char key_ = 0;
   // Without destructors, so that they can be read at any time.
-  static inline constinit thread_local T* own_ = nullptr;
+  static inline constinit thread_local KnownRecord known_;
   static inline constinit thread_local bool released_ = false;
   static inline constinit thread_local T* late_ = nullptr;
   static inline constinit thread_local LateRecord late_record_{&release_late};
