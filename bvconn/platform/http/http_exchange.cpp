@@ -62,7 +62,7 @@ void RunningExchange::watch(CURL* handle, std::string_view source) {
 }
 
 void RunningExchange::note_error() {
-  exchange_->error_text_ = error_text_;
+  exchange_->error_text_ = error_text_.data();
 }
 
 HttpExchange& HttpExchange::of(void* running) {
@@ -196,7 +196,7 @@ Error HttpExchange::trouble(CURLcode code) const {
   }
   // Later it is how libcurl reports a header line beyond its limit.
   if (code == CURLE_OUT_OF_MEMORY && !request_went_out_) fail_without_memory();
-  const std::string_view words = error_text_.data();
+  const std::string_view words = error_text_;
   const std::string_view detail = words.empty() ? curl_easy_strerror(code) : words;
   const std::int32_t number = trouble_number(code, detail);
   if (number == error_numbers::kConnectionLost && lacks_end_of_tls()) {

@@ -56,7 +56,7 @@ class HttpExchange {
   std::optional<TrafficFile> traffic_;
   WireFacts& facts_;
   WireMeter meter_;
-  std::array<char, CURL_ERROR_SIZE> error_text_{};
+  std::string error_text_;  ///< what libcurl has to say of a run that failed
   bool request_went_out_ = false;
   std::string tunnel_status_;   ///< what a proxy answered when it was asked for a tunnel
   std::string tunnel_trouble_;  ///< why there is none; "" where nothing speaks against it

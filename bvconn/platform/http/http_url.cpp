@@ -108,7 +108,9 @@ ParsedUrl parse_url(std::string_view url, std::string_view source) {
 }
 
 bool is_https(std::string_view url) {
-  return conversions::equal_ignoring_case(url.substr(0, 6), "https:");
+  // Most are not, which their fifth letter shows.
+  return url.size() > 5 && (url[4] == 's' || url[4] == 'S') &&
+         conversions::equal_ignoring_case(url.substr(0, 6), "https:");
 }
 
 std::string origin_of(std::string_view url) {
