@@ -5,13 +5,6 @@
 
 namespace bvconn::detail {
 
-TextBuffer::TextBuffer(TextBuffer&& other) noexcept
-    : string_(std::move(other.string_)),
-      block_(std::move(other.block_)),
-      size_(std::exchange(other.size_, 0)) {
-  other.string_.clear();
-}
-
 TextBuffer& TextBuffer::operator=(TextBuffer&& other) noexcept {
   string_.swap(other.string_);
   std::swap(block_, other.block_);
@@ -19,7 +12,7 @@ TextBuffer& TextBuffer::operator=(TextBuffer&& other) noexcept {
   return *this;
 }
 
-TextBuffer::~TextBuffer() {
+void TextBuffer::keep_block() noexcept {
   keep_spare(Spare::kText, std::move(block_));
 }
 

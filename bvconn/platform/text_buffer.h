@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "bvconn/platform/thread_memory.h"
 
@@ -15,9 +16,16 @@ class TextBuffer {
   TextBuffer() = default;
   // Not explicit: a string is a text.
   TextBuffer(std::string text) noexcept : string_(std::move(text)) {}
-  TextBuffer(TextBuffer&& other) noexcept;
+  TextBuffer(TextBuffer&& other) noexcept
+      : string_(std::move(other.string_)),
+        block_(std::move(other.block_)),
+        size_(std::exchange(other.size_, 0)) {
+    other.string_.clear();
+  }
   TextBuffer& operator=(TextBuffer&& other) noexcept;
-  ~TextBuffer();
+  ~TextBuffer() {
+    if (in_block()) keep_block();
+  }
 
   const char* data() const noexcept { return in_block() ? text() : string_.data(); }
   char* data() noexcept { return in_block() ? text() : string_.data(); }
@@ -35,6 +43,7 @@ class TextBuffer {
 
  private:
   bool in_block() const noexcept { return block_.data() != nullptr; }
+  void keep_block() noexcept;
   char* text() const noexcept { return reinterpret_cast<char*>(block_.data()); }
 
   std::string string_;  ///< where there is no block

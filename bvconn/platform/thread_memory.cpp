@@ -70,7 +70,7 @@ MemoryBlock::MemoryBlock(std::size_t bytes) {
   size_ = size;
 }
 
-MemoryBlock::~MemoryBlock() {
+void MemoryBlock::free() noexcept {
   if (size_ < kLarge) {
     ::operator delete(data_);
   } else {

@@ -28,12 +28,16 @@ class MemoryBlock {
     std::swap(size_, other.size_);
     return *this;
   }
-  ~MemoryBlock();
+  ~MemoryBlock() {
+    if (data_ != nullptr) free();
+  }
 
   std::byte* data() const noexcept { return data_; }
   std::size_t size() const noexcept { return size_; }
 
  private:
+  void free() noexcept;
+
   std::byte* data_ = nullptr;
   std::size_t size_ = 0;
 };

@@ -181,10 +181,10 @@ void NodeWriter::type_attribute(const NodeData& node) {
   bool declared = false;
   const auto prefix = prefix_for(uri, "t", declared);
   if (declared) declare(prefix, uri);
-  std::string name(prefix);
-  if (!name.empty()) name += ':';
-  name += type;
-  attribute("xsi:type", name);
+  used_ = static_cast<std::uint8_t>(used_ | kUsedXsi);
+  out_ += " xsi:type=\"";
+  if (!prefix.empty()) out_.append(prefix).push_back(':');
+  attribute_value("xsi:type", type);
 }
 
 TypeName NodeWriter::item_type_of(const NodeData& array) {
@@ -256,6 +256,10 @@ void NodeWriter::attribute(std::string_view name, std::string_view value) {
   out_ += ' ';
   out_ += name;
   out_ += "=\"";
+  attribute_value(name, value);
+}
+
+void NodeWriter::attribute_value(std::string_view name, std::string_view value) {
   const std::size_t stopped = xml::append_attribute(out_, value);
   if (stopped != std::string_view::npos) {
     unwritable("attribute " + std::string(name), value, stopped);

@@ -61,6 +61,8 @@ class NodeWriter {
   void type_attribute(const NodeData& node);
   static TypeName item_type_of(const NodeData& array);
   void leaf(const NodeData& holder, const Frame& frame);
+  /// The rest of an attribute from its value on.
+  void attribute_value(std::string_view name, std::string_view value);
   void qualified_text(std::string_view uri, std::string_view local);
   void text(std::string_view text);
   void prefixed(std::string_view prefix, std::string_view local);

@@ -25,6 +25,7 @@ namespace {
 constexpr std::string_view kSource = "SoapEnvelope";
 /// Envelope, Body and the method element.
 constexpr std::size_t kElementsAround = 3;
+constexpr std::string_view kMethodPrefix = "m:";
 
 detail::Children nodes_in(const SoapNodes& nodes) {
   return detail::children_of(*SoapAccess::owner(nodes));
@@ -33,7 +34,7 @@ detail::Children nodes_in(const SoapNodes& nodes) {
 /// Of the method element: `m`, but for a fault, which is read as one under its own prefix only.
 std::string_view method_prefix(std::string_view uri) {
   if (uri.empty()) return "";
-  return uri == detail::kEnvelopeUri ? "SOAP-ENV:" : "m:";
+  return uri == detail::kEnvelopeUri ? "SOAP-ENV:" : kMethodPrefix;
 }
 
 void write_header(std::string& out, detail::NodeWriter& writer, const SoapNodes& headers) {
@@ -96,10 +97,10 @@ std::string SoapEnvelope::Serialize() const {
   }
   writer.begin_element(envelope.method);
   writer.check_namespace(envelope.name_space);
-  std::string method(method_prefix(envelope.name_space));
-  method += envelope.method;
-  out += "<SOAP-ENV:Body><" + method;
-  if (method.starts_with("m:")) writer.attribute("xmlns:m", envelope.name_space);
+  const std::string_view prefix = method_prefix(envelope.name_space);
+  const bool is_bound = prefix == kMethodPrefix;
+  out.append("<SOAP-ENV:Body><").append(prefix).append(envelope.method);
+  if (is_bound) writer.attribute("xmlns:m", envelope.name_space);
   if (!envelope.encoding_style.empty()) {
     writer.attribute("SOAP-ENV:encodingStyle", envelope.encoding_style);
   }
@@ -107,9 +108,9 @@ std::string SoapEnvelope::Serialize() const {
     out += "/>";
   } else {
     out += '>';
-    if (method.starts_with("m:")) writer.bind_method(envelope.name_space);
+    if (is_bound) writer.bind_method(envelope.name_space);
     for (const auto* node : parameters) writer.write(*node);
-    out += "</" + method + '>';
+    out.append("</").append(prefix).append(envelope.method).append(">");
   }
   out += "</SOAP-ENV:Body></SOAP-ENV:Envelope>";
   return out;

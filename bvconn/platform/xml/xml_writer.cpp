@@ -77,7 +77,9 @@ std::size_t append_attribute(std::string& out, std::string_view text) {
 }
 
 bool is_local_name(std::string_view name) noexcept {
-  for (std::size_t i = 0; i < name.size();) {
+  std::size_t plain = 0;
+  while (plain < name.size() && is(name[plain], plain == 0 ? kBeginsName : kInName)) ++plain;
+  for (std::size_t i = plain; i < name.size();) {
     const Decoded decoded = decode(name.substr(i));
     const bool fits = i == 0 ? begins_name(decoded.character) : in_name(decoded.character);
     if (decoded.length == 0 || !fits) return false;
