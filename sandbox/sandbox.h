@@ -9,6 +9,7 @@
 #include "sandbox/contract/contract.h"
 #include "sandbox/contract/dal_routes.h"
 #include "sandbox/store/store.h"
+#include "sandbox/stubs/stub.h"
 
 namespace bvconn::sandbox {
 
@@ -33,6 +34,8 @@ struct Sandbox {
   /// The answer to GetDisabledServices.
   std::string disabled_services;
   Logins logins;
+  /// Guards itself.
+  StubBook stubs{};
   std::mutex mutex{};
 };
 

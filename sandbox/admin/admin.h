@@ -40,5 +40,9 @@ void expect_query(const AdminCall& call, const std::vector<std::string>& known);
 // guards.
 Reply get_disabled(AdminCall& call);
 Reply set_disabled(AdminCall& call);
+Reply get_stubs(AdminCall& call);
+Reply add_stubs(AdminCall& call);
+Reply clear_stubs(AdminCall& call);
+Reply remove_stub(AdminCall& call);
 
 }  // namespace bvconn::sandbox

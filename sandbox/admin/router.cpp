@@ -13,6 +13,10 @@ namespace {
 constexpr std::array kResources{
     AdminResource{"/admin/disabled", "GET", get_disabled},
     AdminResource{"/admin/disabled", "POST", set_disabled},
+    AdminResource{"/admin/stubs", "GET", get_stubs},
+    AdminResource{"/admin/stubs", "POST", add_stubs},
+    AdminResource{"/admin/stubs", "DELETE", clear_stubs},
+    AdminResource{"/admin/stubs/", "DELETE", remove_stub},
 };
 
 /// What of the path lies below the resource's; nothing where it is another's path.

@@ -16,6 +16,7 @@ namespace {
 constexpr std::array kCommands{
     Command{"disabled", "Show or replace the disabled methods that the data access layer tells",
             prepare_disabled},
+    Command{"stubs", "Set, list or take back answers of your own", prepare_stubs},
 };
 
 constexpr std::array kServices{

@@ -171,4 +171,12 @@ std::string Contract::unknown_method(const RequestFacts& request) const {
          listed(siblings, ", ", quoted);
 }
 
+std::vector<const OperationForm*> Contract::forms() const {
+  std::vector<const OperationForm*> forms;
+  for (const MethodContract& method : methods_) {
+    for (const RequestShape& shape : method.shapes) forms.push_back(&shape.form);
+  }
+  return forms;
+}
+
 }  // namespace bvconn::sandbox

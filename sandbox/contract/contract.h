@@ -71,6 +71,8 @@ class Contract {
   /// The forms that the parameters of a request fit; where they fit none, those that they fit
   /// farthest. They live as long as the contract.
   std::vector<const OperationForm*> forms_of(const RequestFacts& request) const;
+  /// Of all requests that there are.
+  std::vector<const OperationForm*> forms() const;
 
  private:
   const MethodContract* find(std::string_view service, std::string_view name) const;

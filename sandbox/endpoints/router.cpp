@@ -1,13 +1,16 @@
 #include <exception>
+#include <utility>
 
 #include "sandbox/endpoints/asked.h"
 #include "sandbox/endpoints/endpoints.h"
+#include "sandbox/endpoints/stubbed.h"
 
 namespace bvconn::sandbox {
 namespace {
 
 Reply answer_asked(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
   if (asked.refusal) return *asked.refusal;
+  if (auto reply = stubbed(sandbox, operations, asked)) return std::move(*reply);
   return asked.exchange.route == Route::kSoap ? answer_soap(sandbox, operations, asked)
                                               : answer_dal(sandbox, operations, asked);
 }

@@ -59,6 +59,12 @@ std::string reply_text(const Operations::Name& name, const Method& method, Sandb
   return envelope.Serialize();
 }
 
+std::string escaped(std::string_view text) {
+  std::string xml;
+  append_escaped(xml, text);
+  return xml;
+}
+
 // Written by hand: an envelope object makes requests and their answers, and a fault is neither.
 std::string fault_text(const Fault& fault) {
   std::string xml =

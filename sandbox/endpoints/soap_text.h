@@ -15,4 +15,7 @@ std::string reply_text(const Operations::Name& name, const Method& method, Sandb
 /// The text of an envelope that holds a fault.
 std::string fault_text(const Fault& fault);
 
+/// The text as it can stand in an element.
+std::string escaped(std::string_view text);
+
 }  // namespace bvconn::sandbox
