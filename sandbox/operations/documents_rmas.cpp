@@ -3,6 +3,7 @@
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
+#include "sandbox/operations/today.h"
 #include "sandbox/store/documents_forms.h"
 #include "sandbox/store/documents_tree.h"
 
@@ -31,6 +32,7 @@ void save_rma(SoapCall& call) {
 
 void submit_rma(SoapCall& call) {
   const SoapNode tree = document_at(call, 0);
+  set_child(tree, "DateSubmitted", today());
   answer_state(call, kRmaKind, keep_document(call, kRmaKind, tree, {}, "SUBMITTED"));
 }
 

@@ -75,12 +75,12 @@ class BoundCriterion {
       return;
     }
     wanted_ = texts_at(call, criterion.place);
-    if (criterion.match == Match::kNumber) {
+    if (is_number()) {
       for (std::string& each : wanted_) each = without_zeros(each);
     }
     std::erase(wanted_, "");
     open_ = wanted_.empty();
-    if (!open_ && (criterion.match == Match::kFrom || criterion.match == Match::kTo)) {
+    if (!open_ && is_day()) {
       day_ = conversions::date_of(wanted_.front());
       if (!day_) refuse("'" + wanted_.front() + "' is no date");
     }
@@ -95,6 +95,13 @@ class BoundCriterion {
     return criterion_.match == Match::kAny || criterion_.match == Match::kOnly ||
            criterion_.match == Match::kNot;
   }
+  bool is_number() const {
+    return criterion_.match == Match::kNumber || criterion_.match == Match::kOwnNumber;
+  }
+  bool is_day() const {
+    return criterion_.match == Match::kFrom || criterion_.match == Match::kTo ||
+           criterion_.match == Match::kOn;
+  }
   bool fits_text(const std::string& text) const;
   bool fits_day(const std::string& text) const;
 
@@ -108,6 +115,7 @@ bool BoundCriterion::fits(const SoapNode& row) const {
   if (criterion_.match == Match::kNot) {
     return child_text(row, criterion_.field) != criterion_.value;
   }
+  if (criterion_.match == Match::kOwnNumber && !child(row, criterion_.field)) return true;
   for (const SoapNode& each : row.Nodes()) {
     if (each.Name() == criterion_.field && fits_text(simple_text(each.Value()))) return true;
   }
@@ -121,7 +129,7 @@ bool BoundCriterion::fits_text(const std::string& text) const {
     const std::string wanted = lower(each);
     if (criterion_.match == Match::kContains) {
       if (lower(text).find(wanted) != std::string::npos) return true;
-    } else if (criterion_.match == Match::kNumber) {
+    } else if (is_number()) {
       if (without_zeros(lower(text)) == wanted) return true;
     } else if (lower(text) == wanted) {
       return true;
@@ -134,7 +142,9 @@ bool BoundCriterion::fits_day(const std::string& text) const {
   constexpr std::int64_t kDay = 86'400'000;
   const auto date = conversions::date_of(text);
   if (!date) return false;
-  if (criterion_.match == Match::kFrom) return date->milliseconds >= day_->milliseconds;
+  const bool is_early = date->milliseconds < day_->milliseconds;
+  if (criterion_.match == Match::kFrom) return !is_early;
+  if (criterion_.match == Match::kOn && is_early) return false;
   return date->milliseconds < day_->milliseconds + kDay;
 }
 

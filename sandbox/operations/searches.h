@@ -12,15 +12,17 @@
 namespace bvconn::sandbox {
 
 enum class Match {
-  kEquals,    ///< in any case; "" leaves it open
-  kContains,  ///< in any case; "" leaves it open
-  kNumber,    ///< as `kEquals`, without leading zeros; 0 leaves it open
-  kAmong,     ///< one of an array, or of a text with ";" in between
-  kFrom,      ///< a day, or a later one
-  kTo,        ///< a day, or an earlier one
-  kAny,       ///< a flag; of those with the same field one that is set has to fit
-  kOnly,      ///< a flag; when it is set the field has to be `value`
-  kNot,       ///< a flag; when it is set the field may not be `value`
+  kEquals,     ///< in any case; "" leaves it open
+  kContains,   ///< in any case; "" leaves it open
+  kNumber,     ///< as `kEquals`, without leading zeros; 0 leaves it open
+  kOwnNumber,  ///< as `kNumber`; a row without the field fits too
+  kAmong,      ///< one of an array, or of a text with ";" in between
+  kFrom,       ///< a day, or a later one
+  kTo,         ///< a day, or an earlier one
+  kOn,         ///< a day
+  kAny,        ///< a flag; of those with the same field one that is set has to fit
+  kOnly,       ///< a flag; when it is set the field has to be `value`
+  kNot,        ///< a flag; when it is set the field may not be `value`
 };
 
 /// The parameter in this place, and the field of a row that it is compared with.
@@ -37,8 +39,9 @@ using Rows = std::vector<SoapNode>;
 Rows matching(const SoapCall& call, const Rows& rows, const std::vector<Criterion>& criteria);
 void answer_rows(SoapCall& call, const Rows& rows);
 
-/// A row of each document of a kind that is not deactivated.
-Rows document_rows(SoapCall& call, const DocumentKind& kind);
+/// A row of each document of a kind that is not deactivated; or a row of each revision of it that
+/// is known, the latest first.
+Rows document_rows(SoapCall& call, const DocumentKind& kind, bool all_revisions = false);
 /// Whether somebody deactivated the document.
 bool is_deactivated(const SoapNode& document);
 

@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <map>
 #include <string>
@@ -124,6 +125,7 @@ class DocumentRows {
   SoapNode row_of(const Document& document, const SoapNode& tree) {
     const SoapNode row = SoapNode::make(tree.Name());
     add_texts(tree, row);
+    row.Nodes().Create("Revision", static_cast<std::int32_t>(document.revision));
     if (const SoapNode customer = child(tree, "Customer")) {
       add_customer(find_text(customer, {"GID"}), find_text(customer, {"Name"}), row);
     }
@@ -146,7 +148,8 @@ class DocumentRows {
     row.Nodes().Create("CustomerState", child_text(known->second, "State"));
     row.Nodes().Create("CustomerCountry", child_text(known->second, "Country"));
   }
-  /// A quote is where its project is; a project is found by its quotes, an order by its own.
+  /// A quote is where its project is, and an order is one of its project; a project is found by its
+  /// quotes, an order by its own.
   void add_relatives(const Document& document, const SoapNode& row) {
     if (document.kind == kProjectKind.name) {
       for (const Document& quote : documents_.children(kQuoteKind, document.gid)) {
@@ -156,13 +159,23 @@ class DocumentRows {
     const auto parent = documents_.find(document.parent);
     if (!parent) return;
     if (parent->kind == kQuoteKind.name) row.Nodes().Create("QuoteNumber", parent->number);
-    if (document.kind != kQuoteKind.name) return;
-    const SoapNode project = parent->tree();
-    for (const char* name : {"City", "State", "Country", "BidDate", "DodgeNumber"}) {
-      const std::string text = child_text(project, name);
+    if (document.kind == kQuoteKind.name) {
+      add_from(*parent, {"City", "State", "Country", "BidDate", kDodge, kNational}, row);
+    } else if (const auto project = documents_.find(parent->parent)) {
+      add_from(*project, {kDodge, kNational}, row);
+    }
+  }
+  static void add_from(const Document& project, std::initializer_list<const char*> names,
+                       const SoapNode& row) {
+    const SoapNode tree = project.tree();
+    for (const char* name : names) {
+      const std::string text = child_text(tree, name);
       if (!text.empty() && !child(row, name)) row.Nodes().Create(name, text);
     }
   }
+
+  static constexpr const char* kDodge = "DodgeNumber";
+  static constexpr const char* kNational = "NationalAccount";
 
   Documents documents_;
   std::map<std::string, SoapNode> customers_;
@@ -175,8 +188,17 @@ struct DocumentSearch {
   const NamedCriteria& criteria;
 };
 
+/// Projects keep no revisions, and nobody can ask for them.
+bool wants_all_revisions(const SoapCall& call) {
+  for (const SoapNode& each : call.parameters) {
+    if (each.Name() == "GetAllRevisions") return to_boolean(each.Value());
+  }
+  return false;
+}
+
 Rows rows_found(SoapCall& call, const DocumentSearch& search) {
-  return matching(call, document_rows(call, search.kind), placed(call, search.criteria));
+  return matching(call, document_rows(call, search.kind, wants_all_revisions(call)),
+                  placed(call, search.criteria));
 }
 
 // No mail leaves the sandbox: it says to whom how much would go.
@@ -194,8 +216,10 @@ void add_search(Operations& operations, const DocumentSearch& search) {
 }
 
 void search_rma(SoapCall& call) {
-  static const std::vector<Criterion> kCriteria{
-      {0, "CustomerRefNumber"}, {1, "RMANumber"}, {2, "DistributorGID"}, {3, "DateSubmitted"}};
+  static const std::vector<Criterion> kCriteria{{0, "CustomerRefNumber"},
+                                                {1, "RMANumber"},
+                                                {2, "DistributorGID"},
+                                                {3, "DateSubmitted", Match::kOn}};
   answer_rows(call, matching(call, document_rows(call, kRmaKind), kCriteria));
 }
 
@@ -205,14 +229,22 @@ bool is_deactivated(const SoapNode& document) {
   return child_text(document, "Active") == "False";
 }
 
-Rows document_rows(SoapCall& call, const DocumentKind& kind) {
+Rows document_rows(SoapCall& call, const DocumentKind& kind, bool all_revisions) {
   DocumentRows rows(call);
   const auto keys = call.sandbox.store.latest(kind, std::numeric_limits<std::int64_t>::max());
   Rows found;
   for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
-    const auto document = call.sandbox.store.documents().find(*key);
+    Documents documents = call.sandbox.store.documents();
+    const auto document = documents.find(*key);
     const SoapNode tree = document->tree();
-    if (!is_deactivated(tree)) found.push_back(rows.row_of(*document, tree));
+    if (is_deactivated(tree)) continue;
+    if (!all_revisions) {
+      found.push_back(rows.row_of(*document, tree));
+      continue;
+    }
+    for (const Document& each : documents.revisions(*document)) {
+      found.push_back(rows.row_of(each, each.tree()));
+    }
   }
   return found;
 }

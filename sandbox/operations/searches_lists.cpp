@@ -1,3 +1,4 @@
+#include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/searches.h"
 #include "sandbox/store/documents_tree.h"
 
@@ -72,7 +73,7 @@ std::vector<Criterion> queue_criteria() {
           {25, "QuickShip", Match::kOnly, "Y"}};
 }
 
-// ExSearch, place 10, asks for more than the sandbox has.
+// ExSearch, place 10, chooses where to look.
 std::vector<Criterion> customer_criteria() {
   return {{0, "Name", Match::kContains},
           {1, "Keyword", Match::kContains},
@@ -98,7 +99,6 @@ std::vector<ListSearch> people_searches() {
         {3, "State"},
         {4, "Country"}}},
       {"searchForAllAgents", "agent", {{0, "AgentID", Match::kNumber}}},
-      {"searchForCustomers", "customer", customer_criteria()},
       {"searchForCustomerAxillaryInfo", "customer", {{0, "GID"}, {1, "AgentID", Match::kNumber}}},
       {"searchForAllCustomersLite", "customer", {{0, "AgentID", Match::kNumber}}},
       {"searchForCustomer", "customer", {{0, "GID"}}},
@@ -148,6 +148,7 @@ std::vector<ListSearch> code_searches() {
         {3, "MaterialID"},
         {4, "UPCNumber"},
         {5, "Description", Match::kContains},
+        {6, "AgentID", Match::kOwnNumber},
         {7, "Country"},
         {8, "ManufacturerGID"},
         {9, "Classification"}}},
@@ -172,6 +173,16 @@ void add_search(Operations& operations, const ListSearch& search) {
              });
 }
 
+/// The extended search looks among those, too, that are no customers yet.
+void search_for_customers(SoapCall& call) {
+  Lists lists = call.sandbox.store.lists();
+  Rows rows = lists.rows("customer");
+  if (to_boolean(call.parameters.Item(10).Value())) {
+    for (const SoapNode& each : lists.rows("prospect")) rows.push_back(each);
+  }
+  answer_rows(call, matching(call, rows, customer_criteria()));
+}
+
 void search_for_default_agents(SoapCall& call) {
   Rows found;
   for (const SoapNode& agent : call.sandbox.store.lists().rows("agent")) {
@@ -185,6 +196,7 @@ void search_for_default_agents(SoapCall& call) {
 void add_list_searches(Operations& operations) {
   for (const ListSearch& each : people_searches()) add_search(operations, each);
   for (const ListSearch& each : code_searches()) add_search(operations, each);
+  add_method(operations, kSearch, "searchForCustomers", search_for_customers);
   add_method(operations, kSearch, "searchForDefaultAgents", search_for_default_agents);
 }
 

@@ -2,6 +2,7 @@
 #include "sandbox/operations/documents.h"
 #include "sandbox/operations/locks.h"
 #include "sandbox/operations/searches.h"
+#include "sandbox/operations/today.h"
 #include "sandbox/store/documents_forms.h"
 #include "sandbox/store/documents_tree.h"
 
@@ -50,6 +51,7 @@ void create_order_from_template(SoapCall& call) {
   if (const std::string name = key_at(call, 1); !name.empty()) set_child(tree, "Name", name);
   set_child(tree, "City", key_at(call, 2));
   set_child(tree, "State", key_at(call, 3));
+  set_child(tree, "CreateDate", today());
   documents.keep(kOrderKind, order, tree);
   call.results.Append(tree);
 }

@@ -74,28 +74,33 @@ std::optional<Document> order_at(SoapCall& call) {
   return call.sandbox.store.documents().find_by_number(kOrderKind, key_at(call, 0));
 }
 
-// What the sandbox knows of the past of an order is its revision alone.
+// Of the past of an order its last revisions are known.
 void search_for_header_history(SoapCall& call) {
   const auto order = order_at(call);
   SoapNodes answer = begin_answer(call);
   if (!order) return;
-  SoapNodes fields = append_group(answer, "History").Nodes();
-  fields.Create("OrderNumber", order->number);
-  fields.Create("Revision", static_cast<std::int32_t>(order->revision));
-  fields.Create("Status", order->status);
+  for (const Document& each : call.sandbox.store.documents().revisions(*order)) {
+    SoapNodes fields = append_group(answer, "History").Nodes();
+    fields.Create("OrderNumber", order->number);
+    fields.Create("Revision", static_cast<std::int32_t>(each.revision));
+    fields.Create("Status", child_text(each.tree(), "Status"));
+  }
 }
 
 void search_for_line_history(SoapCall& call) {
   const auto order = order_at(call);
   SoapNodes answer = begin_answer(call);
   if (!order) return;
-  const SoapNode tree = order->tree();
-  for (const SoapNode& line : lines_of(tree)) {
-    SoapNodes fields = append_group(answer, "History").Nodes();
-    fields.Create("OrderNumber", order->number);
-    fields.Create("LineItemGID", line_key(line));
-    fields.Create("CatalogNumber", child_text(line, "CatalogNumber"));
-    fields.Create("Quantity", static_cast<std::int32_t>(child_number(line, "Quantity")));
+  for (const Document& each : call.sandbox.store.documents().revisions(*order)) {
+    const SoapNode tree = each.tree();
+    for (const SoapNode& line : lines_of(tree)) {
+      SoapNodes fields = append_group(answer, "History").Nodes();
+      fields.Create("OrderNumber", order->number);
+      fields.Create("Revision", static_cast<std::int32_t>(each.revision));
+      fields.Create("LineItemGID", line_key(line));
+      fields.Create("CatalogNumber", child_text(line, "CatalogNumber"));
+      fields.Create("Quantity", static_cast<std::int32_t>(child_number(line, "Quantity")));
+    }
   }
 }
 

@@ -1,5 +1,6 @@
 #include "sandbox/store/schema_steps.h"
 
+#include "sandbox/store/criteria_seed.h"
 #include "sandbox/store/documents_seed.h"
 #include "sandbox/store/entries.h"
 #include "sandbox/store/lists.h"
@@ -188,6 +189,8 @@ CREATE INDEX invoices_by_customer ON invoices (customer_gid);
 CREATE INDEX invoices_by_date ON invoices (invoice_date);
 )sql";
 
+constexpr const char* kCriteriaTables = "CREATE INDEX documents_by_kind ON documents (kind)";
+
 void fill_entries_of_invoices(Database& database, std::uint64_t) {
   complete_invoices(database);
   fill_reconciles(database);
@@ -211,6 +214,7 @@ const std::vector<SchemaStep>& schema_steps() {
       {.tables = kListsTables,
        .fill = [](Database& database, std::uint64_t) { fill_lists(database); }},
       {.tables = kRevisionsTables, .fill = fill_revisions},
+      {.tables = kCriteriaTables, .fill = fill_criteria},
   };
   return steps;
 }
