@@ -1,5 +1,7 @@
 #include "sandbox/stubs/stub_answer.h"
 
+#include <charconv>
+
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/soap/soap_envelope.h"
@@ -54,41 +56,60 @@ bool is_envelope(const std::string& xml) {
   return document.load(xml) && document.documentElement().Name() == "Envelope";
 }
 
-/// Whether the text is the envelope of a fault; throws where clients could not read it.
+/// Whether the text is the envelope of a fault. Throws BadStub where clients could not read it.
 bool is_fault(const std::string& envelope) {
   try {
     SoapEnvelope::make().Parse(envelope, "");
     return false;
   } catch (const Error& error) {
     if (error.number == error_numbers::kSoapFault) return true;
-    throw;
+    throw BadStub("The answer is an Envelope that cannot be read: " + error.description);
   }
 }
 
-/// An element name of its own, so that an answer cannot end it.
+/// An element name of its own, so that an answer cannot end it. The answer begins on line 2.
 std::string wrapped(std::string_view children) {
   std::string xml = "<answer-of-a-stub";
-  xml.append(kTypes).append(">").append(children).append("</answer-of-a-stub>");
+  xml.append(kTypes).append(">\n").append(children).append("</answer-of-a-stub>");
   return xml;
+}
+
+/// What is wrong with a wrapped answer, with the line that its author sees.
+std::string complaint_of(std::string text) {
+  constexpr std::string_view kLine = ": line ";
+  const auto at = text.find(kLine);
+  if (at == std::string::npos) return text;
+  const auto digits = at + kLine.size();
+  std::size_t line = 0;
+  const auto read = std::from_chars(text.data() + digits, text.data() + text.size(), line);
+  const auto end = static_cast<std::size_t>(read.ptr - text.data());
+  if (read.ec == std::errc() && line > 1) {
+    text.replace(digits, end - digits, std::to_string(line - 1));
+  }
+  return text;
+}
+
+void expect_well_formed(const std::string& children) {
+  try {
+    node_from_xml(wrapped(children));
+  } catch (const Error& error) {
+    throw BadStub("The answer is no well-formed XML: " + complaint_of(error.description));
+  }
 }
 
 }  // namespace
 
 void read_answer(StubRule& rule) {
   rule.pieces = pieces_of(rule.answer);
-  try {
-    // A hole may stand wherever a text may, and nowhere else.
-    for (const std::string_view value : {"x", "1 &lt;&quot;"}) {
-      const std::string xml = filled_with(rule, value);
-      rule.is_envelope = is_envelope(xml);
-      if (rule.is_envelope) {
-        rule.is_fault = is_fault(xml);
-      } else {
-        node_from_xml(wrapped(xml));
-      }
+  // A hole may stand wherever a text may, and nowhere else.
+  for (const std::string_view value : {"x", "1 &lt;&quot;"}) {
+    const std::string xml = filled_with(rule, value);
+    rule.is_envelope = is_envelope(xml);
+    if (rule.is_envelope) {
+      rule.is_fault = is_fault(xml);
+    } else {
+      expect_well_formed(xml);
     }
-  } catch (const Error& error) {
-    throw BadStub("The answer is no well-formed XML: " + error.description);
   }
 }
 

@@ -94,7 +94,10 @@ TEST(StubRule, IsRefusedWhereItCanNeverAnswer) {
   };
   const std::string known = R"({"operation": "BVInvoiceConnector.GetInvoice", )";
   for (const Case& each : {
-           Case{R"("answer": "<a>")", "The answer is no well-formed XML: "},
+           Case{R"("answer": "<a>\n<b>")",
+                "The answer is no well-formed XML: The text is not well-formed XML: line 2, column "
+                "4: "},
+           Case{R"("answer": "<Envelope/>")", "The answer is an Envelope that cannot be read: "},
            Case{R"("answer": "</answer>")", "The answer is no well-formed XML: "},
            Case{R"("answer": "<{{strInvoiceUID}}/>")", "The answer is no well-formed XML: "},
            Case{R"("answer": "<a>{{strInvoiceUID</a>")", "The answer has a '{{' without its '}}'"},
