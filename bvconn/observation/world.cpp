@@ -134,7 +134,7 @@ class StandingClock final : public Clock {
   double timer() override { return 36'000; }
 };
 
-class SilentMessageBox final : public MessageBox {
+class SilentMessageBox final : public ModalMessage {
  public:
   void show(std::string_view, std::string_view) override {}
 };

@@ -2,7 +2,9 @@
 
 /// Marks what the shared library offers to its users; everything else stays hidden inside it.
 #if defined(_WIN32)
-#if defined(BVCONN_BUILDING)
+#if defined(BVCONN_STATIC)
+#define BVCONN_EXPORT
+#elif defined(BVCONN_BUILDING)
 #define BVCONN_EXPORT __declspec(dllexport)
 #else
 #define BVCONN_EXPORT __declspec(dllimport)

@@ -65,17 +65,22 @@ std::string environment(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-std::string user_file(const char* variable, std::string_view fallback, std::string_view name) {
-  std::string folder = environment(variable);
+std::string user_file(UserFolder kind, std::string_view name) {
+  const bool is_state = kind == UserFolder::kState;
+  std::string folder = environment(is_state ? "XDG_STATE_HOME" : "XDG_CONFIG_HOME");
   // A relative folder there would mean another one in each working directory.
   if (!folder.starts_with('/')) {
     folder = environment("HOME");
     if (folder.empty()) {
       return "";
     }
-    folder.append("/").append(fallback);
+    folder.append("/").append(is_state ? ".local/state" : ".config");
   }
   return folder.append("/").append(name);
+}
+
+std::string machine_file(std::string_view name) {
+  return std::string("/etc/").append(name);
 }
 
 bool make_folders_of(const std::string& path) {
@@ -86,6 +91,10 @@ bool make_folders_of(const std::string& path) {
     there = ::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST;
   }
   return there;
+}
+
+std::ptrdiff_t read_some(int file, char* to, std::size_t size) noexcept {
+  return ::read(file, to, size);
 }
 
 int write_all(int file, std::string_view bytes) noexcept {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -36,13 +38,21 @@ OpenedFile open_file(const std::string& path, int flags);
 /// The value of an environment variable; "" when it is not set.
 std::string environment(const char* name);
 
-/// A file of this user: below the folder that `variable` names, or else below `fallback` in the
-/// home folder. "" when the user has no home.
-std::string user_file(const char* variable, std::string_view fallback, std::string_view name);
+/// Where the user's programs keep what they write, and what the user sets.
+enum class UserFolder : std::uint8_t { kState, kSettings };
+
+/// A file of this user, by its name below such a folder. "" when the user has no home.
+std::string user_file(UserFolder folder, std::string_view name);
+/// A file of all users of the machine, for its administrator to write.
+std::string machine_file(std::string_view name);
 
 /// Makes the missing folders of a file's path, for their owner alone (0700). False when one is
 /// missing afterwards.
 bool make_folders_of(const std::string& path);
+
+/// Reads up to so many bytes: how many there were, 0 at the end; -1 on a failure, of which `errno`
+/// tells.
+std::ptrdiff_t read_some(int file, char* to, std::size_t size) noexcept;
 
 /// Writes all bytes, in one call as far as the system takes them so. The error number, or 0.
 int write_all(int file, std::string_view bytes) noexcept;

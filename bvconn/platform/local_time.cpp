@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <string_view>
 
 namespace bvconn::detail {
@@ -37,26 +36,6 @@ struct KnownZone {
 };
 constinit thread_local KnownZone known_zone;
 
-/// Days since 1970-01-01 in the proleptic Gregorian calendar.
-std::int64_t days_of(const std::tm& fields) {
-  const std::chrono::year_month_day day(
-      std::chrono::year(fields.tm_year + 1900),
-      std::chrono::month(static_cast<unsigned>(fields.tm_mon) + 1),
-      std::chrono::day(static_cast<unsigned>(fields.tm_mday)));
-  return std::chrono::sys_days(day).time_since_epoch().count();
-}
-
-LocalZone zone_by_system(std::int64_t unix_seconds) {
-  const auto moment = static_cast<std::time_t>(unix_seconds);
-  std::tm fields{};
-  if (localtime_r(&moment, &fields) == nullptr) return {};
-  // A leap second reads as the last ordinary one.
-  const std::int64_t second = fields.tm_sec > 59 ? 59 : fields.tm_sec;
-  const std::int64_t wall =
-      ((days_of(fields) * 24 + fields.tm_hour) * 60 + fields.tm_min) * 60 + second;
-  return {.ahead_s = wall - unix_seconds, .offset_s = fields.tm_gmtoff};
-}
-
 bool is_of(const KnownZone& known, const char* variable) {
   if (known.is_of_no_variable) return false;
   if (variable == nullptr || !known.has_variable) return variable == nullptr && !known.has_variable;
@@ -68,7 +47,7 @@ KnownZone& known_by(const char* variable) {
   KnownZone& known = known_zone;
   if (is_of(known, variable)) return known;
   known = KnownZone();
-  ::tzset();
+  take_up_zone();
   const std::string_view text = variable == nullptr ? std::string_view() : variable;
   known.is_of_no_variable = text.size() >= known.variable.size();
   if (known.is_of_no_variable) return known;
@@ -80,23 +59,17 @@ KnownZone& known_by(const char* variable) {
 /// Looks a span up that begins at a multiple of its length. Without a change of the clocks in it
 /// the system says the same of both ends.
 KnownSpan span_by_system(std::int64_t unix_seconds, std::int64_t length_s) {
-  ::tzset();
+  take_up_zone();
   const std::int64_t begin = unix_seconds - (unix_seconds % length_s + length_s) % length_s;
-  const LocalZone first = zone_by_system(begin);
-  const LocalZone last = zone_by_system(begin + length_s - 1);
+  const LocalZone first = system_zone(begin);
+  const LocalZone last = system_zone(begin + length_s - 1);
   if (first.ahead_s != last.ahead_s || first.offset_s != last.offset_s) return {};
   return {.begin_s = begin, .end_s = begin + length_s, .zone = first};
 }
 
-std::int64_t steady_seconds() {
-  timespec now{};
-  ::clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
-  return now.tv_sec;
-}
-
 LocalZone zone_in(KnownSpan& span, std::int64_t unix_seconds, std::int64_t length_s) {
   if (!span.holds(unix_seconds)) span = span_by_system(unix_seconds, length_s);
-  return span.holds(unix_seconds) ? span.zone : zone_by_system(unix_seconds);
+  return span.holds(unix_seconds) ? span.zone : system_zone(unix_seconds);
 }
 
 }  // namespace

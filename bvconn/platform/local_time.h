@@ -2,18 +2,14 @@
 
 #include <cstdint>
 
+#include "bvconn/platform/local_zone.h"
+
 /// Local time without asking the system for it each time; not a part of the interface.
 namespace bvconn::detail {
 
-/// How the clocks on the wall stand at one moment.
-struct LocalZone {
-  std::int64_t ahead_s = 0;   ///< what to add to seconds since 1970 for the calendar on the wall
-  std::int64_t offset_s = 0;  ///< of its name: "+0100" is 3600; the same but for leap seconds
-};
-
-/// The zone in force at a moment, in seconds since 1970, as `localtime_r` has it.
+/// The zone in force at a moment, in seconds since 1970, as `system_zone` has it.
 ///
-/// That function takes a lock which all threads of a process share. So each thread asks it once for
+/// The system takes a lock which all threads of a process share. So each thread asks it once for
 /// every quarter of an hour, at both ends, and again where the variable `TZ` says something else;
 /// within a quarter in which the clocks are changed it is asked each time. Another zone of the
 /// whole system shows from the next quarter on.

@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "bvconn/platform/exchange/exchange_file.h"
+#include "bvconn/platform/platform_message_box.h"
+#include "bvconn/platform/settings/system_settings.h"
 #include "bvconn/platform/thread_record.h"
 
 namespace bvconn::platform {
@@ -20,10 +22,10 @@ Platform system_platform() {
   return Platform{
       .transport = make_http_transport,
       .logger = make_file_logger,
-      .settings = make_settings_files,
+      .settings = detail::make_settings,
       .service_object = make_http_service_object,
       .clock = make_system_clock,
-      .message_box = make_stderr_message_box,
+      .message_box = detail::make_message_box,
       .exchange_listener = make_exchange_file,
   };
 }

@@ -28,7 +28,7 @@ struct BVCONN_EXPORT Platform {
   /// Makes a service object of the data access layer by its name.
   std::function<std::shared_ptr<ServiceObject>(std::string_view name)> service_object;
   std::function<std::shared_ptr<Clock>()> clock;
-  std::function<std::shared_ptr<MessageBox>()> message_box;
+  std::function<std::shared_ptr<ModalMessage>()> message_box;
   /// Makes what is shown each exchange, masked, when its call has ended. It may be missing, and so
   /// may what it makes.
   std::function<ExchangeLog::Listener()> exchange_listener{};

@@ -29,7 +29,7 @@ class SystemClock final : public Clock {
   static constexpr Date kDateOf1970{25'569LL * 24 * 60 * 60 * 1000};
 };
 
-class StderrMessageBox final : public MessageBox {
+class StderrMessageBox final : public ModalMessage {
  public:
   void show(std::string_view title, std::string_view text) override {
     std::string line;
@@ -44,7 +44,7 @@ std::shared_ptr<Clock> make_system_clock() {
   return std::make_shared<SystemClock>();
 }
 
-std::shared_ptr<MessageBox> make_stderr_message_box() {
+std::shared_ptr<ModalMessage> make_stderr_message_box() {
   return std::make_shared<StderrMessageBox>();
 }
 

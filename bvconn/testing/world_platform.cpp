@@ -253,7 +253,7 @@ class WorldClock final : public Clock {
   StatePointer state_;
 };
 
-class WorldMessageBox final : public MessageBox {
+class WorldMessageBox final : public ModalMessage {
  public:
   explicit WorldMessageBox(StatePointer state) : state_(std::move(state)) {}
   void show(std::string_view title, std::string_view text) override {

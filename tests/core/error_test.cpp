@@ -18,7 +18,7 @@ TEST(Error, SaysItsDescriptionToThoseWhoKnowOnlyExceptions) {
   }
 }
 
-TEST(MessageBox, OfALibraryWithoutAScreenIsALineOfStandardError) {
+TEST(ModalMessage, OfALibraryWithoutAScreenIsALineOfStandardError) {
   testing::internal::CaptureStderr();
   make_stderr_message_box()->show("The title", "what happened");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "[STOP] The title: what happened\n");

@@ -150,7 +150,7 @@ class StillClock final : public Clock {
   ThrowingWorld& world_;
 };
 
-class Box final : public MessageBox {
+class Box final : public ModalMessage {
  public:
   explicit Box(ThrowingWorld& world) : world_(world) {}
   void show(std::string_view, std::string_view) override { world_.step("MessageBox.show"); }

@@ -17,6 +17,7 @@
 namespace bvconn {
 namespace {
 
+using files_test::pipe_at;
 using files_test::TempFolder;
 using test::error_of;
 
@@ -74,7 +75,7 @@ TEST(AppendToFile, AFileThatCannotGrowIsAnError) {
 
 TEST(AppendToFile, APipeIsRefusedWithoutWaitingWhetherItIsReadOrNot) {
   const TempFolder folder;
-  const std::string path = folder.pipe("pipe.log");
+  const std::string path = pipe_at(folder.file("pipe.log"));
   const std::string refusal =
       "Cannot open the log file \"" + path + "\": It is neither a regular file nor /dev/null";
   const Error unread = error_of([&] { append_to_file(path, "line"); });

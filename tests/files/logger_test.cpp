@@ -18,6 +18,7 @@ namespace {
 using files_test::exists;
 using files_test::lines_of;
 using files_test::mode_of;
+using files_test::pipe_at;
 using files_test::ScopedEnvironment;
 using files_test::TempFolder;
 using testing::ElementsAre;
@@ -246,7 +247,7 @@ TEST_F(FileLogger, ALogThatCannotBeMadeIsSilent) {
 }
 
 TEST_F(FileLogger, APipeThatNobodyReadsHoldsUpNoLine) {
-  const ScopedEnvironment pipe("BVCONN_LOG_FILE", folder_.pipe("bvconn.log"));
+  const ScopedEnvironment pipe("BVCONN_LOG_FILE", pipe_at(folder_.file("bvconn.log")));
   const auto log = make_file_logger();
   EXPECT_NO_THROW(log->LogWarning("C", "m", "text", 0));
 }

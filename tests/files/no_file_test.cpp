@@ -21,7 +21,7 @@ class SettingsInNoFile : public SettingsFixture {
 };
 
 TEST_F(SettingsInNoFile, APipeIsRefusedWithoutWaiting) {
-  const std::string path = folder_.pipe("settings.toml");
+  const std::string path = pipe_at(folder_.file("settings.toml"));
   EXPECT_EQ(refusal(path), "Cannot read the settings file \"" + path +
                                "\": It is neither a regular file nor /dev/null");
 }
@@ -34,7 +34,7 @@ TEST_F(SettingsInNoFile, ADeviceIsRefused) {
 
 TEST_F(SettingsInNoFile, ThePipeOfALockIsRefused) {
   const ScopedEnvironment place("BVCONN_USER_SETTINGS", folder_.file("s.toml"));
-  const std::string path = folder_.pipe("s.toml.lock");
+  const std::string path = pipe_at(folder_.file("s.toml.lock"));
   EXPECT_EQ(writing_error().description, "Cannot lock the settings file \"" + path +
                                              "\": It is neither a regular file nor /dev/null");
 }

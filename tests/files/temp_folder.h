@@ -6,31 +6,63 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace bvconn::files_test {
 
+#if defined(_WIN32)
+
+inline std::string made_folder(const std::string& pattern) {
+  const std::string begin = pattern.substr(0, pattern.find('X'));
+  std::random_device random;
+  std::string path;
+  do {
+    path = begin + std::to_string(random());
+  } while (!std::filesystem::create_directory(path));
+  return path;
+}
+
+inline void set_variable(const char* name, const char* value) {
+  ::_putenv_s(name, value == nullptr ? "" : value);
+}
+
+#else
+
+inline std::string made_folder(std::string pattern) {
+  return ::mkdtemp(pattern.data());
+}
+
+inline void set_variable(const char* name, const char* value) {
+  if (value == nullptr) {
+    ::unsetenv(name);
+  } else {
+    ::setenv(name, value, 1);
+  }
+}
+
+/// Makes a named pipe, and gives its path.
+inline std::string pipe_at(std::string path) {
+  ::mkfifo(path.c_str(), 0600);
+  return path;
+}
+
+#endif
+
 /// A folder of a test's own, removed with all that it holds.
 class TempFolder {
  public:
   TempFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "bvconn-files-XXXXXX").string();
-    path_ = ::mkdtemp(name.data());
+    path_ = made_folder(name);
   }
   ~TempFolder() { std::filesystem::remove_all(path_); }
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
 
   std::string file(std::string_view name) const { return path_ + "/" + std::string(name); }
-
-  /// Makes a named pipe, and gives its path.
-  std::string pipe(std::string_view name) const {
-    std::string path = file(name);
-    ::mkfifo(path.c_str(), 0600);
-    return path;
-  }
 
  private:
   std::string path_;
@@ -43,23 +75,15 @@ class ScopedEnvironment {
     const char* old = std::getenv(name);
     had_ = old != nullptr;
     old_ = had_ ? old : "";
-    set(value);
+    set_variable(name, value);
   }
   ScopedEnvironment(const char* name, const std::string& value)
       : ScopedEnvironment(name, value.c_str()) {}
-  ~ScopedEnvironment() { set(had_ ? old_.c_str() : nullptr); }
+  ~ScopedEnvironment() { set_variable(name_, had_ ? old_.c_str() : nullptr); }
   ScopedEnvironment(const ScopedEnvironment&) = delete;
   ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
 
  private:
-  void set(const char* value) {
-    if (value == nullptr) {
-      ::unsetenv(name_);
-    } else {
-      ::setenv(name_, value, 1);
-    }
-  }
-
   const char* name_;
   bool had_ = false;
   std::string old_;

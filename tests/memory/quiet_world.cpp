@@ -77,7 +77,7 @@ class QuietClock final : public Clock {
   double timer() override { return 36000; }
 };
 
-class QuietMessageBox final : public MessageBox {
+class QuietMessageBox final : public ModalMessage {
  public:
   explicit QuietMessageBox(QuietWorld& world) : world_(world) {}
   void show(std::string_view, std::string_view text) override {

@@ -133,7 +133,10 @@ TEST(ReadValue, OfDatesHasNoZone) {
                                                         .millisecond = 0}));
 }
 
-/// Sets the zone of the process for the length of a test.
+#if !defined(_WIN32)
+
+/// Sets the zone of the process for the length of a test, as its environment can wherever the
+/// system does not keep the zone to itself.
 class ZoneOf {
  public:
   explicit ZoneOf(const char* zone) {
@@ -196,6 +199,8 @@ TEST(VariantToDate, TakesAMomentWithAZoneAsLocalTimeToo) {
   EXPECT_EQ(to_date("2007-01-05T03:04:00Z"), evening);
   EXPECT_EQ(to_date(" 2007-01-05T05:04:00+02:00\n"), evening);
 }
+
+#endif
 
 TEST(ReadValue, OfAQualifiedNameIsResolvedWhereItStands) {
   EXPECT_EQ(first_parameter("<a xmlns:t='urn:t' xsi:type='xsd:QName'> t:x </a>").Value(),

@@ -19,6 +19,14 @@ constinit thread_local std::size_t asked = 0;
 constinit thread_local bool onward = false;
 constinit thread_local bool struck = false;
 
+std::size_t usable_size(void* memory) {
+#if defined(_WIN32)
+  return ::_msize(memory);
+#else
+  return ::malloc_usable_size(memory);
+#endif
+}
+
 void* allocated(std::size_t size) {
   if (failing != 0) {
     ++asked;
@@ -31,14 +39,14 @@ void* allocated(std::size_t size) {
   if (memory == nullptr) throw std::bad_alloc();
   ++made;
   ++living;
-  bytes_living += malloc_usable_size(memory);
+  bytes_living += usable_size(memory);
   return memory;
 }
 
 void released(void* memory) noexcept {
   if (memory == nullptr) return;
   --living;
-  bytes_living -= malloc_usable_size(memory);
+  bytes_living -= usable_size(memory);
   std::free(memory);
 }
 

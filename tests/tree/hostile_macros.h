@@ -1,7 +1,8 @@
 #pragma once
 
-// What some platforms' headers do to an application: min and max are macros. The standard library
-// takes such macros back where it needs the names, so all of it comes first.
+// What some platforms' headers do to an application: min and max are macros, and so is a function's
+// name. The standard library takes such macros back where it needs the names, so all of it comes
+// first.
 #include <algorithm>
 #include <any>
 #include <array>
@@ -54,3 +55,4 @@
 
 #define min(a, b) (((a) < (b)) ? (a) : (b))
 #define max(a, b) (((a) > (b)) ? (a) : (b))
+#define MessageBox MessageBoxW

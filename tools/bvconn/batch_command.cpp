@@ -1,8 +1,5 @@
 #include "batch_command.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <iostream>
 #include <memory>
 #include <string>
@@ -11,15 +8,12 @@
 #include "connection_scope.h"
 #include "dal_login.h"
 #include "status.h"
+#include "system.h"
 
 namespace bvconn::tool {
 
 int run_batch(const BatchOptions& options, std::ostream& out, std::ostream& err) {
-  // Reading a folder fails in a way that a stream takes for the end of the input.
-  struct stat input {};
-  if (::fstat(STDIN_FILENO, &input) == 0 && S_ISDIR(input.st_mode)) {
-    throw UsageError("standard input is a folder");
-  }
+  if (is_standard_input_a_folder()) throw UsageError("standard input is a folder");
   const ConnectionScope scope(options.connection);
   if (!options.connection.dal.empty()) {
     if (const auto failure = log_in_to_dal(options.connection)) {

@@ -1,9 +1,5 @@
 #include "doctor_checks.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
@@ -18,6 +14,7 @@
 #include "library_settings.h"
 #include "mask_urls.h"
 #include "reachability.h"
+#include "system.h"
 #include "target.h"
 
 namespace bvconn::tool {
@@ -93,19 +90,12 @@ Check check_log() {
 void check_exchanges(std::vector<Check>& checks) {
   const char* path = std::getenv("BVCONN_EXCHANGES");
   if (path == nullptr || *path == '\0') return;
-  constexpr int kFlags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-  const int file = ::open(path, kFlags, 0600);
-  const int code = errno;
-  struct stat state {};
-  const bool regular = file >= 0 && ::fstat(file, &state) == 0 && S_ISREG(state.st_mode);
-  if (file >= 0) ::close(file);
+  const std::string trouble = trouble_with_appending(path);
   const std::string name = "exchanges";
-  if (regular) {
+  if (trouble.empty()) {
     checks.push_back(ok(name, std::string(path) + " can be written"));
   } else {
-    checks.push_back(failed(name,
-                            std::string(path) + " cannot be written: " +
-                                (file < 0 ? std::strerror(code) : "it is no regular file"),
+    checks.push_back(failed(name, std::string(path) + " cannot be written: " + trouble,
                             "Exchanges are lost. Name another file with BVCONN_EXCHANGES, or "
                             "give this user the right to write it."));
   }

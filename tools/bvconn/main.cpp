@@ -1,5 +1,4 @@
 #include <CLI/CLI.hpp>
-#include <csignal>
 #include <cstring>
 #include <exception>
 #include <functional>
@@ -8,8 +7,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <unistd.h>
 
 #include "batch_command.h"
 #include "call_command.h"
@@ -23,6 +20,7 @@
 #include "standard_output.h"
 #include "status.h"
 #include "support_commands.h"
+#include "system.h"
 #include "trace_options.h"
 
 namespace {
@@ -95,8 +93,8 @@ Subcommand add_call(CLI::App& app) {
             install_trace(all->trace);
             const int status = run_call(call, {.out = std::cout,
                                                .err = std::cerr,
-                                               .out_terminal = Terminal::of(STDOUT_FILENO),
-                                               .err_terminal = Terminal::of(STDERR_FILENO)});
+                                               .out_terminal = Terminal::of(kStandardOutput),
+                                               .err_terminal = Terminal::of(kStandardError)});
             return traced_status(all->trace, status, std::cerr);
           }};
 }
@@ -204,8 +202,7 @@ int run_and_report(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A reader that went away is an error of the write, not the end of this process.
-  std::signal(SIGPIPE, SIG_IGN);
+  survive_broken_pipes();
   hold_standard_files();
   StandardOutput output;
   const int status = run_and_report(argc, argv);

@@ -1,16 +1,7 @@
 #include "reachability.h"
 
-#include <netdb.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstring>
 #include <future>
-#include <memory>
 #include <thread>
 #include <utility>
 
@@ -24,49 +15,6 @@ using Clock = std::chrono::steady_clock;
 
 milliseconds since(Clock::time_point begin) {
   return std::chrono::duration_cast<milliseconds>(Clock::now() - begin);
-}
-
-Resolved look_up(const std::string& host, const std::string& port) {
-  Resolved resolved;
-  addrinfo hints{};
-  hints.ai_family = AF_UNSPEC;
-  hints.ai_socktype = SOCK_STREAM;
-  addrinfo* list = nullptr;
-  const int code = ::getaddrinfo(host.c_str(), port.c_str(), &hints, &list);
-  if (code != 0) {
-    resolved.trouble = ::gai_strerror(code);
-    return resolved;
-  }
-  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(list, &::freeaddrinfo);
-  for (const addrinfo* each = list; each != nullptr; each = each->ai_next) {
-    SocketAddress address;
-    address.size = std::min<socklen_t>(each->ai_addrlen, sizeof(address.storage));
-    std::memcpy(&address.storage, each->ai_addr, address.size);
-    resolved.addresses.push_back(address);
-  }
-  return resolved;
-}
-
-/// The error number of connecting, or 0. The socket's own error tells what became of it.
-int try_to_connect(const SocketAddress& address, milliseconds patience) {
-  constexpr int kKind = SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC;
-  const int file = ::socket(address.storage.ss_family, kKind, 0);
-  if (file < 0) return errno;
-  int code = 0;
-  if (::connect(file, reinterpret_cast<const sockaddr*>(&address.storage), address.size) != 0) {
-    code = errno;
-  }
-  if (code == EINPROGRESS) {
-    pollfd waiting{.fd = file, .events = POLLOUT, .revents = 0};
-    socklen_t size = sizeof(code);
-    if (::poll(&waiting, 1, static_cast<int>(std::max<std::int64_t>(patience.count(), 0))) <= 0) {
-      code = ETIMEDOUT;
-    } else if (::getsockopt(file, SOL_SOCKET, SO_ERROR, &code, &size) != 0) {
-      code = errno;
-    }
-  }
-  ::close(file);
-  return code;
 }
 
 }  // namespace
@@ -92,24 +40,17 @@ std::optional<HostAndPort> host_and_port(std::string_view url) {
   return found;
 }
 
-std::string SocketAddress::text() const {
-  std::array<char, NI_MAXHOST> host{};
-  const auto* address = reinterpret_cast<const sockaddr*>(&storage);
-  if (::getnameinfo(address, size, host.data(), host.size(), nullptr, 0, NI_NUMERICHOST) != 0) {
-    return "an unknown address";
-  }
-  return host.data();
-}
-
 Resolved resolve(const std::string& host, const std::string& port, milliseconds patience) {
   const auto begin = Clock::now();
   // The system's call knows no time-out. One that hangs is left behind, with all that it needs.
-  std::packaged_task<Resolved()> task([host, port] { return look_up(host, port); });
-  std::future<Resolved> answer = task.get_future();
+  std::packaged_task<LookedUp()> task([host, port] { return look_up(host, port); });
+  std::future<LookedUp> answer = task.get_future();
   std::thread(std::move(task)).detach();
   Resolved resolved;
   if (answer.wait_for(patience) == std::future_status::ready) {
-    resolved = answer.get();
+    LookedUp found = answer.get();
+    resolved.addresses = std::move(found.addresses);
+    resolved.trouble = std::move(found.trouble);
   } else {
     resolved.trouble = "no answer within " + std::to_string(patience.count()) + " ms";
   }

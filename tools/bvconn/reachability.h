@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include <sys/socket.h>
+#include "sockets.h"
 
 /// The first steps of a request, one by one: a name becomes addresses, an address is connected to.
 /// Each takes a bounded time.
@@ -22,13 +22,6 @@ struct HostAndPort {
 
 /// Nothing for what is no such URL.
 std::optional<HostAndPort> host_and_port(std::string_view url);
-
-struct SocketAddress {
-  sockaddr_storage storage{};
-  socklen_t size = 0;
-
-  std::string text() const;  ///< "127.0.0.1"
-};
 
 struct Resolved {
   std::vector<SocketAddress> addresses;

@@ -1,20 +1,11 @@
 #include "standard_output.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <iostream>
 
-namespace bvconn::tool {
+#include "system.h"
 
-void hold_standard_files() {
-  for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    if (::fcntl(file, F_GETFD) >= 0 || errno != EBADF) continue;
-    // The lowest number that is free: this one.
-    static_cast<void>(::open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY));
-  }
-}
+namespace bvconn::tool {
 
 StandardOutput::StandardOutput() : before_(std::cout.rdbuf(this)) {
   setp(buffer_.data(), buffer_.data() + buffer_.size());
@@ -53,7 +44,8 @@ int StandardOutput::sync() {
 void StandardOutput::write(const char* text, std::size_t count) {
   const char* const end = text + count;
   while (failure_ == 0 && text != end) {
-    const ssize_t written = ::write(STDOUT_FILENO, text, static_cast<std::size_t>(end - text));
+    const std::ptrdiff_t written =
+        write_standard_output(text, static_cast<std::size_t>(end - text));
     if (written >= 0) {
       text += written;
     } else if (errno != EINTR) {

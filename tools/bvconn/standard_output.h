@@ -6,11 +6,6 @@
 
 namespace bvconn::tool {
 
-/// Gives each of the three standard files that the starter left closed to a file that can neither
-/// be read nor written in its direction: otherwise the next file or connection would get its
-/// number, and with it what is meant for a reader. Before anything is opened.
-void hold_standard_files();
-
 /// Standard output with a memory: the first failure of a write, which a stream of the standard
 /// library forgets. It takes the place of the buffer of `std::cout` while it lives.
 class StandardOutput final : public std::streambuf {

@@ -1,13 +1,8 @@
 #include "support_bundle.h"
 
-#include <sys/utsname.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdlib>
-#include <ctime>
 #include <deque>
 #include <sstream>
 #include <vector>
@@ -23,6 +18,7 @@
 #include "mask_urls.h"
 #include "settings_command.h"
 #include "status.h"
+#include "system.h"
 #include "text_lines.h"
 #include "text_mask.h"
 
@@ -48,6 +44,7 @@ constexpr std::array kVariables{
     Variable{"BVCONN_LOG_MASK"},
     Variable{"BVCONN_LOG_MAX_BYTES"},
     Variable{"BVCONN_TRACE_FILE"},
+    Variable{"BVCONN_MESSAGE_BOX"},
     Variable{"BVCONN_EXCHANGES"},
     Variable{"BVCONN_PROFILE"},
     Variable{"BVCONN_SERVER", Shown::kUrl},
@@ -142,22 +139,14 @@ class Bundle {
   }
 
   void add_versions() {
-    const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-    std::array<char, 64> time{};
-    std::tm local{};
-    ::localtime_r(&now, &local);
-    std::strftime(time.data(), time.size(), "%Y-%m-%dT%H:%M:%S%z", &local);
-    line("made", time.data());
+    line("made", local_time_text());
     line("bvconn", version_);
     line("HTTP", http_library_versions());
     line("compiler", __VERSION__);
-    utsname system{};
-    if (::uname(&system) == 0) {
-      line("system", std::string(system.sysname) + " " + system.release + " " + system.machine);
-    }
-    for (const std::string& each : lines_of(file_tail("/etc/os-release", kLogTail).text)) {
-      if (each.starts_with("PRETTY_NAME=")) line("distribution", each.substr(each.find('=') + 1));
-    }
+    const std::string system = system_name();
+    if (!system.empty()) line("system", system);
+    const std::string distribution = distribution_name();
+    if (!distribution.empty()) line("distribution", distribution);
   }
 
   void add_settings() {
@@ -182,8 +171,8 @@ class Bundle {
           break;
       }
     }
-    for (char** each = environ; *each != nullptr; ++each) {
-      const std::string_view entry(*each);
+    for (const std::string& each : variables()) {
+      const std::string_view entry(each);
       const std::string_view name = entry.substr(0, entry.find('='));
       const bool known = std::ranges::any_of(
           kVariables, [&](const Variable& variable) { return variable.name == name; });

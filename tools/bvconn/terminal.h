@@ -5,12 +5,15 @@
 
 namespace bvconn::tool {
 
+inline constexpr int kStandardOutput = 1;
+inline constexpr int kStandardError = 2;
+
 /// What an output is for: people at a terminal see colours, everything else plain text.
 struct Terminal {
   bool is_terminal = false;
   bool has_colours = false;
 
-  /// Standard output or standard error (1 or 2). Colours are for terminals alone, and not where
+  /// Of one of the two above. Colours are for terminals alone, and not where
   /// `NO_COLOR` is set or the terminal has none.
   static Terminal of(int file);
 

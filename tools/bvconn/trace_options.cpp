@@ -1,12 +1,7 @@
 #include "trace_options.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <charconv>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iostream>
@@ -15,6 +10,7 @@
 
 #include "bvconn/platform/platform.h"
 #include "status.h"
+#include "system.h"
 #include "trace_platform.h"
 
 namespace bvconn::tool {
@@ -32,14 +28,11 @@ bool is_mask(std::string_view text) {
 /// A trace holds what the application sends: the file is its owner's alone.
 std::shared_ptr<std::ostream> open_trace(const std::string& name) {
   if (name == "-") return {&std::cerr, [](std::ostream*) {}};
-  constexpr int kOwnerOnly = 0600;
-  const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kOwnerOnly);
-  const int code = errno;
-  if (file >= 0) ::close(file);
+  const int code = make_private_file(name);
   auto stream = std::make_shared<std::ofstream>(name, std::ios::binary);
-  if (file < 0 || !stream->is_open()) {
+  if (code != 0 || !stream->is_open()) {
     throw UsageError("--trace: cannot write " + name +
-                     (file < 0 ? std::string(": ") + std::strerror(code) : ""));
+                     (code != 0 ? std::string(": ") + std::strerror(code) : ""));
   }
   return stream;
 }
@@ -59,7 +52,7 @@ void add_trace_options(CLI::App& command, TraceOptions& options) {
 void install_trace(TraceOptions& options) {
   if (!options.mask.empty()) {
     if (!is_mask(options.mask)) throw UsageError("--mask: a number is expected");
-    ::setenv("BVCONN_LOG_MASK", options.mask.c_str(), 1);
+    set_variable("BVCONN_LOG_MASK", options.mask);
   }
   if (options.file.empty() && !options.reply) return;
   platform::Platform platform = platform::system_platform();

@@ -297,9 +297,9 @@ class TracedServiceObject final : public ServiceObject {
   std::shared_ptr<Trace> trace_;
 };
 
-class TracedMessageBox final : public MessageBox {
+class TracedMessageBox final : public ModalMessage {
  public:
-  TracedMessageBox(std::shared_ptr<MessageBox> inner, std::shared_ptr<Trace> trace)
+  TracedMessageBox(std::shared_ptr<ModalMessage> inner, std::shared_ptr<Trace> trace)
       : inner_(std::move(inner)), trace_(std::move(trace)) {}
 
   void show(std::string_view title, std::string_view text) override {
@@ -308,7 +308,7 @@ class TracedMessageBox final : public MessageBox {
   }
 
  private:
-  std::shared_ptr<MessageBox> inner_;
+  std::shared_ptr<ModalMessage> inner_;
   std::shared_ptr<Trace> trace_;
 };
 

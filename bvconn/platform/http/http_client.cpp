@@ -1,7 +1,6 @@
 #include "bvconn/platform/http/http_client.h"
 
 #include <fcntl.h>
-#include <poll.h>
 
 #include <cerrno>
 #include <optional>
@@ -13,6 +12,7 @@
 #include "bvconn/platform/files.h"
 #include "bvconn/platform/http/curl_errors.h"
 #include "bvconn/platform/http/http_url.h"
+#include "bvconn/platform/http/quiet_socket.h"
 
 namespace bvconn::detail {
 namespace {
@@ -100,8 +100,8 @@ std::unique_ptr<HttpHandle> HttpClient::take_handle(const HttpRequest& request) 
   const std::string proxy = proxy_of(request);
   if (is_https(request.url)) check_tls_files(request);
   if (handle_ != nullptr) {
-    pollfd kept{handle_->active_socket(), POLLIN, 0};
-    if (kept.fd == CURL_SOCKET_BAD || poll(&kept, 1, 0) == 0) {
+    const curl_socket_t kept = handle_->active_socket();
+    if (kept == CURL_SOCKET_BAD || is_quiet(kept)) {
       return std::move(handle_);
     }
     disconnect();

@@ -5,6 +5,7 @@
 
 #include "bvconn/platform/http/curl_errors.h"
 #include "bvconn/platform/http/http_url.h"
+#include "bvconn/platform/http/tls_options.h"
 
 namespace bvconn::detail {
 namespace {
@@ -47,17 +48,7 @@ void HttpHandle::set_up_tls(const HttpRequest& request) {
   option(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
   option(CURLOPT_SSL_VERIFYPEER, 1L);
   option(CURLOPT_SSL_VERIFYHOST, 2L);
-  if (!request.tls.ca_file.empty()) {
-    // Who names an authority trusts that one, not the system's store besides.
-    option(CURLOPT_CAINFO, request.tls.ca_file.c_str());
-    option(CURLOPT_CAPATH, static_cast<char*>(nullptr));
-  }
-  if (!request.tls.client_cert.empty()) {
-    option(CURLOPT_SSLCERT, request.tls.client_cert.c_str());
-  }
-  if (!request.tls.client_key.empty()) {
-    option(CURLOPT_SSLKEY, request.tls.client_key.c_str());
-  }
+  use_tls_files(handle_.get(), request);
   // Otherwise the TLS library would ask for the pass phrase of a key on the terminal, and wait.
   option(CURLOPT_KEYPASSWD, "");
 }

@@ -1,14 +1,9 @@
 #include "bvconn/platform/logging/append_file.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
 #include <thread>
 #include <utility>
 
@@ -37,30 +32,29 @@ detail::OpenedFile open_for_appending(const std::string& path) {
   return opened;
 }
 
-bool lock(int file, int kind) {
+bool lock(int file, detail::FileHold hold) {
   for (int attempt = 0; attempt < kLockAttempts; ++attempt) {
-    if (::flock(file, kind | LOCK_NB) == 0) return true;
-    if (errno != EWOULDBLOCK && errno != EINTR) return false;
+    const int code = detail::try_lock(file, hold);
+    if (code == 0) return true;
+    if (code != EWOULDBLOCK && code != EINTR) return false;
     std::this_thread::sleep_for(kLockPoll);
   }
   return false;
 }
 
 /// Whether the path still leads to the open file.
-bool leads_to(const std::string& path, const struct stat& open_file) {
-  struct stat named {};
-  return ::stat(path.c_str(), &named) == 0 && named.st_dev == open_file.st_dev &&
-         named.st_ino == open_file.st_ino;
+bool leads_to(const std::string& path, const detail::FileState& open_file) {
+  const auto named = detail::state_of(path);
+  return named && named->is_same_file(open_file);
 }
 
 /// Makes room for a new file of that name, or finds that somebody else has. The file itself is
 /// moved, not a link to it, so that the link goes on leading to where the log is wanted.
-bool put_aside(const std::string& path, int file, const struct stat& status) {
-  if (!lock(file, LOCK_EX)) return false;
-  if (!leads_to(path, status)) return true;
-  const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), &std::free);
-  if (real == nullptr) return false;
-  return std::rename(real.get(), (std::string(real.get()) + ".1").c_str()) == 0;
+bool put_aside(const std::string& path, int file, const detail::FileState& state) {
+  if (!lock(file, detail::FileHold::kAlone)) return false;
+  if (!leads_to(path, state)) return true;
+  const std::string real = detail::real_path(path);
+  return !real.empty() && detail::rename_file(real, real + ".1") == 0;
 }
 
 struct Appended {
@@ -75,21 +69,20 @@ Appended append(const std::string& path, std::string_view bytes, std::uint64_t m
     detail::OpenedFile opened = open_for_appending(path);
     if (!opened.file) return {.step = "open", .code = opened.code};
     const int file = opened.file.get();
-    struct stat status {};
+    const auto state = detail::state_of(file);
     // The lock of a device would be one for the whole system.
-    const bool is_locked =
-        ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && lock(file, LOCK_SH);
+    const bool is_locked = state && state->is_regular && lock(file, detail::FileHold::kShared);
     if (is_locked && attempt < kOpenAttempts) {
       // What the size was before the lock is no longer sure, but only a little is added meanwhile.
-      if (!leads_to(path, status)) continue;
-      const auto size = static_cast<std::uint64_t>(status.st_size);
+      if (!leads_to(path, *state)) continue;
+      const auto size = static_cast<std::uint64_t>(state->size);
       if (is_bounded && size != 0 && size + bytes.size() > max_bytes) {
-        is_bounded = put_aside(path, file, status);
+        is_bounded = put_aside(path, file, *state);
         continue;
       }
     }
     const int code = detail::write_all(file, bytes);
-    if (is_locked) ::flock(file, LOCK_UN);
+    if (is_locked) detail::unlock(file);
     return {.step = "write", .code = code, .file = std::move(opened.file)};
   }
 }
@@ -126,26 +119,24 @@ bool AppendedFile::append(std::string_view lines) {
 bool AppendedFile::append_and_keep(std::string_view line) {
   file_ = detail::Descriptor();
   Appended appended = bvconn::append(path_, line, max_bytes_);
-  struct stat status {};
-  if (appended.code == 0 && ::fstat(appended.file.get(), &status) == 0) {
-    device_ = status.st_dev;
-    inode_ = status.st_ino;
+  if (appended.code != 0) return false;
+  if (const auto state = detail::state_of(appended.file.get())) {
+    state_ = *state;
     file_ = std::move(appended.file);
   }
-  return appended.code == 0;
+  return true;
 }
 
 // Nothing where the file is none to write to any longer, and nothing of the line is in it.
 std::optional<bool> AppendedFile::append_to_open(std::string_view bytes) const {
-  struct stat status {};
-  if (::stat(path_.c_str(), &status) != 0 || status.st_dev != device_ || status.st_ino != inode_) {
-    return std::nullopt;
-  }
-  const auto size = static_cast<std::uint64_t>(status.st_size);
+  const auto named = detail::state_of(path_);
+  if (!named || !named->is_same_file(state_)) return std::nullopt;
+  const auto size = static_cast<std::uint64_t>(named->size);
   const bool is_full = max_bytes_ != 0 && size != 0 && size + bytes.size() > max_bytes_;
-  if (is_full && S_ISREG(status.st_mode)) return std::nullopt;
+  if (is_full && named->is_regular) return std::nullopt;
   if (detail::write_all(file_.get(), bytes) != 0) return false;
-  if (::fstat(file_.get(), &status) == 0 && status.st_nlink == 0) return std::nullopt;
+  const auto written = detail::state_of(file_.get());
+  if (written && written->links == 0) return std::nullopt;
   return true;
 }
 

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "bvconn/platform/file_state.h"
 #include "bvconn/platform/files.h"
 
 namespace bvconn {
@@ -48,8 +47,7 @@ class AppendedFile {
   std::string path_;
   std::uint64_t max_bytes_;
   detail::Descriptor file_;
-  dev_t device_ = 0;
-  ino_t inode_ = 0;
+  detail::FileState state_;  ///< when it was opened
 };
 
 }  // namespace bvconn

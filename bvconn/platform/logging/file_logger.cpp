@@ -1,6 +1,3 @@
-#include <pthread.h>
-#include <unistd.h>
-
 #include <charconv>
 #include <cstdlib>
 #include <typeinfo>
@@ -14,6 +11,7 @@
 #include "bvconn/platform/logging/append_file.h"
 #include "bvconn/platform/logging/own_logger.h"
 #include "bvconn/platform/logging/session_logger.h"
+#include "bvconn/platform/thread_slot.h"
 
 namespace bvconn {
 
@@ -53,7 +51,7 @@ std::uint64_t max_bytes_of(std::string_view text) {
 
 std::string path_of(const char* variable, std::string_view name) {
   std::string path = detail::environment(variable);
-  return path.empty() ? detail::user_file("XDG_STATE_HOME", ".local/state", name) : path;
+  return path.empty() ? detail::user_file(detail::UserFolder::kState, name) : path;
 }
 
 /// Appends a number with so many digits.
@@ -154,14 +152,12 @@ class FileLogger final : public detail::OwnLogger {
   void release_errors() noexcept override {
     if (holds_ != 0) --holds_;
     if (complete_ == 0) return;
-    int state = 0;
-    ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
+    const detail::Uncancelled thread;
     try {
       write_lines();
     } catch (...) {
       // No memory for the path: a log that cannot be written is silent.
     }
-    ::pthread_setcancelstate(state, nullptr);
   }
 
   void LogWarning(std::string_view cls, std::string_view method, std::string_view text,
@@ -215,7 +211,10 @@ class FileLogger final : public detail::OwnLogger {
   /// Puts a line behind those that wait; what a line that failed half-way has left is dropped.
   void begin_line(std::string_view kind, std::string_view cls, std::string_view method) {
     lines_.resize(complete_);
-    lines_.append(stamp_.now()).append(" [").append(std::to_string(::gettid())).append("] ");
+    lines_.append(stamp_.now())
+        .append(" [")
+        .append(std::to_string(detail::thread_number()))
+        .append("] ");
     lines_.append(kind);
     append_part(cls);
     append_part(method);

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <sys/stat.h>
-
 #include <cstdint>
 #include <optional>
 #include <string>
+
+#include "bvconn/platform/file_state.h"
 
 namespace bvconn::detail {
 
@@ -22,7 +22,7 @@ struct FileStamp {
 
 /// Of a regular file; nothing of anything else. Links are followed.
 std::optional<FileStamp> stamp_of(const std::string& path);
-std::optional<FileStamp> stamp_of(const struct stat& status);
+std::optional<FileStamp> stamp_of(const FileState& state);
 
 /// Whether any later change of the file must give it another stamp. A file that was changed twice
 /// within one step of its file system's clock has the same stamp both times, so a stamp is trusted

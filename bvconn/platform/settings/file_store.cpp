@@ -1,9 +1,6 @@
 #include "bvconn/platform/settings/file_store.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -14,6 +11,7 @@
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/file_state.h"
 
 namespace bvconn::detail {
 namespace {
@@ -37,46 +35,22 @@ std::string folder_of(const std::string& path) {
   return slash == std::string::npos ? "." : path.substr(0, slash + 1);
 }
 
-/// Gives the new file the permissions of the one that it will replace. Another owner can be kept by
-/// the administrator alone; anybody else's write makes the file their own.
-void take_over_owner(int file, const std::string& path) {
-  struct stat old {};
-  if (::stat(path.c_str(), &old) != 0) {
-    return;
-  }
-  if (::fchown(file, old.st_uid, old.st_gid) != 0 && errno != EPERM) {
-    fail_unusable("write", path, system_message(errno));
-  }
-  if (::fchmod(file, old.st_mode & 0777U) != 0) {
-    fail_unusable("write", path, system_message(errno));
-  }
-}
-
 void write_durably(const std::string& temporary, const std::string& path, std::string_view bytes) {
   OpenedFile opened = open_file(temporary, O_WRONLY | O_CREAT | O_EXCL);
   if (!opened.file) {
     fail_unusable("write", path, system_message(opened.code));
   }
   Descriptor& file = opened.file;
-  take_over_owner(file.get(), path);
-  int code = write_all(file.get(), bytes);
-  if (code == 0 && ::fsync(file.get()) != 0) {
-    code = errno;
+  if (const int refused = take_over_owner(file.get(), path); refused != 0) {
+    fail_unusable("write", path, system_message(refused));
   }
+  int code = write_all(file.get(), bytes);
+  if (code == 0) code = flush_file(file.get());
   if (const int closed = file.close(); code == 0) {
     code = closed;
   }
   if (code != 0) {
     fail_unusable("write", path, system_message(code));
-  }
-}
-
-/// The rename itself lasts only when the folder is on the disk too. Not every file system can do
-/// that, and the file is replaced by now: so this fails nothing.
-void flush_folder(const std::string& path) noexcept {
-  const Descriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOCTTY));
-  if (folder) {
-    ::fsync(folder.get());
   }
 }
 
@@ -104,9 +78,9 @@ void check_size(const std::string& path, std::size_t size) {
 }
 
 /// Of a file that was read. What a file of the system's own holds may change and its size be none.
-std::optional<FileStamp> lasting_stamp(const struct stat& status, std::size_t size,
+std::optional<FileStamp> lasting_stamp(const FileState& state, std::size_t size,
                                        std::int64_t asked_at_ns) {
-  const std::optional<FileStamp> stamp = stamp_of(status);
+  const std::optional<FileStamp> stamp = stamp_of(state);
   const bool is_lasting = stamp && stamp->size == static_cast<std::int64_t>(size) &&
                           can_be_trusted(*stamp, asked_at_ns);
   return is_lasting ? stamp : std::nullopt;
@@ -124,16 +98,14 @@ std::optional<SettingsText> read_settings_file(const std::string& path) {
     fail_unusable("read", path, system_message(code));
   }
   const std::int64_t asked_at_ns = now_ns();
-  struct stat status {};
-  if (::fstat(file.get(), &status) != 0) {
-    fail_unusable("read", path, system_message(errno));
-  }
+  const std::optional<FileState> state = state_of(file.get());
+  if (!state) fail_unusable("read", path, system_message(errno));
   std::string bytes;
   std::array<char, 16384> block;
   while (true) {
-    const ssize_t got = ::read(file.get(), block.data(), block.size());
+    const std::ptrdiff_t got = read_some(file.get(), block.data(), block.size());
     if (got == 0) {
-      const auto stamp = lasting_stamp(status, bytes.size(), asked_at_ns);
+      const auto stamp = lasting_stamp(*state, bytes.size(), asked_at_ns);
       return SettingsText{.bytes = std::move(bytes), .stamp = stamp};
     }
     if (got > 0) {
@@ -167,10 +139,8 @@ std::string resolve_links(const std::string& path) {
 FileLock::FileLock(const std::string& path, std::chrono::milliseconds wait)
     : file_(open_or_fail("lock", path, O_RDWR | O_CREAT)) {
   const auto deadline = std::chrono::steady_clock::now() + wait;
-  while (::flock(file_.get(), LOCK_EX | LOCK_NB) != 0) {
-    if (errno != EWOULDBLOCK && errno != EINTR) {
-      fail_unusable("lock", path, system_message(errno));
-    }
+  while (const int code = try_lock(file_.get(), FileHold::kAlone)) {
+    if (code != EWOULDBLOCK && code != EINTR) fail_unusable("lock", path, system_message(code));
     if (std::chrono::steady_clock::now() >= deadline) {
       throw Error(error_numbers::kSettingsLock, kSource,
                   "Another program has held the lock \"" + path + "\" for " +
@@ -185,16 +155,18 @@ void replace_file(const std::string& path, std::string_view bytes) {
   // The lock makes this writer the only one, so a file of this name is what a crash left behind.
   const std::string temporary = path + ".new";
   const std::string folder = folder_of(path);
-  ::unlink(temporary.c_str());
+  remove_file(temporary);
   try {
     write_durably(temporary, path, bytes);
-    if (::rename(temporary.c_str(), path.c_str()) != 0) {
-      fail_unusable("replace", path, system_message(errno));
+    if (const int code = rename_file(temporary, path); code != 0) {
+      fail_unusable("replace", path, system_message(code));
     }
   } catch (...) {
-    ::unlink(temporary.c_str());
+    remove_file(temporary);
     throw;
   }
+  // The rename itself lasts only when the folder is on the disk too, and the file is replaced by
+  // now: so a folder that cannot be brought there fails nothing.
   flush_folder(folder);
 }
 

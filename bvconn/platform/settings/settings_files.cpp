@@ -195,8 +195,8 @@ std::string settings_file(SettingsRoot root) {
   if (!path.empty()) {
     return path;
   }
-  return machine ? "/etc/bvconn/settings.toml"
-                 : detail::user_file("XDG_CONFIG_HOME", ".config", "bvconn/settings.toml");
+  return machine ? detail::machine_file("bvconn/settings.toml")
+                 : detail::user_file(detail::UserFolder::kSettings, "bvconn/settings.toml");
 }
 
 std::uint64_t detail::settings_state(const RegistryAccess& settings, SettingsRoot root) {
