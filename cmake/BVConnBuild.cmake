@@ -20,6 +20,25 @@ endif()
 # Headers are included as <bvconn/core/…>, in the build as in the installed package.
 set(BVCONN_INCLUDE_ROOT "${PROJECT_SOURCE_DIR}")
 
+# What Windows has otherwise lies in a folder "windows" below the sources, under the same name.
+#
+# bvconn_take_windows(VARIABLE FOLDER): on Windows each source of the list for which FOLDER has one of
+# the same name stands back for that one.
+function(bvconn_take_windows variable folder)
+  if(WIN32)
+    file(GLOB present CONFIGURE_DEPENDS "${folder}/*.cpp")
+    set(taken "")
+    foreach(source IN LISTS ${variable})
+      cmake_path(GET source FILENAME name)
+      if("${folder}/${name}" IN_LIST present)
+        set(source "${folder}/${name}")
+      endif()
+      list(APPEND taken "${source}")
+    endforeach()
+    set(${variable} "${taken}" PARENT_SCOPE)
+  endif()
+endfunction()
+
 # What every target of ours is compiled with: the language level, the warnings, the sanitizers.
 add_library(bvconn_settings INTERFACE)
 target_compile_features(bvconn_settings INTERFACE cxx_std_20)
@@ -30,6 +49,18 @@ target_compile_options(bvconn_settings INTERFACE
   $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>,$<CONFIG:Release,RelWithDebInfo>>:-Wno-restrict>
   $<$<CXX_COMPILER_ID:Clang>:-Werror=reorder-init-list>)
 target_include_directories(bvconn_settings INTERFACE "${BVCONN_INCLUDE_ROOT}")
+if(WIN32)
+  # Said once, since libcurl's header brings the system's too.
+  target_compile_definitions(bvconn_settings INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN
+                             _WIN32_WINNT=0x0A00)
+  # Tables and templates make more sections than the older form of object files has numbers for.
+  target_compile_options(bvconn_settings INTERFACE -Wa,-mbig-obj)
+  # A program or a DLL needs nothing but what the system has.
+  target_link_options(bvconn_settings INTERFACE -static)
+  if(NOT BUILD_SHARED_LIBS)
+    target_compile_definitions(bvconn_settings INTERFACE BVCONN_STATIC)
+  endif()
+endif()
 if(BVCONN_SANITIZE)
   target_compile_options(bvconn_settings INTERFACE
     -fsanitize=${BVCONN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
@@ -54,6 +85,7 @@ function(bvconn_room name)
   else()
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   endif()
+  bvconn_take_windows(sources "${PROJECT_SOURCE_DIR}/bvconn/platform/windows")
   add_library(bvconn_${name} OBJECT ${sources})
   set_target_properties(bvconn_${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_compile_definitions(bvconn_${name} PRIVATE BVCONN_BUILDING)
@@ -155,6 +187,11 @@ endfunction()
 function(bvconn_file_tests prefix)
   cmake_parse_arguments(ARG "" "" "COMMAND;FILES;PROPERTIES" ${ARGN})
   if(BVCONN_JOIN_TESTS)
+    if(WIN32)
+      # A command line has 32,767 characters there, and the project may lie in a folder of any depth.
+      list(TRANSFORM ARG_FILES REPLACE "^${CMAKE_CURRENT_SOURCE_DIR}/" "")
+      list(APPEND ARG_PROPERTIES WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+    endif()
     bvconn_joined_test(${prefix}.files COMMAND ${ARG_COMMAND} ${ARG_FILES}
                        PROPERTIES ${ARG_PROPERTIES})
     return()

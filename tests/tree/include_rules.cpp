@@ -44,6 +44,8 @@ const std::vector<Room>& rooms() {
       {"bvconn/platform/torvexlib/"},
       {"bvconn/platform/clock"},
       {"bvconn/platform/platform"},
+      // What stands in for sources of all these on Windows.
+      {"bvconn/platform/windows/"},
       {"bvconn/catalogues/"},
       {"bvconn/core/"},
       {"bvconn/dal/"},
@@ -231,10 +233,14 @@ constexpr std::string_view kStandardHeaders[] = {"algorithm",
 // The operating system's and those of C, and what the compiler's own library tells of its
 // exceptions.
 constexpr std::string_view kSystemHeaders[] = {
-    "arpa/",    "cxxabi.h", "dirent.h", "dlfcn.h",   "errno.h",  "fcntl.h",  "iconv.h",
-    "grp.h",    "limits.h", "locale.h", "netdb.h",   "netinet/", "poll.h",   "pthread.h",
-    "pty.h",    "pwd.h",    "sched.h",  "signal.h",  "spawn.h",  "stdio.h",  "stdint.h",
-    "stdlib.h", "string.h", "sys/",     "termios.h", "time.h",   "unistd.h", "malloc.h"};
+    "arpa/", "cxxabi.h",  "dirent.h", "dlfcn.h",  "errno.h",  "fcntl.h",  "iconv.h",   "grp.h",
+    "io.h",  "limits.h",  "locale.h", "netdb.h",  "netinet/", "poll.h",   "pthread.h", "pty.h",
+    "pwd.h", "sched.h",   "signal.h", "spawn.h",  "stdio.h",  "stdint.h", "stdlib.h",  "string.h",
+    "sys/",  "termios.h", "time.h",   "unistd.h", "malloc.h"};
+
+// Those of Windows make macros of common words, so one header includes them.
+constexpr std::string_view kWindowsHeaders[] = {"windows.h", "winsock2.h", "ws2tcpip.h"};
+constexpr std::string_view kWindowsHeader = "bvconn/platform/windows/system.h";
 
 // A third-party library by the beginning of its includes, and who may use it.
 struct Library {
@@ -438,6 +444,12 @@ Complaints check_third_party(const SourceFile& file) {
     const Kind kind = kind_of(include);
     if (kind == Kind::kOwn || kind == Kind::kStandard) continue;
     const std::string header = "<" + include.target + ">";
+    if (std::ranges::find(kWindowsHeaders, include.target) != std::end(kWindowsHeaders)) {
+      if (file.path == kWindowsHeader) continue;
+      complaints.push_back(place(file, include) + header + " is for " +
+                           std::string(kWindowsHeader) + " only; include that one");
+      continue;
+    }
     if (standard_only) {
       complaints.push_back(place(file, include) + folder +
                            " uses the standard library alone, not " + header +

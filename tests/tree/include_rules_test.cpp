@@ -157,6 +157,15 @@ TEST(CheckThirdParty, ComplainsOfALibraryInTheWrongPlace) {
   }
 }
 
+TEST(CheckThirdParty, HasOnePlaceForTheHeadersOfWindows) {
+  const std::string text = "#include <windows.h>\n";
+  EXPECT_THAT(check_third_party(file("bvconn/platform/windows/system.h", text)), IsEmpty());
+  for (const char* path : {"bvconn/platform/windows/files.cpp", "tools/bvconn/windows/a.cpp"}) {
+    EXPECT_THAT(check_third_party(file(path, text)),
+                ElementsAre(HasSubstr("is for bvconn/platform/windows/system.h only")));
+  }
+}
+
 TEST(CheckThirdParty, KeepsTheLogicToTheStandardLibrary) {
   for (const char* room : {"core", "catalogues", "dal", "operation", "connectors/print",
                            "automation", "observation"}) {

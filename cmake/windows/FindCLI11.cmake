@@ -1,0 +1,3 @@
+include(BVConnHostHeaders)
+bvconn_host_headers(CLI11::CLI11 CLI)
+set(CLI11_FOUND TRUE)

@@ -1,0 +1,3 @@
+include(BVConnHostHeaders)
+bvconn_host_headers(tomlplusplus::tomlplusplus toml++)
+set(tomlplusplus_FOUND TRUE)
