@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "bvconn/platform/thread_slot.h"
+
 namespace bvconn::detail {
 
 /// Fresh records for the calling thread: while it lives, each `ThreadRecord` of that thread is
@@ -70,9 +72,9 @@ class ThreadRecord {
   [[gnu::noinline]] static T& look_for_it() {
     if (ThreadScope* scope = ThreadScope::innermost()) return of(*scope);
     if (released_) return late();
-    static thread_local Own own;
-    know_record(known_, &own.record);
-    return own.record;
+    T& record = per_thread<Own>().record;
+    know_record(known_, &record);
+    return record;
   }
 
   static T& of(ThreadScope& scope) {
