@@ -20,6 +20,7 @@ constexpr std::array kCommands{
 };
 
 constexpr std::array kServices{
+    Service{"record", "Pass requests on to a server and record the exchanges", run_record},
     Service{"replay", "Answer from a recording and go nowhere else", run_replay},
 };
 

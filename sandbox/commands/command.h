@@ -53,6 +53,7 @@ RunCommand prepare_disabled(CLI::App& command);
 RunCommand prepare_stubs(CLI::App& command);
 
 // The services, each in a folder of its own.
+int run_record(int argc, char** argv);
 int run_replay(int argc, char** argv);
 
 }  // namespace bvconn::sandbox

@@ -52,6 +52,14 @@ std::string fault_text(std::string_view fault) {
   return text.append("</faultstring></e:Fault></e:Body></e:Envelope>");
 }
 
+// What stands behind the first `begin` and before the next `end`; "" without them.
+std::string between(std::string_view text, std::string_view begin, std::string_view end) {
+  const std::size_t from = text.find(begin);
+  if (from == std::string_view::npos) return {};
+  text.remove_prefix(from + begin.size());
+  return std::string(text.substr(0, text.find(end)));
+}
+
 }  // namespace
 
 std::string request_text(const WireStep& step) {
@@ -67,6 +75,21 @@ std::string request_text(const WireStep& step) {
   text.append("<SOAP-ENV:Body>").append(step.request.value_or(""));
   replace_all(text, "{soap}", kEncodingStyle);
   return text.append("</SOAP-ENV:Body></SOAP-ENV:Envelope>");
+}
+
+void describe_request(const std::string& text, WireStep& step) {
+  step.text.reset();
+  step.user_id = "none";
+  step.request = between(text, "<SOAP-ENV:Body>", "</SOAP-ENV:Body></SOAP-ENV:Envelope>");
+  replace_all(*step.request, kEncodingStyle, "{soap}");
+  const std::string header = between(text, "<SOAP-ENV:Header>", "</SOAP-ENV:Header>");
+  if (!header.empty()) {
+    step.user_id = between(header, "<userID xsi:type=\"xsd:string\">", "</userID>");
+  }
+  if (request_text(step) == text) return;
+  step.user_id.reset();
+  step.request.reset();
+  step.text = text;
 }
 
 std::string reply_text(const WireStep& step) {

@@ -1,0 +1,226 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "files/temp_folder.h"
+#include "sandbox/command_run.h"
+#include "sandbox/record/upstream.h"
+#include "sandbox/sandbox_process.h"
+
+namespace bvconn::test {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+std::string url_of(const SandboxProcess& sandbox) {
+  return "http://127.0.0.1:" + std::to_string(sandbox.port());
+}
+
+std::vector<std::string> names_in(const fs::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::string text_of(const fs::path& path) {
+  std::ifstream stream(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::string text_of_all(const fs::path& folder) {
+  std::string all;
+  for (const std::string& name : names_in(folder)) all += text_of(folder / name);
+  return all;
+}
+
+constexpr const char* kInvoice = R"(<param xsi:type="xsd:string">INV-1001</param>)";
+
+RawReply ask_for_invoice(SandboxProcess& server) {
+  return server.soap("urn:InvoiceService", "getInvoice", kInvoice);
+}
+
+TEST(Record, WhatIsRecordedOnBothRoutesIsReplayedToTheLetter) {
+  const files_test::TempFolder folder;
+  RawReply invoice;
+  RawReply fault;
+  RawReply view;
+  {
+    SandboxProcess upstream;
+    SandboxProcess record({"record", "--upstream", url_of(upstream), "--out", folder.file("out")});
+    invoice = ask_for_invoice(record);
+    EXPECT_EQ(invoice.body, ask_for_invoice(upstream).body);
+    fault = record.soap("urn:InvoiceService", "getInvoice",
+                        R"(<param xsi:type="xsd:string">none</param>)");
+    EXPECT_EQ(fault.status, 500);
+    const std::string token = record.login();
+    EXPECT_NE(token, "");
+    view = record.dal("OrderService/getSAPOrderView", R"({"arguments":["ORD-5001",true]})", token);
+    EXPECT_EQ(view.status, 200);
+  }
+  EXPECT_THAT(names_in(folder.file("out")),
+              ElementsAre("000001-BVInvoiceConnector.GetInvoice.wire",
+                          "000002-BVInvoiceConnector.GetInvoice.wire",
+                          "000003-BVConnectorObject.InitTorvexDAL.wire",
+                          "000004-BVOrderConnector.getSAPOrderView.wire"));
+  for (const char* order : {"--verbose", "--in-order"}) {
+    SandboxProcess replay({"replay", order, folder.file("out")});
+    EXPECT_EQ(ask_for_invoice(replay).body, invoice.body);
+    const RawReply same = replay.soap("urn:InvoiceService", "getInvoice",
+                                      R"(<param xsi:type="xsd:string">none</param>)");
+    EXPECT_EQ(same.status, 500);
+    EXPECT_EQ(same.body, fault.body);
+    EXPECT_EQ(replay.login(), "***");
+    EXPECT_EQ(replay.dal("OrderService/getSAPOrderView", R"({"arguments":["ORD-5001",true]})").body,
+              view.body);
+  }
+}
+
+TEST(Record, FilesHoldNoSecretAndAreTheirOwnersAlone) {
+  const files_test::TempFolder folder;
+  SandboxProcess upstream;
+  SandboxProcess record({"record", "--upstream", url_of(upstream), "--out", folder.file("out")});
+  const std::string token =
+      record.dal("AuthenticationService/Login", R"({"arguments":["anna","s3cret!","1.0","US"]})")
+          .header("Session-Token");
+  record.dal("HeartBeatService/sendHeartBeat", R"({"arguments":[]})", token);
+  std::string envelope = envelope_text("urn:InvoiceService", "getInvoice", kInvoice);
+  envelope.replace(envelope.find(">S1<"), 4, ">SESSION-77<");
+  record.soap_text(envelope, "urn:InvoiceService");
+  const std::string password =
+      R"(<param xsi:type="xsd:string">0ld-one</param><param xsi:type="xsd:string">n3w-one</param>)";
+  record.soap("urn:MaintenanceService", "updatePassword", password);
+  const std::string all = text_of_all(folder.file("out"));
+  for (const std::string& secret : {token, std::string("s3cret!"), std::string("SESSION-77"),
+                                    std::string("0ld-one"), std::string("n3w-one")}) {
+    EXPECT_THAT(all, Not(HasSubstr(secret)));
+  }
+  EXPECT_THAT(all, HasSubstr("dal: AuthenticationService.Login(\"anna\", \"***\", \"1.0\", "
+                             "\"US\")\n"));
+  EXPECT_THAT(all, HasSubstr("header: Session-Token: ***\n"));
+  EXPECT_EQ(names_in(folder.file("out")).size(), 4U);
+  for (const std::string& name : names_in(folder.file("out"))) {
+    struct stat facts {};
+    ASSERT_EQ(::stat(folder.file("out/" + name).c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777U, 0600U) << name;
+  }
+  // Whoever replays it needs none of them.
+  SandboxProcess replay({"replay", folder.file("out")});
+  EXPECT_EQ(replay
+                .soap("urn:MaintenanceService", "updatePassword",
+                      R"(<param xsi:type="xsd:string">a</param>)"
+                      R"(<param xsi:type="xsd:string">b</param>)")
+                .body,
+            upstream.soap("urn:MaintenanceService", "updatePassword", password).body);
+}
+
+TEST(Record, AFileReadsAsTheRequestAndItsReply) {
+  const files_test::TempFolder folder;
+  SandboxProcess upstream;
+  SandboxProcess record({"record", "--upstream", url_of(upstream), "--out", folder.file("out")});
+  const std::string token = record.login();
+  record.dal("OrderService/getSAPOrderView", R"({"arguments":["ORD-5001",true]})", token);
+  EXPECT_THAT(text_of(folder.file("out/000002-BVOrderConnector.getSAPOrderView.wire")),
+              ::testing::StartsWith("claim: BVOrderConnector.getSAPOrderView, exchange 2\n"
+                                    "call: BVOrderConnector.getSAPOrderView "
+                                    "{\"aOrderGID\":\"ORD-5001\",\"aIncludePrice\":\"true\"}\n"
+                                    "dal: OrderService.getSAPOrderView(\"ORD-5001\", true)\n"
+                                    "status: 200\n"
+                                    "header: Content-Type: text/plain; charset=utf-8\n"
+                                    "raw:"));
+}
+
+TEST(Record, NumbersGoOnInAFolderThatHoldsARecording) {
+  const files_test::TempFolder folder;
+  std::ofstream(folder.file("000041-old.wire")) << "claim: a\n";
+  SandboxProcess upstream;
+  SandboxProcess record({"record", "--upstream", url_of(upstream), "--out", folder.file("")});
+  ask_for_invoice(record);
+  EXPECT_THAT(names_in(folder.file("")),
+              ElementsAre("000041-old.wire", "000042-BVInvoiceConnector.GetInvoice.wire"));
+}
+
+TEST(Record, StopsAtTheMostAndPassesTheOthersOn) {
+  const files_test::TempFolder folder;
+  SandboxProcess upstream;
+  SandboxProcess record(
+      {"record", "--upstream", url_of(upstream), "--out", folder.file(""), "--most", "2"});
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(ask_for_invoice(record).status, 200);
+  EXPECT_EQ(names_in(folder.file("")).size(), 2U);
+  EXPECT_EQ(record.end_by(SIGTERM), 0);
+  EXPECT_EQ(record.errors(),
+            "bvsandbox: that was the last exchange to be recorded; the others are passed on "
+            "alone\n");
+}
+
+TEST(Record, AServerThatDoesNotAnswerIsToldAndLeavesNoFile) {
+  const files_test::TempFolder folder;
+  SandboxProcess record(
+      {"record", "--upstream", "http://127.0.0.1:1", "--out", folder.file("out")});
+  const RawReply reply = ask_for_invoice(record);
+  EXPECT_EQ(reply.status, 502);
+  EXPECT_THAT(reply.body, HasSubstr("The server gave no reply: "));
+  EXPECT_THAT(names_in(folder.file("out")), IsEmpty());
+  EXPECT_EQ(record.end_by(SIGTERM), 0);
+  EXPECT_THAT(record.errors(), HasSubstr("bvsandbox: exchange 1 has no reply: "));
+}
+
+TEST(Record, AFolderThatVanishesCostsTheFileAndNotTheAnswer) {
+  const files_test::TempFolder folder;
+  SandboxProcess upstream;
+  SandboxProcess record({"record", "--upstream", url_of(upstream), "--out", folder.file("out")});
+  fs::remove_all(folder.file("out"));
+  EXPECT_EQ(ask_for_invoice(record).status, 200);
+  EXPECT_EQ(record.end_by(SIGTERM), 0);
+  EXPECT_THAT(record.errors(), HasSubstr("bvsandbox: exchange 1 is not recorded: cannot write '"));
+}
+
+TEST(Record, RefusesAtTheStartWhatCannotWork) {
+  const files_test::TempFolder folder;
+  std::ofstream(folder.file("file")) << "x";
+  for (const char* out : {"file", "none/deeper"}) {
+    const CommandRun run =
+        run_sandbox({"record", "--upstream", "http://server", "--out", folder.file(out)});
+    EXPECT_EQ(run.status, 1) << out;
+    EXPECT_THAT(run.err, HasSubstr("bvsandbox: '" + folder.file(out) + "' is no folder and "));
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1);
+  }
+  for (const char* url : {"server", "ftp://server", "http://", "http:///soap", "http://a b"}) {
+    const CommandRun run = run_sandbox({"record", "--upstream", url, "--out", folder.file("o")});
+    EXPECT_EQ(run.status, 2) << url;
+    EXPECT_EQ(run.err, "bvsandbox: '" + std::string(url) +
+                           "' is no address of a server, expected one such as "
+                           "https://server/soap\n");
+  }
+  EXPECT_EQ(run_sandbox({"record", "--out", folder.file("o")}).status, 2);
+  EXPECT_EQ(run_sandbox({"record", "--upstream", "http://s", "--out", "o", "--most", "0"}).status,
+            2);
+}
+
+TEST(Record, KnowsWhereTheRoutesOfAServerLie) {
+  const auto addresses = [](const char* url, const char* dal = "") {
+    const auto found = sandbox::upstream_addresses(url, dal);
+    return found.soap + " " + found.dal;
+  };
+  EXPECT_EQ(addresses("http://server:8080"), "http://server:8080/soap http://server:8080/dal");
+  EXPECT_EQ(addresses("https://server/"), "https://server/soap https://server/dal");
+  EXPECT_EQ(addresses("http://server/sales/rpc"),
+            "http://server/sales/rpc http://server/sales/dal");
+  EXPECT_EQ(addresses("http://server/soap", "https://other/x/"),
+            "http://server/soap https://other/x");
+}
+
+}  // namespace
+}  // namespace bvconn::test
