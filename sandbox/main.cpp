@@ -6,6 +6,7 @@
 #include "sandbox/commands/command.h"
 #include "sandbox/contract/observed.h"
 #include "sandbox/endpoints/endpoints.h"
+#include "sandbox/faults/fault_forms.h"
 #include "sandbox/http/server.h"
 #include "sandbox/options.h"
 #include "sandbox/serving.h"
@@ -16,11 +17,15 @@ namespace {
 void run_sandbox(const Options& options) {
   // Runs the whole library, so before there is a second thread.
   const auto observations = automation::observe_all();
-  Sandbox sandbox{.store = Store(options.database, options.seed),
-                  .contract = Contract(contract_of(observations)),
-                  .dal_routes = dal_routes_of(observations),
-                  .disabled_services = options.disabled_services,
-                  .logins = {}};
+  ServedSandbox sandbox{{.store = Store(options.database, options.seed),
+                         .contract = Contract(contract_of(observations)),
+                         .dal_routes = dal_routes_of(observations),
+                         .disabled_services = options.disabled_services,
+                         .logins = {}}};
+  for (const auto& each : observations) sandbox.operation_names.push_back(operation_name(each));
+  for (const std::string& file : options.fault_files) {
+    sandbox.faults.add(faults_from_file(file, sandbox.operation_names));
+  }
   const Operations operations = all_operations();
   Server server(options.port, options.limits, [&](const Request& request) {
     Reply reply = answer(sandbox, operations, request);

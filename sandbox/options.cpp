@@ -1,18 +1,123 @@
 #include "sandbox/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <limits>
 #include <vector>
 
+#include "bvconn/platform/conversions/nearest_names.h"
 #include "sandbox/commands/command.h"
+#include "sandbox/config_file.h"
 
 namespace bvconn::sandbox {
 namespace {
+
+constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t kLongest_ms = 24LL * 60 * 60 * 1000;
 
 std::chrono::milliseconds milliseconds(std::int64_t count) {
   return std::chrono::milliseconds(count);
 }
 
+/// Refuses what is no whole number of this range.
+CLI::Validator whole_number(std::int64_t low, std::int64_t high) {
+  return {[low, high](const std::string& text) {
+            std::int64_t value = 0;
+            const char* const end = text.data() + text.size();
+            const auto read = std::from_chars(text.data(), end, value);
+            if (read.ec == std::errc() && read.ptr == end && value >= low && value <= high) {
+              return std::string();
+            }
+            return "'" + text + "' is no whole number from " + std::to_string(low) + " to " +
+                   std::to_string(high);
+          },
+          ""};
+}
+
+/// What the options are read into where that is not their place in Options.
+struct Given {
+  std::string database;
+  bool in_memory = true;
+  std::vector<std::uint64_t> seed;
+  std::int64_t request_ms = 0;
+  std::int64_t idle_ms = 0;
+  std::string config;
+};
+
+void add_data_options(CLI::App& app, Options& options, Given& given) {
+  auto* const db =
+      app.add_option("--db", given.database,
+                     "Keep the documents in this SQLite file, or in the database postgresql://...");
+  db->type_name("FILE");
+  db->excludes(
+      app.add_flag("--memory", given.in_memory, "Keep the documents in memory (the default)"));
+  auto* const seeded = app.add_option(
+      "--seed", given.seed, "Make the data of a new store from this number (1 when none is given)");
+  seeded->expected(0, 1);
+  seeded->check(whole_number(0, kLargest));
+  app.add_option("--disabled", options.disabled_services,
+                 "The disabled methods that the DAL tells, as 'urn:HeartBeatService.beat|'")
+      ->check(CLI::Validator(trouble_with_disabled, ""));
+  app.add_option("--faults", options.fault_files, "What goes wrong from the start, in TOML")
+      ->type_name("FILE")
+      ->allow_extra_args(false);
+}
+
+void add_server_options(CLI::App& app, Options& options, Given& given) {
+  app.add_option("--port", options.port, "Port to listen on; 0 takes a free one (the default)")
+      ->check(whole_number(0, std::numeric_limits<std::uint16_t>::max()));
+  app.add_flag("--until-eof", options.until_eof, "End when standard input does");
+  app.add_flag("--verbose", options.verbose, "Write a line for each request to standard error");
+  app.add_option("--max-body-bytes", options.limits.body_bytes, "Largest request body")
+      ->check(whole_number(1, kLargest));
+  app.add_option("--request-deadline-ms", given.request_ms, "Time for a request to arrive")
+      ->check(whole_number(1, kLongest_ms));
+  app.add_option("--idle-deadline-ms", given.idle_ms,
+                 "Time that a connection may rest between requests")
+      ->check(whole_number(1, kLongest_ms));
+}
+
+int complain(const std::string& text) {
+  std::fputs(("bvsandbox: " + text + "\n").c_str(), stderr);
+  return kUsageStatus;
+}
+
+/// "; did you mean --port?" for words that no option takes.
+std::string nearest_option(const CLI::App& app, const std::vector<std::string>& words) {
+  std::vector<std::string> names;
+  for (const CLI::Option* each : app.get_options()) names.push_back(each->get_name());
+  for (const std::string& each : words) {
+    const std::string nearest = did_you_mean(each.substr(0, each.find('=')), names);
+    if (!nearest.empty()) return nearest;
+  }
+  return {};
+}
+
+/// In one line; help and version are what was asked for.
+int tell(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == 0) return app.exit(error);
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+    const std::vector<std::string> words = app.remaining();
+    return complain("there is no option " + words.front() + nearest_option(app, words));
+  }
+  return complain(error.what());
+}
+
+void parse(CLI::App& app, std::vector<std::string> words) {
+  std::reverse(words.begin(), words.end());
+  app.parse(words);
+}
+
 }  // namespace
+
+std::string trouble_with_disabled(const std::string& text) {
+  const auto last = text.find_last_not_of(" \t\r\n");
+  if (last == std::string::npos || text[last] == '|') return {};
+  return "'" + text +
+         "' disables nothing, expected a '|' behind each method, as 'urn:HeartBeatService.beat|'";
+}
 
 std::optional<int> read_options(int argc, char** argv, Options& options) {
   CLI::App app{
@@ -21,40 +126,33 @@ std::optional<int> read_options(int argc, char** argv, Options& options) {
       "ready."};
   app.name("bvsandbox");
   app.footer(commands_text());
-  std::string file;
-  bool in_memory = true;
-  std::vector<std::uint64_t> seed;
-  std::int64_t request_ms = options.limits.request.count();
-  std::int64_t idle_ms = options.limits.idle.count();
-
-  app.add_option("--port", options.port, "Port to listen on; 0 takes a free one (the default)");
-  auto* const db = app.add_option(
-      "--db", file, "Keep the documents in this SQLite file, or in the database postgresql://...");
-  auto* const memory =
-      app.add_flag("--memory", in_memory, "Keep the documents in memory (the default)");
-  db->excludes(memory);
-  auto* const seeded = app.add_option(
-      "--seed", seed, "Make the data of a new store from this number (1 when none is given)");
-  seeded->expected(0, 1);
-  app.add_option("--disabled", options.disabled_services,
-                 "The disabled methods that the DAL tells, as 'urn:HeartBeatService.beat|'");
-  app.add_flag("--until-eof", options.until_eof, "End when standard input does");
-  app.add_flag("--verbose", options.verbose, "Write a line for each request to standard error");
-  app.add_option("--max-body-bytes", options.limits.body_bytes, "Largest request body")
-      ->check(CLI::PositiveNumber);
-  app.add_option("--request-deadline-ms", request_ms, "Time for a request to arrive")
-      ->check(CLI::PositiveNumber);
-  app.add_option("--idle-deadline-ms", idle_ms, "Time that a connection may rest between requests")
-      ->check(CLI::PositiveNumber);
+  app.set_version_flag("--version", "bvsandbox " BVCONN_VERSION);
+  Given given;
+  given.request_ms = options.limits.request.count();
+  given.idle_ms = options.limits.idle.count();
+  add_server_options(app, options, given);
+  add_data_options(app, options, given);
+  app.add_option("--config", given.config,
+                 "Take options from this file in TOML; those of the command line win")
+      ->type_name("FILE");
+  std::vector<std::string> words(argv + 1, argv + argc);
   try {
-    app.parse(argc, argv);
+    parse(app, words);
+    if (!given.config.empty()) {
+      const auto more = words_of_config(given.config, app);
+      words.insert(words.end(), more.begin(), more.end());
+      app.clear();
+      parse(app, words);
+    }
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kUsageStatus;
+    return tell(app, error);
+  } catch (const BadConfig& error) {
+    return complain(error.what());
   }
-  if (*db) options.database = file;
-  if (!seed.empty()) options.seed = seed.front();
-  options.limits.request = milliseconds(request_ms);
-  options.limits.idle = milliseconds(idle_ms);
+  if (!given.database.empty()) options.database = given.database;
+  if (!given.seed.empty()) options.seed = given.seed.front();
+  options.limits.request = milliseconds(given.request_ms);
+  options.limits.idle = milliseconds(given.idle_ms);
   return std::nullopt;
 }
 

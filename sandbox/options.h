@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "sandbox/http/server.h"
 
@@ -13,6 +14,8 @@ struct Options {
   std::string database = ":memory:";
   std::optional<std::uint64_t> seed;
   std::string disabled_services;
+  /// Files with faults that are in force from the start.
+  std::vector<std::string> fault_files;
   bool until_eof = false;
   bool verbose = false;
   Limits limits;
@@ -21,5 +24,8 @@ struct Options {
 /// Reads the command line. Where it asks for help, or cannot be understood, this says so to the
 /// user and gives the exit status instead.
 std::optional<int> read_options(int argc, char** argv, Options& options);
+
+/// Why a text cannot be the disabled methods that the data access layer tells; "" where it can.
+std::string trouble_with_disabled(const std::string& text);
 
 }  // namespace bvconn::sandbox

@@ -1,5 +1,7 @@
 #include "sandbox/serving.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -16,6 +18,12 @@ void tell_ready(std::uint16_t port) {
   line["dal"] = base + "/dal";
   std::puts(line.dump().c_str());
   std::fflush(stdout);
+  // The line is for programs; a person at a terminal gets words.
+  if (::isatty(STDERR_FILENO) == 0) return;
+  std::fputs(("bvsandbox: SOAP on " + base + "/soap, data access layer on " + base +
+              "/dal; Ctrl-C ends it\n")
+                 .c_str(),
+             stderr);
 }
 
 }  // namespace

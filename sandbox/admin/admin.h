@@ -5,14 +5,14 @@
 #include <string_view>
 #include <vector>
 
+#include "sandbox/endpoints/served_sandbox.h"
 #include "sandbox/http/message.h"
-#include "sandbox/sandbox.h"
 
 namespace bvconn::sandbox {
 
 /// A request for the sandbox itself.
 struct AdminCall {
-  Sandbox& sandbox;
+  ServedSandbox& sandbox;
   const Request& request;
   /// What the path has below the resource's own: "17" of /admin/journal/17, "" of /admin/journal.
   std::string below{};
@@ -44,5 +44,9 @@ Reply get_stubs(AdminCall& call);
 Reply add_stubs(AdminCall& call);
 Reply clear_stubs(AdminCall& call);
 Reply remove_stub(AdminCall& call);
+Reply list_faults(AdminCall& call);
+Reply add_faults(AdminCall& call);
+Reply clear_faults(AdminCall& call);
+Reply remove_fault(AdminCall& call);
 
 }  // namespace bvconn::sandbox

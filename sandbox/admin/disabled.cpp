@@ -1,6 +1,7 @@
 #include <mutex>
 
 #include "sandbox/admin/admin.h"
+#include "sandbox/options.h"
 
 namespace bvconn::sandbox {
 
@@ -10,6 +11,9 @@ Reply get_disabled(AdminCall& call) {
 }
 
 Reply set_disabled(AdminCall& call) {
+  if (const std::string trouble = trouble_with_disabled(call.request.body); !trouble.empty()) {
+    throw AdminRefusal{400, trouble};
+  }
   const std::lock_guard lock(call.sandbox.mutex);
   call.sandbox.disabled_services = call.request.body;
   return text_reply(200, call.sandbox.disabled_services);

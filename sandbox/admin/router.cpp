@@ -17,6 +17,10 @@ constexpr std::array kResources{
     AdminResource{"/admin/stubs", "POST", add_stubs},
     AdminResource{"/admin/stubs", "DELETE", clear_stubs},
     AdminResource{"/admin/stubs/", "DELETE", remove_stub},
+    AdminResource{"/admin/faults", "GET", list_faults},
+    AdminResource{"/admin/faults", "POST", add_faults},
+    AdminResource{"/admin/faults", "DELETE", clear_faults},
+    AdminResource{"/admin/faults/", "DELETE", remove_fault},
 };
 
 /// What of the path lies below the resource's; nothing where it is another's path.
@@ -92,7 +96,7 @@ void expect_query(const AdminCall& call, const std::vector<std::string>& known) 
   }
 }
 
-Reply answer_admin(Sandbox& sandbox, const Request& request) {
+Reply answer_admin(ServedSandbox& sandbox, const Request& request) {
   const std::string_view path = request.path();
   const auto* const found =
       std::find_if(kResources.begin(), kResources.end(), [&](const AdminResource& each) {

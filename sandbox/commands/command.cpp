@@ -17,6 +17,7 @@ constexpr std::array kCommands{
     Command{"disabled", "Show or replace the disabled methods that the data access layer tells",
             prepare_disabled},
     Command{"stubs", "Set, list or take back answers of your own", prepare_stubs},
+    Command{"faults", "Let calls go wrong: add, list, remove and clear faults", prepare_faults},
 };
 
 constexpr std::array kServices{

@@ -51,6 +51,7 @@ int show(const ClientReply& reply);
 // The commands, each in a source of its own.
 RunCommand prepare_disabled(CLI::App& command);
 RunCommand prepare_stubs(CLI::App& command);
+RunCommand prepare_faults(CLI::App& command);
 
 // The services, each in a folder of its own.
 int run_record(int argc, char** argv);

@@ -4,22 +4,38 @@
 #include "sandbox/endpoints/asked.h"
 #include "sandbox/endpoints/endpoints.h"
 #include "sandbox/endpoints/stubbed.h"
+#include "sandbox/faults/misbehave.h"
 
 namespace bvconn::sandbox {
 namespace {
 
-Reply answer_asked(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
-  if (asked.refusal) return *asked.refusal;
+Reply right_answer(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
   if (auto reply = stubbed(sandbox, operations, asked)) return std::move(*reply);
   return asked.exchange.route == Route::kSoap ? answer_soap(sandbox, operations, asked)
                                               : answer_dal(sandbox, operations, asked);
 }
 
-Reply route(Sandbox& sandbox, const Operations& operations, const Request& request) {
+/// A request that does not fit is told so whatever was asked to go wrong, and is not counted.
+Reply answer_asked(ServedSandbox& sandbox, const Operations& operations, const Request& request,
+                   const Asked& asked) {
+  if (asked.refusal) return *asked.refusal;
+  const auto fault = sandbox.faults.next(asked.exchange, request);
+  if (!fault) {
+    Reply reply = right_answer(sandbox, operations, asked);
+    if (reply.status == 200) sandbox.faults.keep_answer(asked.exchange.route, reply.body);
+    return reply;
+  }
+  return misbehave(*fault, asked.exchange, sandbox.faults,
+                   [&] { return right_answer(sandbox, operations, asked); });
+}
+
+Reply route(ServedSandbox& sandbox, const Operations& operations, const Request& request) {
   const std::string_view path = request.path();
-  if (path == "/soap") return answer_asked(sandbox, operations, read_soap(sandbox, request));
+  if (path == "/soap") {
+    return answer_asked(sandbox, operations, request, read_soap(sandbox, request));
+  }
   if (path == "/dal" || path.starts_with("/dal/")) {
-    return answer_asked(sandbox, operations, read_dal(sandbox, operations, request));
+    return answer_asked(sandbox, operations, request, read_dal(sandbox, operations, request));
   }
   if (path.starts_with("/admin/")) return answer_admin(sandbox, request);
   return text_reply(404,
@@ -29,7 +45,7 @@ Reply route(Sandbox& sandbox, const Operations& operations, const Request& reque
 
 }  // namespace
 
-Reply answer(Sandbox& sandbox, const Operations& operations, const Request& request) {
+Reply answer(ServedSandbox& sandbox, const Operations& operations, const Request& request) {
   try {
     return route(sandbox, operations, request);
   } catch (const std::exception& error) {

@@ -65,21 +65,22 @@ std::string escaped(std::string_view text) {
   return xml;
 }
 
-// Written by hand: an envelope object makes requests and their answers, and a fault is neither.
 std::string fault_text(const Fault& fault) {
+  std::string detail;
+  for (const auto& [name, text] : fault.detail) append_element(detail, name, shortened(text));
+  return fault_text(fault.code, shortened(fault.text), detail);
+}
+
+// Written by hand: an envelope object makes requests and their answers, and a fault is neither.
+std::string fault_text(std::string_view code, std::string_view text, std::string_view detail_xml) {
   std::string xml =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
       "<SOAP-ENV:Envelope xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\">"
       "<SOAP-ENV:Body><SOAP-ENV:Fault>";
-  append_element(xml, "faultcode", fault.code);
-  append_element(xml, "faultstring", shortened(fault.text));
-  if (!fault.detail.empty()) {
-    xml.append("<detail>");
-    for (const auto& [name, text] : fault.detail) append_element(xml, name, shortened(text));
-    xml.append("</detail>");
-  }
-  xml.append("</SOAP-ENV:Fault></SOAP-ENV:Body></SOAP-ENV:Envelope>");
-  return xml;
+  append_element(xml, "faultcode", code);
+  append_element(xml, "faultstring", text);
+  if (!detail_xml.empty()) xml.append("<detail>").append(detail_xml).append("</detail>");
+  return xml.append("</SOAP-ENV:Fault></SOAP-ENV:Body></SOAP-ENV:Envelope>");
 }
 
 }  // namespace bvconn::sandbox

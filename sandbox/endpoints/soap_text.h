@@ -14,6 +14,9 @@ std::string reply_text(const Operations::Name& name, const Method& method, Sandb
 
 /// The text of an envelope that holds a fault.
 std::string fault_text(const Fault& fault);
+/// The same of words that are as long as they may be, with a detail that is XML already; "" for
+/// none.
+std::string fault_text(std::string_view code, std::string_view text, std::string_view detail_xml);
 
 /// The text as it can stand in an element.
 std::string escaped(std::string_view text);

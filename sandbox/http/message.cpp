@@ -33,15 +33,20 @@ std::string_view reason(int status) {
       Row{204, "No Content"},
       Row{400, "Bad Request"},
       Row{401, "Unauthorized"},
+      Row{403, "Forbidden"},
       Row{404, "Not Found"},
       Row{405, "Method Not Allowed"},
       Row{408, "Request Timeout"},
+      Row{409, "Conflict"},
       Row{413, "Content Too Large"},
       Row{415, "Unsupported Media Type"},
+      Row{429, "Too Many Requests"},
       Row{431, "Request Header Fields Too Large"},
       Row{500, "Internal Server Error"},
       Row{501, "Not Implemented"},
+      Row{502, "Bad Gateway"},
       Row{503, "Service Unavailable"},
+      Row{504, "Gateway Timeout"},
   };
   const auto* row = std::find_if(kReasons.begin(), kReasons.end(),
                                  [status](const Row& each) { return each.status == status; });
@@ -102,13 +107,18 @@ Reply json_reply(int status, std::string text) {
   return reply_of(status, "application/json", std::move(text));
 }
 
-std::string to_bytes(const Reply& reply, bool keep_alive, bool with_body) {
+std::string head_bytes(const Reply& reply) {
   std::string bytes = "HTTP/1.1 ";
   bytes.append(std::to_string(reply.status)).append(" ").append(reason(reply.status));
   bytes.append("\r\nServer: bvsandbox\r\n");
   for (const Header& each : reply.headers) {
     bytes.append(each.name).append(": ").append(each.value).append("\r\n");
   }
+  return bytes;
+}
+
+std::string to_bytes(const Reply& reply, bool keep_alive, bool with_body) {
+  std::string bytes = head_bytes(reply);
   bytes.append("Content-Length: ").append(std::to_string(reply.body.size()));
   bytes.append("\r\nConnection: ").append(keep_alive ? "keep-alive" : "close").append("\r\n\r\n");
   if (with_body) bytes.append(reply.body);

@@ -1,5 +1,6 @@
 #include "sandbox/http/session.h"
 
+#include <algorithm>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/http/error.hpp>
@@ -21,6 +22,9 @@ constexpr std::size_t kReadBytes = 16U * 1024;
 /// How much of a refused request is still taken in, so that its sender comes to read the answer.
 constexpr std::size_t kDrainedBytesMax = 64U * 1024 * 1024;
 constexpr std::chrono::milliseconds kDrainTime{2'000};
+/// What is made on the way leaves in pieces of this size.
+constexpr std::size_t kFillBytes = 64U * 1024;
+constexpr char kFiller = 'x';
 
 Request plain_request(http::request<http::string_body>&& request) {
   Request plain;
@@ -138,40 +142,103 @@ void Session::answer() {
   timer_.cancel();
   auto work = [self = shared_from_this(), request = plain_request(parser_->release()), keep_alive,
                with_body]() mutable {
-    std::string bytes = self->reply_to(request, keep_alive, with_body);
+    std::vector<Step> steps = self->reply_to(request, keep_alive, with_body);
     // Freed here, where it holds up nobody.
     request = Request();
     const auto executor = self->socket_.get_executor();
-    asio::post(executor, [self = std::move(self), bytes = std::move(bytes), keep_alive]() mutable {
-      self->send(std::move(bytes), keep_alive);
+    asio::post(executor, [self = std::move(self), steps = std::move(steps)]() mutable {
+      self->begin(std::move(steps));
     });
   };
   workers_.run(std::move(work));
 }
 
-/// Nothing where not even a reply could be made.
-std::string Session::reply_to(const Request& request, bool keep_alive, bool with_body) const {
+/// The end of the connection where not even a reply could be made.
+std::vector<Step> Session::reply_to(const Request& request, bool keep_alive, bool with_body) const {
   try {
-    return to_bytes(handler_(request), keep_alive, with_body);
+    return steps_of(handler_(request), keep_alive, with_body);
   } catch (const std::exception&) {
-    return {};
+    return {{.kind = Step::Kind::kClose}};
   }
 }
 
 void Session::deliver(const Reply& reply, bool keep_alive, bool with_body) {
-  send(to_bytes(reply, keep_alive, with_body), keep_alive);
+  begin(steps_of(reply, keep_alive, with_body));
 }
 
-void Session::send(std::string bytes, bool keep_alive) {
-  if (bytes.empty()) return close_gently();
-  outgoing_ = std::move(bytes);
+void Session::begin(std::vector<Step> steps) {
+  steps_ = std::move(steps);
+  step_ = 0;
+  do_step();
+}
+
+void Session::do_step() {
+  if (step_ == steps_.size()) {
+    place_.reset();
+    return await_request();
+  }
+  Step& step = steps_[step_];
+  switch (step.kind) {
+    case Step::Kind::kSend:
+      return send(step);
+    case Step::Kind::kFill:
+      return fill(step);
+    case Step::Kind::kWait:
+      return wait(step.pause, &Session::next_step);
+    case Step::Kind::kClose:
+      return close_gently();
+    case Step::Kind::kReset:
+      return reset();
+  }
+}
+
+void Session::next_step() {
+  sent_ = 0;
+  ++step_;
+  do_step();
+}
+
+void Session::send(Step& step) {
+  const std::size_t left = step.bytes.size() - sent_;
+  const std::size_t size = step.piece_bytes == 0 ? left : std::min(left, step.piece_bytes);
   limit_to(limits_.reply);
-  asio::async_write(socket_, asio::buffer(outgoing_),
-                    [self = shared_from_this(), keep_alive](ErrorCode error, std::size_t /*n*/) {
-                      self->place_.reset();
-                      if (error || !keep_alive) return self->close_gently();
-                      self->await_request();
+  asio::async_write(socket_, asio::buffer(step.bytes.data() + sent_, size),
+                    [self = shared_from_this(), &step](ErrorCode error, std::size_t bytes) {
+                      if (error) return self->close_gently();
+                      self->sent_ += bytes;
+                      if (self->sent_ == step.bytes.size()) return self->next_step();
+                      self->wait(step.pause, &Session::do_step);
                     });
+}
+
+void Session::fill(Step& step) {
+  static const std::string piece = std::string(kFillBytes, kFiller);
+  if (step.count == 0) return next_step();
+  const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(step.count, piece.size()));
+  limit_to(limits_.reply);
+  asio::async_write(socket_, asio::buffer(piece.data(), size),
+                    [self = shared_from_this(), &step](ErrorCode error, std::size_t bytes) {
+                      if (error) return self->close_gently();
+                      step.count -= bytes;
+                      self->do_step();
+                    });
+}
+
+void Session::wait(std::chrono::milliseconds pause, void (Session::*then)()) {
+  timer_.expires_after(pause);
+  timer_.async_wait([self = shared_from_this(), then](ErrorCode error) {
+    if (error) return self->close_gently();
+    (self.get()->*then)();
+  });
+}
+
+/// The client sees a reset of the connection, not its end.
+void Session::reset() {
+  place_.reset();
+  timer_.cancel();
+  ErrorCode ignored;
+  socket_.set_option(asio::socket_base::linger(true, 0), ignored);
+  socket_.close(ignored);
 }
 
 void Session::close_gently() {

@@ -11,7 +11,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "sandbox/http/delivery.h"
 #include "sandbox/http/message.h"
 #include "sandbox/http/server.h"
 #include "sandbox/http/workers.h"
@@ -37,9 +39,15 @@ class Session : public std::enable_shared_from_this<Session> {
   void on_request(ErrorCode error);
   void refuse(ErrorCode error);
   void answer();
-  std::string reply_to(const Request& request, bool keep_alive, bool with_body) const;
+  std::vector<Step> reply_to(const Request& request, bool keep_alive, bool with_body) const;
   void deliver(const Reply& reply, bool keep_alive, bool with_body);
-  void send(std::string bytes, bool keep_alive);
+  void begin(std::vector<Step> steps);
+  void do_step();
+  void next_step();
+  void send(Step& step);
+  void fill(Step& step);
+  void wait(std::chrono::milliseconds pause, void (Session::*then)());
+  void reset();
   void close_gently();
   void drain();
 
@@ -55,6 +63,9 @@ class Session : public std::enable_shared_from_this<Session> {
   boost::beast::flat_buffer buffer_;
   std::optional<Parser> parser_;
   std::string outgoing_;
+  std::vector<Step> steps_;  ///< of the reply that is on its way
+  std::size_t step_ = 0;
+  std::size_t sent_ = 0;  ///< of the step's bytes
   std::array<char, 16 * 1024> drained_{};
   std::size_t drained_bytes_ = 0;
   bool timed_out_ = false;

@@ -1,5 +1,6 @@
 #include "sandbox/command_run.h"
 
+#include <fcntl.h>
 #include <stdio.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -38,8 +39,12 @@ CommandRun run_sandbox(const std::vector<std::string>& arguments) {
   argv.push_back(nullptr);
   const pid_t child = ::fork();
   if (child == 0) {
+    ::dup2(::open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
     ::dup2(fileno(out.get()), STDOUT_FILENO);
     ::dup2(fileno(err.get()), STDERR_FILENO);
+    // One that serves where it should have ended is not waited for.
+    constexpr unsigned kPatience_s = 60;
+    ::alarm(kPatience_s);
     ::execv(argv[0], argv.data());
     ::_exit(127);
   }

@@ -251,7 +251,7 @@ struct Library {
 const std::vector<Library>& libraries() {
   static const std::vector<Library> list{
       {"curl/", {"bvconn/platform", "tests", "bench"}},
-      {"zlib.h", {"bvconn/platform", "tests"}},
+      {"zlib.h", {"bvconn/platform", "sandbox", "tests"}},
       {"toml++/", {"bvconn/platform", "tools"}},
       {"toml.hpp", {"bvconn/platform"}},
       {"nlohmann/", {"bvconn/platform", "tools", "sandbox", "tests", "fuzz"}},

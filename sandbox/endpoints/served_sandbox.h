@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "sandbox/faults/fault_book.h"
+#include "sandbox/sandbox.h"
+
+namespace bvconn::sandbox {
+
+/// The sandbox with what stands between it and its clients, of which operations know nothing.
+struct ServedSandbox : Sandbox {
+  /// What was asked to go wrong; it guards itself.
+  FaultBook faults{};
+  /// The library's operations, as "BVInvoiceConnector.GetInvoice"; never changes.
+  std::vector<std::string> operation_names{};
+};
+
+}  // namespace bvconn::sandbox
