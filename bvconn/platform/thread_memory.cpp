@@ -26,7 +26,7 @@ Spares::~Spares() {
 }  // namespace
 
 MemoryBlock::MemoryBlock(std::size_t bytes) {
-  if (bytes < kLarge) {
+  if (bytes < kOfSystem) {
     data_ = static_cast<std::byte*>(::operator new(bytes));
     size_ = bytes;
     return;
@@ -38,7 +38,7 @@ MemoryBlock::MemoryBlock(std::size_t bytes) {
 }
 
 void MemoryBlock::free() noexcept {
-  if (size_ < kLarge) {
+  if (size_ < kOfSystem) {
     ::operator delete(data_);
   } else {
     unmap_large({.data = data_, .size = size_});

@@ -8,14 +8,17 @@ namespace bvconn::detail {
 
 /// A piece of memory with one owner.
 ///
-/// A small one comes from `operator new`. A large one comes from the system and goes back there at
-/// once, whatever the process's allocator would rather keep: so a process that reads a large reply
-/// now and then is as small between them as before. It lies in huge pages where the system has
-/// them, since taking up such memory page by page costs more than what is then done with it.
-/// Memory of the system costs nothing before it is written to.
+/// A small one comes from `operator new`, one from 120 KiB on from the system, where it goes back
+/// to at once, whatever the process's allocator would rather keep: so a process that reads a large
+/// reply now and then is as small between them as before. A large one lies in huge pages where the
+/// system has them, since taking up such memory page by page costs more than what is then done with
+/// it. Memory of the system costs nothing before it is written to.
 class MemoryBlock {
  public:
-  /// From this size on memory is the system's.
+  /// From this size on memory is the system's. The C library's allocator would ask the system too,
+  /// but from the first such block that is freed it keeps as much back as that block had.
+  static constexpr std::size_t kOfSystem = std::size_t{120} << 10;
+  /// From this size on no thread keeps a block for the next time.
   static constexpr std::size_t kLarge = std::size_t{256} << 10;
 
   MemoryBlock() = default;

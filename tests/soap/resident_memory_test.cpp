@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdint>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <thread>
 #include <utility>
@@ -54,6 +57,18 @@ std::size_t read(int row_count) {
   const SoapEnvelope reply = SoapEnvelope::make();
   EnvelopeAccess::read(reply, rows(row_count), "");
   return reply.Parameters().Item(0).Nodes().Count();
+}
+
+// The first of all, since what it is about stays for the life of the process.
+TEST(ResidentMemory, IsNotKeptByTheAllocatorOverRepliesOfAnySize) {
+  for (int count = 10; count < 3'000; count += count / 4 + 1) read(count);
+  // Once it has no room left, the allocator asks the system for each such block, unless it has seen
+  // a larger one of the system's go.
+  constexpr std::size_t kBlocks = 32;
+  const std::size_t before = mallinfo2().hblks;
+  std::array<std::unique_ptr<char[]>, kBlocks> blocks;
+  for (auto& block : blocks) block = std::make_unique_for_overwrite<char[]>(std::size_t{140} << 10);
+  EXPECT_GE(mallinfo2().hblks - before, kBlocks / 2);
 }
 
 TEST(ResidentMemory, OfALargeReplyIsLessThanTwiceItsText) {

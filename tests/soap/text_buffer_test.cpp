@@ -71,8 +71,9 @@ TEST(TextBuffer, ThatFollowsALongerOneShowsNothingOfIt) {
 
 TEST(MemoryBlock, OfAnySizeIsWritable) {
   for (const std::size_t size :
-       {std::size_t{1}, std::size_t{4096}, MemoryBlock::kLarge - 1, MemoryBlock::kLarge,
-        std::size_t{1} << 20, (std::size_t{2} << 20) + 1, std::size_t{9'999'999}}) {
+       {std::size_t{1}, std::size_t{4096}, MemoryBlock::kOfSystem - 1, MemoryBlock::kOfSystem,
+        MemoryBlock::kLarge - 1, MemoryBlock::kLarge, std::size_t{1} << 20,
+        (std::size_t{2} << 20) + 1, std::size_t{9'999'999}}) {
     const MemoryBlock block(size);
     ASSERT_GE(block.size(), size);
     block.data()[0] = std::byte{1};
@@ -98,6 +99,18 @@ TEST(SpareMemory, IsTheLargerOfTwoAndHandedOutOnce) {
     const MemoryBlock spare = spare_or_new(Spare::kNodes, 1'500);
     EXPECT_EQ(spare.size(), 2'000U);
     EXPECT_EQ(spare_or_new(Spare::kNodes, 1'500).size(), 1'500U);
+  });
+}
+
+TEST(SpareMemory, IsTheSystemsTooBelowTheLargeOnes) {
+  on_a_new_thread([] {
+    const std::byte* kept = nullptr;
+    {
+      MemoryBlock block(MemoryBlock::kLarge - 5'000);
+      kept = block.data();
+      keep_spare(Spare::kText, std::move(block));
+    }
+    EXPECT_EQ(spare_or_new(Spare::kText, MemoryBlock::kOfSystem).data(), kept);
   });
 }
 
