@@ -195,13 +195,13 @@ std::optional<Error> Call::raised_by_tail(Error& error) {
   }
 }
 
-Raised Call::tail() {
+void Call::tail(Raised& raised) {
   note_failure(failure_->error);
-  std::optional<Error> raised = raised_by_tail(failure_->error);
+  std::optional<Error> error = raised_by_tail(failure_->error);
   failure_->lines.write();
-  if (!raised) return {};
-  record_.raised(*raised);
-  return Raised(*std::move(raised));
+  if (!error) return;
+  record_.raised(*error);
+  raised.set(*std::move(error));
 }
 
 }  // namespace bvconn

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <new>
 #include <optional>
 #include <span>
 #include <string>
@@ -60,24 +60,27 @@ struct CallContext {
   const SoapEnvelope* envelope = nullptr;
 };
 
-/// An error that a frame is about to raise, or none. It has no destructor, so that nothing is left
-/// in the frame that unwinding would have to stop for; the frame takes what is in it.
+/// An error that a frame is about to raise, or none. It has nothing to destroy, so that unwinding
+/// need not stop in the frame; the frame takes what is in it. It needs no memory either.
 class Raised {
  public:
   Raised() = default;
-  /// Where there is no memory for it, it is raised here.
-  explicit Raised(Error&& error) : error_(new (std::nothrow) Error(std::move(error))) {
-    if (error_ == nullptr) throw Error(std::move(error));
-  }
+  Raised(const Raised&) = delete;
+  Raised& operator=(const Raised&) = delete;
 
-  explicit operator bool() const noexcept { return error_ != nullptr; }
-  Error taken() const noexcept {
-    const std::unique_ptr<Error> owned(error_);
-    return std::move(*owned);
+  void set(Error&& error) noexcept { held_ = std::construct_at(place(), std::move(error)); }
+  explicit operator bool() const noexcept { return held_ != nullptr; }
+  Error taken() noexcept {
+    Error error(std::move(*held_));
+    std::destroy_at(std::exchange(held_, nullptr));
+    return error;
   }
 
  private:
-  Error* error_ = nullptr;
+  Error* place() noexcept { return reinterpret_cast<Error*>(storage_); }
+
+  alignas(Error) std::byte storage_[sizeof(Error)];
+  Error* held_ = nullptr;
 };
 
 /// One call of an operation: what its body works with. Its tail reads the envelope as the body left
@@ -163,8 +166,8 @@ class Call {
   void raise_failure();
   /// What was raised in the body; a copy, since whoever threw it may throw it again.
   void fail(const Error& error);
-  /// What the operation's tail makes of the failure, for the frame to raise.
-  Raised tail();
+  /// What the operation's tail makes of the failure goes into `raised`, for the frame to raise.
+  void tail(Raised& raised);
 
   /// Tells the record why the body failed: with the server's words, where it had some.
   void note_failure(Error& error) noexcept;
@@ -232,7 +235,7 @@ template <class Body>
     } catch (...) {
       call.fail(live_error());
     }
-    raised = call.tail();
+    call.tail(raised);
   }
   if (raised) throw raised.taken();
   // Only a tail that swallows gets here: the operation returns as if nothing had happened.

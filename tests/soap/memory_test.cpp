@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <new>
 #include <string>
 #include <thread>
@@ -8,6 +9,7 @@
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/soap/envelope_access.h"
 #include "bvconn/platform/text_buffer.h"
+#include "bvconn/platform/thread_memory.h"
 #include "soap/soap_test.h"
 #include "support/watched_memory.h"
 
@@ -157,7 +159,14 @@ TEST_F(Memory, OfSmallRepliesIsTakenOnce) {
 TEST_F(Memory, ThatAThreadKeepsIsAtMostHalfAMegabyte) {
   const MemoryCount count;
   for (const int items : {1, 10, 100, 1'000, 3'000, 10'000, 100}) read(reply_of(items));
-  EXPECT_LT(count.bytes_kept(), std::size_t{512} << 10);
+  // What is kept may be the system's, which is not counted, and less than what it took the place
+  // of.
+  std::size_t spare = 0;
+  for (const auto use : {detail::Spare::kText, detail::Spare::kNodes}) {
+    spare += detail::spare_or_new(use, 1).size();
+  }
+  EXPECT_GT(spare, 2U);
+  EXPECT_LT(static_cast<std::int64_t>(spare + count.bytes_kept()), 512 << 10);
 }
 
 TEST_F(Memory, ThereIsNoneForShowsAsSuchWhateverIsShort) {

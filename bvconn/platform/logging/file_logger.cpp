@@ -1,3 +1,4 @@
+#include <array>
 #include <charconv>
 #include <cstdlib>
 #include <typeinfo>
@@ -54,56 +55,49 @@ std::string path_of(const char* variable, std::string_view name) {
   return path.empty() ? detail::user_file(detail::UserFolder::kState, name) : path;
 }
 
-/// Appends a number with so many digits.
-void append_digits(std::string& line, std::int64_t number, std::size_t digits) {
-  const std::size_t end = line.append(digits, '0').size();
-  for (std::size_t i = 1; i <= digits; ++i, number /= 10) {
-    line[end - i] = static_cast<char>('0' + number % 10);
-  }
-}
-
-/// "2007-01-05T10:11:12.250+0100": local time, with what it takes to compare it with a server's.
+/// "2007-01-05T10:11:12.250+0100": local time, with what it takes to compare it with a server's. It
+/// is written anew where the second is another, and takes no memory.
 class Stamp {
  public:
   std::string_view now() {
     const detail::LocalMoment now = detail::local_now();
     const std::int64_t wall_ms = now.wall_ms();
     const std::int64_t second = (wall_ms - (wall_ms % 1000 + 1000) % 1000) / 1000;
-    if (text_.empty() || second != second_ || now.zone.offset_s != offset_s_) {
+    if (!is_written_ || second != second_ || now.zone.offset_s != offset_s_) {
       second_ = second;
       offset_s_ = now.zone.offset_s;
       write_all_but_milliseconds();
     }
-    std::string digits;
-    append_digits(digits, wall_ms - second * 1000, 3);
-    return text_.replace(kMillisecondsAt, 3, digits);
+    write(20, 3, wall_ms - second * 1000);
+    return {text_.data(), text_.size()};
   }
 
  private:
-  static constexpr std::size_t kMillisecondsAt = 20;
-
   void write_all_but_milliseconds() {
-    struct Part {
-      std::int32_t value;
-      std::size_t digits;
-      char before;
-    };
     constexpr Date k1970{25'569LL * 24 * 60 * 60 * 1000};
     const CivilDate date = to_civil(Date{k1970.milliseconds + second_ * 1000});
-    text_.clear();
-    for (const Part& part :
-         {Part{date.year, 4, '\0'}, Part{date.month, 2, '-'}, Part{date.day, 2, '-'},
-          Part{date.hour, 2, 'T'}, Part{date.minute, 2, ':'}, Part{date.second, 2, ':'}}) {
-      if (part.before != '\0') text_.push_back(part.before);
-      append_digits(text_, part.value, part.digits);
-    }
-    text_ += ".000";
+    write(0, 4, date.year);
+    write(5, 2, date.month);
+    write(8, 2, date.day);
+    write(11, 2, date.hour);
+    write(14, 2, date.minute);
+    write(17, 2, date.second);
     const std::int64_t minutes = std::abs(offset_s_) / 60;
-    text_.push_back(offset_s_ < 0 ? '-' : '+');
-    append_digits(text_, minutes / 60 * 100 + minutes % 60, 4);
+    text_[23] = offset_s_ < 0 ? '-' : '+';
+    write(24, 4, minutes / 60 * 100 + minutes % 60);
+    is_written_ = true;
   }
 
-  std::string text_;
+  /// So many digits at a place.
+  void write(std::size_t at, std::size_t digits, std::int64_t number) {
+    for (std::size_t i = digits; i-- > 0; number /= 10) {
+      text_[at + i] = static_cast<char>('0' + number % 10);
+    }
+  }
+
+  std::array<char, 28> text_{'0', '0', '0', '0', '-', '0', '0', '-', '0', '0', 'T', '0', '0', ':',
+                             '0', '0', ':', '0', '0', '.', '0', '0', '0', '+', '0', '0', '0', '0'};
+  bool is_written_ = false;
   std::int64_t second_ = 0;  ///< on the wall
   std::int64_t offset_s_ = 0;
 };
