@@ -42,11 +42,12 @@ std::string text_of(const SoapNode& node) {
   }
 }
 
-bool is_named(std::string_view name, std::string_view wanted) {
-  if (wanted == "*") return true;
-  if (!wanted.ends_with(".*")) return name == wanted;
-  wanted.remove_suffix(1);
-  return name.starts_with(wanted);
+bool is_array(const SoapNode& node) {
+  try {
+    return node.Value().is(Variant::Type::kArray);
+  } catch (const Error&) {
+    return false;
+  }
 }
 
 bool holds_constants(const Exchange& exchange, const OperationForm& form) {
@@ -63,6 +64,13 @@ bool holds_constants(const Exchange& exchange, const OperationForm& form) {
 
 }  // namespace
 
+bool is_operation(std::string_view name, std::string_view wanted) {
+  if (wanted == "*") return true;
+  if (!wanted.ends_with(".*")) return name == wanted;
+  wanted.remove_suffix(1);
+  return name.starts_with(wanted);
+}
+
 std::string_view route_text(Route route) {
   switch (route) {
     case Route::kSoap:
@@ -75,13 +83,37 @@ std::string_view route_text(Route route) {
   return {};
 }
 
+std::string_view outcome_text(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::kAnswered:
+      break;
+    case Outcome::kWarned:
+      return "warned";
+    case Outcome::kFault:
+      return "fault";
+    case Outcome::kRefused:
+      return "refused";
+    case Outcome::kFailed:
+      return "failed";
+    case Outcome::kInjected:
+      return "injected";
+  }
+  return "answered";
+}
+
+bool PlaceValue::is_document() const {
+  const auto* const node = std::get_if<SoapNode>(&value_);
+  return node != nullptr && node->Nodes().Count() > 0 && !is_array(*node);
+}
+
 std::string PlaceValue::text() const {
   return std::visit([](const auto& value) { return text_of(value); }, value_);
 }
 
 bool Exchange::can_be(std::string_view operation) const {
-  return std::any_of(forms.begin(), forms.end(),
-                     [&](const OperationForm* form) { return is_named(form->name, operation); });
+  return std::any_of(forms.begin(), forms.end(), [&](const OperationForm* form) {
+    return is_operation(form->name, operation);
+  });
 }
 
 std::optional<std::string> Exchange::argument(std::string_view name) const {

@@ -9,6 +9,7 @@
 
 #include "bvconn/platform/soap/soap_node.h"
 #include "bvconn/platform/soap/variant.h"
+#include "sandbox/contract/difference.h"
 #include "sandbox/contract/operation_form.h"
 
 namespace bvconn::sandbox {
@@ -19,6 +20,23 @@ enum class Route : std::uint8_t { kNone, kSoap, kDal };
 /// "soap", "dal", "" for none.
 std::string_view route_text(Route route);
 
+/// What became of a request.
+enum class Outcome : std::uint8_t {
+  kAnswered,
+  kWarned,    ///< answered although it does not fit
+  kFault,     ///< by a fault or an error that the operation itself raised
+  kRefused,   ///< it cannot be read, does not fit, or nobody may ask so
+  kFailed,    ///< the sandbox itself failed
+  kInjected,  ///< answered, or not, as a fault that was set on it wants
+};
+
+/// "answered", "warned", "fault", "refused", "failed", "injected".
+std::string_view outcome_text(Outcome outcome);
+
+/// Whether a name of an operation is meant by another one: by itself, by all of its class as
+/// "BVInvoiceConnector.*", or by "*".
+bool is_operation(std::string_view name, std::string_view wanted);
+
 /// What lies in one place of a request. Its text is made when somebody asks for it.
 class PlaceValue {
  public:
@@ -28,6 +46,8 @@ class PlaceValue {
   /// The value as people write it: `true` and `false`, plain numbers, the items of an array with
   /// ";" between them, "" for nothing, and the XML of a document.
   std::string text() const;
+  /// A node with children that are no items of an array.
+  bool is_document() const;
 
  private:
   std::variant<SoapNode, Variant> value_;
@@ -49,9 +69,13 @@ struct Exchange {
   std::vector<const OperationForm*> forms;
   /// By place.
   std::vector<PlaceValue> values;
+  /// All in which it departs from what the library sends.
+  std::vector<Difference> differences;
+  Outcome outcome = Outcome::kAnswered;
+  /// What answered, where that is not the store: "stub 3", "fault 7".
+  std::string answered_by;
 
-  /// Whether it can come from an operation: "BVInvoiceConnector.GetInvoice", all of a class as
-  /// "BVInvoiceConnector.*", or any as "*".
+  /// Whether it can come from an operation, named as `is_operation` takes it.
   bool can_be(std::string_view operation) const;
   /// The text of an argument by its name in the interface, as "strInvoiceUID"; of several forms
   /// the first that has it. Nothing where the request carries none of this name.

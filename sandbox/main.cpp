@@ -1,6 +1,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <memory>
 #include <string>
 
 #include "sandbox/commands/command.h"
@@ -8,11 +9,17 @@
 #include "sandbox/endpoints/endpoints.h"
 #include "sandbox/faults/fault_forms.h"
 #include "sandbox/http/server.h"
+#include "sandbox/journal/journal.h"
 #include "sandbox/options.h"
 #include "sandbox/serving.h"
 
 namespace bvconn::sandbox {
 namespace {
+
+std::shared_ptr<Journal> journal_of(const JournalLimits& limits) {
+  if (limits.count == 0) return nullptr;
+  return std::make_shared<MemoryJournal>(limits);
+}
 
 void run_sandbox(const Options& options) {
   // Runs the whole library, so before there is a second thread.
@@ -21,7 +28,9 @@ void run_sandbox(const Options& options) {
                          .contract = Contract(contract_of(observations)),
                          .dal_routes = dal_routes_of(observations),
                          .disabled_services = options.disabled_services,
-                         .logins = {}}};
+                         .logins = {},
+                         .loose = options.loose,
+                         .journal = journal_of(options.journal)}};
   for (const auto& each : observations) sandbox.operation_names.push_back(operation_name(each));
   for (const std::string& file : options.fault_files) {
     sandbox.faults.add(faults_from_file(file, sandbox.operation_names));

@@ -70,6 +70,14 @@ void add_server_options(CLI::App& app, Options& options, Given& given) {
       ->check(whole_number(0, std::numeric_limits<std::uint16_t>::max()));
   app.add_flag("--until-eof", options.until_eof, "End when standard input does");
   app.add_flag("--verbose", options.verbose, "Write a line for each request to standard error");
+  app.add_flag("--loose", options.loose,
+               "Answer requests that differ from what the library sends, with a warning in the "
+               "journal");
+  app.add_option("--journal-count", options.journal.count,
+                 "Keep so many exchanges in the journal, 1000 without it; 0 for none");
+  app.add_option("--journal-bytes", options.journal.bytes,
+                 "Keep so many bytes of exchanges, 64 MiB without it")
+      ->check(CLI::PositiveNumber);
   app.add_option("--max-body-bytes", options.limits.body_bytes, "Largest request body")
       ->check(whole_number(1, kLargest));
   app.add_option("--request-deadline-ms", given.request_ms, "Time for a request to arrive")

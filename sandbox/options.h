@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "sandbox/http/server.h"
+#include "sandbox/journal/journal.h"
 
 namespace bvconn::sandbox {
 
@@ -18,6 +19,9 @@ struct Options {
   std::vector<std::string> fault_files;
   bool until_eof = false;
   bool verbose = false;
+  /// Answers what differs from the library's requests, too.
+  bool loose = false;
+  JournalLimits journal;
   Limits limits;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -12,6 +13,8 @@
 #include "sandbox/stubs/stub.h"
 
 namespace bvconn::sandbox {
+
+class Journal;
 
 /// The logins of the data access layer that are in force. They end with the process.
 class Logins {
@@ -37,6 +40,10 @@ struct Sandbox {
   /// Guards itself.
   StubBook stubs{};
   std::mutex mutex{};
+  /// Answers requests that differ from what the library sends, as far as they can be answered.
+  bool loose = false;
+  /// Keeps what was asked and answered; null for none. It has a lock of its own.
+  std::shared_ptr<Journal> journal{};
 };
 
 }  // namespace bvconn::sandbox

@@ -6,6 +6,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "sandbox/contract/words.h"
+
 namespace bvconn::sandbox {
 namespace {
 
@@ -36,10 +38,10 @@ void serve(Server& server, bool until_eof) {
 }
 
 void tell_exchange(const Request& request, const Reply& reply) {
-  const std::string line = request.method + " " + request.target + " " +
-                           request.header("SOAPAction").value_or("-") + " " +
-                           std::to_string(reply.status) + "\n";
-  std::fputs(line.c_str(), stderr);
+  const std::string line =
+      request.method + " " + request.target + " " + request.header("SOAPAction").value_or("-") +
+      " " + std::to_string(reply.status) + (reply.remark.empty() ? "" : " " + reply.remark);
+  std::fputs((one_line(line) + "\n").c_str(), stderr);
 }
 
 }  // namespace bvconn::sandbox

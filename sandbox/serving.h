@@ -9,7 +9,8 @@ namespace bvconn::sandbox {
 /// on standard output when it is ready.
 void serve(Server& server, bool until_eof);
 
-/// A line for an exchange on standard error: method, path, SOAPAction or "-", status.
+/// A line for an exchange on standard error: method, path, SOAPAction or "-", status, and
+/// what is wrong.
 void tell_exchange(const Request& request, const Reply& reply);
 
 }  // namespace bvconn::sandbox

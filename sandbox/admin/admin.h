@@ -48,5 +48,9 @@ Reply list_faults(AdminCall& call);
 Reply add_faults(AdminCall& call);
 Reply clear_faults(AdminCall& call);
 Reply remove_fault(AdminCall& call);
+Reply get_journal(AdminCall& call);
+Reply get_journal_entry(AdminCall& call);
+Reply clear_journal(AdminCall& call);
+Reply post_verify(AdminCall& call);
 
 }  // namespace bvconn::sandbox

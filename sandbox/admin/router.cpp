@@ -21,6 +21,10 @@ constexpr std::array kResources{
     AdminResource{"/admin/faults", "POST", add_faults},
     AdminResource{"/admin/faults", "DELETE", clear_faults},
     AdminResource{"/admin/faults/", "DELETE", remove_fault},
+    AdminResource{"/admin/journal", "GET", get_journal},
+    AdminResource{"/admin/journal", "DELETE", clear_journal},
+    AdminResource{"/admin/journal/", "GET", get_journal_entry},
+    AdminResource{"/admin/verify", "POST", post_verify},
 };
 
 /// What of the path lies below the resource's; nothing where it is another's path.

@@ -18,6 +18,8 @@ constexpr std::array kCommands{
             prepare_disabled},
     Command{"stubs", "Set, list or take back answers of your own", prepare_stubs},
     Command{"faults", "Let calls go wrong: add, list, remove and clear faults", prepare_faults},
+    Command{"journal", "Show the exchanges that were made, or one of them whole", prepare_journal},
+    Command{"verify", "Check how often an operation was asked for", prepare_verify},
 };
 
 constexpr std::array kServices{

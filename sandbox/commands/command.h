@@ -52,6 +52,8 @@ int show(const ClientReply& reply);
 RunCommand prepare_disabled(CLI::App& command);
 RunCommand prepare_stubs(CLI::App& command);
 RunCommand prepare_faults(CLI::App& command);
+RunCommand prepare_journal(CLI::App& command);
+RunCommand prepare_verify(CLI::App& command);
 
 // The services, each in a folder of its own.
 int run_record(int argc, char** argv);

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "sandbox/contract/difference.h"
 #include "sandbox/contract/operation_form.h"
 
 /// What a request has to look like. A contract is fed with data; where the data come from is not
@@ -59,24 +60,35 @@ struct RequestFacts {
   std::vector<Parameter> parameters;
 };
 
+/// What the contract says of a request.
+struct Verdict {
+  /// The forms whose parameters the request has; where it has none's, those that it is nearest to.
+  /// They live as long as the contract.
+  std::vector<const OperationForm*> forms;
+  /// All that differs from the nearest form; nothing for a request that fits.
+  std::vector<Difference> differences;
+  /// What was asked for, "getInvoice in urn:InvoiceService"; "" where there is no such method.
+  std::string subject{};
+
+  /// What is wrong and what was expected, or nothing for a request that fits: "getInvoice in
+  /// urn:InvoiceService: parameter 1 is named 'UID', expected 'param'; 1 more difference".
+  std::optional<std::string> complaint() const;
+};
+
 class Contract {
  public:
   explicit Contract(std::vector<MethodContract> methods);
 
-  /// What is wrong with a request and what was expected, or nothing for one that fits: "getInvoice
-  /// in urn:InvoiceService: parameter 1 is named 'UID', expected 'param'".
-  std::optional<std::string> complaint(const RequestFacts& request) const;
+  Verdict judge(const RequestFacts& request) const;
   /// The same without a look at SOAPAction, which the text of a request does not have.
-  std::optional<std::string> envelope_complaint(const RequestFacts& request) const;
-  /// The forms that the parameters of a request fit; where they fit none, those that they fit
-  /// farthest. They live as long as the contract.
-  std::vector<const OperationForm*> forms_of(const RequestFacts& request) const;
-  /// Of all requests that there are.
+  Verdict judge_envelope(const RequestFacts& request) const;
+  /// Of all requests that there are. They live as long as the contract.
   std::vector<const OperationForm*> forms() const;
 
  private:
   const MethodContract* find(std::string_view service, std::string_view name) const;
-  std::string unknown_method(const RequestFacts& request) const;
+  Difference unknown_method(const RequestFacts& request) const;
+  Verdict judge(const RequestFacts& request, bool with_action) const;
 
   std::vector<MethodContract> methods_;
 };

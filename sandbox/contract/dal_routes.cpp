@@ -171,22 +171,23 @@ DalRoutes dal_routes_of(const std::vector<ObservedOperation>& observations) {
   return routes;
 }
 
-std::optional<std::string> complaint(const DalRoute& route, const std::vector<JsonType>& found) {
+std::vector<Difference> differences(const DalRoute& route, const std::vector<JsonType>& found) {
   const std::size_t expected = route.arguments.size();
   if (found.size() != expected) {
-    return route.operation + ": has " + counted(found.size(), "argument") + ", expected " +
-           std::to_string(expected) + arguments_text(route);
+    return {{"", "has " + counted(found.size(), "argument"),
+             std::to_string(expected) + arguments_text(route)}};
   }
+  std::vector<Difference> all;
   for (std::size_t i = 0; i < expected; ++i) {
     const DalArgument& argument = route.arguments[i];
     const bool fits =
         argument.types.empty() ? found[i] != JsonType::kOther : holds(argument.types, found[i]);
     if (fits) continue;
-    return route.operation + ": argument " + std::to_string(i + 1) +
-           (argument.name.empty() ? "" : " ('" + argument.name + "')") + " is " +
-           type_text(found[i]) + ", expected " + expected_text(argument);
+    all.push_back({"argument " + std::to_string(i + 1) +
+                       (argument.name.empty() ? "" : " (" + quoted(argument.name) + ")"),
+                   "is " + type_text(found[i]), expected_text(argument)});
   }
-  return std::nullopt;
+  return all;
 }
 
 }  // namespace bvconn::sandbox

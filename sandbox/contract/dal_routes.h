@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "bvconn/observation/observe.h"
+#include "sandbox/contract/difference.h"
 #include "sandbox/contract/operation_form.h"
 
 /// What a call of the data access layer has to look like, and which method of a service answers it.
@@ -65,8 +66,7 @@ using DalRoutes = std::map<std::pair<std::string, std::string>, DalRoute>;
 /// The routes that these observations amount to.
 DalRoutes dal_routes_of(const std::vector<automation::ObservedOperation>& observations);
 
-/// What is wrong with arguments of these types and what was expected, or nothing where they fit:
-/// "getSAPOrderView: argument 2 ('aIncludePrice') is a text, expected a boolean".
-std::optional<std::string> complaint(const DalRoute& route, const std::vector<JsonType>& found);
+/// All in which arguments of these types depart from what the route wants; nothing where they fit.
+std::vector<Difference> differences(const DalRoute& route, const std::vector<JsonType>& found);
 
 }  // namespace bvconn::sandbox

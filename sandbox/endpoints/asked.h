@@ -30,8 +30,8 @@ struct Asked {
 Asked read_soap(const Sandbox& sandbox, const Request& request);
 Asked read_dal(Sandbox& sandbox, const Operations& operations, const Request& request);
 
-/// Answers what was read and is not refused.
-Reply answer_soap(Sandbox& sandbox, const Operations& operations, const Asked& asked);
-Reply answer_dal(Sandbox& sandbox, const Operations& operations, const Asked& asked);
+/// Answers what was read and is not refused, and notes what becomes of it.
+Reply answer_soap(Sandbox& sandbox, const Operations& operations, Asked& asked);
+Reply answer_dal(Sandbox& sandbox, const Operations& operations, Asked& asked);
 
 }  // namespace bvconn::sandbox

@@ -1,7 +1,7 @@
 #include "sandbox/endpoints/dal_answer.h"
 
 #include <algorithm>
-#include <exception>
+#include <utility>
 
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "sandbox/contract/words.h"
@@ -17,8 +17,8 @@ std::string methods_text(const DalRoute& route) {
 }
 
 /// Of the operations that send the envelope on the SOAP route, those that make this call.
-void keep_forms_of(const DalRoute& route, Exchange& exchange) {
-  std::erase_if(exchange.forms, [&](const OperationForm* form) {
+void keep_forms_of(const DalRoute& route, Verdict& verdict) {
+  std::erase_if(verdict.forms, [&](const OperationForm* form) {
     return std::none_of(route.forms.begin(), route.forms.end(),
                         [&](const OperationForm& each) { return each.name == form->name; });
   });
@@ -30,16 +30,16 @@ void read_request_text(const Sandbox& sandbox, Asked& asked) {
   const RequestFacts& facts = asked.soap->facts;
   Exchange& exchange = asked.exchange;
   exchange.values.clear();
-  note_envelope(sandbox.contract, *asked.soap, exchange);
-  exchange.service = route.object;
-  exchange.method = route.operation;
-  keep_forms_of(route, exchange);
+  Verdict verdict = sandbox.contract.judge_envelope(facts);
+  keep_forms_of(route, verdict);
   const Operations::Name name{facts.service, facts.method};
   if (std::find(route.methods.begin(), route.methods.end(), name) == route.methods.end()) {
-    refuse("The request is " + facts.method + " in '" + facts.service + "', expected " +
-           methods_text(route));
+    const Difference other{"The request", "is " + facts.method + " in " + quoted(facts.service),
+                           methods_text(route)};
+    verdict.subject.clear();
+    verdict.differences.assign(1, other);
   }
-  if (const auto wrong = sandbox.contract.envelope_complaint(facts)) refuse(*wrong);
+  note_envelope(*asked.soap, std::move(verdict), sandbox.loose, exchange);
 }
 
 std::string answer_arguments(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
@@ -75,30 +75,27 @@ bool is_served(const Operations& operations, const DalRoute& route) {
 }
 
 std::optional<Reply> refusal_of_request_text(const Sandbox& sandbox, Asked& asked) {
-  try {
+  const std::string object = asked.exchange.service;
+  const std::string operation = asked.exchange.method;
+  Reply reply = with_faults(200, Outcome::kRefused, asked.exchange, [&] {
     read_request_text(sandbox, asked);
+    return Reply();
+  });
+  // The call is what was asked for; the envelope is its argument.
+  asked.exchange.service = object;
+  asked.exchange.method = operation;
+  if (asked.exchange.outcome != Outcome::kRefused && asked.exchange.outcome != Outcome::kFailed) {
     return std::nullopt;
-  } catch (const Fault& fault) {
-    return text_reply(200, fault_text(fault));
-  } catch (const std::exception& error) {
-    return text_reply(200, fault_text({.code = fault_codes::kServer, .text = error.what()}));
   }
+  return reply;
 }
 
 std::string dal_answer(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
-  try {
-    if (asked.soap) {
-      const RequestFacts& facts = asked.soap->facts;
-      const Operations::Name name{facts.service, facts.method};
-      return reply_text(name, operations.soap.at(name), sandbox, asked.soap->user_id,
-                        asked.soap->envelope.Parameters());
-    }
-    return answer_arguments(sandbox, operations, asked);
-  } catch (const Fault& fault) {
-    return fault_text(fault);
-  } catch (const std::exception& error) {
-    return fault_text({.code = fault_codes::kServer, .text = error.what()});
-  }
+  if (!asked.soap) return answer_arguments(sandbox, operations, asked);
+  const RequestFacts& facts = asked.soap->facts;
+  const Operations::Name name{facts.service, facts.method};
+  return reply_text(name, operations.soap.at(name), sandbox, asked.soap->user_id,
+                    asked.soap->envelope.Parameters());
 }
 
 }  // namespace bvconn::sandbox

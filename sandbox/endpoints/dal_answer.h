@@ -16,8 +16,8 @@ bool is_served(const Operations& operations, const DalRoute& route);
 /// route would send for the same operation; otherwise this is the answer.
 std::optional<Reply> refusal_of_request_text(const Sandbox& sandbox, Asked& asked);
 
-/// The text of the envelope that answers a call whose arguments fit its route: that of a fault too,
-/// which clients read as they would a reply.
+/// The text of the envelope that answers a call whose arguments fit its route. Throws a `Fault`
+/// where that is one.
 std::string dal_answer(Sandbox& sandbox, const Operations& operations, const Asked& asked);
 
 }  // namespace bvconn::sandbox

@@ -66,7 +66,7 @@ Variant variant_of(const json& value) {
 
 }  // namespace
 
-std::vector<Variant> read_arguments(const std::string& body, const DalRoute& route) {
+DalArguments read_arguments(const std::string& body, const DalRoute& route) {
   std::size_t values = 0;
   const auto count = [&](int /*depth*/, json::parse_event_t event, const json& /*value*/) {
     if (event == json::parse_event_t::object_end || event == json::parse_event_t::array_end) {
@@ -85,12 +85,12 @@ std::vector<Variant> read_arguments(const std::string& body, const DalRoute& rou
                 route.operation + ": the body is not JSON of the form {\"arguments\":[...]}");
   }
   std::vector<JsonType> types;
-  std::vector<Variant> arguments;
+  DalArguments arguments;
   for (const json& each : call["arguments"]) {
     types.push_back(type_of(each));
-    arguments.push_back(variant_of(each));
+    arguments.values.push_back(variant_of(each));
   }
-  if (const auto wrong = complaint(route, types)) refuse_call(route, *wrong);
+  arguments.differences = differences(route, types);
   return arguments;
 }
 

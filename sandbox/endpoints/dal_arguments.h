@@ -8,8 +8,14 @@
 
 namespace bvconn::sandbox {
 
-/// The arguments of a call of the data access layer as values, which are of the types that its
-/// route wants. Throws a `DalError` for a body of another form and for arguments that do not fit.
-std::vector<Variant> read_arguments(const std::string& body, const DalRoute& route);
+/// The arguments of a call, and in what they depart from what the route wants.
+struct DalArguments {
+  std::vector<Variant> values;
+  std::vector<Difference> differences;
+};
+
+/// Reads the arguments of a call of the data access layer. Throws a `DalError` for a body of
+/// another form.
+DalArguments read_arguments(const std::string& body, const DalRoute& route);
 
 }  // namespace bvconn::sandbox

@@ -1,3 +1,4 @@
+#include <iterator>
 #include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -10,6 +11,7 @@
 #include "sandbox/endpoints/dal_answer.h"
 #include "sandbox/endpoints/dal_arguments.h"
 #include "sandbox/endpoints/endpoints.h"
+#include "sandbox/endpoints/soap_text.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -63,17 +65,21 @@ Reply error_reply(const DalError& error) {
                   {"source", error.source},
                   {"description", shortened(error.description)}};
   // A target's bytes need not be UTF-8, and the description may quote them.
-  return json_reply(error.status, body.dump(-1, ' ', false, json::error_handler_t::replace));
+  Reply reply = json_reply(error.status, body.dump(-1, ' ', false, json::error_handler_t::replace));
+  reply.remark = shortened(error.description);
+  return reply;
 }
 
-/// Runs something that answers by an error in JSON where it throws.
+/// Runs something that answers by an error in JSON where it throws one.
 template <class Body>
-Reply reply_of(const Body& body) {
+Reply with_errors(Outcome of_error, Exchange& exchange, const Body& body) {
   try {
     return body();
   } catch (const DalError& error) {
+    exchange.outcome = of_error;
     return error_reply(error);
   } catch (const std::exception& error) {
+    exchange.outcome = Outcome::kFailed;
     return error_reply({500, dal_numbers::kInternal, "bvsandbox", error.what()});
   }
 }
@@ -83,12 +89,20 @@ bool needs_login(const Operations& operations, const DalTarget& target) {
   return session == operations.session.end() || session->second.needs_login;
 }
 
-void check_media_type(const Request& request, const DalTarget& target) {
+/// Notes in what a call differs; throws where that is not to be overlooked.
+void note_differences(std::vector<Difference> differences, int status, bool loose,
+                      const DalTarget& target, Exchange& exchange) {
+  if (differences.empty()) return;
+  const std::string complaint = complaint_text(target.operation, differences);
+  std::move(differences.begin(), differences.end(), std::back_inserter(exchange.differences));
+  if (!loose) throw DalError{status, dal_numbers::kBadRequest, target.object, complaint};
+  exchange.outcome = Outcome::kWarned;
+}
+
+std::vector<Difference> media_type_differences(const Request& request) {
   const std::string type = media_type(request.header("Content-Type").value_or(""));
-  if (type == "application/json") return;
-  throw DalError{
-      415, dal_numbers::kBadRequest, target.object,
-      target.operation + ": Content-Type is '" + type + "', expected 'application/json'"};
+  if (type == "application/json") return {};
+  return {{"Content-Type", "is '" + type + "'", "'application/json'"}};
 }
 
 void read_call(Sandbox& sandbox, const Operations& operations, const Request& request,
@@ -102,16 +116,20 @@ void read_call(Sandbox& sandbox, const Operations& operations, const Request& re
   Exchange& exchange = asked.exchange;
   exchange.service = target->object;
   exchange.method = target->operation;
-  check_media_type(request, *target);
+  note_differences(media_type_differences(request), 415, sandbox.loose, *target, exchange);
   const DalRoute& route = route_to(sandbox, operations, *target);
   asked.dal_route = &route;
   for (const OperationForm& form : route.forms) exchange.forms.push_back(&form);
   const auto user = user_of(sandbox, request);
   exchange.session = user.value_or("");
   if (!user && needs_login(operations, *target)) refuse_without_login(*target);
-  asked.arguments = read_arguments(request.body, route);
-  for (const Variant& each : asked.arguments) exchange.values.emplace_back(each);
+  DalArguments arguments = read_arguments(request.body, route);
+  for (const Variant& each : arguments.values) exchange.values.emplace_back(each);
   narrow_by_constants(exchange);
+  note_differences(std::move(arguments.differences), 400, sandbox.loose, *target, exchange);
+  // What is answered all the same finds as many as it looks for.
+  asked.arguments = std::move(arguments.values);
+  asked.arguments.resize(route.arguments.size());
 }
 
 }  // namespace
@@ -120,10 +138,11 @@ Asked read_dal(Sandbox& sandbox, const Operations& operations, const Request& re
   Asked asked;
   asked.exchange.route = Route::kDal;
   if (request.method != "POST") {
+    asked.exchange.outcome = Outcome::kRefused;
     asked.refusal = method_not_allowed(request, "POST");
     return asked;
   }
-  Reply reply = reply_of([&] {
+  Reply reply = with_errors(Outcome::kRefused, asked.exchange, [&] {
     read_call(sandbox, operations, request, asked);
     return Reply();
   });
@@ -135,13 +154,15 @@ Asked read_dal(Sandbox& sandbox, const Operations& operations, const Request& re
   return asked;
 }
 
-Reply answer_dal(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
-  return reply_of([&] {
-    const DalRoute& route = *asked.dal_route;
-    const auto session = operations.session.find({route.object, route.operation});
-    if (session == operations.session.end()) {
-      return text_reply(200, dal_answer(sandbox, operations, asked));
-    }
+Reply answer_dal(Sandbox& sandbox, const Operations& operations, Asked& asked) {
+  const DalRoute& route = *asked.dal_route;
+  const auto session = operations.session.find({route.object, route.operation});
+  if (session == operations.session.end()) {
+    // A fault comes as the text of an envelope, which clients read as they would a reply.
+    return with_faults(200, Outcome::kFault, asked.exchange,
+                       [&] { return text_reply(200, dal_answer(sandbox, operations, asked)); });
+  }
+  return with_errors(Outcome::kFault, asked.exchange, [&] {
     const std::lock_guard lock(sandbox.mutex);
     SessionCall call{.sandbox = sandbox, .arguments = asked.arguments};
     const DalAnswer answer = session->second.run(call);

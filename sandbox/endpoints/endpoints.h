@@ -16,6 +16,9 @@ Reply answer_admin(ServedSandbox& sandbox, const Request& request);
 /// /dal/{Object}/{Operation}.
 Reply answer(ServedSandbox& sandbox, const Operations& operations, const Request& request);
 
+/// A refusal in one line of plain text.
+Reply error_text_reply(int status, const std::string& text);
+
 /// The answer to a request whose method the path does not take.
 Reply method_not_allowed(const Request& request, std::string_view allowed);
 

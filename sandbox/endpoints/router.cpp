@@ -1,15 +1,17 @@
 #include <exception>
 #include <utility>
 
+#include "sandbox/contract/words.h"
 #include "sandbox/endpoints/asked.h"
 #include "sandbox/endpoints/endpoints.h"
+#include "sandbox/endpoints/record.h"
 #include "sandbox/endpoints/stubbed.h"
 #include "sandbox/faults/misbehave.h"
 
 namespace bvconn::sandbox {
 namespace {
 
-Reply right_answer(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
+Reply right_answer(Sandbox& sandbox, const Operations& operations, Asked& asked) {
   if (auto reply = stubbed(sandbox, operations, asked)) return std::move(*reply);
   return asked.exchange.route == Route::kSoap ? answer_soap(sandbox, operations, asked)
                                               : answer_dal(sandbox, operations, asked);
@@ -17,7 +19,7 @@ Reply right_answer(Sandbox& sandbox, const Operations& operations, const Asked& 
 
 /// A request that does not fit is told so whatever was asked to go wrong, and is not counted.
 Reply answer_asked(ServedSandbox& sandbox, const Operations& operations, const Request& request,
-                   const Asked& asked) {
+                   Asked& asked) {
   if (asked.refusal) return *asked.refusal;
   const auto fault = sandbox.faults.next(asked.exchange, request);
   if (!fault) {
@@ -25,17 +27,26 @@ Reply answer_asked(ServedSandbox& sandbox, const Operations& operations, const R
     if (reply.status == 200) sandbox.faults.keep_answer(asked.exchange.route, reply.body);
     return reply;
   }
+  asked.exchange.outcome = Outcome::kInjected;
   return misbehave(*fault, asked.exchange, sandbox.faults,
                    [&] { return right_answer(sandbox, operations, asked); });
 }
 
+/// What is asked for by the library's own ways, and so goes into the journal.
+Reply exchange(ServedSandbox& sandbox, const Operations& operations, const Request& request) {
+  Record record(sandbox);
+  Asked asked = request.path() == "/soap" ? read_soap(sandbox, request)
+                                          : read_dal(sandbox, operations, request);
+  record.begin(request, asked);
+  Reply reply = answer_asked(sandbox, operations, request, asked);
+  record.end(asked, reply);
+  return reply;
+}
+
 Reply route(ServedSandbox& sandbox, const Operations& operations, const Request& request) {
   const std::string_view path = request.path();
-  if (path == "/soap") {
-    return answer_asked(sandbox, operations, request, read_soap(sandbox, request));
-  }
-  if (path == "/dal" || path.starts_with("/dal/")) {
-    return answer_asked(sandbox, operations, request, read_dal(sandbox, operations, request));
+  if (path == "/soap" || path == "/dal" || path.starts_with("/dal/")) {
+    return exchange(sandbox, operations, request);
   }
   if (path.starts_with("/admin/")) return answer_admin(sandbox, request);
   return text_reply(404,
@@ -56,9 +67,15 @@ Reply answer(ServedSandbox& sandbox, const Operations& operations, const Request
   }
 }
 
+Reply error_text_reply(int status, const std::string& text) {
+  Reply reply = text_reply(status, text + ".\n");
+  reply.remark = shortened(text);
+  return reply;
+}
+
 Reply method_not_allowed(const Request& request, std::string_view allowed) {
-  Reply reply = text_reply(
-      405, request.method + " is not allowed here, expected " + std::string(allowed) + ".\n");
+  Reply reply = error_text_reply(
+      405, request.method + " is not allowed here, expected " + std::string(allowed));
   reply.headers.push_back({.name = "Allow", .value = std::string(allowed)});
   return reply;
 }

@@ -1,8 +1,8 @@
-#include <exception>
 #include <optional>
 #include <string>
 #include <utility>
 
+#include "sandbox/contract/words.h"
 #include "sandbox/endpoints/asked.h"
 #include "sandbox/endpoints/endpoints.h"
 #include "sandbox/endpoints/soap_request.h"
@@ -19,49 +19,46 @@ std::optional<std::string> soap_action(const Request& request) {
   return action;
 }
 
-/// Runs something that answers by an envelope; what it throws becomes a fault.
-template <class Body>
-Reply reply_of(const Body& body) {
-  try {
-    return xml_reply(200, body());
-  } catch (const Fault& fault) {
-    return xml_reply(500, fault_text(fault));
-  } catch (const std::exception& error) {
-    return xml_reply(500, fault_text({.code = fault_codes::kServer, .text = error.what()}));
-  }
+void check_media_type(const Request& request, bool loose, Exchange& exchange) {
+  const std::string type = media_type(request.header("Content-Type").value_or(""));
+  if (type == "text/xml") return;
+  exchange.differences.push_back({"Content-Type", "is " + quoted(type), quoted("text/xml")});
+  exchange.outcome = loose ? Outcome::kWarned : Outcome::kRefused;
 }
 
 void read_envelope(const Sandbox& sandbox, const Request& request, Asked& asked) {
   asked.soap = read_request(request.body, charset(request.header("Content-Type").value_or("")));
   asked.soap->facts.soap_action = soap_action(request);
-  note_envelope(sandbox.contract, *asked.soap, asked.exchange);
-  if (const auto complaint = sandbox.contract.complaint(asked.soap->facts)) refuse(*complaint);
+  note_envelope(*asked.soap, sandbox.contract.judge(asked.soap->facts), sandbox.loose,
+                asked.exchange);
 }
 
 }  // namespace
 
 Asked read_soap(const Sandbox& sandbox, const Request& request) {
   Asked asked;
-  asked.exchange.route = Route::kSoap;
+  Exchange& exchange = asked.exchange;
+  exchange.route = Route::kSoap;
   if (request.method != "POST") {
+    exchange.outcome = Outcome::kRefused;
     asked.refusal = method_not_allowed(request, "POST");
     return asked;
   }
-  const std::string type = media_type(request.header("Content-Type").value_or(""));
-  if (type != "text/xml") {
-    asked.refusal = text_reply(415, "Content-Type is '" + type + "', expected 'text/xml'.\n");
+  check_media_type(request, sandbox.loose, exchange);
+  if (exchange.outcome == Outcome::kRefused) {
+    asked.refusal = error_text_reply(415, exchange.differences.front().text());
     return asked;
   }
-  Reply reply = reply_of([&] {
+  Reply reply = with_faults(500, Outcome::kRefused, exchange, [&] {
     read_envelope(sandbox, request, asked);
-    return std::string();
+    return Reply();
   });
   if (reply.status != 200) asked.refusal = std::move(reply);
   return asked;
 }
 
-Reply answer_soap(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
-  return reply_of([&] {
+Reply answer_soap(Sandbox& sandbox, const Operations& operations, Asked& asked) {
+  return with_faults(500, Outcome::kFault, asked.exchange, [&] {
     const RequestFacts& facts = asked.soap->facts;
     const auto method = operations.soap.find({facts.service, facts.method});
     if (method == operations.soap.end()) {
@@ -69,8 +66,8 @@ Reply answer_soap(Sandbox& sandbox, const Operations& operations, const Asked& a
                   .text = facts.method + " in " + facts.service +
                           ": the request fits, but the sandbox does not answer this method"};
     }
-    return reply_text(method->first, method->second, sandbox, asked.soap->user_id,
-                      asked.soap->envelope.Parameters());
+    return xml_reply(200, reply_text(method->first, method->second, sandbox, asked.soap->user_id,
+                                     asked.soap->envelope.Parameters()));
   });
 }
 

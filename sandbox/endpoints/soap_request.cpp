@@ -1,6 +1,7 @@
 #include "sandbox/endpoints/soap_request.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
@@ -80,13 +81,19 @@ SoapRequest read_request(const std::string& text, std::string_view encoding) {
   return request;
 }
 
-void note_envelope(const Contract& contract, const SoapRequest& request, Exchange& exchange) {
+void note_envelope(const SoapRequest& request, Verdict verdict, bool loose, Exchange& exchange) {
   exchange.service = request.facts.service;
   exchange.method = request.facts.method;
   exchange.session = request.user_id;
-  exchange.forms = contract.forms_of(request.facts);
+  exchange.forms = std::move(verdict.forms);
   for (const SoapNode& node : request.envelope.Parameters()) exchange.values.emplace_back(node);
   narrow_by_constants(exchange);
+  const auto complaint = verdict.complaint();
+  if (!complaint) return;
+  exchange.differences = std::move(verdict.differences);
+  const bool has_method = !verdict.subject.empty();
+  if (!loose || !has_method) refuse(*complaint);
+  exchange.outcome = Outcome::kWarned;
 }
 
 }  // namespace bvconn::sandbox

@@ -26,8 +26,9 @@ inline constexpr std::size_t kMostRequestTags = 1'000'000;
 /// Throws a `Fault` for what is no request.
 SoapRequest read_request(const std::string& text, std::string_view encoding);
 
-/// Notes in the exchange what an envelope tells: method, session, arguments, and the operations of
-/// the library that it can come from.
-void note_envelope(const Contract& contract, const SoapRequest& request, Exchange& exchange);
+/// Notes in the exchange what an envelope tells, method, session and arguments, and what the
+/// contract says of it. Throws a `Fault` for what does not fit; with `loose` for what there is no
+/// method for alone.
+void note_envelope(const SoapRequest& request, Verdict verdict, bool loose, Exchange& exchange);
 
 }  // namespace bvconn::sandbox

@@ -83,4 +83,10 @@ std::string fault_text(std::string_view code, std::string_view text, std::string
   return xml.append("</SOAP-ENV:Fault></SOAP-ENV:Body></SOAP-ENV:Envelope>");
 }
 
+Reply fault_reply(int status, const Fault& fault) {
+  Reply reply = xml_reply(status, fault_text(fault));
+  reply.remark = shortened(fault.text);
+  return reply;
+}
+
 }  // namespace bvconn::sandbox

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <exception>
 #include <string>
 #include <string_view>
 
 #include "bvconn/platform/soap/soap_node.h"
+#include "sandbox/exchange.h"
+#include "sandbox/http/message.h"
 #include "sandbox/operations/operations.h"
 
 namespace bvconn::sandbox {
@@ -20,5 +23,25 @@ std::string fault_text(std::string_view code, std::string_view text, std::string
 
 /// The text as it can stand in an element.
 std::string escaped(std::string_view text);
+
+/// A reply that is such an envelope.
+Reply fault_reply(int status, const Fault& fault);
+
+/// Runs something that gives a reply; a fault that it throws, or any other error, becomes a reply
+/// with `status`, and is noted as this outcome.
+template <class Body>
+Reply with_faults(int status, Outcome of_fault, Exchange& exchange, const Body& body) {
+  Fault fault;
+  try {
+    return body();
+  } catch (const Fault& thrown) {
+    fault = thrown;
+    exchange.outcome = of_fault;
+  } catch (const std::exception& error) {
+    fault = {.code = fault_codes::kServer, .text = error.what()};
+    exchange.outcome = Outcome::kFailed;
+  }
+  return fault_reply(status, fault);
+}
 
 }  // namespace bvconn::sandbox

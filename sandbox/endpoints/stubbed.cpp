@@ -35,11 +35,13 @@ Reply reply_of(const StubRule& rule, const Asked& asked) {
 
 }  // namespace
 
-std::optional<Reply> stubbed(Sandbox& sandbox, const Operations& operations, const Asked& asked) {
+std::optional<Reply> stubbed(Sandbox& sandbox, const Operations& operations, Asked& asked) {
   const DalRoute* route = asked.dal_route;
   if (route && operations.session.contains({route->object, route->operation})) return std::nullopt;
   const auto stub = sandbox.stubs.take(asked.exchange);
   if (!stub) return std::nullopt;
+  asked.exchange.answered_by = "stub " + stub->id;
+  if (stub->rule.is_fault) asked.exchange.outcome = Outcome::kFault;
   return reply_of(stub->rule, asked);
 }
 

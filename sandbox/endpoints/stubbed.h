@@ -6,7 +6,7 @@
 
 namespace bvconn::sandbox {
 
-/// The answer of the stub that fits a request, if there is one.
-std::optional<Reply> stubbed(Sandbox& sandbox, const Operations& operations, const Asked& asked);
+/// The answer of the stub that fits a request, if there is one. What answers is noted.
+std::optional<Reply> stubbed(Sandbox& sandbox, const Operations& operations, Asked& asked);
 
 }  // namespace bvconn::sandbox

@@ -58,6 +58,8 @@ struct Reply {
   std::vector<Header> headers;
   std::string body;
   std::optional<Delivery> delivery{};
+  /// Not sent: what is wrong with the request, for whoever watches the sandbox.
+  std::string remark{};
 };
 
 Reply text_reply(int status, std::string_view text);

@@ -63,7 +63,7 @@ bool RequestReader::read_envelope(const std::string& text, const Request& reques
     const SoapRequest envelope =
         read_request(text, charset(request.header("Content-Type").value_or("")));
     Exchange exchange;
-    exchange.forms = contract_.forms_of(envelope.facts);
+    exchange.forms = contract_.judge_envelope(envelope.facts).forms;
     for (const SoapNode& node : envelope.envelope.Parameters()) exchange.values.emplace_back(node);
     narrow_by_constants(exchange);
     asked.operations = names_of(exchange.forms);

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace bvconn::sandbox {
 namespace {
 
@@ -23,7 +26,7 @@ RequestFacts fitting_request() {
 }
 
 std::string complaint_of(const MethodContract& method, const RequestFacts& request) {
-  return Contract({method}).complaint(request).value_or("fits");
+  return Contract({method}).judge(request).complaint().value_or("fits");
 }
 
 TEST(Contract, AFittingRequestIsNotComplainedAbout) {
@@ -85,7 +88,8 @@ TEST(Contract, OrderCounts) {
   auto request = fitting_request();
   request.parameters = {{.name = "to", .type = "string"}, {.name = "from", .type = "string"}};
   EXPECT_EQ(complaint_of(method, request),
-            "getInvoice in urn:InvoiceService: parameter 1 is named 'to', expected 'from'");
+            "getInvoice in urn:InvoiceService: parameter 1 is named 'to', expected 'from'; 1 more "
+            "difference");
 }
 
 TEST(Contract, NilIsAllowedOnlyWhereTheContractSaysSo) {
@@ -127,6 +131,58 @@ TEST(Contract, OfSeveralShapesTheNearestIsTold) {
   request.parameters = {{.name = "UID", .type = "string"}, {.name = "isQuote", .type = "boolean"}};
   EXPECT_EQ(complaint_of(method, request),
             "getInvoice in urn:InvoiceService: parameter 2 is named 'isQuote', expected 'isOrder'");
+}
+
+TEST(Contract, AllThatDiffersIsTold) {
+  auto request = fitting_request();
+  request.soap_action = "urn:Other";
+  request.headers.clear();
+  request.parameters[0] = {.name = "UID", .name_space = "urn:x", .type = "int"};
+  const Verdict verdict = Contract({get_invoice()}).judge(request);
+  std::vector<std::string> texts;
+  for (const Difference& each : verdict.differences) texts.push_back(each.text());
+  EXPECT_EQ(texts, (std::vector<std::string>{
+                       "SOAPAction is 'urn:Other', expected 'urn:InvoiceService'",
+                       "the SOAP headers are none, expected 'userID'",
+                       "parameter 1 is named 'UID', expected 'param'",
+                       "parameter 1 ('UID') is in the namespace 'urn:x', expected no namespace",
+                       "parameter 1 ('UID') has type 'int', expected type 'string'"}));
+  EXPECT_EQ(verdict.complaint(),
+            "getInvoice in urn:InvoiceService: SOAPAction is 'urn:Other', expected "
+            "'urn:InvoiceService'; 4 more differences");
+}
+
+TEST(Contract, AWrongNumberTellsWhatIsMissingAndWhatIsTooMuch) {
+  auto method = get_invoice();
+  method.shapes = {{.parameters = {{.name = "from", .types = {"string"}},
+                                   {.name = "to", .types = {"string"}},
+                                   {.name = "max", .types = {"int"}}}}};
+  auto request = fitting_request();
+  request.parameters = {{.name = "to", .type = "string"},
+                        {.name = "page", .type = "int"},
+                        {.name = "max", .type = "string"},
+                        {.name = "last", .type = "int"}};
+  const Verdict verdict = Contract({method}).judge(request);
+  std::vector<std::string> texts;
+  for (const Difference& each : verdict.differences) texts.push_back(each.text());
+  EXPECT_EQ(texts, (std::vector<std::string>{
+                       "has 4 parameters, expected 3 ('from', 'to', 'max')",
+                       "has no 'from', expected it as parameter 1",
+                       "parameter 2 is 'page', expected nothing of this name here",
+                       "parameter 3 ('max') has type 'string', expected type 'int'",
+                       "parameter 4 is 'last', expected nothing of this name here"}));
+  EXPECT_EQ(verdict.complaint(),
+            "getInvoice in urn:InvoiceService: has 4 parameters, expected 3 ('from', 'to', "
+            "'max'); 1 more difference");
+}
+
+TEST(Contract, AComplaintLeavesRoomForTheNumberOfTheOthers) {
+  auto request = fitting_request();
+  request.soap_action = std::string(5'000, 'x');
+  request.parameters[0].type = "int";
+  const std::string complaint = complaint_of(get_invoice(), request);
+  EXPECT_LE(complaint.size(), 1'024U);
+  EXPECT_TRUE(complaint.ends_with("…; 1 more difference")) << complaint;
 }
 
 TEST(Contract, ADocumentMayHaveAnyName) {
@@ -176,9 +232,9 @@ TEST(Contract, WhereAnySoapActionWillDoItIsNotLookedAt) {
 TEST(Contract, AnEnvelopeByItselfNeedsNoSoapAction) {
   auto request = fitting_request();
   request.soap_action.reset();
-  EXPECT_EQ(Contract({get_invoice()}).envelope_complaint(request), std::nullopt);
+  EXPECT_EQ(Contract({get_invoice()}).judge_envelope(request).complaint(), std::nullopt);
   request.parameters[0].type = "int";
-  EXPECT_EQ(Contract({get_invoice()}).envelope_complaint(request),
+  EXPECT_EQ(Contract({get_invoice()}).judge_envelope(request).complaint(),
             "getInvoice in urn:InvoiceService: parameter 1 ('param') has type 'int', expected type "
             "'string'");
 }

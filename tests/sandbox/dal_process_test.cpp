@@ -69,7 +69,9 @@ TEST(SandboxDal, ArgumentsThatDoNotFitAreRefusedWithTheirPlace) {
       {"OrderService/getSAPOrderView", R"(["ORD-5001"])",
        "OrderService: getSAPOrderView: has 1 argument, expected 2 ('aOrderGID', 'aIncludePrice')"},
       {"OrderService/getSAPOrderView", R"([true,"ORD-5001"])",
-       "OrderService: getSAPOrderView: argument 1 ('aOrderGID') is a boolean, expected a text"},
+       "OrderService: getSAPOrderView: argument 1 ('aOrderGID') is a boolean, expected a text; 1 "
+       "more "
+       "difference"},
       {"OrderService/getSAPOrderView", R"(["ORD-5001",null])",
        "OrderService: getSAPOrderView: argument 2 ('aIncludePrice') is null, expected a boolean"},
       {"SearchService/SearchForGLCodes", R"(["","","True"])",

@@ -98,7 +98,8 @@ DalRoute text_and_flag() {
 }
 
 std::string complaint_of(const DalRoute& route, const Types& found) {
-  return sandbox::complaint(route, found).value_or("fits");
+  const auto all = sandbox::differences(route, found);
+  return all.empty() ? "fits" : sandbox::complaint_text(route.operation, all);
 }
 
 TEST(DalArguments, FittingOnesAreNotComplainedAbout) {
@@ -124,7 +125,7 @@ TEST(DalArguments, AWrongTypeIsToldWithItsPlaceAndTheExpectedOne) {
 
 TEST(DalArguments, ATextAndABooleanThatAreSwappedAreNoticed) {
   EXPECT_EQ(complaint_of(text_and_flag(), {JsonType::kBoolean, JsonType::kText}),
-            "Find: argument 1 ('aGID') is a boolean, expected a text");
+            "Find: argument 1 ('aGID') is a boolean, expected a text; 1 more difference");
 }
 
 TEST(DalArguments, AnyOfSeveralTypesWillDo) {
