@@ -27,10 +27,12 @@ void run_sandbox(const Options& options) {
   ServedSandbox sandbox{{.store = Store(options.database, options.seed),
                          .contract = Contract(contract_of(observations)),
                          .dal_routes = dal_routes_of(observations),
-                         .disabled_services = options.disabled_services,
-                         .logins = {},
                          .loose = options.loose,
                          .journal = journal_of(options.journal)}};
+  // Without a word the others that share the database keep theirs.
+  if (!options.disabled_services.empty()) {
+    sandbox.store.set_disabled_services(options.disabled_services);
+  }
   for (const auto& each : observations) sandbox.operation_names.push_back(operation_name(each));
   for (const std::string& file : options.fault_files) {
     sandbox.faults.add(faults_from_file(file, sandbox.operation_names));

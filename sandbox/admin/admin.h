@@ -52,5 +52,10 @@ Reply get_journal(AdminCall& call);
 Reply get_journal_entry(AdminCall& call);
 Reply clear_journal(AdminCall& call);
 Reply post_verify(AdminCall& call);
+Reply reset_store(AdminCall& call);
+Reply get_snapshots(AdminCall& call);
+Reply take_snapshot(AdminCall& call);
+Reply remove_snapshot(AdminCall& call);
+Reply restore_snapshot(AdminCall& call);
 
 }  // namespace bvconn::sandbox

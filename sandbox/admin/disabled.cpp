@@ -7,7 +7,7 @@ namespace bvconn::sandbox {
 
 Reply get_disabled(AdminCall& call) {
   const std::lock_guard lock(call.sandbox.mutex);
-  return text_reply(200, call.sandbox.disabled_services);
+  return text_reply(200, call.sandbox.store.disabled_services());
 }
 
 Reply set_disabled(AdminCall& call) {
@@ -15,8 +15,8 @@ Reply set_disabled(AdminCall& call) {
     throw AdminRefusal{400, trouble};
   }
   const std::lock_guard lock(call.sandbox.mutex);
-  call.sandbox.disabled_services = call.request.body;
-  return text_reply(200, call.sandbox.disabled_services);
+  call.sandbox.store.set_disabled_services(call.request.body);
+  return text_reply(200, call.request.body);
 }
 
 }  // namespace bvconn::sandbox

@@ -25,6 +25,11 @@ constexpr std::array kResources{
     AdminResource{"/admin/journal", "DELETE", clear_journal},
     AdminResource{"/admin/journal/", "GET", get_journal_entry},
     AdminResource{"/admin/verify", "POST", post_verify},
+    AdminResource{"/admin/reset", "POST", reset_store},
+    AdminResource{"/admin/snapshots", "GET", get_snapshots},
+    AdminResource{"/admin/snapshots/", "POST", take_snapshot},
+    AdminResource{"/admin/snapshots/", "DELETE", remove_snapshot},
+    AdminResource{"/admin/restore/", "POST", restore_snapshot},
 };
 
 /// What of the path lies below the resource's; nothing where it is another's path.

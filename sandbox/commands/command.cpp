@@ -20,6 +20,10 @@ constexpr std::array kCommands{
     Command{"faults", "Let calls go wrong: add, list, remove and clear faults", prepare_faults},
     Command{"journal", "Show the exchanges that were made, or one of them whole", prepare_journal},
     Command{"verify", "Check how often an operation was asked for", prepare_verify},
+    Command{"reset", "Put back what the store held when it was new", prepare_reset},
+    Command{"snapshot", "Keep what the store holds under a name, or list what is kept",
+            prepare_snapshot},
+    Command{"restore", "Put back what was kept under a name", prepare_restore},
 };
 
 constexpr std::array kServices{

@@ -54,6 +54,9 @@ RunCommand prepare_stubs(CLI::App& command);
 RunCommand prepare_faults(CLI::App& command);
 RunCommand prepare_journal(CLI::App& command);
 RunCommand prepare_verify(CLI::App& command);
+RunCommand prepare_reset(CLI::App& command);
+RunCommand prepare_snapshot(CLI::App& command);
+RunCommand prepare_restore(CLI::App& command);
 
 // The services, each in a folder of its own.
 int run_record(int argc, char** argv);

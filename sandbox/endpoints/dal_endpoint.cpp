@@ -39,7 +39,7 @@ std::optional<std::string> user_of(Sandbox& sandbox, const Request& request) {
   const auto authorization = request.header("Authorization");
   if (!authorization || !authorization->starts_with(kScheme)) return std::nullopt;
   const std::lock_guard lock(sandbox.mutex);
-  return sandbox.logins.user_of(std::string_view(*authorization).substr(kScheme.size()));
+  return sandbox.store.logins().user_of(std::string_view(*authorization).substr(kScheme.size()));
 }
 
 [[noreturn]] void refuse_without_login(const DalTarget& target) {

@@ -12,7 +12,7 @@ DalAnswer login(SessionCall& call) {
     throw DalError{401, dal_numbers::kLoginRefused, kObject,
                    "User '" + user + "' is unknown, or the password is wrong"};
   }
-  return {.text = "Logged in", .token = call.sandbox.logins.open(user)};
+  return {.text = "Logged in", .token = call.sandbox.store.logins().open(user)};
 }
 
 }  // namespace
@@ -20,7 +20,7 @@ DalAnswer login(SessionCall& call) {
 void add_authentication(Operations& operations) {
   operations.session[{kObject, "Login"}] = {.run = login, .needs_login = false};
   operations.session[{kObject, "GetDisabledServices"}] = {
-      .run = [](SessionCall& call) { return DalAnswer{.text = call.sandbox.disabled_services}; }};
+      .run = [](SessionCall& call) { return DalAnswer{.text = call.sandbox.store.disabled_services()}; }};
 }
 
 }  // namespace bvconn::sandbox

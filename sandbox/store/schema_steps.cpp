@@ -191,6 +191,25 @@ CREATE INDEX invoices_by_date ON invoices (invoice_date);
 
 constexpr const char* kCriteriaTables = "CREATE INDEX documents_by_kind ON documents (kind)";
 
+// What processes of one database share beside the documents.
+constexpr const char* kSharedTables = R"sql(
+CREATE TABLE logins (
+  token TEXT PRIMARY KEY,
+  user_name TEXT NOT NULL,
+  number INTEGER NOT NULL
+) STRICT, WITHOUT ROWID;
+
+CREATE INDEX logins_by_number ON logins (number);
+
+-- What a snapshot holds is in tables named after its number.
+CREATE TABLE snapshots (
+  name TEXT PRIMARY KEY,
+  number INTEGER NOT NULL UNIQUE,
+  version INTEGER NOT NULL,
+  made TEXT NOT NULL
+) STRICT, WITHOUT ROWID;
+)sql";
+
 void fill_entries_of_invoices(Database& database, std::uint64_t) {
   complete_invoices(database);
   fill_reconciles(database);
@@ -206,6 +225,13 @@ void fill_revisions(Database& database, std::uint64_t) {
 
 }  // namespace
 
+const std::vector<const char*>& data_tables() {
+  static const std::vector<const char*> tables{
+      "customers",      "products",           "invoices", "invoice_lines", "counters", "documents",
+      "document_lines", "document_revisions", "comments", "entries",       "list_rows"};
+  return tables;
+}
+
 const std::vector<SchemaStep>& schema_steps() {
   static const std::vector<SchemaStep> steps{
       {.tables = kInvoicesTables, .fill = fill_invoices},
@@ -215,6 +241,7 @@ const std::vector<SchemaStep>& schema_steps() {
        .fill = [](Database& database, std::uint64_t) { fill_lists(database); }},
       {.tables = kRevisionsTables, .fill = fill_revisions},
       {.tables = kCriteriaTables, .fill = fill_criteria},
+      {.tables = kSharedTables},
   };
   return steps;
 }

@@ -21,4 +21,8 @@ struct SchemaStep {
 /// afterwards is a step of its own at the end.
 const std::vector<SchemaStep>& schema_steps();
 
+/// The tables of what the store is about, which a snapshot holds and a reset makes anew; one that
+/// refers to another comes after it. The others say who may log in, who has, and what is kept how.
+const std::vector<const char*>& data_tables();
+
 }  // namespace bvconn::sandbox

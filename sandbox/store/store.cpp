@@ -9,9 +9,9 @@ namespace {
 
 constexpr std::uint64_t kDefaultSeed = 1;
 
-std::optional<std::string> seed_of(Database& database) {
-  Statement select(database, "SELECT value FROM properties WHERE name = 'seed'");
-  if (!select.step()) return std::nullopt;
+std::optional<std::string> property(Database& database, std::string_view name) {
+  Statement select(database, "SELECT value FROM properties WHERE name = ?");
+  if (!select.bind(name).step()) return std::nullopt;
   return select.text(0);
 }
 
@@ -24,19 +24,18 @@ Store::Store(const std::string& where, std::optional<std::uint64_t> seed) : data
   // the second finds it filled.
   Transaction transaction(database_);
   const std::int64_t present_version = bring_up(database_);
-  const auto present_seed = seed_of(database_);
+  const auto present_seed = property(database_, "seed");
   if (present_seed && seed && *present_seed != std::to_string(*seed)) {
     Connection& connection = database_.connection();
     throw DatabaseError(connection.name() + " was filled from seed " + *present_seed +
                         ", not from " + std::to_string(*seed) + "; " + connection.how_to_empty() +
                         " to fill it anew");
   }
-  const std::uint64_t chosen =
-      present_seed ? std::stoull(*present_seed) : seed.value_or(kDefaultSeed);
-  fill_after(database_, present_version, chosen);
+  seed_ = present_seed ? std::stoull(*present_seed) : seed.value_or(kDefaultSeed);
+  fill_after(database_, present_version, seed_);
   if (!present_seed) {
     Statement(database_, "INSERT INTO properties VALUES ('seed', ?)")
-        .bind(std::to_string(chosen))
+        .bind(std::to_string(seed_))
         .run();
   }
   transaction.commit();
@@ -72,6 +71,20 @@ bool Store::change_password(std::string_view user, std::string_view password) {
       .bind(user)
       .run();
   return true;
+}
+
+std::string Store::disabled_services() {
+  return property(database_, "disabled services").value_or("");
+}
+
+void Store::set_disabled_services(std::string_view text) {
+  Transaction transaction(database_);
+  Statement(database_,
+            "INSERT INTO properties VALUES ('disabled services', ?)"
+            " ON CONFLICT (name) DO UPDATE SET value = excluded.value")
+      .bind(text)
+      .run();
+  transaction.commit();
 }
 
 std::vector<std::string> Store::latest(const DocumentKind& kind, std::int64_t count) {

@@ -11,6 +11,8 @@
 #include "sandbox/store/entries.h"
 #include "sandbox/store/invoices.h"
 #include "sandbox/store/lists.h"
+#include "sandbox/store/logins.h"
+#include "sandbox/store/snapshots.h"
 
 namespace bvconn::sandbox {
 
@@ -37,6 +39,13 @@ class Store {
   std::vector<std::string> pay_periods(std::string_view agent_id, std::int64_t count) {
     return sandbox::pay_periods(database_, agent_id, count);
   }
+  Logins logins() { return Logins(database_); }
+  Snapshots snapshots() { return Snapshots(database_); }
+  /// The answer to GetDisabledServices.
+  std::string disabled_services();
+  void set_disabled_services(std::string_view text);
+  /// Puts back what the store held when it was new.
+  void reset() { snapshots().reset(seed_); }
   Transaction transaction() { return Transaction(database_); }
   /// Whether this user may log in: anybody with a name and a password while the table `users` is
   /// empty, and otherwise those that stand in it.
@@ -47,6 +56,7 @@ class Store {
 
  private:
   Database database_;
+  std::uint64_t seed_ = 0;
 };
 
 }  // namespace bvconn::sandbox

@@ -25,11 +25,9 @@ struct World {
   const std::vector<automation::ObservedOperation> observations = automation::observe_all();
   sandbox::Sandbox box{.store = sandbox::Store(":memory:", {}),
                        .contract = sandbox::Contract(sandbox::contract_of(observations)),
-                       .dal_routes = sandbox::dal_routes_of(observations),
-                       .disabled_services = {},
-                       .logins = {}};
+                       .dal_routes = sandbox::dal_routes_of(observations)};
   const sandbox::Operations operations = sandbox::all_operations();
-  const std::string token = box.logins.open("anna");
+  const std::string token = box.store.logins().open("anna");
 };
 
 World& world() {

@@ -27,6 +27,7 @@ class SandboxProcess {
   /// The port that the ready line names.
   std::uint16_t port() const { return port_; }
 
+  pid_t process() const { return child_; }
   /// Sends the signal and waits for its end; gives the exit status.
   std::optional<int> end_by(int signal);
   /// Ends its standard input.
