@@ -1,11 +1,7 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <mutex>
-#include <optional>
-#include <string>
-#include <string_view>
 
 #include "sandbox/contract/contract.h"
 #include "sandbox/contract/dal_routes.h"

@@ -19,8 +19,9 @@ DalAnswer login(SessionCall& call) {
 
 void add_authentication(Operations& operations) {
   operations.session[{kObject, "Login"}] = {.run = login, .needs_login = false};
-  operations.session[{kObject, "GetDisabledServices"}] = {
-      .run = [](SessionCall& call) { return DalAnswer{.text = call.sandbox.store.disabled_services()}; }};
+  operations.session[{kObject, "GetDisabledServices"}] = {.run = [](SessionCall& call) {
+    return DalAnswer{.text = call.sandbox.store.disabled_services()};
+  }};
 }
 
 }  // namespace bvconn::sandbox
