@@ -54,12 +54,10 @@ class Server {
     static const auto contract = sandbox::contract_of(observations);
     static const auto routes = sandbox::dal_routes_of(observations);
     sandbox_.reset();
-    sandbox_ = std::unique_ptr<sandbox::Sandbox>(
-        new sandbox::Sandbox{.store = sandbox::Store(":memory:", {}),
-                             .contract = sandbox::Contract(contract),
-                             .dal_routes = routes,
-                             .disabled_services = {},
-                             .logins = {}});
+    sandbox_ = std::unique_ptr<sandbox::ServedSandbox>(
+        new sandbox::ServedSandbox{{.store = sandbox::Store(":memory:", {}),
+                                    .contract = sandbox::Contract(contract),
+                                    .dal_routes = routes}});
     const Reply reply =
         answer(*sandbox_, operations_,
                request_to("POST", "/dal/AuthenticationService/Login", "application/json",
@@ -71,7 +69,7 @@ class Server {
   }
 
   const sandbox::Operations operations_ = sandbox::all_operations();
-  std::unique_ptr<sandbox::Sandbox> sandbox_;
+  std::unique_ptr<sandbox::ServedSandbox> sandbox_;
   std::string token_;
   std::size_t inputs_ = 0;
 };
