@@ -116,6 +116,7 @@ struct Mention {
   std::string place;
   std::string program;  ///< "bvconn" or "bvsandbox"
   std::string command;  ///< the subcommand, "" for none
+  std::string next;     ///< the word behind it, which may be a subcommand of its own
   std::vector<std::string> options;
 };
 
@@ -128,9 +129,11 @@ std::vector<Mention> mentions_in(const std::string& line, const std::string& pla
   for (std::sregex_iterator at(line.begin(), line.end(), kCommand), end; at != end; ++at) {
     // Words of a sentence about the program are no command.
     if ((*at)[1] == " " && !(*at)[3].str().empty()) continue;
-    Mention mention{.place = place, .program = (*at)[2], .command = (*at)[3], .options = {}};
+    Mention mention{
+        .place = place, .program = (*at)[2], .command = (*at)[3], .next = {}, .options = {}};
     if (!mention.command.empty()) mention.command.erase(0, 1);
     const std::string rest = (*at)[4];
+    std::istringstream(rest) >> mention.next;
     for (std::sregex_iterator option(rest.begin(), rest.end(), kOption); option != end; ++option) {
       mention.options.push_back((*option)[1]);
     }
@@ -166,8 +169,14 @@ TEST(Mentions, AreOfCommandsAndOptionsThatThereAre) {
               << mention.place << " names a command that there is not";
           ++commands;
         }
-        const std::string command =
+        std::string command =
             mention.program + (mention.command.empty() ? "" : " " + mention.command);
+        const std::string& help = help_of(command);
+        const auto nested = help.find("Subcommands:");
+        if (nested != std::string::npos && !mention.next.empty() && !mention.command.empty() &&
+            help.find("\n  " + mention.next + " ", nested) != std::string::npos) {
+          command += " " + mention.next;
+        }
         for (const std::string& option : mention.options) {
           EXPECT_THAT(help_of(command), testing::HasSubstr(option)) << mention.place;
         }
