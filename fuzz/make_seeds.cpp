@@ -20,6 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace bvconn::test;  // NOLINT(google-build-using-namespace): the tests' own files
+using bvconn::wire::WireCase;
+using bvconn::wire::WireStep;
 
 // Larger ones slow every round down and reach nothing that smaller ones do not.
 constexpr std::size_t kSeedMax = 8'192;
@@ -157,8 +159,8 @@ void make(const Seeds& seeds, const fs::path& tests) {
   for (const auto& entry : fs::recursive_directory_iterator(tests)) {
     const std::string extension = entry.path().extension();
     if (extension == ".wire") {
-      for (const auto& wire : wire::read_wire_file(contents(entry.path())).cases) {
-        add_wire_case(seeds, wire);
+      for (const auto& each : bvconn::wire::read_wire_file(contents(entry.path())).cases) {
+        add_wire_case(seeds, each);
       }
     } else if (extension == ".hostile") {
       add_hostile_file(seeds, entry.path());
