@@ -77,8 +77,7 @@ struct HostileCase {
   std::int32_t timeout_ms = 0;
   std::vector<std::pair<std::string, std::string>> options;
   std::chrono::milliseconds within{2000};
-  /// Two copies of a text of 2 MB, each in huge pages of 2 MiB, and the text itself.
-  std::size_t memory_mib = 12;
+  std::size_t memory_mib = 10;
   std::vector<HostileStep> steps;
   std::map<std::string, Expected> expected;  ///< by route
 };
