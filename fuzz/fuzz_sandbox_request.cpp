@@ -1,6 +1,7 @@
 // Asks the sandbox's server for what the input says, without a connection in between: a path, what
 // stands in its chief header, and a body. It answers everything, with a status that belongs to the
-// path, in a form that clients read, and is never at a loss.
+// path, in a form that clients read, and is never at a loss. What was administered so hits one good
+// request, is taken back, and the next one is answered as ever.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -44,10 +45,25 @@ class Server {
 
   Reply ask(const Request& request) { return answer(*sandbox_, operations_, request); }
 
+  /// Undoes what a request to administer can have done but for the data, which may be that of
+  /// another time from then on: nobody is logged in there.
+  void take_back(const Request& request) {
+    for (const char* clean : {"/admin/faults", "/admin/stubs"}) {
+      require(ask(request_to("DELETE", clean, "", "")).status == 200, "cannot be cleared", clean);
+    }
+    require(ask(request_to("POST", "/admin/disabled", "text/plain", "")).status == 200,
+            "cannot be enabled", request.target);
+    const std::string_view path = request.path();
+    if (path.starts_with("/admin/snapshots/") && copies_++ == kCopiesMax) make();
+    if (path.starts_with("/admin/reset") || path.starts_with("/admin/restore/")) log_in();
+  }
+
   const std::string& token() const { return token_; }
 
  private:
   static constexpr std::size_t kInputsMax = 10'000;
+  // Copies of the data take memory until the server is made anew.
+  static constexpr std::size_t kCopiesMax = 100;
 
   void make() {
     static const auto observations = automation::observe_all();
@@ -58,6 +74,12 @@ class Server {
         new sandbox::ServedSandbox{{.store = sandbox::Store(":memory:", {}),
                                     .contract = sandbox::Contract(contract),
                                     .dal_routes = routes}});
+    copies_ = 0;
+    log_in();
+  }
+
+  void log_in() {
+    token_.clear();
     const Reply reply =
         answer(*sandbox_, operations_,
                request_to("POST", "/dal/AuthenticationService/Login", "application/json",
@@ -72,6 +94,7 @@ class Server {
   std::unique_ptr<sandbox::ServedSandbox> sandbox_;
   std::string token_;
   std::size_t inputs_ = 0;
+  std::size_t copies_ = 0;
 };
 
 /// The number that a client's envelope gives for the text: 0 where it reads.
@@ -108,21 +131,33 @@ void check_dal(const Reply& reply) {
           "an error of another form", reply.body);
 }
 
+bool is_admin(const Request& request) {
+  return request.path().starts_with("/admin/");
+}
+
 void check(const Request& request, const Reply& reply) {
   if (request.path() == "/soap") {
     check_soap(reply);
   } else if (request.path().starts_with("/dal/")) {
     check_dal(reply);
+  } else if (is_admin(request)) {
+    require_status(reply, {200, 201, 400, 404, 405, 409});
+    require(reply.status == 200 || !reply.body.empty(), "a refusal without a word",
+            std::to_string(reply.status));
   } else {
-    require_status(reply, {200, 404, 405});
+    require_status(reply, {404});
   }
 }
 
-void check_good_request(Server& server) {
+Request good_request(const Server& server) {
   Request request = request_to("POST", "/dal/HeartBeatService/sendHeartBeat", "application/json",
                                R"({"arguments":[]})");
   request.headers.push_back({.name = "Authorization", .value = "Bearer " + server.token()});
-  const Reply reply = server.ask(request);
+  return request;
+}
+
+void check_good_request(Server& server) {
+  const Reply reply = server.ask(good_request(server));
   require(reply.status == 200 && number_of_reading(reply.body) == 0,
           "the good request fails afterwards", reply.body);
 }
@@ -144,6 +179,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   request.headers.push_back({.name = "SOAPAction", .value = std::string(header)});
   request.headers.push_back({.name = "Authorization", .value = "Bearer " + server.token()});
   check(request, server.ask(request));
+  if (is_admin(request)) {
+    server.ask(good_request(server));
+    server.take_back(request);
+  }
   check_good_request(server);
   return 0;
 }
