@@ -138,7 +138,7 @@ bool is_admin(const Request& request) {
 void check(const Request& request, const Reply& reply) {
   if (request.path() == "/soap") {
     check_soap(reply);
-  } else if (request.path().starts_with("/dal/")) {
+  } else if (request.path() == "/dal" || request.path().starts_with("/dal/")) {
     check_dal(reply);
   } else if (is_admin(request)) {
     require_status(reply, {200, 201, 400, 404, 405, 409});
