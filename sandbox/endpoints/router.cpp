@@ -27,9 +27,12 @@ Reply answer_asked(ServedSandbox& sandbox, const Operations& operations, const R
     if (reply.status == 200) sandbox.faults.keep_answer(asked.exchange.route, reply.body);
     return reply;
   }
+  Reply reply = misbehave(*fault, asked.exchange, sandbox.faults,
+                          [&] { return right_answer(sandbox, operations, asked); });
+  // Afterwards, since the right answer has its own outcome, and a stub may have given it.
   asked.exchange.outcome = Outcome::kInjected;
-  return misbehave(*fault, asked.exchange, sandbox.faults,
-                   [&] { return right_answer(sandbox, operations, asked); });
+  asked.exchange.answered_by = "fault " + fault->name.value_or("");
+  return reply;
 }
 
 /// What is asked for by the library's own ways, and so goes into the journal.

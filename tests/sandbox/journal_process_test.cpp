@@ -63,6 +63,25 @@ TEST(SandboxJournal, KeepsAnExchangeWithItsOperationAndArguments) {
   EXPECT_EQ(json::parse(admin(sandbox, "GET", "/admin/journal/1").body), kept);
 }
 
+TEST(SandboxJournal, NamesTheFaultThatHitAlsoWhereAnAnswerWasMade) {
+  SandboxProcess sandbox;
+  ASSERT_EQ(ask_sandbox(sandbox.port(), {"faults", "add", "gzip", "--count", "1"}).status, 0);
+  ASSERT_EQ(
+      ask_sandbox(sandbox.port(), {"faults", "add", "status", "--name", "outage", "--count", "1"})
+          .status,
+      0);
+  get_invoice(sandbox, "INV-9999");
+  get_invoice(sandbox, "INV-1001");
+  get_invoice(sandbox, "INV-1001");
+  const json all = journal(sandbox)["exchanges"];
+  ASSERT_EQ(all.size(), 3U);
+  EXPECT_EQ(all[0]["answeredBy"], "fault fault-1");
+  EXPECT_EQ(all[0]["outcome"], "injected");
+  EXPECT_EQ(all[1]["answeredBy"], "fault outage");
+  EXPECT_EQ(all[1]["outcome"], "injected");
+  EXPECT_FALSE(all[2].contains("answeredBy"));
+}
+
 TEST(SandboxJournal, TellsAllInWhichARefusedRequestDiffers) {
   SandboxProcess sandbox;
   const RawReply reply = sandbox.soap_text(
