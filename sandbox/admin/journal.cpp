@@ -125,7 +125,7 @@ Reply get_journal(AdminCall& call) {
   const std::uint64_t limit = number_field(call, "limit", kUsualLimit, kMostLimit);
   const std::uint64_t after = number_field(call, "after", 0, ~std::uint64_t{0});
   const Journal& journal = journal_of(call);
-  auto entries = journal.entries(after);
+  auto entries = journal.after(after);
   const std::size_t kept = entries.size();
   std::erase_if(entries, [&](const EntryPointer& each) { return !matches(filter, *each); });
   // The latest are taken, and shown in their order.
@@ -149,7 +149,7 @@ Reply get_journal(AdminCall& call) {
 Reply get_journal_entry(AdminCall& call) {
   expect_query(call, {});
   const std::uint64_t id = number_of("The number", call.below, ~std::uint64_t{0} - 1);
-  const auto entries = journal_of(call).entries(id == 0 ? 0 : id - 1);
+  const auto entries = journal_of(call).after(id == 0 ? 0 : id - 1, 1);
   if (id == 0 || entries.empty() || entries.front()->id != id) {
     throw AdminRefusal{404, "The journal has no exchange " + std::to_string(id)};
   }

@@ -42,14 +42,21 @@ void MemoryJournal::add(JournalEntry entry) {
   }
 }
 
-std::vector<EntryPointer> MemoryJournal::entries(std::uint64_t after) const {
+std::vector<EntryPointer> MemoryJournal::after(std::uint64_t id, std::size_t most) const {
   std::vector<EntryPointer> all;
   const std::lock_guard lock(mutex_);
-  const auto begin = std::partition_point(
-      kept_.begin(), kept_.end(), [&](const Kept& each) { return each.entry->id <= after; });
-  all.reserve(static_cast<std::size_t>(kept_.end() - begin));
-  for (auto each = begin; each != kept_.end(); ++each) all.push_back(each->entry);
+  const auto begin = std::partition_point(kept_.begin(), kept_.end(),
+                                          [&](const Kept& each) { return each.entry->id <= id; });
+  const auto count = std::min(static_cast<std::size_t>(kept_.end() - begin), most);
+  all.reserve(count);
+  const auto end = begin + static_cast<std::ptrdiff_t>(count);
+  for (auto each = begin; each != end; ++each) all.push_back(each->entry);
   return all;
+}
+
+std::uint64_t MemoryJournal::last_id() const {
+  const std::lock_guard lock(mutex_);
+  return last_id_;
 }
 
 std::uint64_t MemoryJournal::dropped() const {

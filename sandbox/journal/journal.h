@@ -63,12 +63,19 @@ using EntryPointer = std::shared_ptr<const JournalEntry>;
 /// Keeps exchanges. Used by several threads at once.
 class Journal {
  public:
+  static constexpr std::size_t kAll = ~std::size_t{0};
+
   virtual ~Journal() = default;
 
   /// Keeps an exchange under a new number.
   virtual void add(JournalEntry entry) = 0;
-  /// What is kept with a greater number than `after`, oldest first.
-  virtual std::vector<EntryPointer> entries(std::uint64_t after = 0) const = 0;
+  /// What is kept with a greater number than this, oldest first, so many at most. Who asks again
+  /// with the last number that he got misses nothing but what was let go meanwhile.
+  virtual std::vector<EntryPointer> after(std::uint64_t id, std::size_t most = kAll) const = 0;
+  /// All that is kept.
+  std::vector<EntryPointer> entries() const { return after(0); }
+  /// The greatest number that was given so far; 0 before the first.
+  virtual std::uint64_t last_id() const = 0;
   /// How many exchanges it has let go to make room, since it was last cleared.
   virtual std::uint64_t dropped() const = 0;
   /// Forgets all. Numbers go on where they were.
@@ -87,7 +94,8 @@ class MemoryJournal : public Journal {
   explicit MemoryJournal(JournalLimits limits) : limits_(limits) {}
 
   void add(JournalEntry entry) override;
-  std::vector<EntryPointer> entries(std::uint64_t after) const override;
+  std::vector<EntryPointer> after(std::uint64_t id, std::size_t most) const override;
+  std::uint64_t last_id() const override;
   std::uint64_t dropped() const override;
   void clear() override;
 

@@ -46,7 +46,7 @@ JournalEntry get_invoice(const std::string& uid) {
 
 std::vector<std::uint64_t> ids(const Journal& journal, std::uint64_t after = 0) {
   std::vector<std::uint64_t> all;
-  for (const EntryPointer& each : journal.entries(after)) all.push_back(each->id);
+  for (const EntryPointer& each : journal.after(after)) all.push_back(each->id);
   return all;
 }
 
@@ -92,6 +92,17 @@ TEST(Journal, GivesWhatCameAfterANumber) {
   EXPECT_THAT(ids(journal, 4), IsEmpty());
 }
 
+TEST(Journal, GivesTheOldestOfMoreThanWereAskedFor) {
+  MemoryJournal journal({});
+  EXPECT_EQ(journal.last_id(), 0U);
+  for (int i = 0; i < 4; ++i) journal.add(get_invoice("INV-1001"));
+  const auto found = journal.after(1, 2);
+  ASSERT_EQ(found.size(), 2U);
+  EXPECT_EQ(found[0]->id, 2U);
+  EXPECT_EQ(found[1]->id, 3U);
+  EXPECT_EQ(journal.last_id(), 4U);
+}
+
 TEST(Journal, TakesFromSeveralThreadsAndIsReadMeanwhile) {
   MemoryJournal journal({.count = 50, .bytes = 1'000'000});
   std::vector<std::thread> threads;
@@ -100,7 +111,7 @@ TEST(Journal, TakesFromSeveralThreadsAndIsReadMeanwhile) {
       for (int k = 0; k < 100; ++k) {
         journal.add(get_invoice("INV-1001"));
         if (k % 20 != 0) continue;
-        EXPECT_LE(journal.entries(0).size(), 50U);
+        EXPECT_LE(journal.entries().size(), 50U);
       }
     });
   }
