@@ -38,7 +38,7 @@ void run_sandbox(const Options& options) {
     sandbox.faults.add(faults_from_file(file, sandbox.operation_names));
   }
   const Operations operations = all_operations();
-  Server server(options.port, options.limits, [&](const Request& request) {
+  Server server({.port = options.port}, options.limits, [&](const Request& request) {
     Reply reply = answer(sandbox, operations, request);
     if (options.verbose) tell_exchange(request, reply);
     return reply;

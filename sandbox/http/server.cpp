@@ -6,17 +6,20 @@
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ip/v6_only.hpp>
 #include <boost/asio/posix/stream_descriptor.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <csignal>
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
 
 #include "sandbox/http/session.h"
+#include "sandbox/http/tls.h"
 #include "sandbox/http/workers.h"
 
 namespace bvconn::sandbox {
@@ -27,27 +30,41 @@ namespace {
 /// The pause after a failed accept: the usual reason is that files have run out, and that lasts.
 constexpr std::chrono::milliseconds kAcceptPause{50};
 
-tcp::acceptor listen(asio::io_context& context, std::uint16_t port) {
+tcp::acceptor listen(asio::io_context& context, const Listening& where) {
   try {
-    return {context, tcp::endpoint(asio::ip::address_v4::loopback(), port)};
+    const tcp::endpoint endpoint(asio::ip::make_address(where.address), where.port);
+    tcp::acceptor acceptor(context);
+    acceptor.open(endpoint.protocol());
+    acceptor.set_option(tcp::acceptor::reuse_address(true));
+    // All addresses of this machine are those of the older version too, whatever the system's
+    // default is.
+    if (endpoint.address().is_v6()) acceptor.set_option(asio::ip::v6_only(false));
+    acceptor.bind(endpoint);
+    acceptor.listen();
+    return acceptor;
   } catch (const boost::system::system_error& error) {
+    const bool is_ipv6 = where.address.find(':') != std::string::npos;
     throw std::system_error(error.code().value(), std::system_category(),
-                            "cannot listen on 127.0.0.1:" + std::to_string(port));
+                            "cannot listen on " +
+                                (is_ipv6 ? "[" + where.address + "]" : where.address) + ":" +
+                                std::to_string(where.port));
   }
 }
 
 }  // namespace
 
 struct Server::State {
-  State(std::uint16_t port, Limits the_limits, Handler the_handler)
+  State(Listening where, Limits the_limits, Handler the_handler)
       : limits(the_limits),
         handler(std::move(the_handler)),
         workers(limits),
-        acceptor(listen(context, port)),
+        acceptor(listen(context, where)),
         pause(context),
         patience(context),
         signals(context),
-        input(context) {}
+        input(context) {
+    if (where.tls) tls.emplace(std::move(where.tls));
+  }
 
   ~State() { workers.end(); }
   State(const State&) = delete;
@@ -59,7 +76,8 @@ struct Server::State {
       if (error) return accept_later();
       boost::system::error_code ignored;
       socket.set_option(tcp::no_delay(true), ignored);
-      std::make_shared<Session>(std::move(socket), limits, handler, workers)->start();
+      std::make_shared<Session>(std::move(socket), limits, handler, workers)
+          ->start(tls ? tls->context() : nullptr);
       accept();
     });
   }
@@ -104,6 +122,7 @@ struct Server::State {
   Limits limits;
   Handler handler;
   Workers workers;
+  std::optional<Tls> tls;
   asio::io_context context{1};
   tcp::acceptor acceptor;
   asio::steady_timer pause;
@@ -114,8 +133,8 @@ struct Server::State {
   std::array<char, 4096> unused_input{};
 };
 
-Server::Server(std::uint16_t port, Limits limits, Handler handler)
-    : state_(std::make_unique<State>(port, limits, std::move(handler))) {}
+Server::Server(Listening where, Limits limits, Handler handler)
+    : state_(std::make_unique<State>(std::move(where), limits, std::move(handler))) {}
 
 Server::~Server() = default;
 

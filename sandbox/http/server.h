@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "sandbox/http/message.h"
 
@@ -30,7 +31,25 @@ struct Limits {
   std::chrono::milliseconds drain{5'000};
 };
 
-/// An HTTP/1.1 server on 127.0.0.1. All waiting is asynchronous on one thread, so a slow client
+/// What a server shows to those that connect by TLS; both texts are PEM.
+struct TlsIdentity {
+  std::string certificates;  ///< its own first, then those that lead to an authority
+  std::string key;
+  /// From then on the next connection asks for another one.
+  std::chrono::system_clock::time_point renew_at;
+};
+using TlsSource = std::function<TlsIdentity()>;
+
+/// Where a server listens.
+struct Listening {
+  /// A numeric address, of either version; "0.0.0.0" and "::" are all of this machine.
+  std::string address = "127.0.0.1";
+  std::uint16_t port = 0;  ///< 0 takes any free one
+  /// Where there is one, only TLS is spoken, and who speaks anything else is told so.
+  TlsSource tls{};
+};
+
+/// An HTTP/1.1 server. All waiting is asynchronous on one thread, so a slow client
 /// holds up nobody; handlers are called on a few threads beside it, so neither does a large
 /// request. The requests of one connection are answered one after another.
 class Server {
@@ -38,8 +57,9 @@ class Server {
   /// Called on several threads at once.
   using Handler = std::function<Reply(const Request&)>;
 
-  /// Listens at once; port 0 takes any free one. Throws std::system_error when it cannot.
-  Server(std::uint16_t port, Limits limits, Handler handler);
+  /// Listens at once. Throws std::system_error when it cannot, and std::runtime_error where what it
+  /// shows by TLS cannot be used.
+  Server(Listening where, Limits limits, Handler handler);
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;

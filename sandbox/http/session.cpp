@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <boost/asio/buffer.hpp>
+#include <boost/asio/ssl/error.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/http/error.hpp>
 #include <boost/beast/http/field.hpp>
@@ -25,6 +26,8 @@ constexpr std::chrono::milliseconds kDrainTime{2'000};
 /// What is made on the way leaves in pieces of this size.
 constexpr std::size_t kFillBytes = 64U * 1024;
 constexpr char kFiller = 'x';
+/// What the first record of every handshake begins with.
+constexpr char kHandshake = 0x16;
 
 Request plain_request(http::request<http::string_body>&& request) {
   Request plain;
@@ -54,8 +57,8 @@ Reply refusal(const boost::system::error_code& error, const Limits& limits) {
 
 Session::Session(asio::ip::tcp::socket socket, const Limits& limits, const Server::Handler& handler,
                  Workers& workers)
-    : socket_(std::move(socket)),
-      timer_(socket_.get_executor()),
+    : stream_(std::move(socket)),
+      timer_(stream_.get_executor()),
       limits_(limits),
       handler_(handler),
       workers_(workers) {}
@@ -69,14 +72,46 @@ void Session::limit_to(std::chrono::milliseconds time) {
     if (error || !self || self->timer_.expiry() > asio::steady_timer::clock_type::now()) return;
     self->timed_out_ = true;
     ErrorCode ignored;
-    self->socket_.cancel(ignored);
+    self->stream_.socket().cancel(ignored);
+  });
+}
+
+void Session::start(std::shared_ptr<asio::ssl::context> tls) {
+  tls_ = std::move(tls);
+  if (tls_) return await_first_byte();
+  await_request();
+}
+
+void Session::await_first_byte() {
+  // For the handshake too, so that none that never ends is waited for.
+  limit_to(limits_.request);
+  stream_.socket().async_wait(
+      asio::ip::tcp::socket::wait_read,
+      [self = shared_from_this()](ErrorCode error) { self->on_first_byte(error); });
+}
+
+void Session::on_first_byte(ErrorCode error) {
+  if (error) return close_gently();
+  char first = 0;
+  const auto size =
+      stream_.socket().receive(asio::buffer(&first, 1), asio::ip::tcp::socket::message_peek, error);
+  if (error || size == 0) return close_gently();
+  if (first == kHandshake) return shake_hands();
+  deliver(text_reply(400, "This port speaks TLS: the address begins with https://.\n"), false,
+          true);
+}
+
+void Session::shake_hands() {
+  stream_.async_secure(*tls_, [self = shared_from_this()](ErrorCode error) {
+    if (error) return self->end_sending();
+    self->await_request();
   });
 }
 
 void Session::await_request() {
   if (buffer_.size() > 0) return read_header();
   limit_to(limits_.idle);
-  socket_.async_read_some(buffer_.prepare(kReadBytes),
+  stream_.async_read_some(buffer_.prepare(kReadBytes),
                           [self = shared_from_this()](ErrorCode error, std::size_t bytes) {
                             if (error) return self->close_gently();
                             self->buffer_.commit(bytes);
@@ -89,7 +124,7 @@ void Session::read_header() {
   parser_.emplace();
   parser_->header_limit(limits_.header_bytes);
   parser_->body_limit(limits_.body_bytes);
-  http::async_read_header(socket_, buffer_, *parser_,
+  http::async_read_header(stream_, buffer_, *parser_,
                           [self = shared_from_this()](ErrorCode error, std::size_t /*bytes*/) {
                             self->on_header(error);
                           });
@@ -102,7 +137,7 @@ void Session::on_header(ErrorCode error) {
     return read_body();
   }
   outgoing_ = "HTTP/1.1 100 Continue\r\n\r\n";
-  asio::async_write(socket_, asio::buffer(outgoing_),
+  asio::async_write(stream_, asio::buffer(outgoing_),
                     [self = shared_from_this()](ErrorCode failed, std::size_t /*bytes*/) {
                       if (failed) return self->close_gently();
                       self->read_body();
@@ -110,7 +145,7 @@ void Session::on_header(ErrorCode error) {
 }
 
 void Session::read_body() {
-  http::async_read(socket_, buffer_, *parser_,
+  http::async_read(stream_, buffer_, *parser_,
                    [self = shared_from_this()](ErrorCode error, std::size_t /*bytes*/) {
                      self->on_request(error);
                    });
@@ -127,7 +162,9 @@ void Session::refuse(ErrorCode error) {
   }
   const bool gone = error == http::error::end_of_stream ||
                     error.category() == asio::error::get_system_category() ||
-                    error.category() == asio::error::get_misc_category();
+                    error.category() == asio::error::get_misc_category() ||
+                    error.category() == asio::error::get_ssl_category() ||
+                    error.category() == asio::ssl::error::get_stream_category();
   if (gone) return close_gently();
   deliver(refusal(error, limits_), false, true);
 }
@@ -145,7 +182,7 @@ void Session::answer() {
     std::vector<Step> steps = self->reply_to(request, keep_alive, with_body);
     // Freed here, where it holds up nobody.
     request = Request();
-    const auto executor = self->socket_.get_executor();
+    const auto executor = self->stream_.get_executor();
     asio::post(executor, [self = std::move(self), steps = std::move(steps)]() mutable {
       self->begin(std::move(steps));
     });
@@ -202,7 +239,7 @@ void Session::send(Step& step) {
   const std::size_t left = step.bytes.size() - sent_;
   const std::size_t size = step.piece_bytes == 0 ? left : std::min(left, step.piece_bytes);
   limit_to(limits_.reply);
-  asio::async_write(socket_, asio::buffer(step.bytes.data() + sent_, size),
+  asio::async_write(stream_, asio::buffer(step.bytes.data() + sent_, size),
                     [self = shared_from_this(), &step](ErrorCode error, std::size_t bytes) {
                       if (error) return self->close_gently();
                       self->sent_ += bytes;
@@ -216,7 +253,7 @@ void Session::fill(Step& step) {
   if (step.count == 0) return next_step();
   const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(step.count, piece.size()));
   limit_to(limits_.reply);
-  asio::async_write(socket_, asio::buffer(piece.data(), size),
+  asio::async_write(stream_, asio::buffer(piece.data(), size),
                     [self = shared_from_this(), &step](ErrorCode error, std::size_t bytes) {
                       if (error) return self->close_gently();
                       step.count -= bytes;
@@ -237,14 +274,21 @@ void Session::reset() {
   place_.reset();
   timer_.cancel();
   ErrorCode ignored;
-  socket_.set_option(asio::socket_base::linger(true, 0), ignored);
-  socket_.close(ignored);
+  stream_.socket().set_option(asio::socket_base::linger(true, 0), ignored);
+  stream_.socket().close(ignored);
 }
 
 void Session::close_gently() {
+  if (!stream_.is_secure()) return end_sending();
+  limit_to(kDrainTime);
+  stream_.async_say_end([self = shared_from_this()](ErrorCode /*error*/) { self->end_sending(); });
+}
+
+void Session::end_sending() {
+  // Only now, since a server that is about to end does so when nobody has a place any longer.
   place_.reset();
   ErrorCode ignored;
-  socket_.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
+  stream_.socket().shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
   if (ignored) return;
   // Closing on unread bytes would reset the connection, and the client might lose the answer.
   limit_to(kDrainTime);
@@ -252,7 +296,7 @@ void Session::close_gently() {
 }
 
 void Session::drain() {
-  socket_.async_read_some(
+  stream_.socket().async_read_some(
       asio::buffer(drained_), [self = shared_from_this()](ErrorCode error, std::size_t bytes) {
         self->drained_bytes_ += bytes;
         if (error || self->timed_out_ || self->drained_bytes_ > kDrainedBytesMax) {

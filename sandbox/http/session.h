@@ -2,6 +2,7 @@
 
 #include <array>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl/context.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/http/parser.hpp>
@@ -16,6 +17,7 @@
 #include "sandbox/http/delivery.h"
 #include "sandbox/http/message.h"
 #include "sandbox/http/server.h"
+#include "sandbox/http/stream.h"
 #include "sandbox/http/workers.h"
 
 namespace bvconn::sandbox {
@@ -26,12 +28,16 @@ class Session : public std::enable_shared_from_this<Session> {
  public:
   Session(boost::asio::ip::tcp::socket socket, const Limits& limits, const Server::Handler& handler,
           Workers& workers);
-  void start() { await_request(); }
+  /// With a context it speaks TLS; whoever speaks anything else is told so.
+  void start(std::shared_ptr<boost::asio::ssl::context> tls);
 
  private:
   using ErrorCode = boost::system::error_code;
   using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
 
+  void await_first_byte();
+  void on_first_byte(ErrorCode error);
+  void shake_hands();
   void await_request();
   void read_header();
   void on_header(ErrorCode error);
@@ -49,12 +55,14 @@ class Session : public std::enable_shared_from_this<Session> {
   void wait(std::chrono::milliseconds pause, void (Session::*then)());
   void reset();
   void close_gently();
+  void end_sending();
   void drain();
 
   /// Whatever is under way on the socket is cancelled when the time is over.
   void limit_to(std::chrono::milliseconds time);
 
-  boost::asio::ip::tcp::socket socket_;
+  std::shared_ptr<boost::asio::ssl::context> tls_;  ///< null for a plain connection
+  Stream stream_;
   boost::asio::steady_timer timer_;
   const Limits& limits_;
   const Server::Handler& handler_;

@@ -112,7 +112,7 @@ int run_record(int argc, char** argv) {
   Options options;
   if (const auto status = read_options(argc, argv, options)) return *status;
   Recorder recorder(options);
-  Server server(options.port, {}, [&](const Request& request) {
+  Server server({.port = options.port}, {}, [&](const Request& request) {
     Reply reply = recorder.answer(request);
     if (options.verbose) tell_exchange(request, reply);
     return reply;

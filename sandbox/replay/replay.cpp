@@ -53,7 +53,7 @@ int run_replay(int argc, char** argv) {
   const RequestReader reader;
   Player player(load_recording(options.folder, reader),
                 options.in_order ? PlayOrder::kRecorded : PlayOrder::kAny);
-  Server server(options.port, {}, [&](const Request& request) {
+  Server server({.port = options.port}, {}, [&](const Request& request) {
     Reply reply = answer(reader, player, request);
     if (options.verbose) tell_exchange(request, reply);
     return reply;

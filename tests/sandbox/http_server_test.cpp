@@ -55,7 +55,7 @@ class HttpServer : public ::testing::Test {
   void start(const Limits& limits) {
     end();
     slow_may_end_.take_back();
-    server_ = std::make_unique<Server>(0, limits, [this](const Request& request) {
+    server_ = std::make_unique<Server>(Listening{}, limits, [this](const Request& request) {
       if (request.target == "/slow") {
         slow_begins_.give();
         slow_may_end_.wait();
@@ -330,7 +330,8 @@ TEST_F(HttpServer, HeadIsAnsweredWithoutABody) {
 }
 
 TEST_F(HttpServer, AnotherServerOnItsPortFails) {
-  EXPECT_THROW(Server(port(), Limits{}, [](const Request&) { return Reply{}; }), std::system_error);
+  EXPECT_THROW(Server({.port = port()}, Limits{}, [](const Request&) { return Reply{}; }),
+               std::system_error);
 }
 
 }  // namespace

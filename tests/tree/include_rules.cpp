@@ -264,7 +264,7 @@ const std::vector<Library>& libraries() {
       {"emmintrin.h", {"bvconn/platform"}},
       {"arm_neon.h", {"bvconn/platform"}},
       {"libxml/", {"bench"}},
-      {"openssl/", {"tests"}},
+      {"openssl/", {"sandbox", "tests"}},
       {"pugixml.hpp", {"bench"}},
       {"soapH.h", {"tests", "bench"}},
       {"Invoices.nsmap", {"bench"}},
