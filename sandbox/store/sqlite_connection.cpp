@@ -1,5 +1,9 @@
 #include <sqlite3.h>
 
+#include <map>
+#include <new>
+#include <utility>
+
 #include "sandbox/store/connection.h"
 
 namespace bvconn::sandbox {
@@ -15,14 +19,63 @@ constexpr std::int64_t kApplicationId = 0x42567362;
   throw DatabaseError(text);
 }
 
+/// Statements that were prepared and that nobody uses now: preparing one costs several times what
+/// running it does. So many are kept; what is more is forgotten.
+class SqliteStatements {
+ public:
+  explicit SqliteStatements(sqlite3*& connection) : connection_(connection) {}
+  ~SqliteStatements() { clear(); }
+  SqliteStatements(const SqliteStatements&) = delete;
+  SqliteStatements& operator=(const SqliteStatements&) = delete;
+
+  sqlite3* connection() const { return connection_; }
+
+  sqlite3_stmt* take(std::string_view sql) {
+    if (const auto found = idle_.find(sql); found != idle_.end()) {
+      return idle_.extract(found).mapped();
+    }
+    sqlite3_stmt* made = nullptr;
+    const int result =
+        sqlite3_prepare_v2(connection_, sql.data(), static_cast<int>(sql.size()), &made, nullptr);
+    if (result != SQLITE_OK) fail(connection_, sql);
+    return made;
+  }
+
+  void give_back(sqlite3_stmt* statement) noexcept {
+    // It would go on reading, and keep what was bound.
+    sqlite3_reset(statement);
+    sqlite3_clear_bindings(statement);
+    try {
+      if (idle_.size() < kIdleMax) {
+        idle_.emplace(sqlite3_sql(statement), statement);
+        return;
+      }
+    } catch (const std::bad_alloc&) {
+      // It is forgotten then, too.
+    }
+    sqlite3_finalize(statement);
+  }
+
+  void clear() noexcept {
+    for (const auto& [sql, statement] : idle_) sqlite3_finalize(statement);
+    idle_.clear();
+  }
+
+ private:
+  static constexpr std::size_t kIdleMax = 256;
+
+  sqlite3*& connection_;
+  // By their texts, which they keep themselves. One text may be in use several times at once.
+  std::multimap<std::string_view, sqlite3_stmt*> idle_;
+};
+
 class SqliteCursor : public Cursor {
  public:
-  SqliteCursor(sqlite3* connection, std::string_view sql) : connection_(connection) {
-    const int result =
-        sqlite3_prepare_v2(connection, sql.data(), static_cast<int>(sql.size()), &handle_, nullptr);
-    if (result != SQLITE_OK) fail(connection, sql);
-  }
-  ~SqliteCursor() override { sqlite3_finalize(handle_); }
+  SqliteCursor(SqliteStatements& statements, std::string_view sql)
+      : statements_(statements),
+        connection_(statements.connection()),
+        handle_(statements.take(sql)) {}
+  ~SqliteCursor() override { statements_.give_back(handle_); }
   SqliteCursor(const SqliteCursor&) = delete;
   SqliteCursor& operator=(const SqliteCursor&) = delete;
 
@@ -64,8 +117,9 @@ class SqliteCursor : public Cursor {
   }
 
  private:
+  SqliteStatements& statements_;
   sqlite3* connection_;
-  sqlite3_stmt* handle_ = nullptr;
+  sqlite3_stmt* handle_;
 };
 
 class SqliteConnection : public Connection {
@@ -83,7 +137,10 @@ class SqliteConnection : public Connection {
       throw;
     }
   }
-  ~SqliteConnection() override { sqlite3_close(handle_); }
+  ~SqliteConnection() override {
+    statements_.clear();
+    sqlite3_close(handle_);
+  }
   SqliteConnection(const SqliteConnection&) = delete;
   SqliteConnection& operator=(const SqliteConnection&) = delete;
 
@@ -91,7 +148,7 @@ class SqliteConnection : public Connection {
   const char* how_to_empty() const override { return "remove the file"; }
 
   std::unique_ptr<Cursor> prepare(std::string_view sql) override {
-    return std::make_unique<SqliteCursor>(handle_, sql);
+    return std::make_unique<SqliteCursor>(statements_, sql);
   }
 
   void run(const char* sql) override {
@@ -114,7 +171,7 @@ class SqliteConnection : public Connection {
 
   void settle() override {
     // In memory there is no journal to choose; the pragma then changes nothing.
-    SqliteCursor(handle_, "PRAGMA journal_mode = WAL").step();
+    SqliteCursor(statements_, "PRAGMA journal_mode = WAL").step();
     run("PRAGMA synchronous = NORMAL");
   }
 
@@ -127,13 +184,14 @@ class SqliteConnection : public Connection {
 
  private:
   std::int64_t number(std::string_view sql) {
-    SqliteCursor select(handle_, sql);
+    SqliteCursor select(statements_, sql);
     select.step();
     return select.integer(0);
   }
 
   std::string name_;
   sqlite3* handle_ = nullptr;
+  SqliteStatements statements_{handle_};
 };
 
 }  // namespace

@@ -201,5 +201,35 @@ TEST_F(StoreFile, TablesOfANewerVersionAreRefusedAndLeftAlone) {
   EXPECT_EQ(version.integer(0), 99);
 }
 
+TEST(Statement, OfOneTextMayBeInUseTwiceAtOnce) {
+  Database database(":memory:");
+  database.run("CREATE TABLE numbers (number INTEGER); INSERT INTO numbers VALUES (1), (2)");
+  constexpr std::string_view kNumbers = "SELECT number FROM numbers ORDER BY number";
+  for (int time = 0; time < 2; ++time) {
+    Statement one(database, kNumbers);
+    ASSERT_TRUE(one.step());
+    Statement other(database, kNumbers);
+    ASSERT_TRUE(other.step());
+    EXPECT_EQ(other.integer(0), 1);
+    ASSERT_TRUE(one.step());
+    EXPECT_EQ(one.integer(0), 2);
+  }
+}
+
+TEST(Statement, KeepsNothingOfItsLastUse) {
+  Database database(":memory:");
+  database.run("CREATE TABLE numbers (number INTEGER); INSERT INTO numbers VALUES (1), (2)");
+  constexpr std::string_view kEqual = "SELECT number FROM numbers WHERE number = ?";
+  {
+    Statement bound(database, kEqual);
+    bound.bind(2);
+    ASSERT_TRUE(bound.step());
+  }
+  EXPECT_FALSE(Statement(database, kEqual).step());
+  // A statement that still reads would be in the way of this.
+  EXPECT_NO_THROW(database.run("DROP TABLE numbers"));
+  EXPECT_THROW(Statement(database, kEqual).step(), DatabaseError);
+}
+
 }  // namespace
 }  // namespace bvconn::sandbox
