@@ -113,7 +113,9 @@ function(bvconn_install_documents)
     PATTERN "adding-an-operation.md" EXCLUDE PATTERN "rooms.md" EXCLUDE
     PATTERN "man" EXCLUDE PATTERN "reference" EXCLUDE)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" ${documentation}
-    FILES_MATCHING PATTERN "*.cpp" PATTERN "*.c")
+    USE_SOURCE_PERMISSIONS FILES_MATCHING PATTERN "*.cpp" PATTERN "*.c"
+    # One is a project of its own.
+    PATTERN "*.sh" PATTERN "quoting/CMakeLists.txt")
   install(FILES "${PROJECT_SOURCE_DIR}/cmake/BVConnExamples.cmake" RENAME CMakeLists.txt
     DESTINATION "${BVCONN_INSTALL_DOCDIR}/examples" COMPONENT BVConn_documentation)
 endfunction()
