@@ -81,11 +81,14 @@ RawReply RawClient::receive_head() {
 RawReply RawClient::receive(std::chrono::milliseconds patience) {
   const auto deadline = std::chrono::steady_clock::now() + patience;
   RawReply reply = read_headers(deadline);
+  was_cut_ = reply.status == 0 && !pending_.empty();
   std::size_t length = 0;
   const std::string length_text = reply.header("Content-Length");
   std::from_chars(length_text.data(), length_text.data() + length_text.size(), length);
   while (pending_.size() < length) {
-    if (!read_more(deadline)) return {};
+    if (read_more(deadline)) continue;
+    was_cut_ = true;
+    return {};
   }
   reply.body = pending_.substr(0, length);
   pending_.erase(0, length);

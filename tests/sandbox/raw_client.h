@@ -34,6 +34,8 @@ class RawClient {
   RawReply receive(std::chrono::milliseconds patience = std::chrono::seconds(10));
   /// Reads the reply to a HEAD: status line and headers.
   RawReply receive_head();
+  /// Whether the last reply that was read began to come and did not end.
+  bool was_cut() const { return was_cut_; }
   /// Whether the other side ends the connection within this time.
   bool ends(std::chrono::milliseconds patience = std::chrono::seconds(10));
 
@@ -44,6 +46,7 @@ class RawClient {
   RawReply read_headers(std::chrono::steady_clock::time_point deadline);
 
   int socket_ = -1;
+  bool was_cut_ = false;
   std::string pending_;
 };
 
