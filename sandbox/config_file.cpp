@@ -73,7 +73,10 @@ class Config {
     words_.push_back("--" + key + "=" + (is_file(option) ? beside(*text) : *text));
   }
 
-  static bool is_file(const CLI::Option& option) { return option.get_type_name() == "FILE"; }
+  static bool is_file(const CLI::Option& option) {
+    const std::string type = option.get_type_name();
+    return type == "FILE" || type == "FOLDER";
+  }
 
   /// An address of a database is no file.
   std::string beside(const std::string& path) const {

@@ -3,6 +3,7 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "sandbox/commands/command.h"
 #include "sandbox/contract/observed.h"
@@ -29,6 +30,7 @@ void run_sandbox(const Options& options) {
                          .dal_routes = dal_routes_of(observations),
                          .loose = options.loose,
                          .journal = journal_of(options.journal)}};
+  sandbox.admin_token = options.admin_token;
   // Without a word the others that share the database keep theirs.
   if (!options.disabled_services.empty()) {
     sandbox.store.set_disabled_services(options.disabled_services);
@@ -38,12 +40,14 @@ void run_sandbox(const Options& options) {
     sandbox.faults.add(faults_from_file(file, sandbox.operation_names));
   }
   const Operations operations = all_operations();
-  Server server({.port = options.port}, options.limits, [&](const Request& request) {
-    Reply reply = answer(sandbox, operations, request);
-    if (options.verbose) tell_exchange(request, reply);
-    return reply;
-  });
-  serve(server, options.until_eof);
+  TlsSetup tls = tls_setup(options.tls, options.address);
+  Server server({.address = options.address, .port = options.port, .tls = std::move(tls.source)},
+                options.limits, [&](const Request& request) {
+                  Reply reply = answer(sandbox, operations, request);
+                  if (options.verbose) tell_exchange(request, reply);
+                  return reply;
+                });
+  serve(server, options.until_eof, tls.authority_file);
 }
 
 int run(int argc, char** argv) {

@@ -4,12 +4,17 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <exception>
 #include <limits>
+#include <stdexcept>
 #include <vector>
 
 #include "bvconn/platform/conversions/nearest_names.h"
 #include "sandbox/commands/command.h"
 #include "sandbox/config_file.h"
+#include "sandbox/http/address.h"
+#include "sandbox/own_files.h"
+#include "sandbox/tls/certificates.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -44,6 +49,8 @@ struct Given {
   std::int64_t request_ms = 0;
   std::int64_t idle_ms = 0;
   std::string config;
+  std::string address = "127.0.0.1";
+  std::string admin_token_file;
 };
 
 void add_data_options(CLI::App& app, Options& options, Given& given) {
@@ -63,6 +70,29 @@ void add_data_options(CLI::App& app, Options& options, Given& given) {
   app.add_option("--faults", options.fault_files, "What goes wrong from the start, in TOML")
       ->type_name("FILE")
       ->allow_extra_args(false);
+}
+
+void add_network_options(CLI::App& app, Options& options, Given& given) {
+  app.add_option("--listen", given.address,
+                 "Address to listen on, 127.0.0.1 without it; one that other machines can reach "
+                 "needs --admin-token-file")
+      ->type_name("ADDRESS");
+  app.add_option("--admin-token-file", given.admin_token_file,
+                 "Ask whoever administers it for the word in this file")
+      ->type_name("FILE");
+  app.add_flag("--tls", options.tls.is_on,
+               "Speak TLS, with a certificate made for it; the start line names the authority's "
+               "file");
+  app.add_option("--tls-folder", options.tls.folder, "Keep the authority in this folder")
+      ->type_name("FOLDER");
+  app.add_option("--tls-name", options.tls.names,
+                 "Make the certificate for this name or address too")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  app.add_option("--tls-certificate", options.tls.certificate_file,
+                 "Show this certificate of your own, in PEM")
+      ->type_name("FILE");
+  app.add_option("--tls-key", options.tls.key_file, "Its key, in PEM")->type_name("FILE");
 }
 
 void add_server_options(CLI::App& app, Options& options, Given& given) {
@@ -113,6 +143,44 @@ int tell(const CLI::App& app, const CLI::ParseError& error) {
   return complain(error.what());
 }
 
+/// What the options of TLS leave open or say twice; "" where they fit.
+std::string trouble_with(const TlsOptions& tls) {
+  const bool has_files = !tls.certificate_file.empty();
+  if (has_files == tls.key_file.empty()) return "--tls-certificate and --tls-key go together";
+  const bool makes_its_own = !tls.folder.empty() || !tls.names.empty();
+  if (has_files && makes_its_own) {
+    return "--tls-folder and --tls-name are for a certificate that is made, not for one of your "
+           "own";
+  }
+  for (const std::string& each : tls.names) {
+    if (!is_server_name(each)) return "--tls-name: '" + each + "' is no name of a server";
+  }
+  return {};
+}
+
+/// Takes what says where the sandbox is to be had, and for whom. Throws std::invalid_argument, and
+/// std::runtime_error for a file that cannot be used.
+void take_network(const Given& given, Options& options) {
+  const auto address = numeric_address(given.address);
+  if (!address) {
+    throw std::invalid_argument("--listen: '" + given.address +
+                                "' is no address, expected one of this machine, 0.0.0.0 or ::");
+  }
+  options.address = *address;
+  TlsOptions& tls = options.tls;
+  const std::string trouble = trouble_with(tls);
+  if (!trouble.empty()) throw std::invalid_argument(trouble);
+  tls.is_on =
+      tls.is_on || !tls.certificate_file.empty() || !tls.folder.empty() || !tls.names.empty();
+  if (!given.admin_token_file.empty()) {
+    options.admin_token = word_of_file(given.admin_token_file);
+  } else if (!is_loopback(options.address)) {
+    throw std::invalid_argument("--listen " + given.address +
+                                " lets other machines in, so --admin-token-file has to name a file "
+                                "with the word that administering it takes");
+  }
+}
+
 void parse(CLI::App& app, std::vector<std::string> words) {
   std::reverse(words.begin(), words.end());
   app.parse(words);
@@ -130,8 +198,7 @@ std::string trouble_with_disabled(const std::string& text) {
 std::optional<int> read_options(int argc, char** argv, Options& options) {
   CLI::App app{
       "A local server that speaks the protocol of the sales application: SOAP on /soap, the data\n"
-      "access layer on /dal. It listens on 127.0.0.1 and prints one line of JSON when it is "
-      "ready."};
+      "access layer on /dal. It prints one line of JSON when it is ready."};
   app.name("bvsandbox");
   app.footer(commands_text());
   app.set_version_flag("--version", "bvsandbox " BVCONN_VERSION);
@@ -139,6 +206,7 @@ std::optional<int> read_options(int argc, char** argv, Options& options) {
   given.request_ms = options.limits.request.count();
   given.idle_ms = options.limits.idle.count();
   add_server_options(app, options, given);
+  add_network_options(app, options, given);
   add_data_options(app, options, given);
   app.add_option("--config", given.config,
                  "Take options from this file in TOML; those of the command line win")
@@ -152,9 +220,11 @@ std::optional<int> read_options(int argc, char** argv, Options& options) {
       app.clear();
       parse(app, words);
     }
+    take_network(given, options);
   } catch (const CLI::ParseError& error) {
     return tell(app, error);
-  } catch (const BadConfig& error) {
+  } catch (const std::exception& error) {
+    // A file of options, of a token, or a value that cannot work.
     return complain(error.what());
   }
   if (!given.database.empty()) options.database = given.database;

@@ -7,11 +7,17 @@
 
 #include "sandbox/http/server.h"
 #include "sandbox/journal/journal.h"
+#include "sandbox/tls/tls_source.h"
 
 namespace bvconn::sandbox {
 
 struct Options {
+  /// Numeric.
+  std::string address = "127.0.0.1";
   std::uint16_t port = 0;
+  TlsOptions tls;
+  /// The word that whoever administers it has to know; "" where anybody may.
+  std::string admin_token;
   std::string database = ":memory:";
   std::optional<std::uint64_t> seed;
   std::string disabled_services;

@@ -11,29 +11,32 @@
 namespace bvconn::sandbox {
 namespace {
 
-void tell_ready(std::uint16_t port) {
-  const std::string base = "http://127.0.0.1:" + std::to_string(port);
+void tell_ready(const Server& server, const std::string& authority_file) {
+  const std::string base = server.url();
   nlohmann::ordered_json line;
   line["ready"] = true;
-  line["port"] = port;
+  line["port"] = server.port();
   line["soap"] = base + "/soap";
   line["dal"] = base + "/dal";
-  std::puts(line.dump().c_str());
+  if (!authority_file.empty()) line["authority"] = authority_file;
+  std::puts(line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace).c_str());
   std::fflush(stdout);
   // The line is for programs; a person at a terminal gets words.
   if (::isatty(STDERR_FILENO) == 0) return;
-  std::fputs(("bvsandbox: SOAP on " + base + "/soap, data access layer on " + base +
-              "/dal; Ctrl-C ends it\n")
+  const std::string trusted =
+      authority_file.empty() ? "" : "; clients trust it with BVCONN_CA_FILE=" + authority_file;
+  std::fputs(("bvsandbox: SOAP on " + base + "/soap, data access layer on " + base + "/dal" +
+              trusted + "; Ctrl-C ends it\n")
                  .c_str(),
              stderr);
 }
 
 }  // namespace
 
-void serve(Server& server, bool until_eof) {
+void serve(Server& server, bool until_eof, const std::string& authority_file) {
   server.stop_on_signals();
   if (until_eof) server.stop_when_input_ends();
-  tell_ready(server.port());
+  tell_ready(server, authority_file);
   server.run();
 }
 

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <optional>
 
+#include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/conversions/nearest_names.h"
 #include "sandbox/admin/admin.h"
 #include "sandbox/endpoints/endpoints.h"
@@ -87,6 +88,34 @@ std::string paths_text() {
   return text;
 }
 
+/// Takes as long for a word that is nearly right as for any other.
+bool is_token(std::string_view given, std::string_view token) {
+  unsigned difference = given.size() == token.size() ? 0U : 1U;
+  for (std::size_t i = 0; i < given.size(); ++i) {
+    const char expected = token[i % token.size()];
+    difference |= static_cast<unsigned char>(given[i]) ^ static_cast<unsigned char>(expected);
+  }
+  return difference == 0;
+}
+
+bool may_administer(const ServedSandbox& sandbox, const Request& request) {
+  if (sandbox.admin_token.empty()) return true;
+  constexpr std::string_view kScheme = "Bearer ";
+  const std::string given = request.header("Authorization").value_or("");
+  return conversions::equal_ignoring_case(std::string_view(given).substr(0, kScheme.size()),
+                                          kScheme) &&
+         is_token(std::string_view(given).substr(kScheme.size()), sandbox.admin_token);
+}
+
+Reply unauthorized() {
+  Reply reply = text_reply(401,
+                           "This sandbox is administered with its token alone: the header "
+                           "Authorization has to be 'Bearer' and what its --admin-token-file "
+                           "holds.\n");
+  reply.headers.push_back({.name = "WWW-Authenticate", .value = "Bearer realm=\"bvsandbox\""});
+  return reply;
+}
+
 /// The methods of all resources that have this path; "" where there is none.
 std::string methods_of(std::string_view path) {
   std::string methods;
@@ -106,6 +135,7 @@ void expect_query(const AdminCall& call, const std::vector<std::string>& known) 
 }
 
 Reply answer_admin(ServedSandbox& sandbox, const Request& request) {
+  if (!may_administer(sandbox, request)) return unauthorized();
   const std::string_view path = request.path();
   const auto* const found =
       std::find_if(kResources.begin(), kResources.end(), [&](const AdminResource& each) {

@@ -5,10 +5,13 @@
 #include <array>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <stdexcept>
 #include <vector>
 
 #include "bvconn/platform/conversions/nearest_names.h"
+#include "sandbox/own_files.h"
+#include "sandbox/tls/tls_source.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -48,12 +51,26 @@ int status_of(const Body& body) {
   }
 }
 
+/// That of a sandbox that this user has started by --tls.
+std::string usual_authority_file() {
+  const std::string file = authority_file_in(default_tls_folder());
+  return std::filesystem::exists(file) ? file : "";
+}
+
 int run(const Command& command, int argc, char** argv) {
   constexpr std::string_view kDefaultUrl = "http://127.0.0.1:8080";
   CLI::App app{std::string(command.summary)};
   app.name("bvsandbox " + std::string(command.name));
   std::string url(kDefaultUrl);
   app.add_option("--url", url, "The sandbox to ask")->envname("BVSANDBOX_URL");
+  std::string token_file;
+  app.add_option("--admin-token-file", token_file, "The file with what administering it takes")
+      ->envname("BVSANDBOX_ADMIN_TOKEN_FILE");
+  std::string authority_file = usual_authority_file();
+  app.add_option("--tls-authority", authority_file,
+                 "The file of the authority to trust for https, besides the system's; without it, "
+                 "the one that --tls keeps")
+      ->envname("BVSANDBOX_TLS_AUTHORITY");
   const RunCommand run = command.prepare(app);
   try {
     app.parse(argc, argv);
@@ -61,7 +78,8 @@ int run(const Command& command, int argc, char** argv) {
     return app.exit(error) == 0 ? kDoneStatus : kUsageStatus;
   }
   return status_of([&] {
-    Client client(url);
+    Client client(url, {.authority_file = authority_file,
+                        .token = token_file.empty() ? "" : word_of_file(token_file)});
     return run(client);
   });
 }

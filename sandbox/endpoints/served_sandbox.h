@@ -14,6 +14,8 @@ struct ServedSandbox : Sandbox {
   FaultBook faults{};
   /// The library's operations, as "BVInvoiceConnector.GetInvoice"; never changes.
   std::vector<std::string> operation_names{};
+  /// What whoever asks for /admin/ has to know; "" where anybody may. Never changes.
+  std::string admin_token{};
 };
 
 }  // namespace bvconn::sandbox

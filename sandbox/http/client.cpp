@@ -1,8 +1,15 @@
 #include "sandbox/http/client.h"
 
+#include <openssl/err.h>
+#include <openssl/ssl.h>
+
 #include <algorithm>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl/context.hpp>
+#include <boost/asio/ssl/error.hpp>
+#include <boost/asio/ssl/host_name_verification.hpp>
+#include <boost/asio/ssl/stream.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http/empty_body.hpp>
@@ -19,10 +26,22 @@ namespace bvconn::sandbox {
 namespace asio = boost::asio;
 namespace beast = boost::beast;
 namespace http = boost::beast::http;
+namespace ssl = boost::asio::ssl;
 
 namespace {
 
 using ErrorCode = boost::system::error_code;
+
+/// Trusts whom the system trusts, and the authority.
+ssl::context context_of(const std::string& authority_file) {
+  ssl::context context(ssl::context::tls_client);
+  SSL_CTX_set_min_proto_version(context.native_handle(), TLS1_2_VERSION);
+  ErrorCode error;
+  context.set_default_verify_paths(error);
+  if (!authority_file.empty()) context.load_verify_file(authority_file, error);
+  if (error) throw NoAnswer("'" + authority_file + "' holds no authority: " + error.message());
+  return context;
+}
 
 /// One request and its reply. The steps are asynchronous, since only those have a time limit.
 class Exchange {
@@ -33,29 +52,45 @@ class Exchange {
     stream_.expires_after(patience);
   }
 
+  /// From then on by TLS, with a server that has this name.
+  void secure(ssl::context& context, const std::string& host) {
+    tls_.emplace(stream_, context);
+    tls_->set_verify_mode(ssl::verify_peer);
+    tls_->set_verify_callback(ssl::host_name_verification(host));
+    boost::system::error_code is_name;
+    asio::ip::make_address(host, is_name);
+    if (is_name) SSL_set_tlsext_host_name(tls_->native_handle(), host.c_str());
+  }
+
   http::response<http::string_body> run(const std::string& host, const std::string& port) {
     const auto addresses = resolver_.resolve(host, port, error_);
     if (!error_) connect(addresses);
     context_.run();
-    if (error_) throw NoAnswer(error_.message());
+    if (error_) throw NoAnswer(error_.message() + advice());
     return parser_.release();
   }
 
  private:
   void connect(const asio::ip::tcp::resolver::results_type& addresses) {
     stream_.async_connect(addresses, [this](ErrorCode error, const auto& /*endpoint*/) {
-      if (!failed(error)) write();
+      if (failed(error)) return;
+      if (!tls_) return write(stream_);
+      tls_->async_handshake(ssl::stream_base::client, [this](ErrorCode refused) {
+        if (!failed(refused)) write(*tls_);
+      });
     });
   }
 
-  void write() {
-    http::async_write(stream_, request_, [this](ErrorCode error, std::size_t /*bytes*/) {
-      if (!failed(error)) read();
+  template <class Stream>
+  void write(Stream& stream) {
+    http::async_write(stream, request_, [this, &stream](ErrorCode error, std::size_t /*bytes*/) {
+      if (!failed(error)) read(stream);
     });
   }
 
-  void read() {
-    http::async_read(stream_, buffer_, parser_,
+  template <class Stream>
+  void read(Stream& stream) {
+    http::async_read(stream, buffer_, parser_,
                      [this](ErrorCode error, std::size_t /*bytes*/) { error_ = error; });
   }
 
@@ -64,9 +99,17 @@ class Exchange {
     return error.failed();
   }
 
+  std::string advice() const {
+    const bool is_untrusted = error_.category() == asio::error::get_ssl_category() &&
+                              ERR_GET_REASON(static_cast<unsigned long>(error_.value())) ==
+                                  SSL_R_CERTIFICATE_VERIFY_FAILED;
+    return is_untrusted ? "; --tls-authority names the file that its start line tells" : "";
+  }
+
   asio::io_context context_{1};
   asio::ip::tcp::resolver resolver_{context_};
   beast::tcp_stream stream_{context_};
+  std::optional<ssl::stream<beast::tcp_stream&>> tls_;
   beast::flat_buffer buffer_;
   http::request<http::string_body> request_;
   http::response_parser<http::string_body> parser_;
@@ -88,15 +131,18 @@ bool is_port(std::string_view text) {
 
 }  // namespace
 
-Client::Client(std::string_view url) : url_(url) {
-  constexpr std::string_view kScheme = "http://";
-  if (!url.starts_with(kScheme)) refuse(url_);
-  std::string_view rest = url.substr(kScheme.size());
+Client::Client(std::string_view url, ClientOptions options)
+    : options_(std::move(options)), url_(url) {
+  constexpr std::string_view kPlain = "http://";
+  constexpr std::string_view kSecure = "https://";
+  is_secure_ = url.starts_with(kSecure);
+  if (!is_secure_ && !url.starts_with(kPlain)) refuse(url_);
+  std::string_view rest = url.substr((is_secure_ ? kSecure : kPlain).size());
   if (rest.ends_with('/')) rest.remove_suffix(1);
   const auto colon = rest.rfind(':');
   const bool has_port = colon != std::string_view::npos && !rest.ends_with(']');
   host_ = rest.substr(0, has_port ? colon : rest.size());
-  port_ = has_port ? rest.substr(colon + 1) : "80";
+  port_ = has_port ? rest.substr(colon + 1) : is_secure_ ? "443" : "80";
   if (host_.starts_with('[') && host_.ends_with(']')) host_ = host_.substr(1, host_.size() - 2);
   if (host_.empty() || host_.find_first_of("/?#@ ") != std::string::npos || !is_port(port_)) {
     refuse(url_);
@@ -112,13 +158,20 @@ ClientReply Client::send(std::string_view method, std::string_view target, std::
   const bool is_ipv6 = host_.find(':') != std::string::npos;
   request.set(http::field::host, (is_ipv6 ? "[" + host_ + "]" : host_) + ":" + port_);
   request.set(http::field::connection, "close");
+  if (!options_.token.empty()) {
+    request.set(http::field::authorization, "Bearer " + options_.token);
+  }
   if (!body.empty()) {
     request.set(http::field::content_type, {content_type.data(), content_type.size()});
   }
   request.body() = std::move(body);
   request.prepare_payload();
   try {
-    auto reply = Exchange(std::move(request), patience_).run(host_, port_);
+    // Outlives the exchange.
+    auto context = is_secure_ ? std::optional(context_of(options_.authority_file)) : std::nullopt;
+    Exchange exchange(std::move(request), patience_);
+    if (context) exchange.secure(*context, host_);
+    auto reply = exchange.run(host_, port_);
     return {.status = static_cast<int>(reply.result_int()), .body = std::move(reply.body())};
   } catch (const NoAnswer& error) {
     throw NoAnswer("no sandbox answers at " + url_ + ": " + error.what());

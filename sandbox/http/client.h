@@ -19,11 +19,20 @@ class NoAnswer : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// What a client has to show, and whom it trusts.
+struct ClientOptions {
+  /// In PEM: for https, besides the authorities that the system knows; "" for these alone.
+  std::string authority_file{};
+  /// What administering the sandbox takes; "" to send none.
+  std::string token{};
+};
+
 /// Asks a running sandbox, each time on a connection of its own.
 class Client {
  public:
-  /// "http://127.0.0.1:8080", without a path. Throws std::invalid_argument for another text.
-  explicit Client(std::string_view url);
+  /// "http://127.0.0.1:8080" or "https://...", without a path. Throws std::invalid_argument for
+  /// another text.
+  explicit Client(std::string_view url, ClientOptions options = {});
 
   /// The target is path and query. Throws NoAnswer.
   ClientReply send(std::string_view method, std::string_view target, std::string body = "",
@@ -35,7 +44,9 @@ class Client {
   void patience(std::chrono::milliseconds patience) { patience_ = patience; }
 
  private:
+  ClientOptions options_;
   std::string url_;
+  bool is_secure_ = false;
   std::string host_;
   std::string port_;
   std::chrono::milliseconds patience_{30'000};

@@ -18,6 +18,7 @@
 #include <system_error>
 #include <utility>
 
+#include "sandbox/http/address.h"
 #include "sandbox/http/session.h"
 #include "sandbox/http/tls.h"
 #include "sandbox/http/workers.h"
@@ -43,11 +44,11 @@ tcp::acceptor listen(asio::io_context& context, const Listening& where) {
     acceptor.listen();
     return acceptor;
   } catch (const boost::system::system_error& error) {
-    const bool is_ipv6 = where.address.find(':') != std::string::npos;
+    const bool is_v6 = where.address.find(':') != std::string::npos;
+    const std::string place =
+        (is_v6 ? "[" + where.address + "]" : where.address) + ":" + std::to_string(where.port);
     throw std::system_error(error.code().value(), std::system_category(),
-                            "cannot listen on " +
-                                (is_ipv6 ? "[" + where.address + "]" : where.address) + ":" +
-                                std::to_string(where.port));
+                            "cannot listen on " + place);
   }
 }
 
@@ -137,6 +138,12 @@ Server::Server(Listening where, Limits limits, Handler handler)
     : state_(std::make_unique<State>(std::move(where), limits, std::move(handler))) {}
 
 Server::~Server() = default;
+
+std::string Server::url() const {
+  const auto address = state_->acceptor.local_endpoint().address().to_string();
+  return (state_->tls ? "https://" : "http://") + address_in_url(address) + ":" +
+         std::to_string(port());
+}
 
 std::uint16_t Server::port() const {
   return state_->acceptor.local_endpoint().port();

@@ -65,6 +65,8 @@ class Server {
   Server& operator=(const Server&) = delete;
 
   std::uint16_t port() const;
+  /// As a program of this machine comes to it, without a path: "https://127.0.0.1:8080".
+  std::string url() const;
   /// SIGTERM and SIGINT call `finish` from now on, the second of them `stop`.
   void stop_on_signals();
   /// The end of standard input calls `finish` from now on.

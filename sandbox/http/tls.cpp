@@ -22,6 +22,8 @@ std::shared_ptr<ssl::context> context_of(const TlsIdentity& identity) {
   auto context = std::make_shared<ssl::context>(ssl::context::tls_server);
   try {
     context->set_options(ssl::context::no_compression);
+    // In place of asking at the terminal for the words that open a key.
+    context->set_password_callback([](std::size_t, ssl::context::password_purpose) { return ""; });
     context->use_certificate_chain(asio::buffer(identity.certificates));
     context->use_private_key(asio::buffer(identity.key), ssl::context::pem);
   } catch (const boost::system::system_error& error) {

@@ -1,60 +1,19 @@
 #include "sandbox/record/recording_folder.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
+#include "sandbox/own_files.h"
+
 namespace bvconn::sandbox {
 namespace {
 
 namespace fs = std::filesystem;
-
-[[noreturn]] void fail(const fs::path& path) {
-  throw std::system_error(errno, std::generic_category(), "cannot write '" + path.string() + "'");
-}
-
-/// A file that is there under its own name only when it is complete. Its owner alone may read it.
-class NewFile {
- public:
-  explicit NewFile(fs::path path)
-      : path_(std::move(path)),
-        descriptor_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600)) {
-    if (descriptor_ < 0) fail(path_);
-  }
-  ~NewFile() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-    if (!is_done_) ::unlink(path_.c_str());
-  }
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-
-  void write(std::string_view text) {
-    while (!text.empty()) {
-      const ssize_t count = ::write(descriptor_, text.data(), text.size());
-      if (count < 0 && errno == EINTR) continue;
-      if (count < 0) fail(path_);
-      text.remove_prefix(static_cast<std::size_t>(count));
-    }
-  }
-
-  // What is late in failing fails here, before the file has its name.
-  void finish(const fs::path& name) {
-    if (::fsync(descriptor_) != 0) fail(path_);
-    if (::rename(path_.c_str(), name.c_str()) != 0) fail(name);
-    is_done_ = true;
-  }
-
- private:
-  fs::path path_;
-  int descriptor_;
-  bool is_done_ = false;
-};
 
 std::size_t number_of(const std::string& name) {
   std::size_t number = 0;

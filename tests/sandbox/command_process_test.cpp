@@ -37,7 +37,7 @@ TEST(SandboxCommands, SayThatNobodyAnswers) {
 
 TEST(SandboxCommands, RefuseAnAddressThatIsNone) {
   for (const char* url : {"127.0.0.1:8080", "http://", "http://127.0.0.1:0", "http://127.0.0.1:x",
-                          "http://127.0.0.1:8080/soap", "https://127.0.0.1:8080"}) {
+                          "http://127.0.0.1:8080/soap", "https://", "ftp://127.0.0.1:8080"}) {
     const CommandRun run = run_sandbox({"disabled", "--url", url});
     EXPECT_EQ(run.status, 2) << url;
     EXPECT_EQ(run.err, "bvsandbox: '" + std::string(url) +
