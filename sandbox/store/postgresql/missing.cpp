@@ -6,8 +6,7 @@ namespace bvconn::sandbox {
 std::unique_ptr<Connection> open_postgresql(const std::string&) {
   throw DatabaseError(
       "this bvsandbox was built without PostgreSQL's library libpq: --db takes the path of a "
-      "SQLite "
-      "file");
+      "SQLite file");
 }
 
 }  // namespace bvconn::sandbox
