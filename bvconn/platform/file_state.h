@@ -26,6 +26,12 @@ struct FileState {
 std::optional<FileState> state_of(const std::string& path) noexcept;
 std::optional<FileState> state_of(int file) noexcept;
 
+/// The same but for the times, which say nothing: for a file that is written to again and again. A
+/// look at them may make the next write a slow one, since from then on the system counts them
+/// finer, or first brings to a server what was written.
+std::optional<FileState> state_without_times_of(const std::string& path) noexcept;
+std::optional<FileState> state_without_times_of(int file) noexcept;
+
 enum class FileHold : std::uint8_t { kShared, kAlone };
 
 /// Tries to take the lock that programs agree by; 0, or the error number: EWOULDBLOCK and EINTR

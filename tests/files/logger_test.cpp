@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <memory>
@@ -55,6 +56,40 @@ TEST_F(FileLogger, WritesTimeThreadKindClassMethodAndText) {
       all[0], std::regex("\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}[+-]\\d{4} \\[" +
                          thread + "\\] INFO ClassA methodB\\(\\) some text")))
       << all[0];
+}
+
+TEST_F(FileLogger, ALineOfANewProcessBearsTheNumberOfItsOwnThread) {
+  const auto log = logger("8");
+  log->LogInfo("C", "m", "before", 0);
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    log->LogInfo("C", "m", "in the child", 0);
+    ::_exit(0);
+  }
+  ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+  log->LogInfo("C", "m", "after", 0);
+  const std::vector<std::string> all = lines_of(path());
+  ASSERT_EQ(all.size(), 3U);
+  const std::string own = "[" + std::to_string(::gettid()) + "]";
+  EXPECT_NE(all[0].find(own), std::string::npos) << all[0];
+  EXPECT_NE(all[1].find("[" + std::to_string(child) + "] INFO C m in the child"), std::string::npos)
+      << all[1];
+  EXPECT_NE(all[2].find(own), std::string::npos) << all[2];
+}
+
+TEST_F(FileLogger, LinesOfTwoThreadsThroughOneLoggerBearTheirNumbers) {
+  const auto log = logger("8");
+  log->LogInfo("C", "m", "first", 0);
+  pid_t other_number = 0;
+  std::thread([&] {
+    other_number = ::gettid();
+    log->LogInfo("C", "m", "other", 0);
+  }).join();
+  const std::vector<std::string> all = lines_of(path());
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_NE(all[0].find("[" + std::to_string(::gettid()) + "]"), std::string::npos) << all[0];
+  EXPECT_NE(all[1].find("[" + std::to_string(other_number) + "]"), std::string::npos) << all[1];
 }
 
 TEST_F(FileLogger, EachCallHasItsKind) {
@@ -274,6 +309,14 @@ TEST_F(FileLogger, ALogThatWasMovedAwayIsBegunAnew) {
   const auto log = logger("0");
   log->LogWarning("C", "m", "old", 0);
   std::filesystem::rename(path(), folder_.file("old.log"));
+  log->LogWarning("C", "m", "new", 0);
+  EXPECT_THAT(lines(), ElementsAre("WARNING C m new"));
+}
+
+TEST_F(FileLogger, ALogWhoseFolderWasMovedAwayIsBegunAnew) {
+  const auto log = logger("0");
+  log->LogWarning("C", "m", "old", 0);
+  std::filesystem::rename(folder_.file("logs"), folder_.file("old logs"));
   log->LogWarning("C", "m", "new", 0);
   EXPECT_THAT(lines(), ElementsAre("WARNING C m new"));
 }

@@ -44,7 +44,7 @@ bool lock(int file, detail::FileHold hold) {
 
 /// Whether the path still leads to the open file.
 bool leads_to(const std::string& path, const detail::FileState& open_file) {
-  const auto named = detail::state_of(path);
+  const auto named = detail::state_without_times_of(path);
   return named && named->is_same_file(open_file);
 }
 
@@ -69,7 +69,7 @@ Appended append(const std::string& path, std::string_view bytes, std::uint64_t m
     detail::OpenedFile opened = open_for_appending(path);
     if (!opened.file) return {.step = "open", .code = opened.code};
     const int file = opened.file.get();
-    const auto state = detail::state_of(file);
+    const auto state = detail::state_without_times_of(file);
     // The lock of a device would be one for the whole system.
     const bool is_locked = state && state->is_regular && lock(file, detail::FileHold::kShared);
     if (is_locked && attempt < kOpenAttempts) {
@@ -120,7 +120,7 @@ bool AppendedFile::append_and_keep(std::string_view line) {
   file_ = detail::Descriptor();
   Appended appended = bvconn::append(path_, line, max_bytes_);
   if (appended.code != 0) return false;
-  if (const auto state = detail::state_of(appended.file.get())) {
+  if (const auto state = detail::state_without_times_of(appended.file.get())) {
     state_ = *state;
     file_ = std::move(appended.file);
   }
@@ -129,13 +129,13 @@ bool AppendedFile::append_and_keep(std::string_view line) {
 
 // Nothing where the file is none to write to any longer, and nothing of the line is in it.
 std::optional<bool> AppendedFile::append_to_open(std::string_view bytes) const {
-  const auto named = detail::state_of(path_);
+  const auto named = detail::state_without_times_of(path_);
   if (!named || !named->is_same_file(state_)) return std::nullopt;
   const auto size = static_cast<std::uint64_t>(named->size);
   const bool is_full = max_bytes_ != 0 && size != 0 && size + bytes.size() > max_bytes_;
   if (is_full && named->is_regular) return std::nullopt;
   if (detail::write_all(file_.get(), bytes) != 0) return false;
-  const auto written = detail::state_of(file_.get());
+  const auto written = detail::state_without_times_of(file_.get());
   if (written && written->links == 0) return std::nullopt;
   return true;
 }

@@ -92,6 +92,14 @@ std::optional<FileState> state_of(int file) noexcept {
   return state_from(handle_of(file));
 }
 
+std::optional<FileState> state_without_times_of(const std::string& path) noexcept {
+  return state_of(path);
+}
+
+std::optional<FileState> state_without_times_of(int file) noexcept {
+  return state_of(file);
+}
+
 int try_lock(int file, FileHold hold) noexcept {
   unlock(file);
   OVERLAPPED place = lock_place();
