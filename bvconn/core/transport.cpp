@@ -12,6 +12,7 @@
 #include "bvconn/platform/error_numbers.h"
 #include "bvconn/platform/live_error.h"
 #include "bvconn/platform/soap/envelope_access.h"
+#include "bvconn/platform/soap/node_view.h"
 #include "bvconn/platform/timeout_scope.h"
 #include "bvconn/platform/without_help.h"
 
@@ -113,8 +114,9 @@ Failure failed_send(const SoapEnvelope& envelope, const Error& error) {
     std::optional<std::string> words;
     // deliberate [faultstring-by-name]: by name alone, whatever the error; before a reply was
     // parsed these are the request's own parameters.
-    for (const SoapNode node : envelope.Parameters()) {
-      if (node.Name() == "faultstring") words = to_text(node.Value());
+    const detail::NodeView all = detail::view_of(*detail::viewed_node(envelope.Parameters()));
+    for (std::size_t i = 0; i < all.count; ++i) {
+      if (detail::name_at(all, i) == "faultstring") words = detail::child_text(all, i);
     }
     return logged(kSendXmlLog, error, std::move(words));
   });

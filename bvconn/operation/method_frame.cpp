@@ -7,6 +7,7 @@
 #include "bvconn/core/envelope.h"
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/soap/node_view.h"
 
 namespace bvconn {
 namespace {
@@ -21,8 +22,9 @@ std::string look_up(ServiceRow row) {
 // What a fault says, also where the operation's error leaves it out. It is for the record alone.
 std::optional<std::string> fault_words(const SoapEnvelope& fault) noexcept {
   try {
-    for (const SoapNode node : fault.Parameters()) {
-      if (node.Name() == "faultstring") return to_text(node.Value());
+    const detail::NodeView all = detail::view_of(*detail::viewed_node(fault.Parameters()));
+    for (std::size_t i = 0; i < all.count; ++i) {
+      if (detail::name_at(all, i) == "faultstring") return detail::child_text(all, i);
     }
   } catch (const std::exception&) {
     return std::nullopt;

@@ -20,7 +20,7 @@ bool is_forgotten_in_new_process() {
 }  // namespace
 
 std::int64_t thread_number() {
-  if (known_thread_number == 0 || !is_forgotten_in_new_process()) {
+  if (!is_forgotten_in_new_process() || known_thread_number == 0) {
     known_thread_number = ::gettid();
   }
   return known_thread_number;

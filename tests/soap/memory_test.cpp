@@ -10,6 +10,7 @@
 #include "bvconn/platform/soap/envelope_access.h"
 #include "bvconn/platform/text_buffer.h"
 #include "bvconn/platform/thread_memory.h"
+#include "bvconn/platform/thread_record.h"
 #include "soap/soap_test.h"
 #include "support/watched_memory.h"
 
@@ -218,6 +219,7 @@ TEST_F(Memory, ARequestGoesWithItsEnvelopeAndItsNodes) {
 TEST_F(Memory, LinksBetweenAReplyAndMadeNodesKeepNothingAlive) {
   const MemoryCount count;
   {
+    const detail::ThreadScope records;  // what the thread knows of its replies goes with them
     const SoapEnvelope reply = parsed("<r><a><b>1</b></a><c/></r>");
     const SoapNode a = reply.Parameters().Item(0);
     const SoapNode made = SoapNode::make("made");
@@ -234,6 +236,7 @@ TEST_F(Memory, LinksBetweenAReplyAndMadeNodesKeepNothingAlive) {
 TEST_F(Memory, AMadeNodeSharedByTwoRepliesOutlivesTheFirst) {
   const MemoryCount count;
   {
+    const detail::ThreadScope records;  // what the thread knows of its replies goes with them
     const SoapNode made = SoapNode::make("made");
     made.Nodes().Create("inner", "1");
     SoapNode second = parsed("<r><second/></r>").Parameters().Item(0);

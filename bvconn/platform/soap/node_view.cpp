@@ -75,6 +75,17 @@ const NodeData& child_at(const NodeView& view, std::size_t index) noexcept {
   return *children_of(*view.list)[index];
 }
 
+std::string_view name_at(const NodeView& view, std::size_t index) noexcept {
+  return name_of(child_at(view, index));
+}
+
+std::string child_text(const NodeView& view, std::size_t index) {
+  const NodeData& child = child_at(view, index);
+  const NodeView shown = view_of(child);
+  if (shown.value == ViewedValue::kText) return std::string(shown.text);
+  return to_text(value_of(NodeRef(const_cast<NodeData*>(&child))));
+}
+
 ShownValue shown_value(const NodeData& node) {
   return shown_value(handle_of(node));
 }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "bvconn/platform/export.h"
@@ -43,6 +44,10 @@ BVCONN_EXPORT const NodeData* viewed_node(const SoapNodes& nodes);
 BVCONN_EXPORT NodeView view_of(const NodeData& node) noexcept;
 /// The child at an index below the view's count.
 BVCONN_EXPORT const NodeData& child_at(const NodeView& view, std::size_t index) noexcept;
+/// The local name of a child.
+std::string_view name_at(const NodeView& view, std::size_t index) noexcept;
+/// The text of the value of a child, as `to_text` gives it.
+std::string child_text(const NodeView& view, std::size_t index);
 /// As of a handle to the node.
 BVCONN_EXPORT ShownValue shown_value(const NodeData& node);
 

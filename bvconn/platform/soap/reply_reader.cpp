@@ -7,6 +7,7 @@
 #include "bvconn/platform/conversions/text.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/soap/known_replies.h"
 #include "bvconn/platform/soap/node_data.h"
 #include "bvconn/platform/soap/soap_uris.h"
 #include "bvconn/platform/soap/tree_builder.h"
@@ -64,17 +65,25 @@ NodeData* method_element(const NodeData& body, const TreeBuilder& builder) {
   return children.empty() ? nullptr : children.front();
 }
 
-Reply reply_in(const TreeBuilder& builder) {
-  const NodeData& root = *builder.root();
-  check_envelope(root);
+EnvelopeParts parts_in(const TreeBuilder& builder) {
+  NodeData& root = *builder.root();
   const NodeData* body = find_part(root, "Body");
   if (body == nullptr) not_an_envelope("The reply is not a SOAP 1.1 envelope: it has no Body");
-  NodeData* header = find_part(root, "Header");
-  NodeData* method = method_element(*body, builder);
+  return {.root = &root,
+          .header = find_part(root, "Header"),
+          .method = method_element(*body, builder),
+          .encoding_style = builder.encoding_style()};
+}
+
+/// The nodes keep the tree from here on.
+Reply reply_of(ReadTree read) {
+  const auto& [root, header, method, encoding_style] = read.parts;
+  const NodeRef keep(root);
+  static_cast<void>(read.tree.release());
   Reply reply;
   reply.headers = SoapAccess::nodes(header != nullptr ? NodeRef(header) : make_node("Header"));
   reply.parameters = SoapAccess::nodes(method != nullptr ? NodeRef(method) : make_node("Body"));
-  reply.encoding_style = builder.encoding_style();
+  reply.encoding_style = encoding_style;
   if (method != nullptr) {
     reply.method = name_of(*method);
     reply.name_space = namespace_of(*method);
@@ -96,18 +105,27 @@ void parse(Tree& tree, TreeBuilder& builder) {
   xml::parse({tree.buffer.data(), tree.buffer.size()}, {}, builder);
 }
 
-Reply read_envelope(TextBuffer bytes, std::string_view encoding) {
-  if (auto text = xml::converted_to_utf8(bytes.view(), encoding)) {
-    bytes = *std::move(text);
-  }
-  auto tree = tree_for(std::move(bytes));
+ReadTree read_tree(TextBuffer utf8) {
+  auto tree = tree_for(std::move(utf8));
   TreeBuilder builder(*tree, TreeBuilder::Form::kEnvelope);
   parse(*tree, builder);
   check_envelope(*builder.root());
   builder.resolve_references();
-  const NodeRef keep(builder.root());
-  static_cast<void>(tree.release());  // its nodes keep it from here on
-  return reply_in(builder);
+  const EnvelopeParts parts = parts_in(builder);
+  return {.tree = std::move(tree), .parts = parts};
+}
+
+Reply read_envelope(TextBuffer bytes, std::string_view encoding) {
+  if (auto text = xml::converted_to_utf8(bytes.view(), encoding)) {
+    return reply_of(read_tree(*std::move(text)));
+  }
+  KnownReplies& known = KnownReplies::of_thread();
+  if (auto read = known.read(bytes)) return reply_of(*std::move(read));
+  std::string as_it_came;
+  if (known.wants(bytes.view())) as_it_came = bytes.view();
+  ReadTree read = read_tree(std::move(bytes));
+  if (!as_it_came.empty()) known.learn(std::move(as_it_came), *read.tree, read.parts);
+  return reply_of(std::move(read));
 }
 
 }  // namespace
