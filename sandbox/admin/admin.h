@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "sandbox/endpoints/served_sandbox.h"
@@ -18,6 +19,8 @@ struct AdminCall {
   std::string below{};
   /// The fields behind the path's "?", decoded; of two with one name the later one counts.
   std::map<std::string, std::string, std::less<>> query{};
+  /// All of them, in their order, for those that may be given several times.
+  std::vector<std::pair<std::string, std::string>> fields{};
 };
 
 /// Thrown where an administrative request cannot be done as it stands; becomes a text of one line.

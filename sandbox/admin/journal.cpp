@@ -115,13 +115,24 @@ Expectation read_expectation(const std::string& body) {
   });
 }
 
+/// Which exchanges the query asks for, by any number of arguments.
+JournalFilter filter_of(const AdminCall& call) {
+  return refusing([&] {
+    JournalFilter filter = read_filter(call.query);
+    for (const auto& [name, value] : call.fields) {
+      if (name == "where") add_condition(filter, value);
+    }
+    return filter;
+  });
+}
+
 }  // namespace
 
 Reply get_journal(AdminCall& call) {
   std::vector<std::string> known = filter_fields();
   known.insert(known.end(), {"after", "limit"});
   expect_query(call, known);
-  const JournalFilter filter = refusing([&] { return read_filter(call.query); });
+  const JournalFilter filter = filter_of(call);
   const std::uint64_t limit = number_field(call, "limit", kUsualLimit, kMostLimit);
   const std::uint64_t after = number_field(call, "after", 0, ~std::uint64_t{0});
   const Journal& journal = journal_of(call);

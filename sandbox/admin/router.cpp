@@ -63,8 +63,8 @@ std::string decoded(std::string_view text) {
   return plain;
 }
 
-std::map<std::string, std::string, std::less<>> query_of(std::string_view target) {
-  std::map<std::string, std::string, std::less<>> fields;
+std::vector<std::pair<std::string, std::string>> fields_of(std::string_view target) {
+  std::vector<std::pair<std::string, std::string>> fields;
   const auto mark = target.find('?');
   std::string_view rest = mark == std::string_view::npos ? "" : target.substr(mark + 1);
   while (!rest.empty()) {
@@ -73,7 +73,7 @@ std::map<std::string, std::string, std::less<>> query_of(std::string_view target
     const auto equals = field.find('=');
     const std::string_view value =
         equals == std::string_view::npos ? std::string_view() : field.substr(equals + 1);
-    if (!field.empty()) fields.insert_or_assign(decoded(field.substr(0, equals)), decoded(value));
+    if (!field.empty()) fields.emplace_back(decoded(field.substr(0, equals)), decoded(value));
   }
   return fields;
 }
@@ -151,7 +151,8 @@ Reply answer_admin(ServedSandbox& sandbox, const Request& request) {
     AdminCall call{.sandbox = sandbox,
                    .request = request,
                    .below = decoded(*below(*found, path)),
-                   .query = query_of(request.target)};
+                   .fields = fields_of(request.target)};
+    for (const auto& [name, value] : call.fields) call.query.insert_or_assign(name, value);
     return found->answer(call);
   } catch (const AdminRefusal& refusal) {
     return text_reply(refusal.status, refusal.text + "\n");

@@ -4,6 +4,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <utility>
+#include <vector>
 
 #include "sandbox/commands/command.h"
 #include "sandbox/commands/exchange_text.h"
@@ -15,15 +16,15 @@ using nlohmann::json;
 
 struct Asked {
   std::uint64_t id = 0;
-  std::array<std::pair<const char*, std::string>, 9> fields{{{"operation", ""},
+  std::array<std::pair<const char*, std::string>, 8> fields{{{"operation", ""},
                                                              {"route", ""},
                                                              {"session", ""},
                                                              {"outcome", ""},
                                                              {"since", ""},
                                                              {"until", ""},
-                                                             {"where", ""},
                                                              {"after", ""},
                                                              {"limit", ""}}};
+  std::vector<std::string> where;
   bool clear = false;
   bool as_json = false;
 };
@@ -39,10 +40,13 @@ std::string target_of(const Asked& asked) {
   std::string target = "/admin/journal";
   if (asked.id != 0) return target + "/" + std::to_string(asked.id);
   char joint = '?';
-  for (const auto& [name, value] : asked.fields) {
-    if (value.empty()) continue;
+  const auto add = [&](const char* name, const std::string& value) {
     target.append(1, std::exchange(joint, '&')).append(name).append("=").append(url_encoded(value));
+  };
+  for (const auto& [name, value] : asked.fields) {
+    if (!value.empty()) add(name, value);
   }
+  for (const std::string& each : asked.where) add("where", each);
   return target;
 }
 
@@ -89,7 +93,10 @@ RunCommand prepare_journal(CLI::App& command) {
   option("outcome", "Only answered, warned, fault, refused, failed or injected");
   option("since", "Only from this moment on, as 2026-01-31T12:00:00Z");
   option("until", "Only up to this moment");
-  option("where", "Only with this argument, as strInvoiceUID=INV-1001");
+  command
+      .add_option("--where", asked->where,
+                  "Only with this argument, as strInvoiceUID=INV-1001; several times for several")
+      ->allow_extra_args(false);
   option("after", "Only with a greater number");
   option("limit", "So many of the latest; 100 without it");
   command.add_flag("--json", asked->as_json, "Print what the sandbox answers");

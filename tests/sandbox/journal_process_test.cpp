@@ -82,6 +82,19 @@ TEST(SandboxJournal, NamesTheFaultThatHitAlsoWhereAnAnswerWasMade) {
   EXPECT_FALSE(all[2].contains("answeredBy"));
 }
 
+TEST(SandboxJournal, IsFilteredBySeveralArgumentsTogether) {
+  SandboxProcess sandbox;
+  for (const char* uid : {"INV-1001", "INV-1002", "INV-1003"}) get_invoice(sandbox, uid);
+  EXPECT_EQ(ids(journal(sandbox, "?where=strInvoiceUID%3DINV-1001&where=aSessionID%3DS1")),
+            Ids({1}));
+  EXPECT_EQ(ids(journal(sandbox, "?where=aSessionID%3DS1")), Ids({1, 2, 3}));
+  EXPECT_EQ(ids(journal(sandbox, "?where=aSessionID%3DS2&where=strInvoiceUID%3DINV-1001")), Ids());
+  const CommandRun run = ask_sandbox(
+      sandbox.port(), {"journal", "--where", "aSessionID=S1", "--where", "strInvoiceUID=INV-1003"});
+  EXPECT_THAT(run.out, ::testing::StartsWith("3 "));
+  EXPECT_EQ(run.status, 0);
+}
+
 TEST(SandboxJournal, TellsAllInWhichARefusedRequestDiffers) {
   SandboxProcess sandbox;
   const RawReply reply = sandbox.soap_text(
