@@ -11,9 +11,9 @@ class QuietLogger final : public SessionLogger {
  public:
   explicit QuietLogger(QuietWorld& world) : world_(world) {}
 
-  std::string LogFilePath() override { return "/nowhere/bvconn.log"; }
+  std::string LogFilePath() override { return "/dev/null"; }
   std::int32_t LogMask() override { return 0; }
-  std::string TracingFilePath() override { return "/nowhere/traffic.log"; }
+  std::string TracingFilePath() override { return "/dev/null"; }
   void LogError(std::string_view, std::string_view method, const Error& error,
                 std::int32_t) override {
     ++world_.errors_logged;
