@@ -1,5 +1,6 @@
 // Parses an envelope, reads all that it holds, writes it and reads it again, and then moves its
-// nodes about. Besides crashes it looks for replies that change when they are written and read.
+// nodes about. Besides crashes it looks for replies that change when they are written and read, and
+// for those that are read otherwise when one was like them before.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -10,6 +11,7 @@
 #include "bvconn/platform/soap/soap_envelope.h"
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/soap/xml_document.h"
+#include "bvconn/platform/thread_record.h"
 #include "fuzzing.h"
 
 namespace {
@@ -99,6 +101,37 @@ void write_and_read_again(const SoapEnvelope& envelope) {
                         "what was written reads differently", first);
 }
 
+/// What is made of the text, or the error.
+std::string read_again(const std::string& text) {
+  const SoapEnvelope envelope = SoapEnvelope::make();
+  try {
+    envelope.Parse(text, "");
+  } catch (const Error& error) {
+    if (error.number != numbers::kSoapFault) return error.description;
+  }
+  try {
+    return envelope.MethodName() + " " + envelope.Serialize();
+  } catch (const Error& error) {
+    return error.description;
+  }
+}
+
+/// Another text in the element that begins or ends at about this place.
+void read_one_that_is_like_it(const std::string& text, std::size_t about) {
+  const auto end = text.find('>', about);
+  if (end == std::string::npos) return;
+  const std::string other = text.substr(0, end + 1) + text[about] + text.substr(end + 1);
+  std::string anew;
+  {
+    const bvconn::detail::ThreadScope nothing_is_known;
+    anew = read_again(other);
+  }
+  const bvconn::detail::ThreadScope nothing_is_known;
+  read_again(text);
+  bvconn::fuzz::require(read_again(other) == anew, "reads otherwise where its like is known",
+                        other);
+}
+
 /// Changes eight nodes as the input says.
 void change(std::vector<SoapNode>& nodes, const std::uint8_t* data, std::size_t size) {
   for (std::size_t i = 0; i + 2 < size && i < 24; i += 3) {
@@ -144,6 +177,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!collect(envelope.Headers(), nodes) || !collect(envelope.Parameters(), nodes)) return 0;
   for (const SoapNode& node : nodes) read(node);
   write_and_read_again(envelope);
+  read_one_that_is_like_it(text, data[size - 1] * (size - 1) / 255);
   if (nodes.empty()) return 0;
   change(nodes, data + size / 2, size - size / 2);
   std::vector<SoapNode> changed;
