@@ -47,6 +47,25 @@ class SharedStore : public ::testing::Test {
   std::string place_;
 };
 
+/// Tests that share two processes on one store, and leave it to the next as it is.
+class TwoProcesses : public SharedStore {
+ protected:
+  static void TearDownTestSuite() { both().clear(); }
+
+  void SetUp() override {
+    SharedStore::SetUp();
+    if (!IsSkipped() && both().empty()) both() = start(2);
+  }
+  static SandboxProcess& first() { return *both()[0]; }
+  static SandboxProcess& second() { return *both()[1]; }
+
+ private:
+  static Processes& both() {
+    static Processes both;
+    return both;
+  }
+};
+
 std::string between(const std::string& text, std::string_view before, std::string_view after) {
   const auto begin = text.find(before);
   if (begin == std::string::npos) return {};
@@ -85,60 +104,54 @@ TEST_F(SharedStore, ProcessesThatBeginTogetherShareOneStore) {
   for (const auto& each : processes) EXPECT_THAT(project(*each, gid), HasSubstr("Depot"));
 }
 
-TEST_F(SharedStore, ALoginOfOneIsGoodAtTheOther) {
-  const Processes processes = start(2);
-  const std::string token = processes[0]->login();
+TEST_F(TwoProcesses, ALoginOfOneIsGoodAtTheOther) {
+  const std::string token = first().login();
   ASSERT_NE(token, "");
-  EXPECT_EQ(processes[1]
-                ->dal("AuthenticationService/GetDisabledServices", R"({"arguments":[]})", token)
+  EXPECT_EQ(second()
+                .dal("AuthenticationService/GetDisabledServices", R"({"arguments":[]})", token)
                 .status,
             200);
-  EXPECT_EQ(processes[1]
-                ->dal("AuthenticationService/GetDisabledServices", R"({"arguments":[]})", "0")
-                .status,
-            401);
+  EXPECT_EQ(
+      second().dal("AuthenticationService/GetDisabledServices", R"({"arguments":[]})", "0").status,
+      401);
 }
 
-TEST_F(SharedStore, WhatOneDisablesTheOtherTells) {
-  const Processes processes = start(2);
-  admin(*processes[0], "POST", "/admin/disabled", "urn:HeartBeatService.beat|");
-  EXPECT_EQ(admin(*processes[1], "GET", "/admin/disabled").body, "urn:HeartBeatService.beat|");
-  EXPECT_EQ(processes[1]
-                ->dal("AuthenticationService/GetDisabledServices", R"({"arguments":[]})",
-                      processes[1]->login())
-                .body,
-            "urn:HeartBeatService.beat|");
+TEST_F(TwoProcesses, WhatOneDisablesTheOtherTells) {
+  admin(first(), "POST", "/admin/disabled", "urn:HeartBeatService.beat|");
+  EXPECT_EQ(admin(second(), "GET", "/admin/disabled").body, "urn:HeartBeatService.beat|");
+  EXPECT_EQ(
+      second()
+          .dal("AuthenticationService/GetDisabledServices", R"({"arguments":[]})", second().login())
+          .body,
+      "urn:HeartBeatService.beat|");
 }
 
-TEST_F(SharedStore, ASnapshotOfOneIsRestoredByTheOther) {
-  const Processes processes = start(2);
-  const std::string kept = save_project(*processes[0], "Depot");
-  EXPECT_EQ(admin(*processes[0], "POST", "/admin/snapshots/depot").status, 200);
-  const std::string later = save_project(*processes[0], "Bridge");
+TEST_F(TwoProcesses, ASnapshotOfOneIsRestoredByTheOther) {
+  const std::string kept = save_project(first(), "Depot");
+  EXPECT_EQ(admin(first(), "POST", "/admin/snapshots/depot").status, 200);
+  const std::string later = save_project(first(), "Bridge");
   ASSERT_NE(kept, later);
-  EXPECT_THAT(admin(*processes[1], "GET", "/admin/snapshots").body, HasSubstr(R"("name":"depot")"));
-  EXPECT_EQ(admin(*processes[1], "POST", "/admin/restore/depot").status, 200);
-  EXPECT_THAT(project(*processes[0], kept), HasSubstr("Depot"));
-  EXPECT_THAT(project(*processes[0], later), HasSubstr("There is no project"));
+  EXPECT_THAT(admin(second(), "GET", "/admin/snapshots").body, HasSubstr(R"("name":"depot")"));
+  EXPECT_EQ(admin(second(), "POST", "/admin/restore/depot").status, 200);
+  EXPECT_THAT(project(first(), kept), HasSubstr("Depot"));
+  EXPECT_THAT(project(first(), later), HasSubstr("There is no project"));
   // Keys go on from where they were.
-  EXPECT_EQ(save_project(*processes[1], "Tower"), later);
+  EXPECT_EQ(save_project(second(), "Tower"), later);
 }
 
-TEST_F(SharedStore, AResetLeavesWhatANewStoreHoldsAndWhoHasLoggedIn) {
-  const Processes processes = start(2);
-  const std::string token = processes[0]->login();
-  const std::string gid = save_project(*processes[0], "Depot");
-  EXPECT_EQ(admin(*processes[1], "POST", "/admin/snapshots/depot").status, 200);
-  EXPECT_EQ(admin(*processes[1], "POST", "/admin/reset").status, 200);
-  EXPECT_THAT(project(*processes[0], gid), HasSubstr("There is no project"));
-  EXPECT_THAT(project(*processes[0], "PRJ-3001"), HasSubstr("PRJ-3001-1"));
-  EXPECT_EQ(processes[0]
-                ->dal("AuthenticationService/GetDisabledServices", R"({"arguments":[]})", token)
-                .status,
-            200);
+TEST_F(TwoProcesses, AResetLeavesWhatANewStoreHoldsAndWhoHasLoggedIn) {
+  const std::string token = first().login();
+  const std::string gid = save_project(first(), "Depot");
+  EXPECT_EQ(admin(second(), "POST", "/admin/snapshots/depot").status, 200);
+  EXPECT_EQ(admin(second(), "POST", "/admin/reset").status, 200);
+  EXPECT_THAT(project(first(), gid), HasSubstr("There is no project"));
+  EXPECT_THAT(project(first(), "PRJ-3001"), HasSubstr("PRJ-3001-1"));
+  EXPECT_EQ(
+      first().dal("AuthenticationService/GetDisabledServices", R"({"arguments":[]})", token).status,
+      200);
   // A snapshot outlives a reset.
-  EXPECT_EQ(admin(*processes[0], "POST", "/admin/restore/depot").status, 200);
-  EXPECT_THAT(project(*processes[1], gid), HasSubstr("Depot"));
+  EXPECT_EQ(admin(first(), "POST", "/admin/restore/depot").status, 200);
+  EXPECT_THAT(project(second(), gid), HasSubstr("Depot"));
 }
 
 TEST_F(SharedStore, SnapshotsThatCannotBeAreRefusedInOneLine) {
