@@ -1,25 +1,50 @@
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "sandbox/commands/command.h"
 #include "sandbox/contract/observed.h"
 #include "sandbox/endpoints/endpoints.h"
+#include "sandbox/endpoints/stubbed.h"
 #include "sandbox/faults/fault_forms.h"
+#include "sandbox/faults/shared_fault_book.h"
 #include "sandbox/http/server.h"
 #include "sandbox/journal/journal.h"
+#include "sandbox/journal/shared_journal.h"
 #include "sandbox/options.h"
 #include "sandbox/serving.h"
+#include "sandbox/stubs/shared_stub_book.h"
 
 namespace bvconn::sandbox {
 namespace {
 
-std::shared_ptr<Journal> journal_of(const JournalLimits& limits) {
-  if (limits.count == 0) return nullptr;
-  return std::make_shared<MemoryJournal>(limits);
+/// Gives the sandbox a journal; and where its database is a server's, all that its processes share
+/// beside the store. To be called when the store is there, which makes the tables.
+void keep_exchanges_and_rules(const Options& options, ServedSandbox& sandbox) {
+  const bool has_journal = options.journal.count > 0;
+  if (!is_on_server(options.database)) {
+    if (has_journal) sandbox.journal = std::make_shared<MemoryJournal>(options.journal);
+    return;
+  }
+  const std::string& database = options.database;
+  if (has_journal) sandbox.journal = std::make_shared<SharedJournal>(database, options.journal);
+  sandbox.faults = std::make_unique<SharedFaultBook>(database);
+  sandbox.stubs = std::make_unique<SharedStubBook>(database, forms_for_stubs(sandbox));
+}
+
+void begin_with_faults(const Options& options, ServedSandbox& sandbox) {
+  std::vector<FaultRule> rules;
+  for (const std::string& file : options.fault_files) {
+    auto more = faults_from_file(file, sandbox.operation_names);
+    std::move(more.begin(), more.end(), std::back_inserter(rules));
+  }
+  sandbox.faults->begin_with(std::move(rules));
 }
 
 void run_sandbox(const Options& options) {
@@ -28,17 +53,15 @@ void run_sandbox(const Options& options) {
   ServedSandbox sandbox{{.store = Store(options.database, options.seed),
                          .contract = Contract(contract_of(observations)),
                          .dal_routes = dal_routes_of(observations),
-                         .loose = options.loose,
-                         .journal = journal_of(options.journal)}};
+                         .loose = options.loose}};
   sandbox.admin_token = options.admin_token;
+  keep_exchanges_and_rules(options, sandbox);
   // Without a word the others that share the database keep theirs.
   if (!options.disabled_services.empty()) {
     sandbox.store.set_disabled_services(options.disabled_services);
   }
   for (const auto& each : observations) sandbox.operation_names.push_back(operation_name(each));
-  for (const std::string& file : options.fault_files) {
-    sandbox.faults.add(faults_from_file(file, sandbox.operation_names));
-  }
+  begin_with_faults(options, sandbox);
   const Operations operations = all_operations();
   TlsSetup tls = tls_setup(options.tls, options.address);
   Server server({.address = options.address, .port = options.port, .tls = std::move(tls.source)},

@@ -19,7 +19,7 @@ struct Sandbox {
   Contract contract;
   DalRoutes dal_routes;
   /// Guards itself.
-  StubBook stubs{};
+  std::unique_ptr<StubBook> stubs = std::make_unique<MemoryStubBook>();
   std::mutex mutex{};
   /// Answers requests that differ from what the library sends, as far as they can be answered.
   bool loose = false;

@@ -17,7 +17,7 @@ Reply listed_reply(const nlohmann::ordered_json& faults) {
 
 Reply list_faults(AdminCall& call) {
   auto faults = nlohmann::ordered_json::array();
-  for (const FaultInForce& each : call.sandbox.faults.list()) {
+  for (const FaultInForce& each : call.sandbox.faults->list()) {
     auto fault = to_json(*each.rule);
     fault["seen"] = each.seen;
     fault["hit"] = each.hit;
@@ -29,7 +29,7 @@ Reply list_faults(AdminCall& call) {
 Reply add_faults(AdminCall& call) {
   try {
     const auto names =
-        call.sandbox.faults.add(faults_from_text(call.request.body, call.sandbox.operation_names));
+        call.sandbox.faults->add(faults_from_text(call.request.body, call.sandbox.operation_names));
     auto added = nlohmann::ordered_json::array();
     for (const std::string& each : names) added.push_back({{"name", each}});
     return listed_reply(added);
@@ -39,12 +39,12 @@ Reply add_faults(AdminCall& call) {
 }
 
 Reply clear_faults(AdminCall& call) {
-  const std::size_t count = call.sandbox.faults.clear();
+  const std::size_t count = call.sandbox.faults->clear();
   return json_reply(200, nlohmann::json{{"removed", count}}.dump() + "\n");
 }
 
 Reply remove_fault(AdminCall& call) {
-  if (!call.sandbox.faults.remove(call.below)) {
+  if (!call.sandbox.faults->remove(call.below)) {
     throw AdminRefusal{404, "There is no fault with the name '" + call.below + "'"};
   }
   return json_reply(200, nlohmann::json{{"removed", 1}}.dump() + "\n");

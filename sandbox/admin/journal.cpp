@@ -149,6 +149,7 @@ Reply get_journal(AdminCall& call) {
   }
   std::string body = "{\"kept\":" + std::to_string(kept) +
                      ",\"dropped\":" + std::to_string(journal.dropped()) +
+                     ",\"lost\":" + std::to_string(journal.lost()) +
                      ",\"matched\":" + std::to_string(entries.size()) + ",\"exchanges\":[";
   for (auto each = shown.rbegin(); each != shown.rend(); ++each) {
     if (each != shown.rbegin()) body.push_back(',');

@@ -2,23 +2,11 @@
 #include <stdexcept>
 
 #include "sandbox/admin/admin.h"
+#include "sandbox/endpoints/stubbed.h"
 #include "sandbox/stubs/stub_forms.h"
 
 namespace bvconn::sandbox {
 namespace {
-
-// Their answers are no envelopes.
-constexpr std::string_view kLoginObject = "AuthenticationService";
-
-/// Of all requests that a stub can answer.
-std::vector<const OperationForm*> known_forms(const Sandbox& sandbox) {
-  std::vector<const OperationForm*> forms = sandbox.contract.forms();
-  for (const auto& [name, route] : sandbox.dal_routes) {
-    if (name.first == kLoginObject) continue;
-    for (const OperationForm& each : route.forms) forms.push_back(&each);
-  }
-  return forms;
-}
 
 Reply list_reply(int status, const StubBook::Stubs& stubs) {
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
@@ -31,14 +19,14 @@ Reply list_reply(int status, const StubBook::Stubs& stubs) {
 
 Reply get_stubs(AdminCall& call) {
   expect_query(call, {});
-  return list_reply(200, call.sandbox.stubs.all());
+  return list_reply(200, call.sandbox.stubs->all());
 }
 
 Reply add_stubs(AdminCall& call) {
   expect_query(call, {});
   try {
-    auto rules = stubs_from_text(call.request.body, known_forms(call.sandbox));
-    return list_reply(201, call.sandbox.stubs.add(std::move(rules)));
+    auto rules = stubs_from_text(call.request.body, forms_for_stubs(call.sandbox));
+    return list_reply(201, call.sandbox.stubs->add(std::move(rules)));
   } catch (const BadStub& error) {
     throw AdminRefusal{400, error.what()};
   } catch (const std::length_error& error) {
@@ -48,16 +36,16 @@ Reply add_stubs(AdminCall& call) {
 
 Reply clear_stubs(AdminCall& call) {
   expect_query(call, {});
-  call.sandbox.stubs.clear();
+  call.sandbox.stubs->clear();
   return list_reply(200, {});
 }
 
 Reply remove_stub(AdminCall& call) {
   expect_query(call, {});
-  if (!call.sandbox.stubs.remove(call.below)) {
+  if (!call.sandbox.stubs->remove(call.below)) {
     throw AdminRefusal{404, "There is no stub '" + call.below + "'"};
   }
-  return list_reply(200, call.sandbox.stubs.all());
+  return list_reply(200, call.sandbox.stubs->all());
 }
 
 }  // namespace bvconn::sandbox

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,5 +34,7 @@ Asked read_dal(Sandbox& sandbox, const Operations& operations, const Request& re
 /// Answers what was read and is not refused, and notes what becomes of it.
 Reply answer_soap(Sandbox& sandbox, const Operations& operations, Asked& asked);
 Reply answer_dal(Sandbox& sandbox, const Operations& operations, Asked& asked);
+/// Answers on either route that the sandbox itself has failed.
+Reply answer_error(const Operations& operations, Asked& asked, const std::exception& error);
 
 }  // namespace bvconn::sandbox

@@ -174,4 +174,13 @@ Reply answer_dal(Sandbox& sandbox, const Operations& operations, Asked& asked) {
   });
 }
 
+Reply answer_error(const Operations& operations, Asked& asked, const std::exception& error) {
+  asked.exchange.outcome = Outcome::kFailed;
+  const DalRoute* const route = asked.dal_route;
+  if (route && operations.session.contains({route->object, route->operation})) {
+    return error_reply({500, dal_numbers::kInternal, "bvsandbox", error.what()});
+  }
+  return fault_reply(route ? 200 : 500, {.code = fault_codes::kServer, .text = error.what()});
+}
+
 }  // namespace bvconn::sandbox

@@ -17,22 +17,32 @@ Reply right_answer(Sandbox& sandbox, const Operations& operations, Asked& asked)
                                               : answer_dal(sandbox, operations, asked);
 }
 
-/// A request that does not fit is told so whatever was asked to go wrong, and is not counted.
-Reply answer_asked(ServedSandbox& sandbox, const Operations& operations, const Request& request,
-                   Asked& asked) {
-  if (asked.refusal) return *asked.refusal;
-  const auto fault = sandbox.faults.next(asked.exchange, request);
+Reply answer_or_misbehave(ServedSandbox& sandbox, const Operations& operations,
+                          const Request& request, Asked& asked) {
+  const auto fault = sandbox.faults->next(asked.exchange, request);
   if (!fault) {
     Reply reply = right_answer(sandbox, operations, asked);
-    if (reply.status == 200) sandbox.faults.keep_answer(asked.exchange.route, reply.body);
+    if (reply.status == 200) sandbox.faults->keep_answer(asked.exchange.route, reply.body);
     return reply;
   }
-  Reply reply = misbehave(*fault, asked.exchange, sandbox.faults,
+  Reply reply = misbehave(*fault, asked.exchange, *sandbox.faults,
                           [&] { return right_answer(sandbox, operations, asked); });
   // Afterwards, since the right answer has its own outcome, and a stub may have given it.
   asked.exchange.outcome = Outcome::kInjected;
   asked.exchange.answered_by = "fault " + fault->name.value_or("");
   return reply;
+}
+
+/// A request that does not fit is told so whatever was asked to go wrong, and is not counted.
+Reply answer_asked(ServedSandbox& sandbox, const Operations& operations, const Request& request,
+                   Asked& asked) {
+  if (asked.refusal) return *asked.refusal;
+  try {
+    return answer_or_misbehave(sandbox, operations, request, asked);
+  } catch (const DatabaseError& error) {
+    // Faults and stubs that processes share cannot be counted.
+    return answer_error(operations, asked, error);
+  }
 }
 
 /// What is asked for by the library's own ways, and so goes into the journal.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,7 @@ namespace bvconn::sandbox {
 /// The sandbox with what stands between it and its clients, of which operations know nothing.
 struct ServedSandbox : Sandbox {
   /// What was asked to go wrong; it guards itself.
-  FaultBook faults{};
+  std::unique_ptr<FaultBook> faults = std::make_unique<MemoryFaultBook>();
   /// The library's operations, as "BVInvoiceConnector.GetInvoice"; never changes.
   std::vector<std::string> operation_names{};
   /// What whoever asks for /admin/ has to know; "" where anybody may. Never changes.

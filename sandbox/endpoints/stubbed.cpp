@@ -8,6 +8,9 @@
 namespace bvconn::sandbox {
 namespace {
 
+// Their answers are no envelopes.
+constexpr std::string_view kLoginObject = "AuthenticationService";
+
 /// Which method's response the answer is.
 Operations::Name answered_name(const Asked& asked) {
   if (asked.soap) return {asked.soap->facts.service, asked.soap->facts.method};
@@ -35,10 +38,19 @@ Reply reply_of(const StubRule& rule, const Asked& asked) {
 
 }  // namespace
 
+std::vector<const OperationForm*> forms_for_stubs(const Sandbox& sandbox) {
+  std::vector<const OperationForm*> forms = sandbox.contract.forms();
+  for (const auto& [name, route] : sandbox.dal_routes) {
+    if (name.first == kLoginObject) continue;
+    for (const OperationForm& each : route.forms) forms.push_back(&each);
+  }
+  return forms;
+}
+
 std::optional<Reply> stubbed(Sandbox& sandbox, const Operations& operations, Asked& asked) {
   const DalRoute* route = asked.dal_route;
   if (route && operations.session.contains({route->object, route->operation})) return std::nullopt;
-  const auto stub = sandbox.stubs.take(asked.exchange);
+  const auto stub = sandbox.stubs->take(asked.exchange);
   if (!stub) return std::nullopt;
   asked.exchange.answered_by = "stub " + stub->id;
   if (stub->rule.is_fault) asked.exchange.outcome = Outcome::kFault;

@@ -18,13 +18,6 @@ bool has_header(const Request& request, std::string_view wanted) {
   return *value == conversions::trim_blanks(wanted.substr(colon + 1));
 }
 
-bool matches(const FaultRule& rule, const Exchange& exchange, const Request& request) {
-  return (!rule.route || *rule.route == route_text(exchange.route)) &&
-         (!rule.session || *rule.session == exchange.session) &&
-         (!rule.operation || exchange.can_be(*rule.operation)) &&
-         (!rule.header || has_header(request, *rule.header));
-}
-
 /// A number from 0 to below 1 for the nth request, the same on every machine.
 double share(std::int64_t seed, std::int64_t n) {
   constexpr double kUnit = 1.0 / 9007199254740992.0;  // 2 to the power of -53
@@ -38,52 +31,14 @@ double share(std::int64_t seed, std::int64_t n) {
 
 }  // namespace
 
-std::vector<std::string> FaultBook::add(std::vector<FaultRule> rules) {
-  const std::lock_guard lock(mutex_);
-  if (faults_.size() + rules.size() > kMost) {
-    throw BadFault("There may be " + std::to_string(kMost) + " faults at most");
-  }
-  std::set<std::string> taken;
-  for (const FaultInForce& each : faults_) taken.insert(*each.rule->name);
-  for (const FaultRule& each : rules) {
-    if (each.name && !taken.insert(*each.name).second) {
-      throw BadFault("There is a fault with the name '" + *each.name + "' already");
-    }
-  }
-  std::vector<std::string> names;
-  for (FaultRule& each : rules) {
-    while (!each.name) {
-      std::string name = "fault-" + std::to_string(++named_);
-      if (taken.insert(name).second) each.name = std::move(name);
-    }
-    names.push_back(*each.name);
-    faults_.push_back({.rule = std::make_shared<const FaultRule>(std::move(each))});
-  }
-  is_empty_ = faults_.empty();
-  return names;
+bool matches(const FaultRule& rule, const Exchange& exchange, const Request& request) {
+  return (!rule.route || *rule.route == route_text(exchange.route)) &&
+         (!rule.session || *rule.session == exchange.session) &&
+         (!rule.operation || exchange.can_be(*rule.operation)) &&
+         (!rule.header || has_header(request, *rule.header));
 }
 
-bool FaultBook::remove(std::string_view name) {
-  const std::lock_guard lock(mutex_);
-  const auto removed =
-      std::erase_if(faults_, [name](const FaultInForce& each) { return *each.rule->name == name; });
-  is_empty_ = faults_.empty();
-  return removed > 0;
-}
-
-std::size_t FaultBook::clear() {
-  const std::lock_guard lock(mutex_);
-  is_empty_ = true;
-  for (std::string& each : answers_) each.clear();
-  return std::exchange(faults_, {}).size();
-}
-
-std::vector<FaultInForce> FaultBook::list() const {
-  const std::lock_guard lock(mutex_);
-  return faults_;
-}
-
-bool FaultBook::hits(FaultInForce& fault) {
+bool counts_as_hit(FaultInForce& fault) {
   const FaultRule& rule = *fault.rule;
   if (++fault.seen <= rule.skip.value_or(0)) return false;
   if (rule.count && fault.hit >= *rule.count) return false;
@@ -95,24 +50,86 @@ bool FaultBook::hits(FaultInForce& fault) {
   return true;
 }
 
-std::shared_ptr<const FaultRule> FaultBook::next(const Exchange& exchange, const Request& request) {
-  if (is_empty_) return nullptr;
-  const std::lock_guard lock(mutex_);
-  for (FaultInForce& each : faults_) {
-    if (matches(*each.rule, exchange, request) && hits(each)) return each.rule;
+void name_faults(std::vector<FaultRule>& rules, std::set<std::string> taken,
+                 std::int64_t& last_number) {
+  if (taken.size() + rules.size() > FaultBook::kMost) {
+    throw BadFault("There may be " + std::to_string(FaultBook::kMost) + " faults at most");
   }
-  return nullptr;
+  for (const FaultRule& each : rules) {
+    if (each.name && !taken.insert(*each.name).second) {
+      throw BadFault("There is a fault with the name '" + *each.name + "' already");
+    }
+  }
+  for (FaultRule& each : rules) {
+    while (!each.name) {
+      std::string name = "fault-" + std::to_string(++last_number);
+      if (taken.insert(name).second) each.name = std::move(name);
+    }
+  }
 }
 
 std::string FaultBook::keep_answer(Route route, const std::string& answer) {
   constexpr std::size_t kLargest = std::size_t{1} << 20;
-  if (is_empty_ || answer.size() > kLargest) return {};
+  if (answer.size() > kLargest || !wants_answers()) return {};
+  const std::lock_guard lock(answers_mutex_);
+  return std::exchange(answers_[route == Route::kSoap ? 0 : 1], answer);
+}
+
+void FaultBook::forget_answers() {
+  const std::lock_guard lock(answers_mutex_);
+  for (std::string& each : answers_) each.clear();
+}
+
+std::vector<std::string> MemoryFaultBook::add(std::vector<FaultRule> rules) {
   const std::lock_guard lock(mutex_);
-  const bool is_wanted = std::any_of(faults_.begin(), faults_.end(), [](const FaultInForce& each) {
+  std::set<std::string> taken;
+  for (const FaultInForce& each : faults_) taken.insert(*each.rule->name);
+  name_faults(rules, std::move(taken), named_);
+  std::vector<std::string> names;
+  for (FaultRule& each : rules) {
+    names.push_back(*each.name);
+    faults_.push_back({.rule = std::make_shared<const FaultRule>(std::move(each))});
+  }
+  is_empty_ = faults_.empty();
+  return names;
+}
+
+bool MemoryFaultBook::remove(std::string_view name) {
+  const std::lock_guard lock(mutex_);
+  const auto removed =
+      std::erase_if(faults_, [name](const FaultInForce& each) { return *each.rule->name == name; });
+  is_empty_ = faults_.empty();
+  return removed > 0;
+}
+
+std::size_t MemoryFaultBook::clear() {
+  forget_answers();
+  const std::lock_guard lock(mutex_);
+  is_empty_ = true;
+  return std::exchange(faults_, {}).size();
+}
+
+std::vector<FaultInForce> MemoryFaultBook::list() const {
+  const std::lock_guard lock(mutex_);
+  return faults_;
+}
+
+std::shared_ptr<const FaultRule> MemoryFaultBook::next(const Exchange& exchange,
+                                                       const Request& request) {
+  if (is_empty_) return nullptr;
+  const std::lock_guard lock(mutex_);
+  for (FaultInForce& each : faults_) {
+    if (matches(*each.rule, exchange, request) && counts_as_hit(each)) return each.rule;
+  }
+  return nullptr;
+}
+
+bool MemoryFaultBook::wants_answers() const {
+  if (is_empty_) return false;
+  const std::lock_guard lock(mutex_);
+  return std::any_of(faults_.begin(), faults_.end(), [](const FaultInForce& each) {
     return each.rule->kind == Misconduct::kOtherAnswer;
   });
-  if (!is_wanted) return {};
-  return std::exchange(answers_[route == Route::kSoap ? 0 : 1], answer);
 }
 
 }  // namespace bvconn::sandbox

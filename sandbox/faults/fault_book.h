@@ -7,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,15 @@ struct FaultInForce {
   std::int64_t hit = 0;   ///< those it did
 };
 
+/// Whether a request is one of those that the rule is about, whatever was counted so far.
+bool matches(const FaultRule& rule, const Exchange& exchange, const Request& request);
+/// Counts one more of these requests; whether it is hit.
+bool counts_as_hit(FaultInForce& fault);
+/// Names those that have no name "fault-1" and so on, after the last number so far. Throws BadFault
+/// for a name that is taken.
+void name_faults(std::vector<FaultRule>& rules, std::set<std::string> taken,
+                 std::int64_t& last_number);
+
 /// The faults that are in force, in the order in which they were added. All may be called on
 /// several threads at once.
 class FaultBook {
@@ -31,28 +41,52 @@ class FaultBook {
   /// Far more than anybody sets by hand; so many are looked through at each request.
   static constexpr std::size_t kMost = 1'000;
 
+  virtual ~FaultBook() = default;
+
   /// Adds them all, or throws BadFault: for more than there may be, and for a name that is taken.
   /// Gives their names.
-  std::vector<std::string> add(std::vector<FaultRule> rules);
+  virtual std::vector<std::string> add(std::vector<FaultRule> rules) = 0;
+  /// Adds those with which a process begins.
+  virtual void begin_with(std::vector<FaultRule> rules) { add(std::move(rules)); }
   /// False where none has this name.
-  bool remove(std::string_view name);
+  virtual bool remove(std::string_view name) = 0;
   /// How many there were.
-  std::size_t clear();
-  std::vector<FaultInForce> list() const;
+  virtual std::size_t clear() = 0;
+  virtual std::vector<FaultInForce> list() const = 0;
 
   /// The first fault that hits this request, which has then been counted; null where none does.
-  std::shared_ptr<const FaultRule> next(const Exchange& exchange, const Request& request);
+  virtual std::shared_ptr<const FaultRule> next(const Exchange& exchange,
+                                                const Request& request) = 0;
 
   /// Keeps a right answer for the next request on its route while a fault may come to want it; one
   /// of more than 1 MiB is not kept. Gives the one before, "" where there is none.
   std::string keep_answer(Route route, const std::string& answer);
 
+ protected:
+  void forget_answers();
+
  private:
-  static bool hits(FaultInForce& fault);
+  /// Whether there is a fault that answers by what another request was answered.
+  virtual bool wants_answers() const = 0;
+
+  std::mutex answers_mutex_;
+  std::array<std::string, 2> answers_;
+};
+
+/// Faults that end with the process.
+class MemoryFaultBook : public FaultBook {
+ public:
+  std::vector<std::string> add(std::vector<FaultRule> rules) override;
+  bool remove(std::string_view name) override;
+  std::size_t clear() override;
+  std::vector<FaultInForce> list() const override;
+  std::shared_ptr<const FaultRule> next(const Exchange& exchange, const Request& request) override;
+
+ private:
+  bool wants_answers() const override;
 
   mutable std::mutex mutex_;
   std::vector<FaultInForce> faults_;
-  std::array<std::string, 2> answers_;
   std::int64_t named_ = 0;
   /// So that a sandbox without faults does not wait for the mutex.
   std::atomic<bool> is_empty_ = true;

@@ -78,6 +78,8 @@ class Journal {
   virtual std::uint64_t last_id() const = 0;
   /// How many exchanges it has let go to make room, since it was last cleared.
   virtual std::uint64_t dropped() const = 0;
+  /// Of these, how many were let go because they could not be written in time.
+  virtual std::uint64_t lost() const { return 0; }
   /// Forgets all. Numbers go on where they were.
   virtual void clear() = 0;
 };

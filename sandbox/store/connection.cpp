@@ -3,10 +3,11 @@
 namespace bvconn::sandbox {
 
 std::unique_ptr<Connection> open_connection(const std::string& where) {
-  for (const char* scheme : {"postgresql://", "postgres://"}) {
-    if (where.starts_with(scheme)) return open_postgresql(where);
-  }
-  return open_sqlite(where);
+  return is_on_server(where) ? open_postgresql(where) : open_sqlite(where);
+}
+
+bool is_on_server(std::string_view where) {
+  return where.starts_with("postgresql://") || where.starts_with("postgres://");
 }
 
 }  // namespace bvconn::sandbox

@@ -41,6 +41,14 @@ struct TableState {
   std::int64_t version = 0;  ///< of the tables, where they are ours
 };
 
+/// Of what a transaction changes something. Writers of one thing wait for each other, of this
+/// process and of others; where the database can do that, those of different things do not.
+enum class Turn : std::uint8_t {
+  kStore,
+  kJournal,
+  kRules,  ///< faults and stubs
+};
+
 /// One connection to a database.
 class Connection {
  public:
@@ -56,8 +64,9 @@ class Connection {
   /// Runs statements that take no parameters and give no rows.
   virtual void run(const char* sql) = 0;
 
-  /// Begins a transaction that other writers wait for, of this process and of others.
-  virtual void begin() = 0;
+  /// Begins a transaction. What is committed of the journal and of rules may be lost if the
+  /// database's own machine fails in the next moment, and is never half there.
+  virtual void begin(Turn turn) = 0;
   virtual void commit() = 0;
   /// Never fails: a connection that is lost has rolled back by that.
   virtual void rollback() noexcept = 0;
@@ -80,5 +89,8 @@ std::unique_ptr<Connection> open_postgresql(const std::string& address);
 /// An address that begins with "postgresql://" or "postgres://" is PostgreSQL's, everything else
 /// the path of a SQLite file.
 std::unique_ptr<Connection> open_connection(const std::string& where);
+/// Whether this is the address of a database on a server, which processes of several machines
+/// share.
+bool is_on_server(std::string_view where);
 
 }  // namespace bvconn::sandbox

@@ -19,8 +19,8 @@ void Statement::run() {
   bound_ = 0;
 }
 
-Transaction::Transaction(Database& database) : database_(database) {
-  database_.connection().begin();
+Transaction::Transaction(Database& database, Turn turn) : database_(database) {
+  database_.connection().begin(turn);
 }
 
 Transaction::~Transaction() {

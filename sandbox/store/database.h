@@ -50,10 +50,10 @@ class Statement {
   int bound_ = 0;
 };
 
-/// Begins a transaction that other writers wait for; rolled back unless committed.
+/// Begins a transaction that other writers of the same wait for; rolled back unless committed.
 class Transaction {
  public:
-  explicit Transaction(Database& database);
+  explicit Transaction(Database& database, Turn turn = Turn::kStore);
   ~Transaction();
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;

@@ -210,6 +210,58 @@ CREATE TABLE snapshots (
 ) STRICT, WITHOUT ROWID;
 )sql";
 
+// The journal and the rules that processes of one database share.
+constexpr const char* kTogetherTables = R"sql(
+CREATE TABLE journal_entries (
+  id INTEGER PRIMARY KEY,
+  bytes INTEGER NOT NULL,
+  entry TEXT NOT NULL
+) STRICT, WITHOUT ROWID;
+
+-- One row. The entries up to `gone_id` are gone; `most` and `most_bytes` bound the others.
+CREATE TABLE journal_state (
+  one INTEGER PRIMARY KEY CHECK (one = 1),
+  last_id INTEGER NOT NULL,
+  gone_id INTEGER NOT NULL,
+  kept INTEGER NOT NULL,
+  kept_bytes INTEGER NOT NULL,
+  dropped INTEGER NOT NULL,
+  lost INTEGER NOT NULL,
+  most INTEGER NOT NULL,
+  most_bytes INTEGER NOT NULL
+) STRICT, WITHOUT ROWID;
+
+INSERT INTO journal_state VALUES (1, 0, 0, 0, 0, 0, 0, 1000, 67108864);
+
+-- How many of its entries a process has written, so that it never writes one twice.
+CREATE TABLE journal_writers (
+  number INTEGER PRIMARY KEY,
+  written INTEGER NOT NULL
+) STRICT, WITHOUT ROWID;
+
+-- The text is JSON. What a rule counts is in seen and hit.
+CREATE TABLE shared_rules (
+  kind TEXT NOT NULL,
+  number INTEGER NOT NULL,
+  name TEXT NOT NULL,
+  text TEXT NOT NULL,
+  seen INTEGER NOT NULL,
+  hit INTEGER NOT NULL,
+  PRIMARY KEY (kind, number),
+  UNIQUE (kind, name)
+) STRICT, WITHOUT ROWID;
+
+-- The version grows with each change of the rules of a kind, but for what they count.
+CREATE TABLE shared_rule_kinds (
+  kind TEXT PRIMARY KEY,
+  version INTEGER NOT NULL,
+  last_number INTEGER NOT NULL
+) STRICT, WITHOUT ROWID;
+
+INSERT INTO shared_rule_kinds VALUES ('fault', 0, 0);
+INSERT INTO shared_rule_kinds VALUES ('stub', 0, 0);
+)sql";
+
 void fill_entries_of_invoices(Database& database, std::uint64_t) {
   complete_invoices(database);
   fill_reconciles(database);
@@ -242,6 +294,7 @@ const std::vector<SchemaStep>& schema_steps() {
       {.tables = kRevisionsTables, .fill = fill_revisions},
       {.tables = kCriteriaTables, .fill = fill_criteria},
       {.tables = kSharedTables},
+      {.tables = kTogetherTables},
   };
   return steps;
 }

@@ -155,7 +155,7 @@ class SqliteConnection : public Connection {
     if (sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) fail(handle_, sql);
   }
 
-  void begin() override { run("BEGIN IMMEDIATE"); }
+  void begin(Turn /*turn*/) override { run("BEGIN IMMEDIATE"); }
   void commit() override { run("COMMIT"); }
   void rollback() noexcept override {
     // An error means that SQLite has rolled back already.

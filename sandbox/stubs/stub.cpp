@@ -115,7 +115,14 @@ std::string StubRule::filled(const Exchange& exchange) const {
   return xml;
 }
 
-StubBook::Stubs StubBook::add(std::vector<StubRule> rules) {
+void expect_room_for_stubs(std::size_t count, std::size_t answer_bytes) {
+  if (count <= kMostStubs && answer_bytes <= kMostAnswerBytes) return;
+  throw std::length_error("There may be " + std::to_string(kMostStubs) +
+                          " stubs, whose answers have " + std::to_string(kMostAnswerBytes) +
+                          " bytes together, and no more");
+}
+
+StubBook::Stubs MemoryStubBook::add(std::vector<StubRule> rules) {
   const std::lock_guard lock(mutex_);
   Stubs added;
   for (StubRule& each : rules) {
@@ -124,22 +131,18 @@ StubBook::Stubs StubBook::add(std::vector<StubRule> rules) {
   }
   Stubs stubs = *stubs_;
   stubs.insert(stubs.end(), added.begin(), added.end());
-  if (stubs.size() > kMostStubs || answer_bytes(stubs) > kMostAnswerBytes) {
-    throw std::length_error("There may be " + std::to_string(kMostStubs) +
-                            " stubs, whose answers have " + std::to_string(kMostAnswerBytes) +
-                            " bytes together, and no more");
-  }
+  expect_room_for_stubs(stubs.size(), answer_bytes(stubs));
   next_id_ += static_cast<std::int64_t>(added.size());
   stubs_ = std::make_shared<const Stubs>(std::move(stubs));
   return added;
 }
 
-StubBook::Stubs StubBook::all() const {
+StubBook::Stubs MemoryStubBook::all() const {
   const std::lock_guard lock(mutex_);
   return *stubs_;
 }
 
-bool StubBook::remove(std::string_view id) {
+bool MemoryStubBook::remove(std::string_view id) {
   const std::lock_guard lock(mutex_);
   Stubs stubs = *stubs_;
   if (std::erase_if(stubs, [&](const auto& each) { return each->id == id; }) == 0) return false;
@@ -147,12 +150,12 @@ bool StubBook::remove(std::string_view id) {
   return true;
 }
 
-void StubBook::clear() {
+void MemoryStubBook::clear() {
   const std::lock_guard lock(mutex_);
   stubs_ = std::make_shared<const Stubs>();
 }
 
-std::shared_ptr<const Stub> StubBook::take(const Exchange& exchange) {
+std::shared_ptr<const Stub> MemoryStubBook::take(const Exchange& exchange) {
   std::shared_ptr<const Stubs> stubs;
   {
     const std::lock_guard lock(mutex_);

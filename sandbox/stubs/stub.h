@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -68,16 +69,31 @@ class StubBook {
  public:
   using Stubs = std::vector<std::shared_ptr<Stub>>;
 
+  virtual ~StubBook() = default;
+
   /// Sets them all, or throws std::length_error and sets none; gives those that were set.
-  Stubs add(std::vector<StubRule> rules);
+  virtual Stubs add(std::vector<StubRule> rules) = 0;
   /// In the order in which they were set.
-  Stubs all() const;
+  virtual Stubs all() const = 0;
   /// False where there is none.
-  bool remove(std::string_view id);
-  void clear();
+  virtual bool remove(std::string_view id) = 0;
+  virtual void clear() = 0;
   /// Of those that fit and have not answered as often as they may, the one that was set last. This
   /// counts as an answer.
-  std::shared_ptr<const Stub> take(const Exchange& exchange);
+  virtual std::shared_ptr<const Stub> take(const Exchange& exchange) = 0;
+};
+
+/// Throws std::length_error for more stubs, or more bytes of their answers, than there may be.
+void expect_room_for_stubs(std::size_t count, std::size_t answer_bytes);
+
+/// Stubs that end with the process.
+class MemoryStubBook : public StubBook {
+ public:
+  Stubs add(std::vector<StubRule> rules) override;
+  Stubs all() const override;
+  bool remove(std::string_view id) override;
+  void clear() override;
+  std::shared_ptr<const Stub> take(const Exchange& exchange) override;
 
  private:
   mutable std::mutex mutex_;

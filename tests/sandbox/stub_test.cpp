@@ -127,7 +127,7 @@ TEST(StubRule, IsRefusedWhereItCanNeverAnswer) {
 }
 
 TEST(StubBook, TakesTheLastThatFitsAndHasAnswersLeft) {
-  StubBook book;
+  MemoryStubBook book;
   book.add({rule(R"("answer": "<first/>")"), rule(R"("answer": "<second/>", "times": 2)")});
   const auto answer = [&] { return book.take(asking_for("INV-1"))->rule.answer; };
   EXPECT_EQ(answer(), "<second/>");
@@ -140,7 +140,7 @@ TEST(StubBook, TakesTheLastThatFitsAndHasAnswersLeft) {
 }
 
 TEST(StubBook, HoldsAThousandAndAddsAllOrNone) {
-  StubBook book;
+  MemoryStubBook book;
   book.add(std::vector<StubRule>(999, rule(R"("answer": "")")));
   EXPECT_THROW(book.add(std::vector<StubRule>(2, rule(R"("answer": "")"))), std::length_error);
   EXPECT_EQ(book.all().size(), 999U);

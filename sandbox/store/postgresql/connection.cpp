@@ -84,7 +84,7 @@ class PostgresqlConnection : public Connection {
   }
   void run(const char* sql) override { link_.run(sql); }
 
-  void begin() override { link_.begin(); }
+  void begin(Turn turn) override { link_.begin(turn); }
   void commit() override { link_.commit(); }
   void rollback() noexcept override { link_.rollback(); }
 

@@ -22,13 +22,26 @@ constexpr Oid kNumberType = 20;
 constexpr std::int64_t kPatienceMs = 25'000;
 /// What a program asks is a fixed set of statements; should it ever grow, they are prepared anew.
 constexpr std::size_t kMostPrepared = 500;
-/// The key of the lock that writers hold, "BVsandbx".
-constexpr const char* kBegin = "BEGIN; SELECT pg_advisory_xact_lock(4780134916801454712)";
 // A process that stands still in the middle of a transaction loses it, so that the others go on.
 constexpr const char* kSetUp =
     "SET search_path TO bvsandbox; SET statement_timeout TO 20000; SET lock_timeout TO 5000;"
     " SET idle_in_transaction_session_timeout TO 10000; SET default_transaction_isolation TO"
     " 'read committed'; SET standard_conforming_strings TO on";
+
+/// Writers hold a lock whose key is "BVsandbx" for the store and a number near it for the rest.
+const char* begin_of(Turn turn) {
+  switch (turn) {
+    case Turn::kJournal:
+      return "BEGIN; SET LOCAL synchronous_commit TO off;"
+             " SELECT pg_advisory_xact_lock(4780134916801454713)";
+    case Turn::kRules:
+      return "BEGIN; SET LOCAL synchronous_commit TO off;"
+             " SELECT pg_advisory_xact_lock(4780134916801454714)";
+    case Turn::kStore:
+      break;
+  }
+  return "BEGIN; SELECT pg_advisory_xact_lock(4780134916801454712)";
+}
 
 std::string_view state_of(const PGresult* result) {
   const char* state = PQresultErrorField(result, PG_DIAG_SQLSTATE);
@@ -234,9 +247,9 @@ PostgresqlResult PostgresqlLink::run(std::string_view sql, const PostgresqlParam
   return finish(sql);
 }
 
-void PostgresqlLink::begin() {
+void PostgresqlLink::begin(Turn turn) {
   try {
-    run(kBegin);
+    run(begin_of(turn));
   } catch (const DatabaseError&) {
     // It has begun before it failed to get the lock.
     rollback();

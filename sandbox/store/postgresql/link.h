@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "sandbox/store/connection.h"
+
 namespace bvconn::sandbox {
 
 struct ClearResult {
@@ -51,7 +53,7 @@ class PostgresqlLink {
   /// Runs one statement in the words of both databases, which the server keeps prepared.
   PostgresqlResult run(std::string_view sql, const PostgresqlParameters& parameters);
 
-  void begin();
+  void begin(Turn turn);
   void commit();
   void rollback() noexcept;
 
