@@ -7,6 +7,7 @@
 #include <exception>
 #include <filesystem>
 #include <stdexcept>
+#include <system_error>
 #include <vector>
 
 #include "bvconn/platform/conversions/nearest_names.h"
@@ -53,8 +54,11 @@ int status_of(const Body& body) {
 
 /// That of a sandbox that this user has started by --tls.
 std::string usual_authority_file() {
-  const std::string file = authority_file_in(default_tls_folder());
-  return std::filesystem::exists(file) ? file : "";
+  const std::string folder = default_tls_folder();
+  if (folder.empty()) return {};
+  const std::string file = authority_file_in(folder);
+  std::error_code unreachable;
+  return std::filesystem::exists(file, unreachable) ? file : "";
 }
 
 int run(const Command& command, int argc, char** argv) {

@@ -1,8 +1,14 @@
 // The real sandbox by TLS: the library, commands, and clients that do not keep to it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <openssl/ssl.h>
 #include <signal.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -67,6 +73,37 @@ std::string number_of_invoice(const std::string& url) {
 
 std::string failure(const std::string& url) {
   return hex_number(error_of([&] { number_of_invoice(url); }).number);
+}
+
+/// How the other side ends a connection by TLS: "goodbye", "reset", or "cut" for an end without the
+/// words that TLS has for it.
+std::string ending_of(std::uint16_t port, std::string_view request) {
+  const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(port);
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const timeval patience{.tv_sec = 20, .tv_usec = 0};
+  ::setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+  const std::unique_ptr<SSL_CTX, void (*)(SSL_CTX*)> context(SSL_CTX_new(TLS_client_method()),
+                                                             SSL_CTX_free);
+  const std::unique_ptr<SSL, void (*)(SSL*)> tls(SSL_new(context.get()), SSL_free);
+  SSL_set_fd(tls.get(), socket);
+  std::string ending = "none";
+  if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+      SSL_connect(tls.get()) == 1 &&
+      SSL_write(tls.get(), request.data(), static_cast<int>(request.size())) > 0) {
+    std::array<char, 4096> bytes{};
+    int count = 1;
+    while (count > 0) {
+      errno = 0;
+      count = SSL_read(tls.get(), bytes.data(), static_cast<int>(bytes.size()));
+    }
+    const bool is_goodbye = SSL_get_error(tls.get(), count) == SSL_ERROR_ZERO_RETURN;
+    ending = is_goodbye ? "goodbye" : errno == ECONNRESET ? "reset" : "cut";
+  }
+  ::close(socket);
+  return ending;
 }
 
 /// One sandbox for the tests that leave it as it was.
@@ -188,6 +225,20 @@ TEST_F(SandboxTls, MisbehavesAsWithoutIt) {
   EXPECT_EQ(number_of_invoice(url()), "700103");
 }
 
+TEST_F(SandboxTls, SaysGoodbyeUnlessItIsToReset) {
+  const std::string request = http_request(
+      "POST", "/soap",
+      "Content-Type: text/xml; charset=utf-8\r\nSOAPAction: \"urn:InvoiceService\"\r\n",
+      envelope_text("urn:InvoiceService", "getInvoice",
+                    R"(<param xsi:type="xsd:string">INV-1001</param>)"));
+  const std::pair<const char*, const char*> endings[] = {
+      {"close", "goodbye"}, {"close-in-body", "goodbye"}, {"reset", "reset"}};
+  for (const auto& [kind, ending] : endings) {
+    ASSERT_EQ(ask({"faults", "add", kind, "--count", "1"}).status, 0);
+    EXPECT_EQ(ending_of(sandbox->port(), request), ending) << kind;
+  }
+}
+
 TEST_F(SandboxTls, KeepsItsKeyForItsOwnerAlone) {
   using std::filesystem::perms;
   const auto mode = std::filesystem::status(folder->path("tls/authority-key.pem")).permissions();
@@ -242,6 +293,19 @@ TEST(SandboxAuthority, IsFoundByCommandsOfTheSameUser) {
   ::unsetenv("XDG_STATE_HOME");
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_THAT(home.read("bvsandbox/tls/authority.pem"), HasSubstr("CERTIFICATE"));
+}
+
+TEST(SandboxAuthority, NeedsAFolderWhereThereIsNoHome) {
+  const std::string home = std::getenv("HOME") == nullptr ? "" : std::getenv("HOME");
+  ::unsetenv("HOME");
+  ::setenv("XDG_STATE_HOME", "", 1);
+  const CommandRun run = run_sandbox({"--tls"});
+  ::setenv("HOME", home.c_str(), 1);
+  ::unsetenv("XDG_STATE_HOME");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err,
+            "bvsandbox: there is no home folder to keep an authority in, name one with "
+            "--tls-folder\n");
 }
 
 TEST(SandboxCertificate, CanBeTheUsersOwn) {
