@@ -49,6 +49,20 @@ LargeMemory map_large(std::size_t bytes) {
   return {.data = huge ? mapped_in_huge_pages(size) : mapped(size), .size = size};
 }
 
+// Huge pages would not lie where huge pages can begin any more.
+bool grow_large(LargeMemory& memory, std::size_t bytes) noexcept {
+#ifdef MREMAP_MAYMOVE
+  if (bytes >= kHugeFrom || memory.size >= kHugeFrom) return false;
+  const std::size_t size = rounded_up(bytes, kPage);
+  void* const moved = mremap(memory.data, memory.size, size, MREMAP_MAYMOVE);
+  if (moved == MAP_FAILED) return false;
+  memory = {.data = static_cast<std::byte*>(moved), .size = size};
+  return true;
+#else
+  return false;
+#endif
+}
+
 void unmap_large(LargeMemory memory) noexcept {
   give_back(memory.data, memory.size);
 }

@@ -1,6 +1,7 @@
 #include "bvconn/platform/thread_memory.h"
 
 #include <array>
+#include <cstring>
 #include <new>
 
 #include "bvconn/platform/large_memory.h"
@@ -35,6 +36,18 @@ MemoryBlock::MemoryBlock(std::size_t bytes) {
   const LargeMemory memory = map_large(bytes);
   data_ = memory.data;
   size_ = memory.size;
+}
+
+void MemoryBlock::grow(std::size_t bytes, std::size_t used) {
+  LargeMemory memory{.data = data_, .size = size_};
+  if (size_ >= kOfSystem && grow_large(memory, bytes)) {
+    data_ = memory.data;
+    size_ = memory.size;
+    return;
+  }
+  MemoryBlock larger(bytes);
+  if (used != 0) std::memcpy(larger.data_, data_, used);
+  *this = std::move(larger);
 }
 
 void MemoryBlock::free() noexcept {

@@ -35,6 +35,10 @@ class MemoryBlock {
     if (data_ != nullptr) free();
   }
 
+  /// Makes it larger. Its first `used` bytes stay the same, and may lie elsewhere. Throws
+  /// `std::bad_alloc`; then nothing has changed.
+  void grow(std::size_t bytes, std::size_t used);
+
   std::byte* data() const noexcept { return data_; }
   std::size_t size() const noexcept { return size_; }
 

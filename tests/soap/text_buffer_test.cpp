@@ -82,6 +82,42 @@ TEST(MemoryBlock, OfAnySizeIsWritable) {
   }
 }
 
+TEST(MemoryBlock, KeepsWhatIsUsedOfItWhenItGrows) {
+  constexpr std::array kSizes = {std::size_t{100},       MemoryBlock::kOfSystem - 1,
+                                 MemoryBlock::kOfSystem, std::size_t{1} << 19,
+                                 std::size_t{1} << 20,   std::size_t{5} << 20};
+  for (std::size_t from = 0; from < kSizes.size(); ++from) {
+    for (std::size_t to = from + 1; to < kSizes.size(); ++to) {
+      MemoryBlock block(kSizes[from]);
+      const std::size_t used = kSizes[from] - 7;
+      for (std::size_t i = 0; i < used; ++i) block.data()[i] = static_cast<std::byte>(i * 31 / 8);
+      block.grow(kSizes[to], used);
+      ASSERT_GE(block.size(), kSizes[to]);
+      block.data()[kSizes[to] - 1] = std::byte{1};
+      std::size_t same = 0;
+      while (same < used && block.data()[same] == static_cast<std::byte>(same * 31 / 8)) ++same;
+      EXPECT_EQ(same, used) << kSizes[from] << " to " << kSizes[to];
+    }
+  }
+}
+
+TEST(MemoryBlock, OfNothingGrows) {
+  MemoryBlock block;
+  block.grow(10, 0);
+  EXPECT_GE(block.size(), 10U);
+}
+
+TEST(MemoryBlock, StaysAsItIsWhereItCannotGrow) {
+  for (const std::size_t size : {std::size_t{10}, MemoryBlock::kLarge, std::size_t{2} << 20}) {
+    MemoryBlock block(size);
+    const std::byte* const before = block.data();
+    block.data()[9] = std::byte{42};
+    EXPECT_THROW(block.grow(SIZE_MAX / 2, 10), std::bad_alloc);
+    EXPECT_EQ(block.data(), before);
+    EXPECT_EQ(block.data()[9], std::byte{42});
+  }
+}
+
 TEST(MemoryBlock, BeyondAllMemoryIsRefused) {
   EXPECT_THROW(MemoryBlock(SIZE_MAX), std::bad_alloc);
   EXPECT_THROW(MemoryBlock(SIZE_MAX / 2), std::bad_alloc);

@@ -14,6 +14,10 @@ LargeMemory map_large(std::size_t bytes) {
   return {.data = static_cast<std::byte*>(memory), .size = size};
 }
 
+bool grow_large(LargeMemory&, std::size_t) noexcept {
+  return false;
+}
+
 void unmap_large(LargeMemory memory) noexcept {
   ::VirtualFree(memory.data, 0, MEM_RELEASE);
 }

@@ -33,7 +33,8 @@ Reader::Reader(std::span<char> buffer, const Limits& limits, Wanted wanted)
       buffer_end_(end_),
       limits_(limits),
       wanted_(wanted),
-      ready_(limits.unremembered) {
+      ready_(limits.unremembered),
+      overwritten_(begin_) {
   const std::size_t unreadable = find_unreadable({buffer.data(), buffer.size()});
   if (unreadable == std::string_view::npos) return;
   // Reading goes on up to there, so that an earlier error is the one that is reported.

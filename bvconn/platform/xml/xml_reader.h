@@ -4,9 +4,9 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "bvconn/platform/xml/xml_error.h"
+#include "bvconn/platform/xml/xml_overwritten.h"
 #include "bvconn/platform/xml/xml_ready_tags.h"
 #include "bvconn/platform/xml/xml_scope.h"
 #include "bvconn/platform/xml/xml_stack.h"
@@ -48,8 +48,8 @@ class Reader {
     bool instructions = false;
   };
 
-  /// The buffer must neither move nor change, but through the reader, as long as slices are used. A
-  /// NUL stands behind it.
+  /// The buffer must neither move nor change, but through the reader, as long as slices are used.
+  /// It has less than 4 GiB, and a NUL stands behind it.
   Reader(std::span<char> buffer, const Limits& limits, Wanted wanted);
 
   /// Goes on to the next thing. Throws `ReadError`; then the reader is of no further use.
@@ -72,15 +72,6 @@ class Reader {
   struct OpenElement {
     std::string_view qualified_name;
     std::size_t scope_mark;
-  };
-  /// A stretch of the buffer that was overwritten, and what it held before: how many line ends, and
-  /// how many characters after the last of them. All else is as it was given; so the place of an
-  /// error can be reported afterwards, and lines need not be counted on the way.
-  struct Overwritten {
-    const char* begin;
-    const char* end;
-    std::size_t line_ends;
-    std::size_t columns;
   };
   /// Character data while its pieces are put together; [begin, out) is what is kept so far.
   struct Run {
@@ -127,7 +118,7 @@ class Reader {
   void open_element(char* begin);
   void leave_element();
 
-  void will_overwrite(const char* from, const char* to);
+  void will_overwrite(const char* from, const char* to) { overwritten_.note(from, to); }
   Position position(const char* at) const;
   [[noreturn]] void fail(const char* at, std::string_view what) const;
   [[noreturn]] void fail_unreadable() const;
@@ -162,7 +153,7 @@ class Reader {
   Scope scope_;
   Stack<OpenElement, 16> open_;
   ReadyTags ready_;
-  std::vector<Overwritten> overwritten_;
+  Overwritten overwritten_;
   // Of the start tag that is read: what its attributes are.
   bool has_prefixed_attributes_ = false;
   bool has_declarations_ = false;

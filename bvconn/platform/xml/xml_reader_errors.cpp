@@ -14,24 +14,6 @@ std::string qualified(std::string_view prefix, std::string_view local) {
   return prefix.empty() ? quoted(local) : quoted(std::string(prefix) + ":" + std::string(local));
 }
 
-struct Counted {
-  std::size_t line_ends;
-  std::size_t columns;  // characters after the last line end, or after `from`
-};
-
-Counted count(const char* from, const char* to) {
-  Counted counted{.line_ends = 0, .columns = 0};
-  for (const char* at = from; at < to; ++at) {
-    if (*at == '\n' || (*at == '\r' && at[1] != '\n')) {
-      ++counted.line_ends;
-      counted.columns = 0;
-    } else if ((static_cast<unsigned char>(*at) & 0xC0u) != 0x80) {
-      ++counted.columns;
-    }
-  }
-  return counted;
-}
-
 }  // namespace
 
 char* skip_name_beyond_ascii(char* at) {
@@ -68,36 +50,10 @@ std::string described(const char* at) {
   return "the character U+" + hexadecimal(decode_valid(at).character, 4);
 }
 
-// Called before anything in [from, to) is overwritten, `to` being the end of what was read. Within
-// one run of text or one value `from` lags behind the end of the last stretch, which then grows.
-void Reader::will_overwrite(const char* from, const char* to) {
-  if (overwritten_.empty() || overwritten_.back().end < from) {
-    overwritten_.push_back({.begin = from, .end = from, .line_ends = 0, .columns = 0});
-  }
-  Overwritten& stretch = overwritten_.back();
-  if (stretch.end >= to) return;
-  const Counted held = count(stretch.end, to);
-  stretch.end = to;
-  stretch.line_ends += held.line_ends;
-  stretch.columns = held.columns + (held.line_ends == 0 ? stretch.columns : 0);
-}
-
 Position Reader::position(const char* at) const {
-  Counted before{.line_ends = 0, .columns = 0};
-  const auto add = [&before](const Counted& more) {
-    before.line_ends += more.line_ends;
-    before.columns = more.columns + (more.line_ends == 0 ? before.columns : 0);
-  };
-  const char* from = document_;
-  for (const Overwritten& stretch : overwritten_) {
-    if (stretch.end > at) break;
-    add(count(from, stretch.begin));
-    add({.line_ends = stretch.line_ends, .columns = stretch.columns});
-    from = stretch.end;
-  }
-  add(count(from, at));
-  return {.line = 1 + before.line_ends,
-          .column = 1 + before.columns,
+  const Distance before = overwritten_.distance(document_, at);
+  return {.line = std::size_t{1} + before.line_ends,
+          .column = std::size_t{1} + before.columns,
           .offset = static_cast<std::size_t>(at - begin_)};
 }
 

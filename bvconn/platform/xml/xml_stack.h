@@ -53,9 +53,9 @@ class Stack {
 
  private:
   void grow() {
-    MemoryBlock larger(2 * capacity_ * sizeof(Item));
-    std::memcpy(larger.data(), items_, size_ * sizeof(Item));
-    outside_ = std::move(larger);
+    const bool is_within = outside_.data() == nullptr;
+    outside_.grow(2 * capacity_ * sizeof(Item), is_within ? 0 : size_ * sizeof(Item));
+    if (is_within) std::memcpy(outside_.data(), within_, size_ * sizeof(Item));
     items_ = reinterpret_cast<Item*>(outside_.data());
     capacity_ = outside_.size() / sizeof(Item);
   }
