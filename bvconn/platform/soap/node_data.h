@@ -63,6 +63,7 @@ enum NodeFlag : std::uint16_t {
   kTypeExplicit = 64,  ///< the type was given to `Create`
   kQualified = 128,    ///< the text is a qualified name's local part, `type_space` its namespace
   kTypedItems = 256,   ///< before the first of `children` lies the `ItemSlices` of a read array
+  kNoRoot = 512,       ///< a child of the Body that says of itself that it is only referred to
 };
 
 inline constexpr std::uint8_t kTypeNotLookedUp = UINT8_MAX;

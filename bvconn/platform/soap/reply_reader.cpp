@@ -57,10 +57,10 @@ void check_envelope(const NodeData& root) {
 
 /// The first child of the Body, but for those that say of themselves that they are only referred
 /// to.
-NodeData* method_element(const NodeData& body, const TreeBuilder& builder) {
+NodeData* method_element(const NodeData& body) {
   const auto children = children_of(body);
   for (NodeData* child : children) {
-    if (!builder.is_marked_no_root(child)) return child;
+    if (!child->has(kNoRoot)) return child;
   }
   return children.empty() ? nullptr : children.front();
 }
@@ -71,7 +71,7 @@ EnvelopeParts parts_in(const TreeBuilder& builder) {
   if (body == nullptr) not_an_envelope("The reply is not a SOAP 1.1 envelope: it has no Body");
   return {.root = &root,
           .header = find_part(root, "Header"),
-          .method = method_element(*body, builder),
+          .method = method_element(*body),
           .encoding_style = builder.encoding_style()};
 }
 

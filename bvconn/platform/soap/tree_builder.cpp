@@ -155,7 +155,7 @@ void TreeBuilder::read_attribute(Frame& frame, Shape& shape, const xml::Attribut
     if (local == "arrayType") read_array_type(frame, value, scope);
     if (local == "root" && trim_xml_space(value) == "0") {
       frame.is_noted = true;
-      if (open_.size() == 2) note(Note::Kind::kNoRoot, {}, frame.first_child);
+      if (open_.size() == 2) frame.node.set(kNoRoot);
     }
   } else if (uri == kEnvelopeUri && local == "encodingStyle") {
     frame.is_noted = true;
@@ -263,7 +263,6 @@ NodeData* TreeBuilder::place_waiting(std::byte* memory, std::size_t first_place,
     NodeData* node = nodes + (note.place - first_place);
     if (note.kind == Note::Kind::kId) identified_.push({note.id, node});
     if (note.kind == Note::Kind::kReference) references_.push({note.id, node});
-    if (note.kind == Note::Kind::kNoRoot) no_roots_.push_back(node);
   }
   notes_.shrink(first_note);
   return nodes;

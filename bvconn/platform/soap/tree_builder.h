@@ -35,9 +35,6 @@ class TreeBuilder {
   void end_element(const xml::Scope& scope);
 
   NodeData* root() const { return root_; }
-  /// Whether the children of the Body that are no parameters are marked as such
-  /// (`SOAP-ENC:root="0"`).
-  bool is_marked_no_root(const NodeData* node) const;
   /// The encodingStyle that holds for the Body's first element.
   std::string_view encoding_style() const { return encoding_style_; }
   /// Links each `href` to its target. Fails with 0x80044206 for one without a target and for nodes
@@ -74,7 +71,7 @@ class TreeBuilder {
   };
   /// What is to be known of a node as soon as it is where it stays.
   struct Note {
-    enum class Kind : std::uint8_t { kId, kReference, kNoRoot };
+    enum class Kind : std::uint8_t { kId, kReference };
     std::string_view id;
     std::uint32_t place;  ///< of the node, on the stack of waiting nodes
     Kind kind;
@@ -115,7 +112,6 @@ class TreeBuilder {
   xml::Stack<Note, 8> notes_;
   xml::Stack<Identified, 8> identified_;
   xml::Stack<Identified, 8> references_;
-  std::vector<const NodeData*> no_roots_;
   std::string_view encoding_style_;
 };
 

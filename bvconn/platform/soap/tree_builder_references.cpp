@@ -23,10 +23,6 @@ bool is_before(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-bool TreeBuilder::is_marked_no_root(const NodeData* node) const {
-  return std::find(no_roots_.begin(), no_roots_.end(), node) != no_roots_.end();
-}
-
 void TreeBuilder::sort_identified() {
   const auto before = [](const Identified& a, const Identified& b) {
     return is_before(a.id, b.id);
