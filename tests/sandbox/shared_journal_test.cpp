@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "sandbox/journal/stored_entry.h"
 #include "sandbox/shared_place.h"
 #include "sandbox/store/store.h"
 
@@ -150,6 +151,17 @@ TEST_F(SharedJournals, KeepAnyBytes) {
   EXPECT_EQ(read.status, 503);
   EXPECT_EQ(read.reply_headers, "C: d\n");
   EXPECT_EQ(read.reply.text, "\xEF\xBB\xBF<a/>");
+}
+
+TEST(StoredEntry, IsReadAsFarAsItGoesWhereAnotherProgramHasChangedIt) {
+  for (const char* text : {"", "no JSON", "[]", "null", R"({"values":3,"request":[1],"at":"x"})",
+                           R"({"arguments":[[1]],"differences":[5,[1,2,3]],"reply":{}})"}) {
+    EXPECT_EQ(stored_entry(7, text).id, 7U) << text;
+  }
+  const JournalEntry entry = stored_entry(7, R"({"method":"beat","status":[],"values":["a",1]})");
+  EXPECT_EQ(entry.method, "beat");
+  EXPECT_EQ(entry.status, 0);
+  EXPECT_THAT(entry.values, ElementsAre("a", ""));
 }
 
 TEST_F(SharedJournals, TheLimitsOfTheLatestHoldForAll) {

@@ -198,19 +198,37 @@ TEST_F(ProcessesTogether, WhenOneIsKilledTheOthersKeepAllOfTheirs) {
   EXPECT_EQ(admin(process(1), "GET", "/admin/journal?limit=1000").status, 200);
 }
 
+TEST_F(ProcessesTogether, OneThatIsAskedToEndWritesItsExchangesFirst) {
+  const auto guest = start_one();
+  for (int i = 0; i < 5; ++i) get_invoice(*guest, "INV-1001");
+  EXPECT_EQ(guest->end_by(SIGTERM), 0);
+  EXPECT_TRUE(verified(0, "INV-1001", 5));
+}
+
 TEST_F(ProcessesTogether, WhatIsAskedWhileTheDatabaseIsGoneIsInTheJournalAfterwards) {
   PostgresServer& server = PostgresServer::shared();
-  const json fault{{"kind", "reset"}, {"operation", "BVOrderConnector.*"}};
+  const json fault{{"kind", "reset"}, {"operation", kGetInvoice}, {"skip", 1'000}};
   ASSERT_EQ(admin(process(0), "POST", "/admin/faults", fault).status, 200);
   get_invoice(process(0), "INV-1001");
   server.stop();
+  // The fault is about these, and nobody can count them.
   for (int i = 0; i < 3; ++i) {
-    EXPECT_THAT(get_invoice(process(0), "INV-1001").body, HasSubstr("cannot be reached"));
+    const RawReply reply = get_invoice(process(0), "INV-1001");
+    EXPECT_EQ(reply.status, 500);
+    EXPECT_THAT(reply.body, HasSubstr("<faultcode>SOAP-ENV:Server</faultcode>"));
+    EXPECT_THAT(reply.body, HasSubstr("cannot be reached"));
   }
+  // No fault is about this one, and it needs no store.
+  EXPECT_EQ(process(0).soap("urn:HeartBeatService", "beat", "").status, 200);
   EXPECT_THAT(admin(process(0), "GET", "/admin/journal").body, HasSubstr("cannot be reached"));
   server.start();
   EXPECT_TRUE(becomes([] { return verified(0, "INV-1001", 4); }));
-  EXPECT_EQ(json::parse(admin(process(0), "GET", "/admin/journal").body)["lost"], 0);
+  const json all = json::parse(admin(process(0), "GET", "/admin/journal").body);
+  EXPECT_EQ(all["kept"], 5);
+  EXPECT_EQ(all["lost"], 0);
+  EXPECT_EQ(all["exchanges"][1]["outcome"], "failed");
+  const json faults = json::parse(admin(process(1), "GET", "/admin/faults").body)["faults"];
+  EXPECT_EQ(faults[0]["seen"], 1);
 }
 
 }  // namespace
