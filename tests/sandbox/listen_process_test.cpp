@@ -70,6 +70,33 @@ TEST(SandboxListens, OnAllAddressesAndTellsTheLoopbacks) {
   }
 }
 
+/// How a command ends that asks by TLS at an address.
+CommandRun ask_by_tls(const SandboxProcess& sandbox, const OwnFolder& folder,
+                      const std::string& address) {
+  const std::string url = "https://" + address + ":" + std::to_string(sandbox.port());
+  return run_sandbox({"faults", "--url", url, "--tls-authority", folder.path("tls/authority.pem"),
+                      "--admin-token-file", folder.path("token"), "list"});
+}
+
+TEST(SandboxListens, WithACertificateForItsAddress) {
+  const OwnFolder folder;
+  folder.write("token", "word");
+  const SandboxProcess sandbox({"--listen", "127.0.0.2", "--tls-folder", folder.path("tls")});
+  EXPECT_EQ(ask_by_tls(sandbox, folder, "127.0.0.2").status, 0);
+}
+
+TEST(SandboxListens, WithACertificateForTheNamesThatItIsGiven) {
+  const OwnFolder folder;
+  const std::string token = folder.write("token", "word");
+  const SandboxProcess sandbox({"--listen", "0.0.0.0", "--admin-token-file", token, "--tls-folder",
+                                folder.path("tls"), "--tls-name", "127.0.0.3", "--tls-name",
+                                "127.0.0.4"});
+  EXPECT_EQ(ask_by_tls(sandbox, folder, "127.0.0.1").status, 0);
+  EXPECT_EQ(ask_by_tls(sandbox, folder, "127.0.0.3").status, 0);
+  EXPECT_EQ(ask_by_tls(sandbox, folder, "127.0.0.4").status, 0);
+  EXPECT_THAT(ask_by_tls(sandbox, folder, "127.0.0.5").err, HasSubstr("certificate verify failed"));
+}
+
 TEST(SandboxToken, IsAskedForByAdministrationAlone) {
   const OwnFolder folder;
   const std::string file = folder.write("token", "  s3cret-word \n");
