@@ -35,7 +35,7 @@ constexpr std::string_view kGoodBody = "POST /good body";
 class EchoServer {
  public:
   EchoServer()
-      : server_(0,
+      : server_({},
                 {.header_bytes = 4096,
                  .body_bytes = 8192,
                  .request = std::chrono::seconds(5),
