@@ -4,11 +4,13 @@
 
 #include <atomic>
 #include <chrono>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "bvconn/platform/soap/xml_document.h"
@@ -43,7 +45,6 @@ class SharedStore : public ::testing::Test {
   }
   const std::string& place() const { return place_; }
 
- private:
   std::string place_;
 };
 
@@ -231,11 +232,33 @@ std::vector<std::string> missing_in(const std::string& place,
   return missing;
 }
 
-class SharedStoreUnderLoad : public SharedStore, public ::testing::WithParamInterface<int> {};
+/// Tests with so many processes, which those of one number share.
+class SharedStoreUnderLoad : public SharedStore, public ::testing::WithParamInterface<int> {
+ protected:
+  static void TearDownTestSuite() { all().clear(); }
+
+  void SetUp() override {
+    SharedStore::SetUp();
+    if (IsSkipped()) return;
+    auto& [place, processes] = all()[GetParam()];
+    if (processes.empty()) {
+      place = place_;
+      processes = start(static_cast<std::size_t>(GetParam()));
+    }
+    place_ = place;
+  }
+  Processes& processes() { return all()[GetParam()].second; }
+
+ private:
+  /// By their number: the place of the store, and the processes.
+  static std::map<int, std::pair<std::string, Processes>>& all() {
+    static std::map<int, std::pair<std::string, Processes>> all;
+    return all;
+  }
+};
 
 TEST_P(SharedStoreUnderLoad, NoKeyIsGivenOutTwice) {
-  const Processes processes = start(static_cast<std::size_t>(GetParam()));
-  Savers savers(processes, 2);
+  Savers savers(processes(), 2);
   std::this_thread::sleep_for(std::chrono::seconds(3));
   const std::vector<std::string> keys = savers.end();
   const std::set<std::string> different(keys.begin(), keys.end());
@@ -246,20 +269,19 @@ TEST_P(SharedStoreUnderLoad, NoKeyIsGivenOutTwice) {
 }
 
 TEST_P(SharedStoreUnderLoad, AProcessKilledInTheMiddleOfASaveLeavesNothingHalf) {
-  Processes processes = start(static_cast<std::size_t>(GetParam()));
   std::vector<std::string> keys;
   for (int round = 0; round < 4; ++round) {
-    Savers savers(processes, 2);
+    Savers savers(processes(), 2);
     std::this_thread::sleep_for(std::chrono::milliseconds(500 + 37 * round));
     // Its clients get no answers from here on; those of the others go on.
-    const std::size_t victim = static_cast<std::size_t>(round) % processes.size();
-    ::kill(processes[victim]->process(), SIGKILL);
+    const std::size_t victim = static_cast<std::size_t>(round) % processes().size();
+    ::kill(processes()[victim]->process(), SIGKILL);
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
     const std::vector<std::string> saved = savers.end();
     keys.insert(keys.end(), saved.begin(), saved.end());
-    processes[victim] = start_one();
-    ASSERT_NE(processes[victim]->port(), 0);
-    EXPECT_NE(save_project(*processes[victim], "After" + std::to_string(round)), "");
+    processes()[victim] = start_one();
+    ASSERT_NE(processes()[victim]->port(), 0);
+    EXPECT_NE(save_project(*processes()[victim], "After" + std::to_string(round)), "");
   }
   EXPECT_GT(keys.size(), 10U);
   const std::set<std::string> different(keys.begin(), keys.end());
