@@ -109,7 +109,7 @@ Failure logged(const LogBlock& log, Error error, std::optional<std::string> word
   return {.error = without_help(std::move(error)), .lines = std::move(lines)};
 }
 
-Failure failed_send(const SoapEnvelope& envelope, const Error& error) {
+Failure failed_send(const SoapEnvelope& envelope, Error error) {
   return only_errors([&] {
     std::optional<std::string> words;
     // deliberate [faultstring-by-name]: by name alone, whatever the error; before a reply was
@@ -118,11 +118,11 @@ Failure failed_send(const SoapEnvelope& envelope, const Error& error) {
     for (std::size_t i = 0; i < all.count; ++i) {
       if (detail::name_at(all, i) == "faultstring") words = detail::child_text(all, i);
     }
-    return logged(kSendXmlLog, error, std::move(words));
+    return logged(kSendXmlLog, std::move(error), std::move(words));
   });
 }
 
-Failure failed_response(const SoapEnvelope& envelope, const Error& error) {
+Failure failed_response(const SoapEnvelope& envelope, Error error) {
   return only_errors([&] {
     std::optional<std::string> words;
     // deliberate [faultstring-by-name]: here of a fault alone, and where there is none, that is
@@ -130,7 +130,7 @@ Failure failed_response(const SoapEnvelope& envelope, const Error& error) {
     if (error.number == error_numbers::kSoapFault) {
       words = to_text(envelope.Parameters().ItemByName("faultstring", "").Value());
     }
-    return logged(kGetResponseEnvelopeLog, error, std::move(words));
+    return logged(kGetResponseEnvelopeLog, std::move(error), std::move(words));
   });
 }
 

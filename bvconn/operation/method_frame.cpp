@@ -22,14 +22,10 @@ std::string look_up(ServiceRow row) {
 // What a fault says, also where the operation's error leaves it out. It is for the record alone.
 std::optional<std::string> fault_words(const SoapEnvelope& fault) noexcept {
   try {
-    const detail::NodeView all = detail::view_of(*detail::viewed_node(fault.Parameters()));
-    for (std::size_t i = 0; i < all.count; ++i) {
-      if (detail::name_at(all, i) == "faultstring") return detail::child_text(all, i);
-    }
+    return detail::text_of_first(fault.Parameters(), "faultstring");
   } catch (const std::exception&) {
     return std::nullopt;
   }
-  return std::nullopt;
 }
 
 }  // namespace

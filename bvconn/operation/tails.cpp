@@ -6,6 +6,7 @@
 
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error_numbers.h"
+#include "bvconn/platform/soap/node_view.h"
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/without_help.h"
 
@@ -16,7 +17,9 @@ using error_numbers::kObjectErrorBase;
 using error_numbers::kSoapFault;
 
 std::string fault_text(const TailContext& context, std::string_view name) {
-  return to_text(made(context.envelope).Parameters().ItemByName(name, "").Value());
+  const SoapNodes& parameters = made(context.envelope).Parameters();
+  if (auto text = detail::text_of_first(parameters, name)) return *std::move(text);
+  return to_text(parameters.ItemByName(name).Value());  // fails, and says what there is
 }
 
 std::int32_t with_object_error_base(std::int32_t code) {

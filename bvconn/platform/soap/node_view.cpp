@@ -83,7 +83,15 @@ std::string child_text(const NodeView& view, std::size_t index) {
   const NodeData& child = child_at(view, index);
   const NodeView shown = view_of(child);
   if (shown.value == ViewedValue::kText) return std::string(shown.text);
-  return to_text(value_of(NodeRef(const_cast<NodeData*>(&child))));
+  return to_text(handle_of(child).Value());
+}
+
+std::optional<std::string> text_of_first(const SoapNodes& nodes, std::string_view name) {
+  const NodeView all = view_of(*viewed_node(nodes));
+  for (std::size_t i = 0; i < all.count; ++i) {
+    if (name_at(all, i) == name) return child_text(all, i);
+  }
+  return std::nullopt;
 }
 
 ShownValue shown_value(const NodeData& node) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -48,6 +49,9 @@ BVCONN_EXPORT const NodeData& child_at(const NodeView& view, std::size_t index) 
 std::string_view name_at(const NodeView& view, std::size_t index) noexcept;
 /// The text of the value of a child, as `to_text` gives it.
 std::string child_text(const NodeView& view, std::size_t index);
+/// The same of the first child of this local name, if there is one. Fails with 91 for an empty
+/// reference.
+std::optional<std::string> text_of_first(const SoapNodes& nodes, std::string_view name);
 /// As of a handle to the node.
 BVCONN_EXPORT ShownValue shown_value(const NodeData& node);
 

@@ -35,6 +35,7 @@ constexpr std::array kEnvelopePrefixes{
 };
 constexpr std::uint8_t kUsedEncoding = 2;
 constexpr std::uint8_t kUsedXsi = 4;
+constexpr std::uint8_t kUsedXsd = 8;
 
 std::string declarations(unsigned which) {
   std::string text;
@@ -173,6 +174,10 @@ void NodeWriter::type_attribute(const NodeData& node) {
   const auto uri = own_type_space_of(typed);
   const bool implied = typed.has(kTypeImplied);
   if (type.empty() || (implied && expected == nullptr)) return;
+  if (expected == nullptr && typed.has(kTypeDerived) && uri == kXsdUri) {
+    derived_type_attribute(type);
+    return;
+  }
   // What the array says of all its items need not be said of each again.
   if (expected != nullptr && (implied || typed.has(kTypeDerived)) && expected->name == type &&
       expected->uri == uri) {
@@ -185,6 +190,12 @@ void NodeWriter::type_attribute(const NodeData& node) {
   out_ += " xsi:type=\"";
   if (!prefix.empty()) out_.append(prefix).push_back(':');
   attribute_value("xsi:type", type);
+}
+
+// Most that is written: one of the schema's types, under a name that needs no care.
+void NodeWriter::derived_type_attribute(std::string_view type) {
+  used_ = static_cast<std::uint8_t>(used_ | kUsedXsi | kUsedXsd);
+  out_.append(" xsi:type=\"xsd:").append(type).push_back('"');
 }
 
 TypeName NodeWriter::item_type_of(const NodeData& array) {

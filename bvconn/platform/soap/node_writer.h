@@ -59,6 +59,7 @@ class NodeWriter {
   void start_tag(const NodeData& node, Frame& frame);
   void type_attributes(const NodeData& node, const NodeData& holder, const Frame& frame);
   void type_attribute(const NodeData& node);
+  void derived_type_attribute(std::string_view type);
   static TypeName item_type_of(const NodeData& array);
   void leaf(const NodeData& holder, const Frame& frame);
   /// The rest of an attribute from its value on.
