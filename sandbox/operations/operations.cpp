@@ -1,13 +1,24 @@
 #include "sandbox/operations/operations.h"
 
+#include <string_view>
 #include <utility>
 
 namespace bvconn::sandbox {
 namespace {
 
-Method in_transaction(Method method) {
-  return [method = std::move(method)](SoapCall& call) {
-    Transaction transaction = call.sandbox.store.transaction();
+/// What a method's name tells: those that only look things up need not wait for other processes.
+/// One that is taken for such and writes all the same fails.
+Turn turn_of(std::string_view name) {
+  // These make a key and take a lock.
+  if (name.starts_with("getNew") || name == "getOrderReconcile") return Turn::kStore;
+  const auto begins = [&](std::string_view word) { return name.starts_with(word); };
+  const bool looks_up = begins("get") || begins("search") || begins("Search");
+  return looks_up ? Turn::kNone : Turn::kStore;
+}
+
+Method in_transaction(std::string_view name, Method method) {
+  return [method = std::move(method), turn = turn_of(name)](SoapCall& call) {
+    Transaction transaction = call.sandbox.store.transaction(turn);
     method(call);
     transaction.commit();
   };
@@ -21,12 +32,12 @@ void refuse(const std::string& text) {
 
 void add_method(Operations& operations, const std::string& service, const std::string& name,
                 Method method) {
-  operations.soap[{service, name}] = in_transaction(std::move(method));
+  operations.soap[{service, name}] = in_transaction(name, std::move(method));
 }
 
 void add_dal_method(Operations& operations, const std::string& object, const std::string& operation,
                     Method method) {
-  operations.dal_alone[{object, operation}] = in_transaction(std::move(method));
+  operations.dal_alone[{object, operation}] = in_transaction(operation, std::move(method));
 }
 
 Operations all_operations() {

@@ -47,6 +47,8 @@ enum class Turn : std::uint8_t {
   kStore,
   kJournal,
   kRules,  ///< faults and stubs
+  /// Nothing: it waits for nobody and sees what there is at one moment; writing is an error.
+  kNone,
 };
 
 /// One connection to a database.

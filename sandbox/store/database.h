@@ -50,7 +50,8 @@ class Statement {
   int bound_ = 0;
 };
 
-/// Begins a transaction that other writers of the same wait for; rolled back unless committed.
+/// Begins a transaction that other writers of the same wait for, unless it is for `Turn::kNone`;
+/// rolled back unless committed.
 class Transaction {
  public:
   explicit Transaction(Database& database, Turn turn = Turn::kStore);

@@ -30,15 +30,14 @@ class SqliteStatements {
 
   sqlite3* connection() const { return connection_; }
 
+  /// From now on only statements that change nothing are given out, or all again.
+  void only_those_that_read(bool only) { only_reads_ = only; }
+
   sqlite3_stmt* take(std::string_view sql) {
-    if (const auto found = idle_.find(sql); found != idle_.end()) {
-      return idle_.extract(found).mapped();
-    }
-    sqlite3_stmt* made = nullptr;
-    const int result =
-        sqlite3_prepare_v2(connection_, sql.data(), static_cast<int>(sql.size()), &made, nullptr);
-    if (result != SQLITE_OK) fail(connection_, sql);
-    return made;
+    sqlite3_stmt* const statement = idle_or_new(sql);
+    if (!only_reads_ || sqlite3_stmt_readonly(statement) != 0) return statement;
+    give_back(statement);
+    throw DatabaseError(std::string(sql) + ": this would change what is only to be read");
   }
 
   void give_back(sqlite3_stmt* statement) noexcept {
@@ -64,7 +63,19 @@ class SqliteStatements {
  private:
   static constexpr std::size_t kIdleMax = 256;
 
+  sqlite3_stmt* idle_or_new(std::string_view sql) {
+    if (const auto found = idle_.find(sql); found != idle_.end()) {
+      return idle_.extract(found).mapped();
+    }
+    sqlite3_stmt* made = nullptr;
+    const int result =
+        sqlite3_prepare_v2(connection_, sql.data(), static_cast<int>(sql.size()), &made, nullptr);
+    if (result != SQLITE_OK) fail(connection_, sql);
+    return made;
+  }
+
   sqlite3*& connection_;
+  bool only_reads_ = false;
   // By their texts, which they keep themselves. One text may be in use several times at once.
   std::multimap<std::string_view, sqlite3_stmt*> idle_;
 };
@@ -155,9 +166,16 @@ class SqliteConnection : public Connection {
     if (sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) fail(handle_, sql);
   }
 
-  void begin(Turn /*turn*/) override { run("BEGIN IMMEDIATE"); }
-  void commit() override { run("COMMIT"); }
+  void begin(Turn turn) override {
+    step(turn == Turn::kNone ? "BEGIN" : "BEGIN IMMEDIATE");
+    statements_.only_those_that_read(turn == Turn::kNone);
+  }
+  void commit() override {
+    statements_.only_those_that_read(false);
+    step("COMMIT");
+  }
   void rollback() noexcept override {
+    statements_.only_those_that_read(false);
     // An error means that SQLite has rolled back already.
     sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
   }
@@ -171,7 +189,7 @@ class SqliteConnection : public Connection {
 
   void settle() override {
     // In memory there is no journal to choose; the pragma then changes nothing.
-    SqliteCursor(statements_, "PRAGMA journal_mode = WAL").step();
+    step("PRAGMA journal_mode = WAL");
     run("PRAGMA synchronous = NORMAL");
   }
 
@@ -183,6 +201,9 @@ class SqliteConnection : public Connection {
   }
 
  private:
+  /// Runs a statement that comes again and again.
+  void step(std::string_view sql) { SqliteCursor(statements_, sql).step(); }
+
   std::int64_t number(std::string_view sql) {
     SqliteCursor select(statements_, sql);
     select.step();

@@ -46,7 +46,7 @@ class Store {
   void set_disabled_services(std::string_view text);
   /// Puts back what the store held when it was new.
   void reset() { snapshots().reset(seed_); }
-  Transaction transaction() { return Transaction(database_); }
+  Transaction transaction(Turn turn = Turn::kStore) { return Transaction(database_, turn); }
   /// Whether this user may log in: anybody with a name and a password while the table `users` is
   /// empty, and otherwise those that stand in it.
   bool admits(std::string_view user, std::string_view password);

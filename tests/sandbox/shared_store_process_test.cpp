@@ -97,6 +97,36 @@ std::string project(SandboxProcess& process, const std::string& gid) {
       .body;
 }
 
+TEST_F(SharedStore, WhoeverReadsWaitsForNoWriterAndSeesOneMoment) {
+  sandbox::Store writer(place(), std::nullopt);
+  sandbox::Store reader(place(), std::nullopt);
+  const auto status = [&] { return reader.invoice("INV-1001")->status; };
+  const auto begin = std::chrono::steady_clock::now();
+  {
+    sandbox::Transaction writing = writer.transaction();
+    writer.close_invoice("INV-1001");
+    sandbox::Transaction reading = reader.transaction(sandbox::Turn::kNone);
+    EXPECT_EQ(status(), "OPEN");
+    writing.commit();
+    EXPECT_EQ(status(), "OPEN");
+    reading.commit();
+  }
+  EXPECT_EQ(status(), "CLOSED");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4))
+      << "who waits for a writer gives up after five seconds";
+}
+
+TEST_F(SharedStore, WhoeverOnlyReadsCannotWrite) {
+  sandbox::Store store(place(), std::nullopt);
+  {
+    const sandbox::Transaction reading = store.transaction(sandbox::Turn::kNone);
+    EXPECT_THROW(store.close_invoice("INV-1001"), sandbox::DatabaseError);
+  }
+  EXPECT_EQ(store.invoice("INV-1001")->status, "OPEN");
+  EXPECT_NO_THROW(store.close_invoice("INV-1001"));
+  EXPECT_EQ(store.invoice("INV-1001")->status, "CLOSED");
+}
+
 TEST_F(SharedStore, ProcessesThatBeginTogetherShareOneStore) {
   const Processes processes = start(4);
   for (const auto& each : processes) ASSERT_NE(each->port(), 0);

@@ -37,6 +37,8 @@ const char* begin_of(Turn turn) {
     case Turn::kRules:
       return "BEGIN; SET LOCAL synchronous_commit TO off;"
              " SELECT pg_advisory_xact_lock(4780134916801454714)";
+    case Turn::kNone:
+      return "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY";
     case Turn::kStore:
       break;
   }
