@@ -8,6 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "bvconn/platform/http/interrupted_exchanges.h"
+#include "sandbox/calls/caller.h"
+#include "sandbox/calls/quiet_platform.h"
 #include "sandbox/commands/command.h"
 #include "sandbox/contract/observed.h"
 #include "sandbox/endpoints/endpoints.h"
@@ -47,6 +50,15 @@ void begin_with_faults(const Options& options, ServedSandbox& sandbox) {
   sandbox.faults->begin_with(std::move(rules));
 }
 
+/// The names that it was given, and those of the address that it listens on and of its certificate.
+std::vector<std::string> allowed_hosts(const Options& options) {
+  std::vector<std::string> names = options.allowed_hosts;
+  const bool is_ipv6 = options.address.find(':') != std::string::npos;
+  names.push_back(is_ipv6 ? "[" + options.address + "]" : options.address);
+  names.insert(names.end(), options.tls.names.begin(), options.tls.names.end());
+  return names;
+}
+
 void run_sandbox(const Options& options) {
   // Runs the whole library, so before there is a second thread.
   const auto observations = automation::observe_all();
@@ -56,6 +68,8 @@ void run_sandbox(const Options& options) {
                          .loose = options.loose}};
   sandbox.admin_token = options.admin_token;
   keep_exchanges_and_rules(options, sandbox);
+  sandbox.allowed_hosts = allowed_hosts(options);
+  sandbox.caller = std::make_shared<Caller>(call_forms(observations));
   // Without a word the others that share the database keep theirs.
   if (!options.disabled_services.empty()) {
     sandbox.store.set_disabled_services(options.disabled_services);
@@ -70,7 +84,11 @@ void run_sandbox(const Options& options) {
                   if (options.verbose) tell_exchange(request, reply);
                   return reply;
                 });
+  sandbox.caller->set_address({.url = server.url(), .ca_file = tls.authority_file});
+  platform::install(quiet_platform());
   serve(server, options.until_eof, tls.authority_file);
+  // Nobody answers the sandbox's own calls any more.
+  detail::interrupt_exchanges(true);
 }
 
 int run(int argc, char** argv) {

@@ -41,6 +41,15 @@ CLI::Validator whole_number(std::int64_t low, std::int64_t high) {
           ""};
 }
 
+/// Refuses what no header Host says in front of its port.
+std::string trouble_with_host(const std::string& text) {
+  const bool in_brackets = text.starts_with('[') && text.ends_with(']');
+  if (!text.empty() && text.find_first_of(in_brackets ? "/ " : "/ :") == std::string::npos) {
+    return {};
+  }
+  return "'" + text + "' is no host name, expected one such as sandbox.example, without a port";
+}
+
 /// What the options are read into where that is not their place in Options.
 struct Given {
   std::string database;
@@ -98,6 +107,11 @@ void add_network_options(CLI::App& app, Options& options, Given& given) {
 void add_server_options(CLI::App& app, Options& options, Given& given) {
   app.add_option("--port", options.port, "Port to listen on; 0 takes a free one (the default)")
       ->check(whole_number(0, std::numeric_limits<std::uint16_t>::max()));
+  app.add_option("--allowed-host", options.allowed_hosts,
+                 "Show the page and be administered by this name too, without a port")
+      ->type_name("NAME")
+      ->check(CLI::Validator(trouble_with_host, ""))
+      ->allow_extra_args(false);
   app.add_flag("--until-eof", options.until_eof, "End when standard input does");
   app.add_flag("--verbose", options.verbose, "Write a line for each request to standard error");
   app.add_flag("--loose", options.loose,

@@ -23,6 +23,8 @@ struct Options {
   std::string disabled_services;
   /// Files with faults that are in force from the start.
   std::vector<std::string> fault_files;
+  /// By which names it may be administered besides those of the loopback address.
+  std::vector<std::string> allowed_hosts;
   bool until_eof = false;
   bool verbose = false;
   /// Answers what differs from the library's requests, too.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -8,6 +9,7 @@
 
 #include "sandbox/endpoints/served_sandbox.h"
 #include "sandbox/http/message.h"
+#include "sandbox/journal/journal_filter.h"
 
 namespace bvconn::sandbox {
 
@@ -39,6 +41,11 @@ struct AdminResource {
 /// Refuses fields of the query that are none of these.
 void expect_query(const AdminCall& call, const std::vector<std::string>& known);
 
+/// The journal; refuses where there is none.
+std::shared_ptr<Journal> journal_of(const AdminCall& call);
+/// Which exchanges the query asks for, by any number of arguments.
+JournalFilter filter_of(const AdminCall& call);
+
 // The resources, each family in a source of its own. Handlers hold Sandbox::mutex for what it
 // guards.
 Reply get_disabled(AdminCall& call);
@@ -49,12 +56,18 @@ Reply clear_stubs(AdminCall& call);
 Reply remove_stub(AdminCall& call);
 Reply list_faults(AdminCall& call);
 Reply add_faults(AdminCall& call);
+Reply list_fault_kinds(AdminCall& call);
 Reply clear_faults(AdminCall& call);
 Reply remove_fault(AdminCall& call);
 Reply get_journal(AdminCall& call);
 Reply get_journal_entry(AdminCall& call);
 Reply clear_journal(AdminCall& call);
+Reply follow_journal(AdminCall& call);
 Reply post_verify(AdminCall& call);
+Reply list_documents(AdminCall& call);
+Reply get_document(AdminCall& call);
+Reply get_operations(AdminCall& call);
+Reply post_call(AdminCall& call);
 Reply reset_store(AdminCall& call);
 Reply get_snapshots(AdminCall& call);
 Reply take_snapshot(AdminCall& call);

@@ -1,4 +1,7 @@
+#include <array>
 #include <nlohmann/json.hpp>
+#include <string_view>
+#include <variant>
 
 #include "sandbox/admin/admin.h"
 #include "sandbox/faults/fault_forms.h"
@@ -13,6 +16,13 @@ Reply listed_reply(const nlohmann::ordered_json& faults) {
       200, body.dump(kIndent, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
 }
 
+/// "text", "whole number", "number" or "truth", by the place of the field's type in its variant.
+std::string_view type_of(const FaultField& field) {
+  constexpr std::array<std::string_view, std::variant_size_v<FaultField::Member>> kTypes{
+      "text", "whole number", "number", "truth"};
+  return kTypes[field.member.index()];
+}
+
 }  // namespace
 
 Reply list_faults(AdminCall& call) {
@@ -24,6 +34,24 @@ Reply list_faults(AdminCall& call) {
     faults.push_back(std::move(fault));
   }
   return listed_reply(faults);
+}
+
+Reply list_fault_kinds(AdminCall& call) {
+  expect_query(call, {});
+  auto kinds = nlohmann::ordered_json::array();
+  for (const FaultKind& kind : fault_kinds()) {
+    auto fields = nlohmann::ordered_json::array();
+    for (const FaultField& each : fault_fields()) {
+      if (takes(kind, each)) fields.push_back(each.name);
+    }
+    kinds.push_back({{"kind", kind.name}, {"summary", kind.summary}, {"fields", fields}});
+  }
+  auto fields = nlohmann::ordered_json::array();
+  for (const FaultField& each : fault_fields()) {
+    fields.push_back({{"name", each.name}, {"type", type_of(each)}, {"summary", each.summary}});
+  }
+  return json_reply(200,
+                    nlohmann::ordered_json{{"kinds", kinds}, {"fields", fields}}.dump() + "\n");
 }
 
 Reply add_faults(AdminCall& call) {

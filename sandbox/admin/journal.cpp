@@ -22,11 +22,6 @@ constexpr std::uint64_t kMostLimit = 10'000;
 /// An answer ends behind the exchange that fills so much.
 constexpr std::size_t kMostAnswerBytes = 16U * 1024 * 1024;
 
-Journal& journal_of(const AdminCall& call) {
-  if (call.sandbox.journal) return *call.sandbox.journal;
-  throw AdminRefusal{404, "This sandbox keeps no journal: it was started with --journal-count 0"};
-}
-
 std::uint64_t number_of(const std::string& name, const std::string& text, std::uint64_t most) {
   std::uint64_t number = 0;
   const char* const end = text.data() + text.size();
@@ -115,7 +110,13 @@ Expectation read_expectation(const std::string& body) {
   });
 }
 
-/// Which exchanges the query asks for, by any number of arguments.
+}  // namespace
+
+std::shared_ptr<Journal> journal_of(const AdminCall& call) {
+  if (call.sandbox.journal) return call.sandbox.journal;
+  throw AdminRefusal{404, "This sandbox keeps no journal: it was started with --journal-count 0"};
+}
+
 JournalFilter filter_of(const AdminCall& call) {
   return refusing([&] {
     JournalFilter filter = read_filter(call.query);
@@ -126,8 +127,6 @@ JournalFilter filter_of(const AdminCall& call) {
   });
 }
 
-}  // namespace
-
 Reply get_journal(AdminCall& call) {
   std::vector<std::string> known = filter_fields();
   known.insert(known.end(), {"after", "limit"});
@@ -135,8 +134,8 @@ Reply get_journal(AdminCall& call) {
   const JournalFilter filter = filter_of(call);
   const std::uint64_t limit = number_field(call, "limit", kUsualLimit, kMostLimit);
   const std::uint64_t after = number_field(call, "after", 0, ~std::uint64_t{0});
-  const Journal& journal = journal_of(call);
-  auto entries = journal.after(after);
+  const auto journal = journal_of(call);
+  auto entries = journal->after(after);
   const std::size_t kept = entries.size();
   std::erase_if(entries, [&](const EntryPointer& each) { return !matches(filter, *each); });
   // The latest are taken, and shown in their order.
@@ -148,8 +147,8 @@ Reply get_journal(AdminCall& call) {
     bytes += shown.back().size();
   }
   std::string body = "{\"kept\":" + std::to_string(kept) +
-                     ",\"dropped\":" + std::to_string(journal.dropped()) +
-                     ",\"lost\":" + std::to_string(journal.lost()) +
+                     ",\"dropped\":" + std::to_string(journal->dropped()) +
+                     ",\"lost\":" + std::to_string(journal->lost()) +
                      ",\"matched\":" + std::to_string(entries.size()) + ",\"exchanges\":[";
   for (auto each = shown.rbegin(); each != shown.rend(); ++each) {
     if (each != shown.rbegin()) body.push_back(',');
@@ -161,7 +160,7 @@ Reply get_journal(AdminCall& call) {
 Reply get_journal_entry(AdminCall& call) {
   expect_query(call, {});
   const std::uint64_t id = number_of("The number", call.below, ~std::uint64_t{0} - 1);
-  const auto entries = journal_of(call).after(id == 0 ? 0 : id - 1, 1);
+  const auto entries = journal_of(call)->after(id == 0 ? 0 : id - 1, 1);
   if (id == 0 || entries.empty() || entries.front()->id != id) {
     throw AdminRefusal{404, "The journal has no exchange " + std::to_string(id)};
   }
@@ -170,14 +169,14 @@ Reply get_journal_entry(AdminCall& call) {
 
 Reply clear_journal(AdminCall& call) {
   expect_query(call, {});
-  journal_of(call).clear();
+  journal_of(call)->clear();
   return json_reply(200, "{\"cleared\":true}\n");
 }
 
 Reply post_verify(AdminCall& call) {
   expect_query(call, {});
   const Expectation expectation = read_expectation(call.request.body);
-  const Verification verification = verify(expectation, journal_of(call));
+  const Verification verification = verify(expectation, *journal_of(call));
   return json_reply(200, json_text(verification_json(expectation, verification)) + "\n");
 }
 

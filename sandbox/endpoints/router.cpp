@@ -4,6 +4,7 @@
 #include "sandbox/contract/words.h"
 #include "sandbox/endpoints/asked.h"
 #include "sandbox/endpoints/endpoints.h"
+#include "sandbox/endpoints/guard.h"
 #include "sandbox/endpoints/record.h"
 #include "sandbox/endpoints/stubbed.h"
 #include "sandbox/faults/misbehave.h"
@@ -58,6 +59,7 @@ Reply exchange(ServedSandbox& sandbox, const Operations& operations, const Reque
 
 Reply route(ServedSandbox& sandbox, const Operations& operations, const Request& request) {
   const std::string_view path = request.path();
+  if (auto refusal = refuse_stranger(sandbox, request)) return std::move(*refusal);
   if (path == "/soap" || path == "/dal" || path.starts_with("/dal/")) {
     return exchange(sandbox, operations, request);
   }

@@ -102,6 +102,13 @@ std::vector<Step> sending_steps(const Reply& reply, const Delivery& delivery, bo
 
 std::vector<Step> steps_of(const Reply& reply, bool keep_alive, bool with_body) {
   std::vector<Step> steps;
+  if (reply.stream) {
+    // Its end is that of the connection.
+    steps.push_back({.bytes = head_bytes(reply).append("Connection: close").append(kHeadEnd)});
+    const auto then = with_body ? Step::Kind::kFollow : Step::Kind::kClose;
+    steps.push_back({.kind = then, .stream = reply.stream});
+    return steps;
+  }
   if (!reply.delivery) {
     steps.push_back({.bytes = to_bytes(reply, keep_alive, with_body)});
     if (!keep_alive) steps.push_back({.kind = Step::Kind::kClose});

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,11 +54,24 @@ struct Delivery {
   std::size_t filler_at = 0;
 };
 
+/// The body of a reply that goes on as long as its reader stays.
+class ReplyStream {
+ public:
+  virtual ~ReplyStream() = default;
+  /// What has come up since the last time, "" for nothing. It is asked again a moment after that
+  /// has left, on any of the workers, so it should neither wait nor say more than a slow reader can
+  /// take in. Where it throws, the connection ends.
+  virtual std::string next() = 0;
+};
+
 struct Reply {
   int status = 200;
   std::vector<Header> headers;
   std::string body;
   std::optional<Delivery> delivery{};
+  /// Follows the headers in place of a body. The reply is no longer among those that the server
+  /// waits for when it ends.
+  std::shared_ptr<ReplyStream> stream{};
   /// Not sent: what is wrong with the request, for whoever watches the sandbox.
   std::string remark{};
 };

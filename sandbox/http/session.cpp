@@ -226,6 +226,8 @@ void Session::do_step() {
       return close_gently();
     case Step::Kind::kReset:
       return reset();
+    case Step::Kind::kFollow:
+      return follow(step);
   }
 }
 

@@ -54,6 +54,11 @@ class Session : public std::enable_shared_from_this<Session> {
   void fill(Step& step);
   void wait(std::chrono::milliseconds pause, void (Session::*then)());
   void reset();
+  // In session_stream.cpp.
+  void follow(const Step& step);
+  void watch_reader();
+  void send_news(std::optional<std::string> news);
+  void stop_following();
   void close_gently();
   void end_sending();
   void drain();
@@ -77,6 +82,8 @@ class Session : public std::enable_shared_from_this<Session> {
   std::array<char, 16 * 1024> drained_{};
   std::size_t drained_bytes_ = 0;
   bool timed_out_ = false;
+  bool following_ = false;  ///< a step of that kind has begun
+  bool reader_gone_ = false;
 };
 
 }  // namespace bvconn::sandbox

@@ -30,6 +30,8 @@ class Workers {
 
   /// Lets nobody in from now on, and calls this once there is nobody left.
   void drain(std::function<void()> on_empty);
+  /// Whether the server is about to end.
+  bool draining() const { return draining_; }
   /// Waits for the work that has begun, and forgets the rest.
   void end();
 

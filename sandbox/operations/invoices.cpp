@@ -5,6 +5,7 @@
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/soap/variant.h"
 #include "sandbox/operations/documents.h"
+#include "sandbox/operations/invoice_tree.h"
 #include "sandbox/store/documents_tree.h"
 
 namespace bvconn::sandbox {
@@ -45,6 +46,8 @@ void append_line(SoapNodes parent, const InvoiceLine& line) {
   fields.Create("Amount", money(line.quantity * line.unit_price_cents));
 }
 
+}  // namespace
+
 void append_invoice(SoapNodes fields, const Invoice& invoice) {
   const std::int64_t subtotal = goods_cents(invoice);
   fields.Create("InvoiceUID", invoice.uid);
@@ -67,6 +70,8 @@ void append_invoice(SoapNodes fields, const Invoice& invoice) {
   fields.Create("Tax", money(invoice.tax_cents));
   fields.Create("Total", money(subtotal + invoice.freight_cents + invoice.tax_cents));
 }
+
+namespace {
 
 Invoice need_invoice(SoapCall& call) {
   const std::string uid = key_at(call, 0);

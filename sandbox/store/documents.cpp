@@ -73,6 +73,21 @@ std::vector<Document> Documents::children(const DocumentKind& kind, std::string_
   return found;
 }
 
+std::int64_t Documents::count(const DocumentKind& kind) {
+  Statement select(database_, "SELECT count(*) FROM documents WHERE kind = ?");
+  select.bind(kind.name).step();
+  return select.integer(0);
+}
+
+std::vector<Document> Documents::list(const DocumentKind& kind, std::string_view after,
+                                      std::int64_t most) {
+  Statement select(database_, select_documents("WHERE kind = ? AND gid > ? ORDER BY gid LIMIT ?"));
+  select.bind(kind.name).bind(after).bind(most);
+  std::vector<Document> found;
+  while (select.step()) found.push_back(read(select));
+  return found;
+}
+
 std::string Documents::fresh_gid(const DocumentKind& kind) {
   for (;;) {
     Statement(database_, "INSERT INTO counters VALUES (?, ?) ON CONFLICT DO NOTHING")

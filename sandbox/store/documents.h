@@ -59,6 +59,9 @@ class Documents {
   std::optional<Document> find_by_number(const DocumentKind& kind, std::string_view number);
   /// In the order of their keys.
   std::vector<Document> children(const DocumentKind& kind, std::string_view parent);
+  std::int64_t count(const DocumentKind& kind);
+  /// So many of a kind behind this key, in the order in which the database has keys.
+  std::vector<Document> list(const DocumentKind& kind, std::string_view after, std::int64_t most);
   /// A key that was not given out before and that no document has.
   std::string fresh_gid(const DocumentKind& kind);
   /// Keeps this tree as the body of the document, one revision on. Number, status and lock are what

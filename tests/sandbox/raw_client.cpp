@@ -8,6 +8,7 @@
 
 #include <array>
 #include <charconv>
+#include <utility>
 
 namespace bvconn::test {
 
@@ -93,6 +94,11 @@ RawReply RawClient::receive(std::chrono::milliseconds patience) {
   reply.body = pending_.substr(0, length);
   pending_.erase(0, length);
   return reply;
+}
+
+std::string RawClient::receive_some(std::chrono::milliseconds patience) {
+  read_more(std::chrono::steady_clock::now() + patience);
+  return std::exchange(pending_, {});
 }
 
 bool RawClient::ends(std::chrono::milliseconds patience) {

@@ -36,6 +36,8 @@ class RawClient {
   RawReply receive_head();
   /// Whether the last reply that was read began to come and did not end.
   bool was_cut() const { return was_cut_; }
+  /// What comes within this time, whatever it is.
+  std::string receive_some(std::chrono::milliseconds patience);
   /// Whether the other side ends the connection within this time.
   bool ends(std::chrono::milliseconds patience = std::chrono::seconds(10));
 
