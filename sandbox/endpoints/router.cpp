@@ -8,6 +8,7 @@
 #include "sandbox/endpoints/record.h"
 #include "sandbox/endpoints/stubbed.h"
 #include "sandbox/faults/misbehave.h"
+#include "sandbox/page/page.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -57,16 +58,24 @@ Reply exchange(ServedSandbox& sandbox, const Operations& operations, const Reque
   return reply;
 }
 
+/// What a browser shows of it is what it says that it is.
+Reply answer_admin_safely(ServedSandbox& sandbox, const Request& request) {
+  Reply reply = answer_admin(sandbox, request);
+  reply.headers.push_back({.name = "X-Content-Type-Options", .value = "nosniff"});
+  return reply;
+}
+
 Reply route(ServedSandbox& sandbox, const Operations& operations, const Request& request) {
   const std::string_view path = request.path();
   if (auto refusal = refuse_stranger(sandbox, request)) return std::move(*refusal);
   if (path == "/soap" || path == "/dal" || path.starts_with("/dal/")) {
     return exchange(sandbox, operations, request);
   }
-  if (path.starts_with("/admin/")) return answer_admin(sandbox, request);
+  if (path.starts_with("/admin/")) return answer_admin_safely(sandbox, request);
+  if (path == "/" || path.starts_with("/page/")) return answer_page(request);
   return text_reply(404,
-                    "There is nothing here. POST to /soap or /dal/{Object}/{Operation}, or ask "
-                    "/admin/.\n");
+                    "There is nothing here. POST to /soap or /dal/{Object}/{Operation}, ask "
+                    "/admin/, or look at /.\n");
 }
 
 }  // namespace

@@ -73,21 +73,21 @@ TEST_F(SandboxCalls, ShowArgumentsInTheirOrderWithTypesAndDefaults) {
 }
 
 TEST_F(SandboxCalls, AreMadeByTheLibraryOnBothRoutes) {
-  const json asked{{"operation", "BVInvoiceConnector.GetInvoice"},
-                   {"arguments", {{"aSessionID", "ANNA"}, {"strInvoiceUID", "INV-1001"}}}};
+  json asked{
+      {"operation", "BVOrderConnector.getSAPOrderView"},
+      {"arguments", {{"aSessionID", "ANNA"}, {"aOrderGID", "ORD-5001"}, {"aIncludePrice", true}}}};
   const json soap = call(asked);
   EXPECT_EQ(soap["route"], "soap");
   EXPECT_EQ(soap["result"]["type"], "SoapNode");
-  EXPECT_THAT(soap["result"]["xml"].get<std::string>(), HasSubstr(">INV-1001</InvoiceUID>"));
-  json by_dal = asked;
-  by_dal.update({{"route", "dal"}, {"user", "ANNA"}, {"password", "x"}});
-  const json dal = call(by_dal);
-  EXPECT_THAT(dal["result"]["xml"].get<std::string>(), HasSubstr(">INV-1001</InvoiceUID>"));
-  const json exchanges = get("/admin/journal")["exchanges"];
-  ASSERT_GE(exchanges.size(), 2U);
-  EXPECT_EQ(exchanges.front()["route"], "soap");
-  EXPECT_EQ(exchanges.back()["route"], "dal");
-  EXPECT_EQ(exchanges.back()["operations"][0], "BVInvoiceConnector.GetInvoice");
+  EXPECT_THAT(soap["result"]["xml"].get<std::string>(), HasSubstr(">ORD-5001</"));
+  asked.update({{"route", "dal"}, {"user", "ANNA"}, {"password", "x"}});
+  const json dal = call(asked);
+  EXPECT_EQ(dal["route"], "dal");
+  EXPECT_THAT(dal["result"]["xml"].get<std::string>(), HasSubstr(">ORD-5001</"));
+  const json journal = get("/admin/journal");
+  EXPECT_EQ(journal["exchanges"].front()["route"], "soap");
+  EXPECT_EQ(journal["exchanges"].back()["route"], "dal");
+  EXPECT_EQ(journal["exchanges"].back()["operations"][0], "BVOrderConnector.getSAPOrderView");
 }
 
 TEST_F(SandboxCalls, ShowAnErrorWithNumberSourceAndDescription) {
