@@ -108,7 +108,7 @@ function(bvconn_install_documents)
   install(FILES "${PROJECT_BINARY_DIR}/install/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
     ${documentation})
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" ${documentation}
-    FILES_MATCHING PATTERN "*.md" PATTERN "installed.md" EXCLUDE
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "installed.md" EXCLUDE
     # These are for work on the sources.
     PATTERN "adding-an-operation.md" EXCLUDE PATTERN "rooms.md" EXCLUDE
     PATTERN "man" EXCLUDE PATTERN "reference" EXCLUDE)

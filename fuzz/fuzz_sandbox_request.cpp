@@ -144,6 +144,8 @@ void check(const Request& request, const Reply& reply) {
     require_status(reply, {200, 201, 400, 404, 405, 409});
     require(reply.status == 200 || !reply.body.empty(), "a refusal without a word",
             std::to_string(reply.status));
+  } else if (request.path() == "/" || request.path().starts_with("/page/")) {
+    require_status(reply, {200, 404, 405});
   } else {
     require_status(reply, {404});
   }

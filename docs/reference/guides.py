@@ -85,6 +85,10 @@ class Guides:
             return link(root + "guides/index.html", words)
         if path.endswith(".md"):
             return link(root + site_path(path) + anchor, words)
+        if path.endswith(".png"):
+            picture = "guides/" + posixpath.basename(path)
+            self.site.copy(full, picture)
+            return el("img", src=root + picture, alt=words)
         header = self.api.file(path)
         if header:
             return link(root + header, words)

@@ -21,7 +21,7 @@ def el(tag, /, *children, **attributes):
     words = "".join(
         f' {key.rstrip("_").replace("_", "-")}="{escaped(value)}"'
         for key, value in attributes.items() if value is not None)
-    if tag in ("meta", "link", "input"):
+    if tag in ("meta", "link", "input", "img"):
         return Markup(f"<{tag}{words}>")
     return Markup(f"<{tag}{words}>{escaped(children)}</{tag}>")
 

@@ -1,6 +1,7 @@
 """What all pages have in common, and the folder that they are written to."""
 
 import os
+import shutil
 
 from markup import Markup, el, joined, link
 
@@ -27,6 +28,11 @@ class Site:
         os.makedirs(os.path.dirname(target), exist_ok=True)
         with open(target, "w", encoding="utf-8", newline="\n") as file:
             file.write(text)
+
+    def copy(self, source, path):
+        target = os.path.join(self.folder, path)
+        os.makedirs(os.path.dirname(target), exist_ok=True)
+        shutil.copyfile(source, target)
 
     def write_page(self, path, title, *content, way=()):
         """`way` leads from the overview to this page: pairs of path and words."""

@@ -3,6 +3,7 @@ nothing that anybody sends becomes more than a text."""
 
 import json
 import threading
+import time
 import unittest
 from http.server import BaseHTTPRequestHandler, HTTPServer
 
@@ -189,6 +190,8 @@ class Page(unittest.TestCase):
         self.assertEqual(len(operations), 205)
         for each in operations:
             name = each["operation"]
+            # A browser takes two hundred ways in ten seconds, and then no more.
+            time.sleep(0.06)
             self.browser.run(f"location.hash = '#/call/{name}'")
             self.browser.until(f"document.querySelector('h1').innerText === {json.dumps(name)} "
                                "&& document.querySelector('main form')")
