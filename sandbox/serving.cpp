@@ -25,8 +25,8 @@ void tell_ready(const Server& server, const std::string& authority_file) {
   if (::isatty(STDERR_FILENO) == 0) return;
   const std::string trusted =
       authority_file.empty() ? "" : "; clients trust it with BVCONN_CA_FILE=" + authority_file;
-  std::fputs(("bvsandbox: SOAP on " + base + "/soap, data access layer on " + base + "/dal" +
-              trusted + "; Ctrl-C ends it\n")
+  std::fputs(("bvsandbox: SOAP on " + base + "/soap, a page for browsers on " + base +
+              "/, data access layer on " + base + "/dal" + trusted + "; Ctrl-C ends it\n")
                  .c_str(),
              stderr);
 }
