@@ -85,6 +85,28 @@ TEST_F(SandboxGuard, LetsClientsNameTheServerAsTheyLike) {
             403);
 }
 
+TEST_F(SandboxGuard, ServesThePageUnderAStrictPolicy) {
+  const RawReply page = ask(sandbox_, "GET", "/", "Host: localhost\r\n");
+  EXPECT_EQ(page.status, 200);
+  EXPECT_EQ(page.header("Content-Type"), "text/html; charset=utf-8");
+  EXPECT_EQ(page.header("X-Content-Type-Options"), "nosniff");
+  const std::string policy = page.header("Content-Security-Policy");
+  EXPECT_THAT(policy, HasSubstr("default-src 'none'; script-src 'self'; style-src 'self'; "));
+  EXPECT_THAT(policy, HasSubstr("frame-ancestors 'none'"));
+  EXPECT_THAT(policy, ::testing::Not(HasSubstr("unsafe")));
+  const RawReply script = ask(sandbox_, "GET", "/page/main.js", "Host: localhost\r\n");
+  EXPECT_EQ(script.header("Content-Type"), "text/javascript; charset=utf-8");
+  EXPECT_EQ(ask(sandbox_, "POST", "/", "Host: localhost\r\n").status, 405);
+  EXPECT_EQ(ask(sandbox_, "GET", "/", "Host: evil.example\r\n").status, 403);
+  // A link leads there from anywhere, which nothing else of a stranger does.
+  const std::string followed = "Host: localhost\r\nSec-Fetch-Site: cross-site\r\n";
+  const std::string shown = "Sec-Fetch-Mode: navigate\r\nSec-Fetch-Dest: ";
+  EXPECT_EQ(ask(sandbox_, "GET", "/", followed + shown + "document\r\n").status, 200);
+  EXPECT_EQ(ask(sandbox_, "GET", "/", followed + shown + "iframe\r\n").status, 403);
+  EXPECT_EQ(ask(sandbox_, "GET", "/page/main.js", followed).status, 403);
+  EXPECT_EQ(ask(sandbox_, "GET", "/admin/faults", followed + shown + "document\r\n").status, 403);
+}
+
 TEST(SandboxOptions, RefusesAnAllowedHostThatIsNone) {
   const CommandRun run = run_sandbox({"--allowed-host", "http://sandbox.example"});
   EXPECT_EQ(run.status, 2);

@@ -160,7 +160,8 @@ TEST(SandboxProcess, GarbageDoesNotHurtIt) {
 
 TEST(SandboxProcess, UnknownPathsAreNotFound) {
   SandboxProcess sandbox;
-  EXPECT_EQ(exchange(sandbox.port(), http_request("POST", "/", "", "")).status, 404);
+  EXPECT_EQ(exchange(sandbox.port(), http_request("POST", "/other", "", "")).status, 404);
+  EXPECT_EQ(exchange(sandbox.port(), http_request("GET", "/page/other.js", "", "")).status, 404);
   EXPECT_EQ(exchange(sandbox.port(), http_request("GET", "/admin/other", "", "")).status, 404);
 }
 
