@@ -75,7 +75,7 @@ TEST(Overwritten, MayBeginWithTheBuffer) {
   expect_distance(overwritten.distance(text.data(), text.data() + 10), 0, 10);
 }
 
-/// A text in which there is something of everything, long enough for numbers of several bytes.
+/// A text in which there is something of everything.
 std::string some_text(std::minstd_rand& random, std::size_t size) {
   constexpr std::string_view kPieces[] = {"\n", "\r\n", "\r", "\xC3\xB6", "\xE2\x82\xAC", "a", "b"};
   std::string text;

@@ -16,15 +16,6 @@ Distance counted(const char* from, const char* to) noexcept {
   return found;
 }
 
-std::uint32_t taken(const unsigned char*& at) noexcept {
-  std::uint32_t number = 0;
-  for (unsigned shift = 0;; shift += 7) {
-    const std::uint32_t byte = *at++;
-    number |= (byte & 0x7Fu) << shift;
-    if (byte < 0x80) return number;
-  }
-}
-
 }  // namespace
 
 void Distance::add(const Distance& more) noexcept {
@@ -35,51 +26,23 @@ void Distance::add(const Distance& more) noexcept {
 void Overwritten::note(const char* from, const char* to) {
   const std::uint32_t begin = offset(from);
   const std::uint32_t end = offset(to);
-  if (last_.end < begin) {
-    put_away();
-    last_ = {.begin = begin, .end = begin, .held = {}};
+  if (stretches_.empty() || stretches_.back().end < begin) {
+    stretches_.push({.begin = begin, .end = begin, .held = {}});
   }
-  if (last_.end >= end) return;
-  last_.held.add(counted(buffer_ + last_.end, to));
-  last_.end = end;
-}
-
-void Overwritten::put_away() {
-  put(last_.begin - put_away_end_);
-  put(last_.end - last_.begin);
-  put(last_.held.line_ends);
-  put(last_.held.columns);
-  put_away_end_ = last_.end;
-}
-
-void Overwritten::put(std::uint32_t number) {
-  for (; number >= 0x80; number >>= 7) {
-    earlier_.push(static_cast<unsigned char>(0x80u | (number & 0x7Fu)));
-  }
-  earlier_.push(static_cast<unsigned char>(number));
+  Stretch& last = stretches_.back();
+  if (last.end >= end) return;
+  last.held.add(counted(buffer_ + last.end, to));
+  last.end = end;
 }
 
 Distance Overwritten::distance(const char* from, const char* to) const {
   Distance all;
-  const auto passed = [&](const Stretch& stretch) {
-    if (stretch.end > offset(to)) return false;
-    if (stretch.begin < offset(from)) return true;
+  for (const Stretch& stretch : stretches_.items()) {
+    if (stretch.end > offset(to)) break;
     all.add(counted(from, buffer_ + stretch.begin));
     all.add(stretch.held);
     from = buffer_ + stretch.end;
-    return true;
-  };
-  Stretch stretch;
-  const unsigned char* at = earlier_.begin();
-  bool more = true;
-  while (more && at != earlier_.end()) {
-    stretch.begin = stretch.end + taken(at);
-    stretch.end = stretch.begin + taken(at);
-    stretch.held.line_ends = taken(at);
-    stretch.held.columns = taken(at);
-    more = passed(stretch);
   }
-  if (more) passed(last_);
   all.add(counted(from, to));
   return all;
 }

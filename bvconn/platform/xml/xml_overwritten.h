@@ -17,8 +17,7 @@ struct Distance {
 /// Where a reader has overwritten its buffer, and how far it was across what stood there before.
 ///
 /// All else is as it was given; so the place of an error can be reported afterwards, and lines need
-/// not be counted on the way. A text with an entity in each row has many such stretches: five bytes
-/// are kept of a short one.
+/// not be counted on the way.
 class Overwritten {
  public:
   /// The buffer has less than 4 GiB.
@@ -34,24 +33,18 @@ class Overwritten {
 
  private:
   struct Stretch {
-    std::uint32_t begin = 0;
-    std::uint32_t end = 0;
+    std::uint32_t begin;
+    std::uint32_t end;
     Distance held;
   };
 
   std::uint32_t offset(const char* at) const noexcept {
     return static_cast<std::uint32_t>(at - buffer_);
   }
-  void put_away();
-  void put(std::uint32_t number);
 
   const char* buffer_;
-  Stretch last_;
-  std::uint32_t put_away_end_ = 0;
-  /// The stretches before the last: of each how far behind the one before it begins, its length,
-  /// its line ends and its columns. Each number takes seven bits of a byte, lowest first, and the
-  /// eighth says that it goes on.
-  Stack<unsigned char, 64> earlier_;
+  /// In their order. A text with an entity in each row has many.
+  Stack<Stretch, 8> stretches_;
 };
 
 }  // namespace bvconn::detail::xml
