@@ -15,17 +15,27 @@ FOLDER = ROOT / "build" / "compare"
 TARGETS = ["peer_bvconn", "micro_reading", "micro_writing", "micro_values", "micro_calls", "micro_json"]
 
 
-def build_of(base):
-    """Builds the library as it was at a revision; gives the folder of the programs."""
-    commit = run_git("rev-parse", "--short=12", base + "^{commit}")
-    tree, build = FOLDER / f"tree-{commit}", FOLDER / f"build-{commit}"
+def commit_of(base):
+    """The commit that a revision stands for; "" where there is none."""
+    command = ["git", "-C", str(ROOT), "rev-parse", "--quiet", "--verify", "--short=12"]
+    command += ["--end-of-options", base + "^{commit}"]
+    return subprocess.run(command, stdout=subprocess.PIPE, text=True).stdout.strip()
+
+
+def build_of(commit):
+    """Builds the library as it was at a commit; gives the folder of the programs."""
+    tree = FOLDER / commit
+    build = tree / "build" / "compare"
     if not tree.exists():
         run_git("worktree", "prune")
         run_git("worktree", "add", "--detach", str(tree), commit)
     configure = ["cmake", "-S", HERE, "-B", build, "-G", "Ninja"]
     configure += ["-DCMAKE_BUILD_TYPE=Release", f"-DBVCONN_TREE={tree}"]
     if shutil.which("ccache"):
-        configure.append("-DCMAKE_CXX_COMPILER_LAUNCHER=ccache")
+        # Paths count from the tree, as the folder of the build lies in it: what is the same in two
+        # revisions is compiled once.
+        ccache = f"cmake;-E;env;CCACHE_BASEDIR={tree};CCACHE_NOHASHDIR=1;ccache"
+        configure.append(f"-DCMAKE_CXX_COMPILER_LAUNCHER={ccache}")
     subprocess.run([str(word) for word in configure], check=True, stdout=sys.stderr)
     # A part that this revision's library cannot be asked for is left out.
     for target in TARGETS:
@@ -33,8 +43,8 @@ def build_of(base):
         done = subprocess.run([str(word) for word in command], stdout=sys.stderr)
         if done.returncode != 0:
             if target == TARGETS[0]:
-                sys.exit(f"{base} cannot be built")
-            print(f"{target} cannot be built with {base}: it is not compared", file=sys.stderr)
+                sys.exit(f"{commit} cannot be built")
+            print(f"{target} cannot be built with {commit}: it is not compared", file=sys.stderr)
     return build
 
 
