@@ -4,19 +4,19 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <functional>
 #include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "sandbox/becomes.h"
 #include "sandbox/journal/stored_entry.h"
 #include "sandbox/shared_place.h"
-#include "sandbox/store/store.h"
 
 namespace bvconn::sandbox {
 namespace {
 
+using test::becomes;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -30,11 +30,7 @@ class SharedJournals : public ::testing::Test {
   }
 
   static const std::string& place() {
-    static const std::string place = [] {
-      std::string made = test::new_shared_place();
-      Store(made, std::nullopt);
-      return made;
-    }();
+    static const std::string place = test::new_place_of_store();
     return place;
   }
 };
@@ -49,15 +45,6 @@ std::vector<std::string> methods(const std::vector<EntryPointer>& entries) {
   std::vector<std::string> all;
   for (const EntryPointer& each : entries) all.push_back(each->method);
   return all;
-}
-
-bool becomes(const std::function<bool()>& holds) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while (!holds()) {
-    if (std::chrono::steady_clock::now() > deadline) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  return true;
 }
 
 TEST_F(SharedJournals, OneReadsAtOnceWhatItHasKeptAndSoonWhatTheOtherHas) {

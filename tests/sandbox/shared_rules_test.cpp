@@ -2,23 +2,22 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "sandbox/becomes.h"
 #include "sandbox/faults/fault_forms.h"
 #include "sandbox/faults/shared_fault_book.h"
 #include "sandbox/shared_place.h"
-#include "sandbox/store/store.h"
 #include "sandbox/stubs/shared_stub_book.h"
 #include "sandbox/stubs/stub_forms.h"
 
 namespace bvconn::sandbox {
 namespace {
 
+using test::becomes;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -43,11 +42,7 @@ class SharedBooks : public ::testing::Test {
   }
 
   static const std::string& place() {
-    static const std::string place = [] {
-      std::string made = test::new_shared_place();
-      Store(made, std::nullopt);
-      return made;
-    }();
+    static const std::string place = test::new_place_of_store();
     return place;
   }
   static std::unique_ptr<SharedStubBook> stub_book() {
@@ -66,15 +61,6 @@ std::vector<FaultRule> faults(const std::string& json) {
 
 std::vector<StubRule> stubs(const std::string& json) {
   return stubs_from_text(json, {&get_invoice()});
-}
-
-bool becomes(const std::function<bool()>& holds) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while (!holds()) {
-    if (std::chrono::steady_clock::now() > deadline) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  return true;
 }
 
 TEST_F(SharedBooks, AFaultOfOneHitsAtOnceThereAndSoonAtTheOther) {

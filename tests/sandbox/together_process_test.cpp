@@ -5,7 +5,6 @@
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <functional>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -13,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "sandbox/becomes.h"
 #include "sandbox/postgres_server.h"
 #include "sandbox/sandbox_process.h"
 
@@ -34,15 +34,6 @@ RawReply admin(const SandboxProcess& process, std::string_view method, std::stri
 RawReply get_invoice(SandboxProcess& process, const std::string& uid) {
   return process.soap("urn:InvoiceService", "getInvoice",
                       "<param xsi:type=\"xsd:string\">" + uid + "</param>");
-}
-
-bool becomes(const std::function<bool()>& holds) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while (!holds()) {
-    if (std::chrono::steady_clock::now() > deadline) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return true;
 }
 
 /// Four processes on one database, which all tests share; each begins without journal and rules.
