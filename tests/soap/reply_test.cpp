@@ -171,6 +171,13 @@ TEST(FaultCode, WithAnUndeclaredPrefixKeepsItsLocalPart) {
             Variant(QualifiedName{"", "10041"}));
 }
 
+TEST(FaultCode, LosesTheBlanksBehindItsPrefix) {
+  EXPECT_EQ(fault_code("<faultcode>soapenv: 10041</faultcode>"),
+            Variant(QualifiedName{"http://schemas.xmlsoap.org/soap/envelope/", "10041"}));
+  EXPECT_EQ(fault_code("<faultcode>a:101:\t no '2'</faultcode>"),
+            Variant(QualifiedName{"", "no '2'"}));
+}
+
 TEST(FaultCode, IsAQualifiedNameWhateverItsType) {
   EXPECT_EQ(fault_code("<faultcode xsi:type='xsd:QName'>soapenv:Client</faultcode>"),
             Variant(QualifiedName{"http://schemas.xmlsoap.org/soap/envelope/", "Client"}));

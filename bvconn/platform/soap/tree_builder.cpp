@@ -301,7 +301,9 @@ void TreeBuilder::make_qualified(NodeData& node, const xml::Scope& scope) {
   Shape shape = *node.shape;
   shape.type_space = slice(uri);
   node.shape = shapes_.find(shape);
-  node.text = slice(local);
+  // A blank behind the colon is none of the name's: it would be lost where the name is written
+  // alone.
+  node.text = slice(trim_xml_space(local));
   node.set(kQualified);
 }
 
