@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "bvconn/automation/interface.h"
 #include "bvconn/component/class_factory.h"
@@ -48,23 +50,57 @@ TEST(ClassTable, NoClassHasTwoMembersThatDifferInCaseAlone) {
   }
 }
 
-TEST(ClassTable, NoIdentifierStandsTwice) {
-  std::set<std::string> ids;
-  for (const ComponentClass& row : component_classes()) ids.insert(guid_text(row.id));
-  ids.insert(guid_text(kHeartBeatEvents));
-  EXPECT_EQ(ids.size(), component_classes().size() + 1);
+/// The lines of the literal table, without its comments.
+std::vector<std::string> literal_identifiers() {
+  std::ifstream file(BVCONN_IDENTIFIERS);
+  EXPECT_TRUE(file.is_open()) << "cannot read " << BVCONN_IDENTIFIERS;
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(file, line);) {
+    if (!line.empty() && line.front() != '#') lines.push_back(line);
+  }
+  return lines;
 }
 
-// Installed applications hold them, so that these texts must never change.
+template <class Row>
+void add_lines(std::vector<std::string>& lines, std::string_view kind, const Row& row) {
+  const std::string name(row.name);
+  lines.push_back(std::string(kind) + " " + name + " " + guid_text(row.id));
+  lines.push_back("members of " + name + " " + guid_text(row.interface_id));
+}
+
+// Installed applications and the registry hold them, so that none of them may ever change.
 TEST(ClassTable, IdentifiersAreWhatApplicationsHold) {
-  EXPECT_EQ(guid_text(find_component_class("BVConn.BVConnectorObject")->id),
-            "{9688093D-FAE0-475A-81F6-288D6628AF5C}");
-  EXPECT_EQ(guid_text(find_component_class("BVConn.BVInvoiceConnector")->id),
-            "{B1D1DDEA-A3A5-4FD6-AE06-630F3CBF7E97}");
-  EXPECT_EQ(guid_text(find_component_class("BVConn.SoapNode")->id),
-            "{3F0C61F3-D917-4DF8-9AFE-3905DCF93878}");
-  EXPECT_EQ(guid_text(find_component_class("BVConn.Support")->id),
-            "{12B048C8-F020-4C64-B507-C7E928DFECC5}");
+  std::vector<std::string> lines{"type library " + guid_text(kTypeLibrary) + " " +
+                                     std::to_string(kTypeLibraryMajor) + "." +
+                                     std::to_string(kTypeLibraryMinor),
+                                 "events of BVHeartBeatConnector " + guid_text(kHeartBeatEvents)};
+  for (const ComponentClass& row : component_classes()) {
+    add_lines(lines, row.helper ? "helper" : "class", row);
+  }
+  for (const ResultObject& row : result_objects()) add_lines(lines, "result", row);
+  EXPECT_EQ(lines, literal_identifiers());
+}
+
+TEST(ClassTable, NoIdentifierStandsTwice) {
+  std::set<std::string> ids{guid_text(kHeartBeatEvents), guid_text(kTypeLibrary),
+                            guid_text(kNullGuid)};
+  std::size_t all = ids.size();
+  const auto add = [&](const auto& row) {
+    ids.insert({guid_text(row.id), guid_text(row.interface_id)});
+    all += 2;
+  };
+  std::ranges::for_each(component_classes(), add);
+  std::ranges::for_each(result_objects(), add);
+  EXPECT_EQ(ids.size(), all);
+  EXPECT_EQ(all, 3u + 2u * (25u + 3u));
+}
+
+TEST(ClassTable, MembersAreIdentifiedByTheNameOfTheirObject) {
+  EXPECT_EQ(guid_text(interface_id_of("BVConnectorObject")),
+            "{5FCAE8F3-C878-4447-B912-482ADFC8848C}");
+  EXPECT_EQ(interface_id_of("SoapNode"), find_component_class("BVConn.SoapNode")->interface_id);
+  EXPECT_EQ(interface_id_of("SoapNodes"), result_objects().front().interface_id);
+  EXPECT_EQ(interface_id_of("SearchService"), kNullGuid);
 }
 
 TEST(ClassTable, ProgramIdentifiersAreFoundInAnyCase) {
