@@ -65,6 +65,9 @@ const std::vector<Room>& rooms() {
       {"tools/",
        {"bvconn/platform/", "bvconn/core/session_state", "bvconn/core/settings",
         "bvconn/automation/", "bvconn/observation/"}},
+      // It writes down what hosts see.
+      {"tools/typelib/",
+       {"bvconn/platform/soap/", "bvconn/automation/", "bvconn/component/class_table"}},
       {"sandbox/", {"bvconn/platform/", "bvconn/automation/", "bvconn/observation/"}},
       {"tests/"},
       {"fuzz/"},
