@@ -11,8 +11,8 @@
 ///
 /// An interface is a class of pure virtual functions without a virtual destructor: an object's
 /// first word points at a plain list of function pointers, in the order of the declarations, whose
-/// first argument is the object. The functions use the platform's ordinary calling convention. No
-/// exception passes in either direction, which is why every function is noexcept.
+/// first argument is the object. BVCONN_CALL stands before every function, also before those of the
+/// host. No exception passes in either direction, which is why every function is noexcept.
 namespace bvconn::component {
 
 // Interfaces. `kId` is the identifier of each.
@@ -20,9 +20,9 @@ namespace bvconn::component {
 class IUnknownAbi {
  public:
   static constexpr Guid kId = BVCONN_IID_UNKNOWN;
-  virtual Hresult QueryInterface(const Guid* id, void** object) noexcept = 0;
-  virtual std::uint32_t AddRef() noexcept = 0;
-  virtual std::uint32_t Release() noexcept = 0;
+  virtual Hresult BVCONN_CALL QueryInterface(const Guid* id, void** object) noexcept = 0;
+  virtual std::uint32_t BVCONN_CALL AddRef() noexcept = 0;
+  virtual std::uint32_t BVCONN_CALL Release() noexcept = 0;
 
  protected:
   ~IUnknownAbi() = default;
@@ -31,8 +31,9 @@ class IUnknownAbi {
 class IClassFactoryAbi : public IUnknownAbi {
  public:
   static constexpr Guid kId = BVCONN_IID_CLASS_FACTORY;
-  virtual Hresult CreateInstance(IUnknownAbi* outer, const Guid* id, void** object) noexcept = 0;
-  virtual Hresult LockServer(std::int32_t lock) noexcept = 0;
+  virtual Hresult BVCONN_CALL CreateInstance(IUnknownAbi* outer, const Guid* id,
+                                             void** object) noexcept = 0;
+  virtual Hresult BVCONN_CALL LockServer(std::int32_t lock) noexcept = 0;
 
  protected:
   ~IClassFactoryAbi() = default;
@@ -41,13 +42,16 @@ class IClassFactoryAbi : public IUnknownAbi {
 class IDispatchAbi : public IUnknownAbi {
  public:
   static constexpr Guid kId = BVCONN_IID_DISPATCH;
-  virtual Hresult GetTypeInfoCount(std::uint32_t* count) noexcept = 0;
-  virtual Hresult GetTypeInfo(std::uint32_t index, std::uint32_t locale, void** info) noexcept = 0;
-  virtual Hresult GetIDsOfNames(const Guid* reserved, char16_t** names, std::uint32_t count,
-                                std::uint32_t locale, DispatchId* ids) noexcept = 0;
-  virtual Hresult Invoke(DispatchId id, const Guid* reserved, std::uint32_t locale,
-                         std::uint16_t flags, DispatchParams* parameters, VariantRecord* result,
-                         ExceptionRecord* exception, std::uint32_t* argument_index) noexcept = 0;
+  virtual Hresult BVCONN_CALL GetTypeInfoCount(std::uint32_t* count) noexcept = 0;
+  virtual Hresult BVCONN_CALL GetTypeInfo(std::uint32_t index, std::uint32_t locale,
+                                          void** info) noexcept = 0;
+  virtual Hresult BVCONN_CALL GetIDsOfNames(const Guid* reserved, char16_t** names,
+                                            std::uint32_t count, std::uint32_t locale,
+                                            DispatchId* ids) noexcept = 0;
+  virtual Hresult BVCONN_CALL Invoke(DispatchId id, const Guid* reserved, std::uint32_t locale,
+                                     std::uint16_t flags, DispatchParams* parameters,
+                                     VariantRecord* result, ExceptionRecord* exception,
+                                     std::uint32_t* argument_index) noexcept = 0;
 
  protected:
   ~IDispatchAbi() = default;
@@ -58,10 +62,11 @@ class IDispatchAbi : public IUnknownAbi {
 template <typename Interface, typename Item>
 class EnumeratorAbi : public IUnknownAbi {
  public:
-  virtual Hresult Next(std::uint32_t wanted, Item* items, std::uint32_t* fetched) noexcept = 0;
-  virtual Hresult Skip(std::uint32_t count) noexcept = 0;
-  virtual Hresult Reset() noexcept = 0;
-  virtual Hresult Clone(Interface** copy) noexcept = 0;
+  virtual Hresult BVCONN_CALL Next(std::uint32_t wanted, Item* items,
+                                   std::uint32_t* fetched) noexcept = 0;
+  virtual Hresult BVCONN_CALL Skip(std::uint32_t count) noexcept = 0;
+  virtual Hresult BVCONN_CALL Reset() noexcept = 0;
+  virtual Hresult BVCONN_CALL Clone(Interface** copy) noexcept = 0;
 
  protected:
   ~EnumeratorAbi() = default;
@@ -88,11 +93,12 @@ class IConnectionPointContainerAbi;
 class IConnectionPointAbi : public IUnknownAbi {
  public:
   static constexpr Guid kId = BVCONN_IID_CONNECTION_POINT;
-  virtual Hresult GetConnectionInterface(Guid* id) noexcept = 0;
-  virtual Hresult GetConnectionPointContainer(IConnectionPointContainerAbi** owner) noexcept = 0;
-  virtual Hresult Advise(IUnknownAbi* sink, std::uint32_t* cookie) noexcept = 0;
-  virtual Hresult Unadvise(std::uint32_t cookie) noexcept = 0;
-  virtual Hresult EnumConnections(IEnumConnectionsAbi** connections) noexcept = 0;
+  virtual Hresult BVCONN_CALL GetConnectionInterface(Guid* id) noexcept = 0;
+  virtual Hresult BVCONN_CALL
+  GetConnectionPointContainer(IConnectionPointContainerAbi** owner) noexcept = 0;
+  virtual Hresult BVCONN_CALL Advise(IUnknownAbi* sink, std::uint32_t* cookie) noexcept = 0;
+  virtual Hresult BVCONN_CALL Unadvise(std::uint32_t cookie) noexcept = 0;
+  virtual Hresult BVCONN_CALL EnumConnections(IEnumConnectionsAbi** connections) noexcept = 0;
 
  protected:
   ~IConnectionPointAbi() = default;
@@ -110,8 +116,9 @@ class IEnumConnectionPointsAbi
 class IConnectionPointContainerAbi : public IUnknownAbi {
  public:
   static constexpr Guid kId = BVCONN_IID_CONNECTION_POINT_CONTAINER;
-  virtual Hresult EnumConnectionPoints(IEnumConnectionPointsAbi** points) noexcept = 0;
-  virtual Hresult FindConnectionPoint(const Guid* id, IConnectionPointAbi** point) noexcept = 0;
+  virtual Hresult BVCONN_CALL EnumConnectionPoints(IEnumConnectionPointsAbi** points) noexcept = 0;
+  virtual Hresult BVCONN_CALL FindConnectionPoint(const Guid* id,
+                                                  IConnectionPointAbi** point) noexcept = 0;
 
  protected:
   ~IConnectionPointContainerAbi() = default;
@@ -131,6 +138,7 @@ using ::BVConnFreeStringFunction;
 using ::BVConnStringLengthFunction;
 using ::DllCanUnloadNowFunction;
 using ::DllGetClassObjectFunction;
+using ::DllInstallFunction;
 using ::DllRegisterServerFunction;
 using ::DllUnregisterServerFunction;
 

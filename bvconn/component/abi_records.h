@@ -78,6 +78,7 @@ inline constexpr std::uint16_t kError = BVCONN_TYPE_ERROR;
 inline constexpr std::uint16_t kBoolean = BVCONN_TYPE_BOOLEAN;
 inline constexpr std::uint16_t kVariant = BVCONN_TYPE_VARIANT;
 inline constexpr std::uint16_t kUnknown = BVCONN_TYPE_UNKNOWN;
+inline constexpr std::uint16_t kDecimal = BVCONN_TYPE_DECIMAL;
 inline constexpr std::uint16_t kInt8 = BVCONN_TYPE_INT8;
 inline constexpr std::uint16_t kUint8 = BVCONN_TYPE_UINT8;
 inline constexpr std::uint16_t kUint16 = BVCONN_TYPE_UINT16;
@@ -101,6 +102,8 @@ inline constexpr std::uint16_t kEmbedded = BVCONN_ARRAY_EMBEDDED;
 inline constexpr std::uint16_t kFixedSize = BVCONN_ARRAY_FIXED_SIZE;
 inline constexpr std::uint16_t kHasType = BVCONN_ARRAY_HAS_TYPE;
 inline constexpr std::uint16_t kStrings = BVCONN_ARRAY_STRINGS;
+inline constexpr std::uint16_t kUnknowns = BVCONN_ARRAY_UNKNOWNS;
+inline constexpr std::uint16_t kDispatches = BVCONN_ARRAY_DISPATCHES;
 inline constexpr std::uint16_t kVariants = BVCONN_ARRAY_VARIANTS;
 }  // namespace array_feature
 
@@ -108,6 +111,7 @@ using ArrayBound = BVConnArrayBound;
 using ArrayRecord = BVConnArray;
 using VariantData = BVConnVariantData;
 using VariantRecord = BVConnVariant;
+using DecimalRecord = BVConnDecimal;
 
 // Calls by name.
 
@@ -132,26 +136,35 @@ using DispatchParams = BVConnArguments;
 using ExceptionRecord = BVConnException;
 using ConnectionRecord = BVConnConnection;
 
-// The layouts.
+// The layouts: what stands behind a pointer moves with the size of one.
 
-static_assert(sizeof(void*) == 8, "the records have the layout of a 64-bit platform");
+inline constexpr std::size_t kPointer = sizeof(void*);
+
+static_assert(kPointer == 8 || kPointer == 4);
 static_assert(sizeof(Guid) == 16 && offsetof(Guid, data2) == 4 && offsetof(Guid, data3) == 6 &&
               offsetof(Guid, data4) == 8);
-static_assert(sizeof(VariantData) == 16);
-static_assert(sizeof(VariantRecord) == 24 && offsetof(VariantRecord, value) == 8);
+static_assert(sizeof(VariantData) == 2 * kPointer);
+static_assert(sizeof(VariantRecord) == 8 + 2 * kPointer && offsetof(VariantRecord, value) == 8);
+static_assert(sizeof(DecimalRecord) == 16 && offsetof(DecimalRecord, high) == 4 &&
+              offsetof(DecimalRecord, low) == 8);
 static_assert(sizeof(ArrayBound) == 8 && offsetof(ArrayBound, lower) == 4);
-static_assert(sizeof(ArrayRecord) == 32 && offsetof(ArrayRecord, features) == 2 &&
+static_assert(sizeof(ArrayRecord) == 16 + 2 * kPointer && offsetof(ArrayRecord, features) == 2 &&
               offsetof(ArrayRecord, element_size) == 4 && offsetof(ArrayRecord, locks) == 8 &&
-              offsetof(ArrayRecord, data) == 16 && offsetof(ArrayRecord, bounds) == 24);
-static_assert(sizeof(DispatchParams) == 24 && offsetof(DispatchParams, named_ids) == 8 &&
-              offsetof(DispatchParams, count) == 16 && offsetof(DispatchParams, named_count) == 20);
-static_assert(sizeof(ExceptionRecord) == 64 && offsetof(ExceptionRecord, source) == 8 &&
-              offsetof(ExceptionRecord, description) == 16 &&
-              offsetof(ExceptionRecord, help_file) == 24 &&
-              offsetof(ExceptionRecord, help_context) == 32 &&
-              offsetof(ExceptionRecord, reserved_pointer) == 40 &&
-              offsetof(ExceptionRecord, deferred_fill_in) == 48 &&
-              offsetof(ExceptionRecord, result) == 56);
-static_assert(sizeof(ConnectionRecord) == 16 && offsetof(ConnectionRecord, cookie) == 8);
+              offsetof(ArrayRecord, data) == 8 + kPointer &&
+              offsetof(ArrayRecord, bounds) == 8 + 2 * kPointer);
+static_assert(sizeof(DispatchParams) == 8 + 2 * kPointer &&
+              offsetof(DispatchParams, named_ids) == kPointer &&
+              offsetof(DispatchParams, count) == 2 * kPointer &&
+              offsetof(DispatchParams, named_count) == 4 + 2 * kPointer);
+static_assert(sizeof(ExceptionRecord) == 8 * kPointer &&
+              offsetof(ExceptionRecord, source) == kPointer &&
+              offsetof(ExceptionRecord, description) == 2 * kPointer &&
+              offsetof(ExceptionRecord, help_file) == 3 * kPointer &&
+              offsetof(ExceptionRecord, help_context) == 4 * kPointer &&
+              offsetof(ExceptionRecord, reserved_pointer) == 5 * kPointer &&
+              offsetof(ExceptionRecord, deferred_fill_in) == 6 * kPointer &&
+              offsetof(ExceptionRecord, result) == 7 * kPointer);
+static_assert(sizeof(ConnectionRecord) == 2 * kPointer &&
+              offsetof(ConnectionRecord, cookie) == kPointer);
 
 }  // namespace bvconn::component

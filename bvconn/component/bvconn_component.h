@@ -9,8 +9,8 @@
 /// interfaces of its objects. A host looks the functions up by name in the loaded library, or links
 /// with it. In C++ the interfaces are the classes of abi.h, which includes this header.
 ///
-/// An object's first word points at a table of functions whose first argument is the object. They
-/// use the platform's ordinary calling convention.
+/// An object's first word points at a table of functions whose first argument is the object.
+/// BVCONN_CALL stands before every function, also before those of the host.
 
 #ifdef __cplusplus
 #define BVCONN_NOEXCEPT noexcept
@@ -21,45 +21,52 @@ extern "C" {
 
 /* The functions that the library exports, as types to cast a looked-up symbol to. */
 
-typedef BVConnResult (*DllCanUnloadNowFunction)(void);
-typedef BVConnResult (*DllGetClassObjectFunction)(const BVConnGuid* class_id, const BVConnGuid* id,
-                                                  void** object);
-typedef BVConnResult (*DllRegisterServerFunction)(void);
-typedef BVConnResult (*DllUnregisterServerFunction)(void);
-typedef BVConnResult (*BVConnFindClassFunction)(const BVConnChar* prog_id, BVConnGuid* class_id);
-typedef BVConnString (*BVConnAllocStringFunction)(const BVConnChar* text, uint32_t length);
-typedef uint32_t (*BVConnStringLengthFunction)(const BVConnChar* text);
-typedef void (*BVConnFreeStringFunction)(BVConnString text);
-typedef BVConnArray* (*BVConnCreateArrayFunction)(uint16_t element_type, uint32_t count);
-typedef BVConnArray* (*BVConnCreateStringArrayFunction)(const BVConnChar* const* texts,
-                                                        uint32_t count);
-typedef BVConnResult (*BVConnDestroyArrayFunction)(BVConnArray* array);
-typedef BVConnResult (*BVConnCopyVariantFunction)(BVConnVariant* target,
-                                                  const BVConnVariant* source);
-typedef BVConnResult (*BVConnClearVariantFunction)(BVConnVariant* variant);
-typedef void (*BVConnClearExceptionFunction)(BVConnException* exception);
+typedef BVConnResult(BVCONN_CALL* DllCanUnloadNowFunction)(void);
+typedef BVConnResult(BVCONN_CALL* DllGetClassObjectFunction)(const BVConnGuid* class_id,
+                                                             const BVConnGuid* id, void** object);
+typedef BVConnResult(BVCONN_CALL* DllRegisterServerFunction)(void);
+typedef BVConnResult(BVCONN_CALL* DllUnregisterServerFunction)(void);
+/* On Windows alone: registers (or unregisters) for the current user where the text is "user", else
+ * for the machine. */
+typedef BVConnResult(BVCONN_CALL* DllInstallFunction)(int32_t install, const BVConnChar* whom);
+typedef BVConnResult(BVCONN_CALL* BVConnFindClassFunction)(const BVConnChar* prog_id,
+                                                           BVConnGuid* class_id);
+typedef BVConnString(BVCONN_CALL* BVConnAllocStringFunction)(const BVConnChar* text,
+                                                             uint32_t length);
+typedef uint32_t(BVCONN_CALL* BVConnStringLengthFunction)(const BVConnChar* text);
+typedef void(BVCONN_CALL* BVConnFreeStringFunction)(BVConnString text);
+typedef BVConnArray*(BVCONN_CALL* BVConnCreateArrayFunction)(uint16_t element_type, uint32_t count);
+typedef BVConnArray*(BVCONN_CALL* BVConnCreateStringArrayFunction)(const BVConnChar* const* texts,
+                                                                   uint32_t count);
+typedef BVConnResult(BVCONN_CALL* BVConnDestroyArrayFunction)(BVConnArray* array);
+typedef BVConnResult(BVCONN_CALL* BVConnCopyVariantFunction)(BVConnVariant* target,
+                                                             const BVConnVariant* source);
+typedef BVConnResult(BVCONN_CALL* BVConnClearVariantFunction)(BVConnVariant* variant);
+typedef void(BVCONN_CALL* BVConnClearExceptionFunction)(BVConnException* exception);
 
 /* The same, for hosts that link with the library. */
 
-BVCONN_EXPORT BVConnResult DllCanUnloadNow(void) BVCONN_NOEXCEPT;
-BVCONN_EXPORT BVConnResult DllGetClassObject(const BVConnGuid* class_id, const BVConnGuid* id,
-                                             void** object) BVCONN_NOEXCEPT;
-BVCONN_EXPORT BVConnResult DllRegisterServer(void) BVCONN_NOEXCEPT;
-BVCONN_EXPORT BVConnResult DllUnregisterServer(void) BVCONN_NOEXCEPT;
-BVCONN_EXPORT BVConnResult BVConnFindClass(const BVConnChar* prog_id,
-                                           BVConnGuid* class_id) BVCONN_NOEXCEPT;
-BVCONN_EXPORT BVConnString BVConnAllocString(const BVConnChar* text,
-                                             uint32_t length) BVCONN_NOEXCEPT;
-BVCONN_EXPORT uint32_t BVConnStringLength(const BVConnChar* text) BVCONN_NOEXCEPT;
-BVCONN_EXPORT void BVConnFreeString(BVConnString text) BVCONN_NOEXCEPT;
-BVCONN_EXPORT BVConnArray* BVConnCreateArray(uint16_t element_type, uint32_t count) BVCONN_NOEXCEPT;
-BVCONN_EXPORT BVConnArray* BVConnCreateStringArray(const BVConnChar* const* texts,
-                                                   uint32_t count) BVCONN_NOEXCEPT;
-BVCONN_EXPORT BVConnResult BVConnDestroyArray(BVConnArray* array) BVCONN_NOEXCEPT;
-BVCONN_EXPORT BVConnResult BVConnCopyVariant(BVConnVariant* target,
-                                             const BVConnVariant* source) BVCONN_NOEXCEPT;
-BVCONN_EXPORT BVConnResult BVConnClearVariant(BVConnVariant* variant) BVCONN_NOEXCEPT;
-BVCONN_EXPORT void BVConnClearException(BVConnException* exception) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnResult BVCONN_CALL DllCanUnloadNow(void) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnResult BVCONN_CALL DllGetClassObject(const BVConnGuid* class_id,
+                                                         const BVConnGuid* id,
+                                                         void** object) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnResult BVCONN_CALL DllRegisterServer(void) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnResult BVCONN_CALL DllUnregisterServer(void) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnResult BVCONN_CALL BVConnFindClass(const BVConnChar* prog_id,
+                                                       BVConnGuid* class_id) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnString BVCONN_CALL BVConnAllocString(const BVConnChar* text,
+                                                         uint32_t length) BVCONN_NOEXCEPT;
+BVCONN_EXPORT uint32_t BVCONN_CALL BVConnStringLength(const BVConnChar* text) BVCONN_NOEXCEPT;
+BVCONN_EXPORT void BVCONN_CALL BVConnFreeString(BVConnString text) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnArray* BVCONN_CALL BVConnCreateArray(uint16_t element_type,
+                                                         uint32_t count) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnArray* BVCONN_CALL BVConnCreateStringArray(const BVConnChar* const* texts,
+                                                               uint32_t count) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnResult BVCONN_CALL BVConnDestroyArray(BVConnArray* array) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnResult BVCONN_CALL
+BVConnCopyVariant(BVConnVariant* target, const BVConnVariant* source) BVCONN_NOEXCEPT;
+BVCONN_EXPORT BVConnResult BVCONN_CALL BVConnClearVariant(BVConnVariant* variant) BVCONN_NOEXCEPT;
+BVCONN_EXPORT void BVCONN_CALL BVConnClearException(BVConnException* exception) BVCONN_NOEXCEPT;
 
 #ifdef __cplusplus
 }
@@ -67,10 +74,10 @@ BVCONN_EXPORT void BVConnClearException(BVConnException* exception) BVCONN_NOEXC
 
 /* The interfaces. Each table begins with the functions of IUnknown. */
 
-#define BVCONN_UNKNOWN_FUNCTIONS(Self)                                              \
-  BVConnResult (*QueryInterface)(Self * self, const BVConnGuid* id, void** object); \
-  uint32_t (*AddRef)(Self * self);                                                  \
-  uint32_t (*Release)(Self * self)
+#define BVCONN_UNKNOWN_FUNCTIONS(Self)                                                         \
+  BVConnResult(BVCONN_CALL* QueryInterface)(Self * self, const BVConnGuid* id, void** object); \
+  uint32_t(BVCONN_CALL* AddRef)(Self * self);                                                  \
+  uint32_t(BVCONN_CALL* Release)(Self * self)
 
 struct BVConnUnknown {
   const struct BVConnUnknownTable* table;
@@ -85,9 +92,9 @@ typedef struct BVConnClassFactory {
 } BVConnClassFactory;
 struct BVConnClassFactoryTable {
   BVCONN_UNKNOWN_FUNCTIONS(BVConnClassFactory);
-  BVConnResult (*CreateInstance)(BVConnClassFactory* self, BVConnUnknown* outer,
-                                 const BVConnGuid* id, void** object);
-  BVConnResult (*LockServer)(BVConnClassFactory* self, int32_t lock);
+  BVConnResult(BVCONN_CALL* CreateInstance)(BVConnClassFactory* self, BVConnUnknown* outer,
+                                            const BVConnGuid* id, void** object);
+  BVConnResult(BVCONN_CALL* LockServer)(BVConnClassFactory* self, int32_t lock);
 };
 
 /* BVCONN_IID_DISPATCH */
@@ -96,25 +103,26 @@ struct BVConnDispatch {
 };
 struct BVConnDispatchTable {
   BVCONN_UNKNOWN_FUNCTIONS(BVConnDispatch);
-  BVConnResult (*GetTypeInfoCount)(BVConnDispatch* self, uint32_t* count);
-  BVConnResult (*GetTypeInfo)(BVConnDispatch* self, uint32_t index, uint32_t locale, void** info);
-  BVConnResult (*GetIDsOfNames)(BVConnDispatch* self, const BVConnGuid* reserved,
-                                BVConnChar** names, uint32_t count, uint32_t locale,
-                                BVConnDispatchId* ids);
-  BVConnResult (*Invoke)(BVConnDispatch* self, BVConnDispatchId id, const BVConnGuid* reserved,
-                         uint32_t locale, uint16_t flags, BVConnArguments* arguments,
-                         BVConnVariant* result, BVConnException* exception,
-                         uint32_t* argument_index);
+  BVConnResult(BVCONN_CALL* GetTypeInfoCount)(BVConnDispatch* self, uint32_t* count);
+  BVConnResult(BVCONN_CALL* GetTypeInfo)(BVConnDispatch* self, uint32_t index, uint32_t locale,
+                                         void** info);
+  BVConnResult(BVCONN_CALL* GetIDsOfNames)(BVConnDispatch* self, const BVConnGuid* reserved,
+                                           BVConnChar** names, uint32_t count, uint32_t locale,
+                                           BVConnDispatchId* ids);
+  BVConnResult(BVCONN_CALL* Invoke)(BVConnDispatch* self, BVConnDispatchId id,
+                                    const BVConnGuid* reserved, uint32_t locale, uint16_t flags,
+                                    BVConnArguments* arguments, BVConnVariant* result,
+                                    BVConnException* exception, uint32_t* argument_index);
 };
 
 /* The functions that all enumerators share. `Next` gives BVCONN_FALSE when fewer than `wanted` were
  * left; `fetched` may be null when one is wanted. */
-#define BVCONN_ENUMERATOR_FUNCTIONS(Self, Item)                                         \
-  BVCONN_UNKNOWN_FUNCTIONS(Self);                                                       \
-  BVConnResult (*Next)(Self * self, uint32_t wanted, Item * items, uint32_t * fetched); \
-  BVConnResult (*Skip)(Self * self, uint32_t count);                                    \
-  BVConnResult (*Reset)(Self * self);                                                   \
-  BVConnResult (*Clone)(Self * self, Self * *copy)
+#define BVCONN_ENUMERATOR_FUNCTIONS(Self, Item)                                                    \
+  BVCONN_UNKNOWN_FUNCTIONS(Self);                                                                  \
+  BVConnResult(BVCONN_CALL* Next)(Self * self, uint32_t wanted, Item * items, uint32_t * fetched); \
+  BVConnResult(BVCONN_CALL* Skip)(Self * self, uint32_t count);                                    \
+  BVConnResult(BVCONN_CALL* Reset)(Self * self);                                                   \
+  BVConnResult(BVCONN_CALL* Clone)(Self * self, Self * *copy)
 
 /* BVCONN_IID_ENUM_VARIANT */
 typedef struct BVConnEnumVariant {
@@ -140,12 +148,14 @@ typedef struct BVConnConnectionPoint {
 } BVConnConnectionPoint;
 struct BVConnConnectionPointTable {
   BVCONN_UNKNOWN_FUNCTIONS(BVConnConnectionPoint);
-  BVConnResult (*GetConnectionInterface)(BVConnConnectionPoint* self, BVConnGuid* id);
-  BVConnResult (*GetConnectionPointContainer)(BVConnConnectionPoint* self,
-                                              BVConnConnectionPointContainer** owner);
-  BVConnResult (*Advise)(BVConnConnectionPoint* self, BVConnUnknown* sink, uint32_t* cookie);
-  BVConnResult (*Unadvise)(BVConnConnectionPoint* self, uint32_t cookie);
-  BVConnResult (*EnumConnections)(BVConnConnectionPoint* self, BVConnEnumConnections** connections);
+  BVConnResult(BVCONN_CALL* GetConnectionInterface)(BVConnConnectionPoint* self, BVConnGuid* id);
+  BVConnResult(BVCONN_CALL* GetConnectionPointContainer)(BVConnConnectionPoint* self,
+                                                         BVConnConnectionPointContainer** owner);
+  BVConnResult(BVCONN_CALL* Advise)(BVConnConnectionPoint* self, BVConnUnknown* sink,
+                                    uint32_t* cookie);
+  BVConnResult(BVCONN_CALL* Unadvise)(BVConnConnectionPoint* self, uint32_t cookie);
+  BVConnResult(BVCONN_CALL* EnumConnections)(BVConnConnectionPoint* self,
+                                             BVConnEnumConnections** connections);
 };
 
 /* BVCONN_IID_ENUM_CONNECTION_POINTS */
@@ -162,10 +172,11 @@ struct BVConnConnectionPointContainer {
 };
 struct BVConnConnectionPointContainerTable {
   BVCONN_UNKNOWN_FUNCTIONS(BVConnConnectionPointContainer);
-  BVConnResult (*EnumConnectionPoints)(BVConnConnectionPointContainer* self,
-                                       BVConnEnumConnectionPoints** points);
-  BVConnResult (*FindConnectionPoint)(BVConnConnectionPointContainer* self, const BVConnGuid* id,
-                                      BVConnConnectionPoint** point);
+  BVConnResult(BVCONN_CALL* EnumConnectionPoints)(BVConnConnectionPointContainer* self,
+                                                  BVConnEnumConnectionPoints** points);
+  BVConnResult(BVCONN_CALL* FindConnectionPoint)(BVConnConnectionPointContainer* self,
+                                                 const BVConnGuid* id,
+                                                 BVConnConnectionPoint** point);
 };
 
 #endif

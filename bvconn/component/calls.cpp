@@ -139,10 +139,29 @@ Hresult report(const Error& error, ExceptionRecord* exception) {
   return kException;
 }
 
+bool takes_none(const NamedMember& member) {
+  return member.arguments.empty() && (member.access & call_flag::kPropertyGet) != 0;
+}
+
+// `node.Nodes(0)`: arguments of a property that has none are meant for the default member of the
+// object that it gives.
+Hresult call_default_of(OwnedVariant given, const InvokeRequest& request) {
+  if ((*given).type != variant_type::kDispatch || (*given).value.dispatch == nullptr) {
+    return kBadParameterCount;
+  }
+  return (*given).value.dispatch->Invoke(kDefaultMember, &kNullGuid, request.locale, request.flags,
+                                         request.parameters, request.result, request.exception,
+                                         request.argument_index);
+}
+
 Hresult run(NamedCalls& object, const InvokeRequest& request) {
   const NamedMember* member = object.table().find(request.id);
-  if (member == nullptr || (member->access & request.flags) == 0) return kMemberNotFound;
+  if (member == nullptr) return kMemberNotFound;
   const bool writes = (request.flags & kWrites) != 0;
+  if (!writes && request.parameters->count != 0 && takes_none(*member)) {
+    return call_default_of(object.call(*member, {}), request);
+  }
+  if ((member->access & request.flags) == 0) return kMemberNotFound;
   std::vector<Value> values;
   const Hresult read = ArgumentReader(*member, request, writes).read(values);
   if (!succeeded(read)) return read;

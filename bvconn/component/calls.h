@@ -30,6 +30,7 @@ class NamedCalls {
 struct InvokeRequest {
   DispatchId id = kUnknownId;
   const Guid* reserved = nullptr;
+  std::uint32_t locale = 0;
   std::uint16_t flags = 0;
   DispatchParams* parameters = nullptr;
   VariantRecord* result = nullptr;

@@ -19,7 +19,8 @@ class ClassFactory final : public Counted<IClassFactoryAbi> {
  public:
   explicit ClassFactory(ObjectMaker maker) : maker_(std::move(maker)) {}
 
-  Hresult CreateInstance(IUnknownAbi* outer, const Guid* id, void** object) noexcept override {
+  Hresult BVCONN_CALL CreateInstance(IUnknownAbi* outer, const Guid* id,
+                                     void** object) noexcept override {
     if (object == nullptr) return kNullPointer;
     *object = nullptr;
     if (id == nullptr) return kNullPointer;
@@ -27,7 +28,7 @@ class ClassFactory final : public Counted<IClassFactoryAbi> {
     return guarded([&] { return create(id, object); });
   }
 
-  Hresult LockServer(std::int32_t lock) noexcept override {
+  Hresult BVCONN_CALL LockServer(std::int32_t lock) noexcept override {
     if (lock == 0) return unlock_library();
     lock_library();
     return kOk;

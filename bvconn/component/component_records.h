@@ -3,8 +3,17 @@
 #include <stdint.h>
 
 /// The plain part of the binary interface between the library and a component host, for C99 as for
-/// C++: result codes, identifiers, and the records that cross it. The layouts are those of 64-bit
-/// Windows, byte for byte; abi_records.h asserts them, and gives all of it its names in C++.
+/// C++: result codes, identifiers, and the records that cross it. The layouts are those of Windows
+/// with pointers of the same size, byte for byte; abi_records.h asserts them, and gives all of it
+/// its names in C++.
+
+/* How the functions of the interface are called: in the platform's ordinary way, but on 32-bit
+ * Windows, whose components leave the stack to the function that was called. */
+#if defined(_WIN32) && !defined(_WIN64)
+#define BVCONN_CALL __stdcall
+#else
+#define BVCONN_CALL
+#endif
 
 #ifdef __cplusplus
 typedef char16_t BVConnChar;
@@ -98,6 +107,7 @@ typedef BVConnChar* BVConnString;
 #define BVCONN_TYPE_BOOLEAN 11
 #define BVCONN_TYPE_VARIANT 12
 #define BVCONN_TYPE_UNKNOWN 13
+#define BVCONN_TYPE_DECIMAL 14 /* a BVConnDecimal in the place of the whole variant */
 #define BVCONN_TYPE_INT8 16
 #define BVCONN_TYPE_UINT8 17
 #define BVCONN_TYPE_UINT16 18
@@ -125,6 +135,8 @@ typedef struct BVConnArrayBound {
 #define BVCONN_ARRAY_FIXED_SIZE 0x0010
 #define BVCONN_ARRAY_HAS_TYPE 0x0080 /* in the four bytes before the record */
 #define BVCONN_ARRAY_STRINGS 0x0100
+#define BVCONN_ARRAY_UNKNOWNS 0x0200
+#define BVCONN_ARRAY_DISPATCHES 0x0400
 #define BVCONN_ARRAY_VARIANTS 0x0800
 
 /* An array that knows its bounds. More dimensions than one follow after the first bound. */
@@ -189,6 +201,16 @@ typedef struct BVConnVariant {
   BVConnVariantData value;
 } BVConnVariant;
 
+/* A number of 96 bits, of which as many decimal places as `scale` says stand behind the point. In a
+ * variant, `type` lies on the variant's. */
+typedef struct BVConnDecimal {
+  uint16_t type;
+  uint8_t scale;
+  uint8_t sign; /* 0x80 for a negative number */
+  uint32_t high;
+  uint64_t low;
+} BVConnDecimal;
+
 /* Calls by name. */
 
 typedef int32_t BVConnDispatchId;
@@ -223,7 +245,7 @@ typedef struct BVConnException {
   BVConnString help_file;
   uint32_t help_context;
   void* reserved_pointer;
-  BVConnResult (*deferred_fill_in)(struct BVConnException*);
+  BVConnResult(BVCONN_CALL* deferred_fill_in)(struct BVConnException*);
   BVConnResult result;
 } BVConnException;
 

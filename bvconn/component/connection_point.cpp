@@ -34,7 +34,7 @@ struct PointSource {
 
 }  // namespace
 
-Hresult ConnectionPoint::QueryInterface(const Guid* id, void** object) noexcept {
+Hresult BVCONN_CALL ConnectionPoint::QueryInterface(const Guid* id, void** object) noexcept {
   if (object == nullptr) return kNullPointer;
   *object = nullptr;
   if (id == nullptr) return kNullPointer;
@@ -44,21 +44,21 @@ Hresult ConnectionPoint::QueryInterface(const Guid* id, void** object) noexcept 
   return kOk;
 }
 
-Hresult ConnectionPoint::GetConnectionInterface(Guid* id) noexcept {
+Hresult BVCONN_CALL ConnectionPoint::GetConnectionInterface(Guid* id) noexcept {
   if (id == nullptr) return kNullPointer;
   *id = events_;
   return kOk;
 }
 
-Hresult ConnectionPoint::GetConnectionPointContainer(
-    IConnectionPointContainerAbi** owner) noexcept {
+Hresult BVCONN_CALL
+ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainerAbi** owner) noexcept {
   if (owner == nullptr) return kNullPointer;
   owner_.AddRef();
   *owner = &owner_;
   return kOk;
 }
 
-Hresult ConnectionPoint::Advise(IUnknownAbi* sink, std::uint32_t* cookie) noexcept {
+Hresult BVCONN_CALL ConnectionPoint::Advise(IUnknownAbi* sink, std::uint32_t* cookie) noexcept {
   if (cookie == nullptr) return kNullPointer;
   *cookie = 0;
   if (sink == nullptr) return kNullPointer;
@@ -75,7 +75,7 @@ Hresult ConnectionPoint::Advise(IUnknownAbi* sink, std::uint32_t* cookie) noexce
   });
 }
 
-Hresult ConnectionPoint::Unadvise(std::uint32_t cookie) noexcept {
+Hresult BVCONN_CALL ConnectionPoint::Unadvise(std::uint32_t cookie) noexcept {
   // The sink is let go of outside the lock: it may call back.
   Reference<IDispatchAbi> dropped;
   const std::lock_guard lock(mutex_);
@@ -86,7 +86,7 @@ Hresult ConnectionPoint::Unadvise(std::uint32_t cookie) noexcept {
   return kOk;
 }
 
-Hresult ConnectionPoint::EnumConnections(IEnumConnectionsAbi** connections) noexcept {
+Hresult BVCONN_CALL ConnectionPoint::EnumConnections(IEnumConnectionsAbi** connections) noexcept {
   if (connections == nullptr) return kNullPointer;
   *connections = nullptr;
   return guarded([&] {

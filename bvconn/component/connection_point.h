@@ -14,16 +14,17 @@ class ConnectionPoint final : public IConnectionPointAbi {
   ConnectionPoint(IConnectionPointContainerAbi& owner, const Guid& events)
       : owner_(owner), events_(events) {}
 
-  Hresult QueryInterface(const Guid* id, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override { return owner_.AddRef(); }
-  std::uint32_t Release() noexcept override { return owner_.Release(); }
+  Hresult BVCONN_CALL QueryInterface(const Guid* id, void** object) noexcept override;
+  std::uint32_t BVCONN_CALL AddRef() noexcept override { return owner_.AddRef(); }
+  std::uint32_t BVCONN_CALL Release() noexcept override { return owner_.Release(); }
 
-  Hresult GetConnectionInterface(Guid* id) noexcept override;
-  Hresult GetConnectionPointContainer(IConnectionPointContainerAbi** owner) noexcept override;
+  Hresult BVCONN_CALL GetConnectionInterface(Guid* id) noexcept override;
+  Hresult BVCONN_CALL
+  GetConnectionPointContainer(IConnectionPointContainerAbi** owner) noexcept override;
   /// The sink must offer the interface of the events; it is then called as an `IDispatch`.
-  Hresult Advise(IUnknownAbi* sink, std::uint32_t* cookie) noexcept override;
-  Hresult Unadvise(std::uint32_t cookie) noexcept override;
-  Hresult EnumConnections(IEnumConnectionsAbi** connections) noexcept override;
+  Hresult BVCONN_CALL Advise(IUnknownAbi* sink, std::uint32_t* cookie) noexcept override;
+  Hresult BVCONN_CALL Unadvise(std::uint32_t cookie) noexcept override;
+  Hresult BVCONN_CALL EnumConnections(IEnumConnectionsAbi** connections) noexcept override;
 
   const Guid& events() const { return events_; }
   /// Calls every sink that is connected now, in the order in which they were. What a sink answers

@@ -21,7 +21,7 @@ class Counted : public First, public Others... {
   Counted(const Counted&) = delete;
   Counted& operator=(const Counted&) = delete;
 
-  Hresult QueryInterface(const Guid* id, void** object) noexcept final {
+  Hresult BVCONN_CALL QueryInterface(const Guid* id, void** object) noexcept final {
     if (object == nullptr) return kNullPointer;
     *object = nullptr;
     if (id == nullptr) return kNullPointer;
@@ -35,11 +35,11 @@ class Counted : public First, public Others... {
     return kOk;
   }
 
-  std::uint32_t AddRef() noexcept final {
+  std::uint32_t BVCONN_CALL AddRef() noexcept final {
     return references_.fetch_add(1, std::memory_order_relaxed) + 1;
   }
 
-  std::uint32_t Release() noexcept final {
+  std::uint32_t BVCONN_CALL Release() noexcept final {
     const std::uint32_t left = references_.fetch_sub(1, std::memory_order_acq_rel) - 1;
     if (left == 0) delete this;
     return left;

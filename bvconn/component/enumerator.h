@@ -15,7 +15,8 @@ class Enumerator final : public Counted<Interface> {
   explicit Enumerator(Source source, std::size_t position = 0)
       : source_(std::move(source)), position_(position) {}
 
-  Hresult Next(std::uint32_t wanted, Item* items, std::uint32_t* fetched) noexcept override {
+  Hresult BVCONN_CALL Next(std::uint32_t wanted, Item* items,
+                           std::uint32_t* fetched) noexcept override {
     if (fetched != nullptr) *fetched = 0;
     if (items == nullptr || (fetched == nullptr && wanted != 1)) return kNullPointer;
     std::uint32_t got = 0;
@@ -34,7 +35,7 @@ class Enumerator final : public Counted<Interface> {
     return got == wanted ? kOk : kFalse;
   }
 
-  Hresult Skip(std::uint32_t count) noexcept override {
+  Hresult BVCONN_CALL Skip(std::uint32_t count) noexcept override {
     return guarded([&] {
       const std::size_t end = source_.count();
       const std::size_t left = position_ < end ? end - position_ : 0;
@@ -43,12 +44,12 @@ class Enumerator final : public Counted<Interface> {
     });
   }
 
-  Hresult Reset() noexcept override {
+  Hresult BVCONN_CALL Reset() noexcept override {
     position_ = 0;
     return kOk;
   }
 
-  Hresult Clone(Interface** copy) noexcept override {
+  Hresult BVCONN_CALL Clone(Interface** copy) noexcept override {
     if (copy == nullptr) return kNullPointer;
     *copy = nullptr;
     return guarded([&] {

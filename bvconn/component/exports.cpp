@@ -1,16 +1,14 @@
-#include <new>
 #include <string_view>
 
 #include "bvconn/component/abi.h"
-#include "bvconn/component/class_factory.h"
 #include "bvconn/component/class_table.h"
 #include "bvconn/component/counted.h"
 #include "bvconn/component/memory.h"
-#include "bvconn/component/registration.h"
 #include "bvconn/component/text.h"
 #include "bvconn/platform/export.h"
 
-// The entry points of the library. Each has the type that abi.h gives it.
+// What hosts need besides the entry points where the platform does not bring it: texts, arrays and
+// variants in common memory, and classes by their names.
 
 using bvconn::component::ArrayRecord;
 using bvconn::component::ExceptionRecord;
@@ -22,33 +20,8 @@ namespace component = bvconn::component;
 
 extern "C" {
 
-BVCONN_EXPORT Hresult DllCanUnloadNow() noexcept {
-  return component::can_unload();
-}
-
-BVCONN_EXPORT Hresult DllGetClassObject(const Guid* class_id, const Guid* id,
-                                        void** object) noexcept {
-  if (object == nullptr) return component::kNullPointer;
-  *object = nullptr;
-  if (class_id == nullptr || id == nullptr) return component::kNullPointer;
-  return component::guarded([&] {
-    component::ObjectMaker maker = component::maker_of(*class_id);
-    if (!maker) return component::kClassNotAvailable;
-    const component::Reference<component::IClassFactoryAbi> factory(
-        component::make_class_factory(std::move(maker)));
-    return factory->QueryInterface(id, object);
-  });
-}
-
-BVCONN_EXPORT Hresult DllRegisterServer() noexcept {
-  return component::register_classes();
-}
-
-BVCONN_EXPORT Hresult DllUnregisterServer() noexcept {
-  return component::unregister_classes();
-}
-
-BVCONN_EXPORT Hresult BVConnFindClass(const char16_t* prog_id, Guid* class_id) noexcept {
+BVCONN_EXPORT Hresult BVCONN_CALL BVConnFindClass(const char16_t* prog_id,
+                                                  Guid* class_id) noexcept {
   if (prog_id == nullptr || class_id == nullptr) return component::kNullPointer;
   *class_id = component::kNullGuid;
   return component::guarded([&] {
@@ -60,43 +33,44 @@ BVCONN_EXPORT Hresult BVConnFindClass(const char16_t* prog_id, Guid* class_id) n
   });
 }
 
-BVCONN_EXPORT StringPointer BVConnAllocString(const char16_t* text, std::uint32_t length) noexcept {
+BVCONN_EXPORT StringPointer BVCONN_CALL BVConnAllocString(const char16_t* text,
+                                                          std::uint32_t length) noexcept {
   return component::alloc_string(text, length);
 }
 
-BVCONN_EXPORT std::uint32_t BVConnStringLength(const char16_t* text) noexcept {
+BVCONN_EXPORT std::uint32_t BVCONN_CALL BVConnStringLength(const char16_t* text) noexcept {
   return component::string_length(text);
 }
 
-BVCONN_EXPORT void BVConnFreeString(StringPointer text) noexcept {
+BVCONN_EXPORT void BVCONN_CALL BVConnFreeString(StringPointer text) noexcept {
   component::free_string(text);
 }
 
-BVCONN_EXPORT ArrayRecord* BVConnCreateArray(std::uint16_t element_type,
-                                             std::uint32_t count) noexcept {
+BVCONN_EXPORT ArrayRecord* BVCONN_CALL BVConnCreateArray(std::uint16_t element_type,
+                                                         std::uint32_t count) noexcept {
   return component::create_array(element_type, count);
 }
 
-BVCONN_EXPORT ArrayRecord* BVConnCreateStringArray(const char16_t* const* texts,
-                                                   std::uint32_t count) noexcept {
+BVCONN_EXPORT ArrayRecord* BVCONN_CALL BVConnCreateStringArray(const char16_t* const* texts,
+                                                               std::uint32_t count) noexcept {
   return component::create_string_array(texts, count);
 }
 
-BVCONN_EXPORT Hresult BVConnDestroyArray(ArrayRecord* array) noexcept {
+BVCONN_EXPORT Hresult BVCONN_CALL BVConnDestroyArray(ArrayRecord* array) noexcept {
   if (array == nullptr) return component::kNullPointer;
   return component::destroy_array(array, component::element_type_of(*array));
 }
 
-BVCONN_EXPORT Hresult BVConnCopyVariant(VariantRecord* target,
-                                        const VariantRecord* source) noexcept {
+BVCONN_EXPORT Hresult BVCONN_CALL BVConnCopyVariant(VariantRecord* target,
+                                                    const VariantRecord* source) noexcept {
   return component::copy_variant(target, source);
 }
 
-BVCONN_EXPORT Hresult BVConnClearVariant(VariantRecord* variant) noexcept {
+BVCONN_EXPORT Hresult BVCONN_CALL BVConnClearVariant(VariantRecord* variant) noexcept {
   return component::clear_variant(variant);
 }
 
-BVCONN_EXPORT void BVConnClearException(ExceptionRecord* exception) noexcept {
+BVCONN_EXPORT void BVCONN_CALL BVConnClearException(ExceptionRecord* exception) noexcept {
   component::clear_exception(exception);
 }
 

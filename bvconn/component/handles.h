@@ -16,7 +16,7 @@ class INodeHandleAbi : public IUnknownAbi {
   static constexpr Guid kId{
       0x12A8ACCD, 0xE5A4, 0x483C, {0x87, 0x85, 0xA9, 0xB3, 0x67, 0xE9, 0x5D, 0x05}};
   /// A `const SoapNode*` that lives as long as the object.
-  virtual Hresult GetNode(const void* module, const void** node) noexcept = 0;
+  virtual Hresult BVCONN_CALL GetNode(const void* module, const void** node) noexcept = 0;
 
  protected:
   ~INodeHandleAbi() = default;
@@ -28,7 +28,7 @@ class IDocumentHandleAbi : public IUnknownAbi {
   static constexpr Guid kId{
       0x94C7903A, 0x0D33, 0x40C9, {0xAB, 0xE3, 0xE5, 0x6B, 0x49, 0x54, 0xC2, 0x8B}};
   /// An `XMLDocument*` that lives as long as the object.
-  virtual Hresult GetDocument(const void* module, void** document) noexcept = 0;
+  virtual Hresult BVCONN_CALL GetDocument(const void* module, void** document) noexcept = 0;
 
  protected:
   ~IDocumentHandleAbi() = default;

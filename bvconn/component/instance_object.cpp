@@ -99,7 +99,7 @@ class EventfulObject final : public InstanceObject<IConnectionPointContainerAbi>
     }
   }
 
-  Hresult EnumConnectionPoints(IEnumConnectionPointsAbi** points) noexcept override {
+  Hresult BVCONN_CALL EnumConnectionPoints(IEnumConnectionPointsAbi** points) noexcept override {
     if (points == nullptr) return kNullPointer;
     *points = nullptr;
     return guarded([&] {
@@ -108,7 +108,8 @@ class EventfulObject final : public InstanceObject<IConnectionPointContainerAbi>
     });
   }
 
-  Hresult FindConnectionPoint(const Guid* id, IConnectionPointAbi** point) noexcept override {
+  Hresult BVCONN_CALL FindConnectionPoint(const Guid* id,
+                                          IConnectionPointAbi** point) noexcept override {
     if (point == nullptr) return kNullPointer;
     *point = nullptr;
     if (id == nullptr) return kNullPointer;

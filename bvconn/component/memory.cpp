@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <span>
-#include <string>
 
 #include "bvconn/component/text.h"
 
@@ -23,6 +22,10 @@ std::uint16_t features_of(std::uint16_t element_type) {
       return array_feature::kHasType | array_feature::kStrings;
     case vt::kVariant:
       return array_feature::kHasType | array_feature::kVariants;
+    case vt::kDispatch:
+      return array_feature::kHasType | array_feature::kDispatches;
+    case vt::kUnknown:
+      return array_feature::kHasType | array_feature::kUnknowns;
     default:
       return array_feature::kHasType;
   }
@@ -35,6 +38,10 @@ std::size_t element_count(const ArrayRecord& array) {
 template <typename Element>
 std::span<Element> elements(const ArrayRecord& array) {
   return {static_cast<Element*>(array.data), element_count(array)};
+}
+
+bool is_object(std::uint16_t type) {
+  return type == vt::kDispatch || type == vt::kUnknown;
 }
 
 Hresult copy_array(ArrayRecord** target, const ArrayRecord* source,
@@ -63,6 +70,11 @@ Hresult copy_array(ArrayRecord** target, const ArrayRecord* source,
     }
   } else if (element_count(*source) != 0) {
     std::memcpy(copy->data, source->data, element_count(*source) * source->element_size);
+    if (is_object(element_type)) {
+      for (IUnknownAbi* object : elements<IUnknownAbi*>(*copy)) {
+        if (object != nullptr) object->AddRef();
+      }
+    }
   }
   if (!succeeded(result)) {
     destroy_array(copy, element_type);
@@ -84,42 +96,13 @@ Hresult fill_copy(VariantRecord& copy, const VariantRecord& source) {
     copy.value.string = alloc_string(source.value.string, string_length(source.value.string));
     if (copy.value.string == nullptr) return kOutOfMemory;
   }
-  if ((type == vt::kDispatch || type == vt::kUnknown) && source.value.unknown != nullptr) {
+  if (is_object(type) && source.value.unknown != nullptr) {
     source.value.unknown->AddRef();
   }
   return kOk;
 }
 
 }  // namespace
-
-std::uint32_t element_size(std::uint16_t element_type) noexcept {
-  switch (element_type) {
-    case vt::kInt8:
-    case vt::kUint8:
-      return 1;
-    case vt::kInt16:
-    case vt::kUint16:
-    case vt::kBoolean:
-      return 2;
-    case vt::kInt32:
-    case vt::kUint32:
-    case vt::kInt:
-    case vt::kUint:
-    case vt::kFloat:
-      return 4;
-    case vt::kInt64:
-    case vt::kUint64:
-    case vt::kDouble:
-    case vt::kCurrency:
-    case vt::kDate:
-    case vt::kString:
-      return 8;
-    case vt::kVariant:
-      return sizeof(VariantRecord);
-    default:
-      return 0;
-  }
-}
 
 ArrayRecord* create_array(std::uint16_t element_type, std::uint32_t count) noexcept {
   const std::uint32_t size = element_size(element_type);
@@ -144,22 +127,6 @@ ArrayRecord* create_array(std::uint16_t element_type, std::uint32_t count) noexc
   return array;
 }
 
-ArrayRecord* create_string_array(const char16_t* const* texts, std::uint32_t count) noexcept {
-  if (texts == nullptr && count != 0) return nullptr;
-  ArrayRecord* array = create_array(vt::kString, count);
-  if (array == nullptr) return nullptr;
-  const auto copies = elements<StringPointer>(*array);
-  for (std::uint32_t i = 0; i < count; ++i) {
-    if (texts[i] == nullptr) continue;
-    copies[i] = alloc_string(texts[i], std::char_traits<char16_t>::length(texts[i]));
-    if (copies[i] == nullptr) {
-      destroy_array(array, vt::kString);
-      return nullptr;
-    }
-  }
-  return array;
-}
-
 Hresult destroy_array(ArrayRecord* array, std::uint16_t element_type) noexcept {
   if (array == nullptr) return kOk;
   if (array->locks != 0) return kArrayIsLocked;
@@ -167,6 +134,10 @@ Hresult destroy_array(ArrayRecord* array, std::uint16_t element_type) noexcept {
     for (StringPointer text : elements<StringPointer>(*array)) free_string(text);
   } else if (element_type == vt::kVariant) {
     for (VariantRecord& element : elements<VariantRecord>(*array)) clear_variant(&element);
+  } else if (is_object(element_type)) {
+    for (IUnknownAbi* object : elements<IUnknownAbi*>(*array)) {
+      if (object != nullptr) object->Release();
+    }
   }
   std::free(array->data);
   std::free(reinterpret_cast<std::byte*>(array) - kHiddenBytes);
@@ -190,7 +161,7 @@ Hresult clear_variant(VariantRecord* variant) noexcept {
       if (!succeeded(freed)) return freed;
     } else if (type == vt::kString) {
       free_string(variant->value.string);
-    } else if (type == vt::kDispatch || type == vt::kUnknown) {
+    } else if (is_object(type)) {
       if (variant->value.unknown != nullptr) variant->value.unknown->Release();
     }
   }
@@ -211,14 +182,6 @@ Hresult copy_variant(VariantRecord* target, const VariantRecord* source) noexcep
   }
   *target = copy;
   return kOk;
-}
-
-void clear_exception(ExceptionRecord* exception) noexcept {
-  if (exception == nullptr) return;
-  free_string(exception->source);
-  free_string(exception->description);
-  free_string(exception->help_file);
-  *exception = ExceptionRecord{};
 }
 
 }  // namespace bvconn::component

@@ -4,7 +4,7 @@
 
 #include "bvconn/component/abi.h"
 
-/// Arrays and variants as memory: making, copying, freeing. What they mean is in variants.h.
+/// Arrays and variants as memory: making, copying, freeing. What they mean is in values.h.
 namespace bvconn::component {
 
 /// Size of an element of an array of this type; 0 for a type that arrays cannot have here.

@@ -10,31 +10,33 @@ template <typename... Others>
 class NamedObject : public Counted<IDispatchAbi, Others...>, protected NamedCalls {
  public:
   // The objects describe themselves by names alone; there is no type information.
-  Hresult GetTypeInfoCount(std::uint32_t* count) noexcept final {
+  Hresult BVCONN_CALL GetTypeInfoCount(std::uint32_t* count) noexcept final {
     if (count == nullptr) return kNullPointer;
     *count = 0;
     return kOk;
   }
 
-  Hresult GetTypeInfo(std::uint32_t /*index*/, std::uint32_t /*locale*/,
-                      void** info) noexcept final {
+  Hresult BVCONN_CALL GetTypeInfo(std::uint32_t /*index*/, std::uint32_t /*locale*/,
+                                  void** info) noexcept final {
     if (info == nullptr) return kNullPointer;
     *info = nullptr;
     return kBadIndex;
   }
 
-  Hresult GetIDsOfNames(const Guid* reserved, char16_t** names, std::uint32_t count,
-                        std::uint32_t /*locale*/, DispatchId* ids) noexcept final {
+  Hresult BVCONN_CALL GetIDsOfNames(const Guid* reserved, char16_t** names, std::uint32_t count,
+                                    std::uint32_t /*locale*/, DispatchId* ids) noexcept final {
     return ids_of_names(table(), reserved, names, count, ids);
   }
 
-  Hresult Invoke(DispatchId id, const Guid* reserved, std::uint32_t /*locale*/, std::uint16_t flags,
-                 DispatchParams* parameters, VariantRecord* result, ExceptionRecord* exception,
-                 std::uint32_t* argument_index) noexcept final {
+  Hresult BVCONN_CALL Invoke(DispatchId id, const Guid* reserved, std::uint32_t locale,
+                             std::uint16_t flags, DispatchParams* parameters, VariantRecord* result,
+                             ExceptionRecord* exception,
+                             std::uint32_t* argument_index) noexcept final {
     // An event raised by the call may make the host let go of the object.
     const auto alive = Reference<IDispatchAbi>::share(this);
     return invoke(*this, {.id = id,
                           .reserved = reserved,
+                          .locale = locale,
                           .flags = flags,
                           .parameters = parameters,
                           .result = result,

@@ -35,7 +35,7 @@ class NodeObject final : public NamedObject<INodeHandleAbi> {
  public:
   explicit NodeObject(SoapNode node) : node_(std::move(node)) {}
 
-  Hresult GetNode(const void* module, const void** node) noexcept override {
+  Hresult BVCONN_CALL GetNode(const void* module, const void** node) noexcept override {
     if (node == nullptr) return kNullPointer;
     *node = nullptr;
     if (module != module_mark()) return kNoInterface;
@@ -233,7 +233,7 @@ class EnvelopeObject final : public NamedObject<> {
 
 class DocumentObject final : public NamedObject<IDocumentHandleAbi> {
  public:
-  Hresult GetDocument(const void* module, void** document) noexcept override {
+  Hresult BVCONN_CALL GetDocument(const void* module, void** document) noexcept override {
     if (document == nullptr) return kNullPointer;
     *document = nullptr;
     if (module != module_mark()) return kNoInterface;

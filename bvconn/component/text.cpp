@@ -1,18 +1,11 @@
 #include "bvconn/component/text.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
-#include <limits>
 #include <new>
 #include <type_traits>
 
 namespace bvconn::component {
 namespace {
-
-// The length stands in the last four bytes of the prefix; eight keep the text as aligned as the
-// memory that it lies in.
-constexpr std::size_t kPrefixBytes = 8;
 
 constexpr char32_t kReplacement = 0xFFFD;
 
@@ -146,34 +139,6 @@ std::u16string utf16_from_utf8(std::string_view text) {
     if (!append_ascii(out, text, at)) append_utf16(out, next_character(text, at));
   }
   return out;
-}
-
-StringPointer alloc_string(const char16_t* text, std::size_t length) noexcept {
-  constexpr std::size_t kMaxLength =
-      (std::numeric_limits<std::uint32_t>::max() - kPrefixBytes) / sizeof(char16_t) - 1;
-  if (length > kMaxLength) return nullptr;
-  const std::size_t bytes = length * sizeof(char16_t);
-  auto* block = static_cast<std::byte*>(std::calloc(1, kPrefixBytes + bytes + sizeof(char16_t)));
-  if (block == nullptr) return nullptr;
-  const auto prefix = static_cast<std::uint32_t>(bytes);
-  std::memcpy(block + kPrefixBytes - sizeof prefix, &prefix, sizeof prefix);
-  if (text != nullptr && bytes != 0) std::memcpy(block + kPrefixBytes, text, bytes);
-  return reinterpret_cast<StringPointer>(block + kPrefixBytes);
-}
-
-void free_string(StringPointer text) noexcept {
-  if (text != nullptr) std::free(reinterpret_cast<std::byte*>(text) - kPrefixBytes);
-}
-
-std::uint32_t string_bytes(const char16_t* text) noexcept {
-  std::uint32_t bytes = 0;
-  if (text == nullptr) return bytes;
-  std::memcpy(&bytes, reinterpret_cast<const std::byte*>(text) - sizeof bytes, sizeof bytes);
-  return bytes;
-}
-
-std::uint32_t string_length(const char16_t* text) noexcept {
-  return string_bytes(text) / static_cast<std::uint32_t>(sizeof(char16_t));
 }
 
 std::optional<std::string> text_of(const char16_t* text) {

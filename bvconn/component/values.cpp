@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "bvconn/component/counted.h"
+#include "bvconn/component/decimals.h"
 #include "bvconn/component/handles.h"
 #include "bvconn/component/text.h"
 #include "bvconn/platform/error.h"
@@ -42,13 +43,17 @@ T read(const void* from) {
 std::optional<VariantRecord> load(std::uint16_t type, const void* from) noexcept {
   VariantRecord value{};
   if (type == vt::kVariant) return read<VariantRecord>(from);
-  const bool is_pointer = (type & vt::kArray) != 0 || type == vt::kDispatch || type == vt::kUnknown;
-  const std::size_t size = is_pointer           ? sizeof(void*)
+  const bool is_array = (type & vt::kArray) != 0;
+  const std::size_t size = is_array             ? sizeof(ArrayRecord*)
                            : type == vt::kError ? sizeof(Hresult)
                                                 : element_size(type);
   if (size == 0) return std::nullopt;
+  if (type == vt::kDecimal) {
+    std::memcpy(&value, from, size);
+  } else {
+    std::memcpy(&value.value, from, size);
+  }
   value.type = type;
-  std::memcpy(&value.value, from, size);
   return value;
 }
 
@@ -113,6 +118,12 @@ Variant variant_from_object(const VariantRecord& record) {
   return Variant(*std::move(node));
 }
 
+Variant variant_from_decimal(const VariantRecord& record) {
+  const auto number = number_of(read<DecimalRecord>(&record));
+  if (!number) mismatch();
+  return Variant(*number);
+}
+
 Variant variant_from_uint64(std::uint64_t value) {
   if (value > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
     throw Error(error_numbers::kOverflow, "BVConn", "The number is too large");
@@ -153,6 +164,8 @@ Variant variant_from_scalar(const VariantRecord& record) {
       return Variant(data.number);
     case vt::kCurrency:
       return Variant(static_cast<double>(data.currency) / kCurrencyUnit);
+    case vt::kDecimal:
+      return variant_from_decimal(record);
     case vt::kDate:
       return Variant(from_serial_days(data.date));
     default:

@@ -8,8 +8,7 @@
 /// How complaints put things into words.
 namespace bvconn::sandbox {
 
-/// Not by the name of std::quoted, which would be found for every std::string beside it.
-inline std::string in_quotes(std::string_view text) {
+inline std::string quoted(std::string_view text) {
   return "'" + std::string(text) + "'";
 }
 

@@ -154,8 +154,7 @@ TEST(Completion, InZshReplacesTheWordThatIsBegun) {
 
 std::string fish_offers(const std::string& line) {
   return Shell()
-      .run("fish -N -c " +
-           shell_quoted("bvconn completion fish | source; complete -C " + shell_quoted(line)))
+      .run("fish -N -c " + quoted("bvconn completion fish | source; complete -C " + quoted(line)))
       .out;
 }
 
@@ -172,13 +171,12 @@ TEST(Completion, InFishFallsBackToFiles) {
   if (!is_installed("fish")) GTEST_SKIP() << "fish is not installed here";
   const Shell shell;
   shell.folder.file("authority.pem", "");
-  EXPECT_EQ(
-      shell
-          .run("cd \"$HOME\"; fish -N -c " +
-               shell_quoted("bvconn completion fish | source; complete -C 'bvconn call --ca-file "
+  EXPECT_EQ(shell
+                .run("cd \"$HOME\"; fish -N -c " +
+                     quoted("bvconn completion fish | source; complete -C 'bvconn call --ca-file "
                             "auth'"))
-          .out,
-      "authority.pem\n");
+                .out,
+            "authority.pem\n");
 }
 
 TEST(Completion, HasAScriptForEachShell) {

@@ -25,65 +25,80 @@ Hresult note(const char* function) {
 template <typename Interface>
 class Noting : public Interface {
  public:
-  Hresult QueryInterface(const Guid*, void**) noexcept override { return note("QueryInterface"); }
-  std::uint32_t AddRef() noexcept override { return static_cast<std::uint32_t>(note("AddRef")); }
-  std::uint32_t Release() noexcept override { return static_cast<std::uint32_t>(note("Release")); }
+  Hresult BVCONN_CALL QueryInterface(const Guid*, void**) noexcept override {
+    return note("QueryInterface");
+  }
+  std::uint32_t BVCONN_CALL AddRef() noexcept override {
+    return static_cast<std::uint32_t>(note("AddRef"));
+  }
+  std::uint32_t BVCONN_CALL Release() noexcept override {
+    return static_cast<std::uint32_t>(note("Release"));
+  }
 };
 
 template <typename Interface, typename Item>
 class NotingEnumerator final : public Noting<Interface> {
  public:
-  Hresult Next(std::uint32_t, Item*, std::uint32_t*) noexcept override { return note("Next"); }
-  Hresult Skip(std::uint32_t) noexcept override { return note("Skip"); }
-  Hresult Reset() noexcept override { return note("Reset"); }
-  Hresult Clone(Interface**) noexcept override { return note("Clone"); }
+  Hresult BVCONN_CALL Next(std::uint32_t, Item*, std::uint32_t*) noexcept override {
+    return note("Next");
+  }
+  Hresult BVCONN_CALL Skip(std::uint32_t) noexcept override { return note("Skip"); }
+  Hresult BVCONN_CALL Reset() noexcept override { return note("Reset"); }
+  Hresult BVCONN_CALL Clone(Interface**) noexcept override { return note("Clone"); }
 };
 
 class NotingUnknown final : public Noting<IUnknownAbi> {};
 
 class NotingFactory final : public Noting<IClassFactoryAbi> {
  public:
-  Hresult CreateInstance(IUnknownAbi*, const Guid*, void**) noexcept override {
+  Hresult BVCONN_CALL CreateInstance(IUnknownAbi*, const Guid*, void**) noexcept override {
     return note("CreateInstance");
   }
-  Hresult LockServer(std::int32_t) noexcept override { return note("LockServer"); }
+  Hresult BVCONN_CALL LockServer(std::int32_t) noexcept override { return note("LockServer"); }
 };
 
 class NotingDispatch final : public Noting<IDispatchAbi> {
  public:
-  Hresult GetTypeInfoCount(std::uint32_t*) noexcept override { return note("GetTypeInfoCount"); }
-  Hresult GetTypeInfo(std::uint32_t, std::uint32_t, void**) noexcept override {
+  Hresult BVCONN_CALL GetTypeInfoCount(std::uint32_t*) noexcept override {
+    return note("GetTypeInfoCount");
+  }
+  Hresult BVCONN_CALL GetTypeInfo(std::uint32_t, std::uint32_t, void**) noexcept override {
     return note("GetTypeInfo");
   }
-  Hresult GetIDsOfNames(const Guid*, char16_t**, std::uint32_t, std::uint32_t,
-                        DispatchId*) noexcept override {
+  Hresult BVCONN_CALL GetIDsOfNames(const Guid*, char16_t**, std::uint32_t, std::uint32_t,
+                                    DispatchId*) noexcept override {
     return note("GetIDsOfNames");
   }
-  Hresult Invoke(DispatchId, const Guid*, std::uint32_t, std::uint16_t, DispatchParams*,
-                 VariantRecord*, ExceptionRecord*, std::uint32_t*) noexcept override {
+  Hresult BVCONN_CALL Invoke(DispatchId, const Guid*, std::uint32_t, std::uint16_t, DispatchParams*,
+                             VariantRecord*, ExceptionRecord*, std::uint32_t*) noexcept override {
     return note("Invoke");
   }
 };
 
 class NotingPoint final : public Noting<IConnectionPointAbi> {
  public:
-  Hresult GetConnectionInterface(Guid*) noexcept override { return note("GetConnectionInterface"); }
-  Hresult GetConnectionPointContainer(IConnectionPointContainerAbi**) noexcept override {
+  Hresult BVCONN_CALL GetConnectionInterface(Guid*) noexcept override {
+    return note("GetConnectionInterface");
+  }
+  Hresult BVCONN_CALL
+  GetConnectionPointContainer(IConnectionPointContainerAbi**) noexcept override {
     return note("GetConnectionPointContainer");
   }
-  Hresult Advise(IUnknownAbi*, std::uint32_t*) noexcept override { return note("Advise"); }
-  Hresult Unadvise(std::uint32_t) noexcept override { return note("Unadvise"); }
-  Hresult EnumConnections(IEnumConnectionsAbi**) noexcept override {
+  Hresult BVCONN_CALL Advise(IUnknownAbi*, std::uint32_t*) noexcept override {
+    return note("Advise");
+  }
+  Hresult BVCONN_CALL Unadvise(std::uint32_t) noexcept override { return note("Unadvise"); }
+  Hresult BVCONN_CALL EnumConnections(IEnumConnectionsAbi**) noexcept override {
     return note("EnumConnections");
   }
 };
 
 class NotingContainer final : public Noting<IConnectionPointContainerAbi> {
  public:
-  Hresult EnumConnectionPoints(IEnumConnectionPointsAbi**) noexcept override {
+  Hresult BVCONN_CALL EnumConnectionPoints(IEnumConnectionPointsAbi**) noexcept override {
     return note("EnumConnectionPoints");
   }
-  Hresult FindConnectionPoint(const Guid*, IConnectionPointAbi**) noexcept override {
+  Hresult BVCONN_CALL FindConnectionPoint(const Guid*, IConnectionPointAbi**) noexcept override {
     return note("FindConnectionPoint");
   }
 };

@@ -202,7 +202,7 @@ class CountingSink final : public IDispatchAbi {
   explicit CountingSink(const Guid& events) : events_(events) {}
   virtual ~CountingSink() = default;
 
-  Hresult QueryInterface(const Guid* id, void** object) noexcept override {
+  Hresult BVCONN_CALL QueryInterface(const Guid* id, void** object) noexcept override {
     *object = nullptr;
     if (!(*id == IUnknownAbi::kId) && !(*id == IDispatchAbi::kId) && !(*id == events_)) {
       return kNoInterface;
@@ -211,19 +211,19 @@ class CountingSink final : public IDispatchAbi {
     AddRef();
     return kOk;
   }
-  std::uint32_t AddRef() noexcept override { return ++references; }
-  std::uint32_t Release() noexcept override { return --references; }
-  Hresult GetTypeInfoCount(std::uint32_t*) noexcept override { return kNotImplemented; }
-  Hresult GetTypeInfo(std::uint32_t, std::uint32_t, void**) noexcept override {
+  std::uint32_t BVCONN_CALL AddRef() noexcept override { return ++references; }
+  std::uint32_t BVCONN_CALL Release() noexcept override { return --references; }
+  Hresult BVCONN_CALL GetTypeInfoCount(std::uint32_t*) noexcept override { return kNotImplemented; }
+  Hresult BVCONN_CALL GetTypeInfo(std::uint32_t, std::uint32_t, void**) noexcept override {
     return kNotImplemented;
   }
-  Hresult GetIDsOfNames(const Guid*, char16_t**, std::uint32_t, std::uint32_t,
-                        DispatchId*) noexcept override {
+  Hresult BVCONN_CALL GetIDsOfNames(const Guid*, char16_t**, std::uint32_t, std::uint32_t,
+                                    DispatchId*) noexcept override {
     return kNotImplemented;
   }
-  Hresult Invoke(DispatchId id, const Guid*, std::uint32_t, std::uint16_t flags,
-                 DispatchParams* parameters, VariantRecord*, ExceptionRecord*,
-                 std::uint32_t*) noexcept override {
+  Hresult BVCONN_CALL Invoke(DispatchId id, const Guid*, std::uint32_t, std::uint16_t flags,
+                             DispatchParams* parameters, VariantRecord*, ExceptionRecord*,
+                             std::uint32_t*) noexcept override {
     raised.push_back(id);
     last_flags = flags;
     last_argument_count = parameters->count;

@@ -260,22 +260,22 @@ class DroppingSink final : public IDispatchAbi {
  public:
   explicit DroppingSink(Held<IDispatchAbi>& dropped) : dropped_(dropped) {}
   virtual ~DroppingSink() = default;
-  Hresult QueryInterface(const Guid*, void** object) noexcept override {
+  Hresult BVCONN_CALL QueryInterface(const Guid*, void** object) noexcept override {
     *object = static_cast<IDispatchAbi*>(this);
     return kOk;
   }
-  std::uint32_t AddRef() noexcept override { return 2; }
-  std::uint32_t Release() noexcept override { return 1; }
-  Hresult GetTypeInfoCount(std::uint32_t*) noexcept override { return kNotImplemented; }
-  Hresult GetTypeInfo(std::uint32_t, std::uint32_t, void**) noexcept override {
+  std::uint32_t BVCONN_CALL AddRef() noexcept override { return 2; }
+  std::uint32_t BVCONN_CALL Release() noexcept override { return 1; }
+  Hresult BVCONN_CALL GetTypeInfoCount(std::uint32_t*) noexcept override { return kNotImplemented; }
+  Hresult BVCONN_CALL GetTypeInfo(std::uint32_t, std::uint32_t, void**) noexcept override {
     return kNotImplemented;
   }
-  Hresult GetIDsOfNames(const Guid*, char16_t**, std::uint32_t, std::uint32_t,
-                        DispatchId*) noexcept override {
+  Hresult BVCONN_CALL GetIDsOfNames(const Guid*, char16_t**, std::uint32_t, std::uint32_t,
+                                    DispatchId*) noexcept override {
     return kNotImplemented;
   }
-  Hresult Invoke(DispatchId, const Guid*, std::uint32_t, std::uint16_t, DispatchParams*,
-                 VariantRecord*, ExceptionRecord*, std::uint32_t*) noexcept override {
+  Hresult BVCONN_CALL Invoke(DispatchId, const Guid*, std::uint32_t, std::uint16_t, DispatchParams*,
+                             VariantRecord*, ExceptionRecord*, std::uint32_t*) noexcept override {
     dropped_.reset();
     return kOk;
   }

@@ -57,17 +57,39 @@ TEST(ComponentMemory, AnArrayWithoutElementsIsStillAllocated) {
   EXPECT_EQ(destroy_array(array, vt::kUint8), kOk);
 }
 
-TEST(ComponentMemory, ThereIsNoArrayOfObjectsOrOfNothing) {
+TEST(ComponentMemory, ThereIsNoArrayOfNothing) {
   EXPECT_EQ(create_array(vt::kEmpty, 1), nullptr);
-  EXPECT_EQ(create_array(vt::kDispatch, 1), nullptr);
+  EXPECT_EQ(create_array(vt::kNull, 1), nullptr);
+}
+
+TEST(ComponentMemory, AnArrayOfObjectsHoldsAReferenceToEach) {
+  for (const std::uint16_t type : {vt::kDispatch, vt::kUnknown}) {
+    test::CountingSink object(kNullGuid);
+    VariantRecord source = test::variant(static_cast<std::uint16_t>(vt::kArray | type));
+    source.value.array = create_array(type, 2);
+    ASSERT_NE(source.value.array, nullptr);
+    EXPECT_EQ(source.value.array->features, type == vt::kDispatch ? 0x0480 : 0x0280);
+    // The second element stays null.
+    static_cast<IUnknownAbi**>(source.value.array->data)[0] = &object;
+    object.AddRef();
+    EXPECT_EQ(object.references, 2u);
+    VariantRecord copy{};
+    ASSERT_EQ(copy_variant(&copy, &source), kOk);
+    EXPECT_EQ(object.references, 3u);
+    EXPECT_EQ(clear_variant(&source), kOk);
+    EXPECT_EQ(object.references, 2u);
+    EXPECT_EQ(clear_variant(&copy), kOk);
+    EXPECT_EQ(object.references, 1u);
+  }
 }
 
 TEST(ComponentMemory, ElementsAreAsWideAsTheirType) {
   const std::vector<std::pair<std::uint16_t, std::uint32_t>> widths{
-      {vt::kInt8, 1},   {vt::kUint8, 1},   {vt::kInt16, 2},  {vt::kUint16, 2}, {vt::kBoolean, 2},
-      {vt::kInt32, 4},  {vt::kUint32, 4},  {vt::kInt, 4},    {vt::kUint, 4},   {vt::kFloat, 4},
-      {vt::kInt64, 8},  {vt::kUint64, 8},  {vt::kDouble, 8}, {vt::kDate, 8},   {vt::kCurrency, 8},
-      {vt::kString, 8}, {vt::kVariant, 24}};
+      {vt::kInt8, 1},     {vt::kUint8, 1},   {vt::kInt16, 2},    {vt::kUint16, 2},
+      {vt::kBoolean, 2},  {vt::kInt32, 4},   {vt::kUint32, 4},   {vt::kInt, 4},
+      {vt::kUint, 4},     {vt::kFloat, 4},   {vt::kInt64, 8},    {vt::kUint64, 8},
+      {vt::kDouble, 8},   {vt::kDate, 8},    {vt::kCurrency, 8}, {vt::kString, 8},
+      {vt::kDispatch, 8}, {vt::kUnknown, 8}, {vt::kDecimal, 16}, {vt::kVariant, 24}};
   for (const auto& [type, width] : widths) {
     ArrayRecord* array = create_array(type, 3);
     ASSERT_NE(array, nullptr) << type;

@@ -94,6 +94,25 @@ TEST_F(NodeByName, ItemIsTheDefaultMemberReadOrCalled) {
   EXPECT_EQ(test::get(read.object(), u"Name").text(), u"Number");
 }
 
+// Scripts write `node.Nodes(1)`, which arrives as a read of `Nodes` with an argument.
+TEST_F(NodeByName, ArgumentsOfNodesGoToItsDefaultMember) {
+  const auto nodes = test::find_id(*object, u"Nodes");
+  constexpr std::uint16_t kEither = call_flag::kMethod | call_flag::kPropertyGet;
+  for (const std::uint16_t flags : {call_flag::kMethod, call_flag::kPropertyGet, kEither}) {
+    const Outcome second = test::call_id(*object, *nodes, flags, {test::of_int32(1)});
+    EXPECT_EQ(second.result, kOk);
+    EXPECT_EQ(test::get(second.object(), u"Name").text(), u"City");
+  }
+  const Outcome none = test::call_id(*object, *nodes, call_flag::kPropertyGet, {test::of_int32(2)});
+  EXPECT_EQ(none.result, kException);
+  EXPECT_EQ(none.exception.result, result_from_bits(0x80044204));
+  HostString word(u"City");
+  const Outcome wrong =
+      test::call_id(*object, *nodes, call_flag::kPropertyGet, {test::of_string(word)});
+  EXPECT_EQ(wrong.result, kTypeMismatch);
+  EXPECT_EQ(wrong.argument_index, 0u);
+}
+
 TEST_F(NodeByName, ALookUpThatFindsNothingIsAnErrorOfTheNodes) {
   const Outcome nodes = test::get(*object, u"Nodes");
   HostString name(u"Street");

@@ -64,6 +64,44 @@ TEST(ComponentValues, ScalarsComeAsTheTypeNextToTheirOwn) {
   EXPECT_EQ(taken(record, ValueType::kVariant), Variant(12.3456));
 }
 
+VariantRecord decimal(std::uint32_t high, std::uint64_t low, std::uint8_t scale,
+                      std::uint8_t sign = 0) {
+  const DecimalRecord number{vt::kDecimal, scale, sign, high, low};
+  VariantRecord record{};
+  std::memcpy(&record, &number, sizeof number);
+  return record;
+}
+
+TEST(ComponentValues, ADecimalIsTheNearestDouble) {
+  EXPECT_EQ(taken(decimal(0, 0, 0), ValueType::kVariant), Variant(0.0));
+  EXPECT_EQ(taken(decimal(0, 123456, 4), ValueType::kVariant), Variant(12.3456));
+  EXPECT_EQ(taken(decimal(0, 5, 1, 0x80), ValueType::kVariant), Variant(-0.5));
+  // 2 to the 95th, and the largest of all: 96 bits set.
+  EXPECT_EQ(taken(decimal(0x80000000U, 0, 0), ValueType::kVariant), Variant(0x1p95));
+  EXPECT_EQ(taken(decimal(0xFFFFFFFFU, ~std::uint64_t{0}, 0), ValueType::kVariant),
+            Variant(79228162514264337593543950335.0));
+  EXPECT_EQ(taken(decimal(0, 1, 28), ValueType::kVariant), Variant(1e-28));
+  EXPECT_EQ(taken(decimal(0, 250, 2), ValueType::kString), Variant("2.5"));
+}
+
+TEST(ComponentValues, ADecimalOfNoFormThatOneHasIsATypeMismatch) {
+  EXPECT_EQ(refusal(decimal(0, 1, 29), ValueType::kVariant), kTypeMismatch);
+  EXPECT_EQ(refusal(decimal(0, 1, 0, 1), ValueType::kVariant), kTypeMismatch);
+}
+
+TEST(ComponentValues, ADecimalPassesByReferenceAndInArrays) {
+  DecimalRecord number{0, 2, 0x80, 0, 1234};
+  VariantRecord reference = test::variant(vt::kByReference | vt::kDecimal);
+  reference.value.reference = &number;
+  EXPECT_EQ(taken(reference, ValueType::kVariant), Variant(-12.34));
+  VariantRecord array = test::variant(vt::kArray | vt::kDecimal);
+  array.value.array = create_array(vt::kDecimal, 2);
+  static_cast<DecimalRecord*>(array.value.array->data)[1] = number;
+  const Variant taken_array = taken(array, ValueType::kVariant);
+  EXPECT_EQ(taken_array.array().items(), (std::vector<Variant>{0.0, -12.34}));
+  clear_variant(&array);
+}
+
 TEST(ComponentValues, ABooleanIsTrueWhenItIsNotZero) {
   EXPECT_EQ(taken(test::of_boolean(-1), ValueType::kVariant), Variant(true));
   EXPECT_EQ(taken(test::of_boolean(1), ValueType::kVariant), Variant(true));
@@ -264,6 +302,17 @@ TEST(ComponentValues, ANodeObjectIsTheVeryNode) {
   test::Held<IDispatchAbi> object(make_node_object(node));
   EXPECT_EQ(taken(test::of_object(object.get()), ValueType::kSoapNode).node(), node);
   EXPECT_EQ(taken(test::of_object(object.get()), ValueType::kVariant).node(), node);
+}
+
+TEST(ComponentValues, AnArrayOfObjectsIsOneOfTheirNodes) {
+  const SoapNode node = SoapNode::make("Project");
+  VariantRecord array = test::variant(vt::kArray | vt::kDispatch);
+  array.value.array = create_array(vt::kDispatch, 1);
+  static_cast<IDispatchAbi**>(array.value.array->data)[0] = make_node_object(node);
+  const Variant held = taken(array, ValueType::kVariant);
+  ASSERT_EQ(held.array().size(), 1u);
+  EXPECT_EQ(held.array().items()[0].node(), node);
+  clear_variant(&array);
 }
 
 TEST(ComponentValues, NoObjectIsAnEmptyReference) {

@@ -56,6 +56,8 @@ const std::vector<Room>& rooms() {
       {"bvconn/testing/"},
       {"bvconn/observation/"},
       {"bvconn/component/"},
+      // What stands in for sources of the component on Windows.
+      {"bvconn/component/windows/"},
       // What an application includes, and of the component what a host does.
       {"examples/",
        {"bvconn/bvconn.h", "bvconn/platform/", "bvconn/core/", "bvconn/dal/", "bvconn/connectors/",
@@ -241,9 +243,18 @@ constexpr std::string_view kSystemHeaders[] = {
     "pwd.h", "sched.h",   "signal.h", "spawn.h",  "stdio.h",  "stdint.h", "stdlib.h",  "string.h",
     "sys/",  "termios.h", "time.h",   "unistd.h", "malloc.h"};
 
-// Those of Windows make macros of common words, so one header includes them.
-constexpr std::string_view kWindowsHeaders[] = {"windows.h", "winsock2.h", "ws2tcpip.h"};
-constexpr std::string_view kWindowsHeader = "bvconn/platform/windows/system.h";
+// Those of Windows make macros of common words, so one header includes them, and one those of
+// component objects.
+struct WindowsHeader {
+  std::string_view name;
+  std::string_view place;
+};
+constexpr std::string_view kSystemPlace = "bvconn/platform/windows/system.h";
+constexpr std::string_view kComponentsPlace = "bvconn/platform/windows/components.h";
+constexpr WindowsHeader kWindowsHeaders[] = {
+    {"windows.h", kSystemPlace},   {"winsock2.h", kSystemPlace},    {"ws2tcpip.h", kSystemPlace},
+    {"ocidl.h", kComponentsPlace}, {"oleauto.h", kComponentsPlace}, {"olectl.h", kComponentsPlace},
+};
 
 // A third-party library by the beginning of its includes, and who may use it.
 struct Library {
@@ -447,10 +458,12 @@ Complaints check_third_party(const SourceFile& file) {
     const Kind kind = kind_of(include);
     if (kind == Kind::kOwn || kind == Kind::kStandard) continue;
     const std::string header = "<" + include.target + ">";
-    if (std::ranges::find(kWindowsHeaders, include.target) != std::end(kWindowsHeaders)) {
-      if (file.path == kWindowsHeader) continue;
+    const auto* const windows =
+        std::ranges::find(kWindowsHeaders, include.target, &WindowsHeader::name);
+    if (windows != std::end(kWindowsHeaders)) {
+      if (file.path == windows->place) continue;
       complaints.push_back(place(file, include) + header + " is for " +
-                           std::string(kWindowsHeader) + " only; include that one");
+                           std::string(windows->place) + " only; include that one");
       continue;
     }
     if (standard_only) {

@@ -164,6 +164,8 @@ TEST(CheckThirdParty, HasOnePlaceForTheHeadersOfWindows) {
     EXPECT_THAT(check_third_party(file(path, text)),
                 ElementsAre(HasSubstr("is for bvconn/platform/windows/system.h only")));
   }
+  EXPECT_THAT(check_third_party(file("bvconn/component/windows/a.cpp", "#include <oleauto.h>\n")),
+              ElementsAre(HasSubstr("is for bvconn/platform/windows/components.h only")));
 }
 
 TEST(CheckThirdParty, KeepsTheLogicToTheStandardLibrary) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "bvconn/platform/windows/system.h"
+#include "bvconn/platform/windows/thread_slot.h"
 
 namespace bvconn::detail {
 namespace {
@@ -79,6 +80,14 @@ void set_of_thread(const void* key, void* object, void (*release)(void*) noexcep
     release(object);
     throw;
   }
+}
+
+void release_all_threads() noexcept {
+  const DWORD index = slot();
+  if (index == FLS_OUT_OF_INDEXES) return;
+  // The calling thread's first: while those of others are released they stand in its place.
+  release_all(::FlsGetValue(index));
+  ::FlsFree(index);
 }
 
 }  // namespace bvconn::detail

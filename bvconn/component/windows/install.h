@@ -1,0 +1,17 @@
+#pragma once
+
+#include "bvconn/component/abi.h"
+
+/// Where hosts find the library: keys of the system's registry, below `Software\Classes`.
+namespace bvconn::component {
+
+enum class Whom { kMachine, kUser };
+
+/// Writes the keys of all classes, over any that are there.
+Hresult install_classes(Whom whom) noexcept;
+/// Deletes them, with what else lies in them, and leaves none of them behind; what is not there is
+/// no failure. Names that another library of ours is registered by too (one of 32 bits beside one
+/// of 64) stay as long as that one does.
+Hresult remove_classes(Whom whom) noexcept;
+
+}  // namespace bvconn::component
