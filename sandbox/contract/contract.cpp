@@ -19,14 +19,14 @@ void compare_action(const RequestFacts& request, const MethodContract& method, V
   const auto& action = request.soap_action;
   if (action && holds(method.soap_actions, *action)) return;
   verdict.differences.push_back({action ? "SOAPAction" : "the SOAPAction header",
-                                 action ? "is " + quoted(*action) : "is missing",
-                                 listed(method.soap_actions, " or ", quoted)});
+                                 action ? "is " + in_quotes(*action) : "is missing",
+                                 listed(method.soap_actions, " or ", in_quotes)});
 }
 
 void compare_headers(const RequestFacts& request, const MethodContract& method, Verdict& verdict) {
   if (request.headers == method.headers) return;
   const auto text = [](const std::vector<std::string>& names) {
-    return names.empty() ? std::string("none") : listed(names, ", ", quoted);
+    return names.empty() ? std::string("none") : listed(names, ", ", in_quotes);
   };
   verdict.differences.push_back(
       {"the SOAP headers", "are " + text(request.headers), text(method.headers)});
@@ -101,12 +101,12 @@ Difference Contract::unknown_method(const RequestFacts& request) const {
   }
   if (siblings.empty()) {
     return {"",
-            "there is no service " + quoted(request.service) + " (asked for method " +
-                quoted(request.method) + ")",
-            "one of " + listed(services, ", ", quoted)};
+            "there is no service " + in_quotes(request.service) + " (asked for method " +
+                in_quotes(request.method) + ")",
+            "one of " + listed(services, ", ", in_quotes)};
   }
-  return {request.service, "has no method " + quoted(request.method),
-          "one of " + listed(siblings, ", ", quoted)};
+  return {request.service, "has no method " + in_quotes(request.method),
+          "one of " + listed(siblings, ", ", in_quotes)};
 }
 
 std::vector<const OperationForm*> Contract::forms() const {

@@ -152,7 +152,7 @@ std::string arguments_text(const DalRoute& route) {
   return " (" +
          listed(route.arguments, ", ",
                 [](const DalArgument& each) {
-                  return each.name.empty() ? expected_text(each) : quoted(each.name);
+                  return each.name.empty() ? expected_text(each) : in_quotes(each.name);
                 }) +
          ")";
 }
@@ -184,7 +184,7 @@ std::vector<Difference> differences(const DalRoute& route, const std::vector<Jso
         argument.types.empty() ? found[i] != JsonType::kOther : holds(argument.types, found[i]);
     if (fits) continue;
     all.push_back({"argument " + std::to_string(i + 1) +
-                       (argument.name.empty() ? "" : " (" + quoted(argument.name) + ")"),
+                       (argument.name.empty() ? "" : " (" + in_quotes(argument.name) + ")"),
                    "is " + type_text(found[i]), expected_text(argument)});
   }
   return all;

@@ -19,11 +19,11 @@ bool holds(const std::vector<std::string>& texts, std::string_view wanted) {
 }
 
 std::string type_text(std::string_view type) {
-  return type.empty() ? "no type" : "type " + quoted(type);
+  return type.empty() ? "no type" : "type " + in_quotes(type);
 }
 
 std::string namespace_text(std::string_view name_space) {
-  return name_space.empty() ? "no namespace" : "the namespace " + quoted(name_space);
+  return name_space.empty() ? "no namespace" : "the namespace " + in_quotes(name_space);
 }
 
 std::string types_text(const std::vector<std::string>& types) {
@@ -31,7 +31,7 @@ std::string types_text(const std::vector<std::string>& types) {
 }
 
 std::string name_text(const ParameterContract& expected) {
-  return expected.name.empty() ? "a document" : quoted(expected.name);
+  return expected.name.empty() ? "a document" : in_quotes(expected.name);
 }
 
 bool names_fit(const Parameter& found, const ParameterContract& expected) {
@@ -67,10 +67,10 @@ void compare(std::size_t place, const Parameter& found, const ParameterContract&
              std::vector<Difference>& differences) {
   const std::string number = "parameter " + std::to_string(place + 1);
   if (!names_fit(found, expected)) {
-    differences.push_back({number, "is named " + quoted(found.name), quoted(expected.name)});
+    differences.push_back({number, "is named " + in_quotes(found.name), in_quotes(expected.name)});
   }
   if (expected.types.empty()) return;
-  const std::string named = number + " (" + quoted(found.name) + ")";
+  const std::string named = number + " (" + in_quotes(found.name) + ")";
   if (found.name_space != expected.name_space) {
     differences.push_back(
         {named, "is in " + namespace_text(found.name_space), namespace_text(expected.name_space)});
@@ -132,7 +132,7 @@ class Alignment {
 
   void tell_surplus(std::size_t i, std::vector<Difference>& differences) const {
     if (open_ended_ && i >= expected_.size()) return;
-    differences.push_back({"parameter " + std::to_string(i + 1), "is " + quoted(found_[i].name),
+    differences.push_back({"parameter " + std::to_string(i + 1), "is " + in_quotes(found_[i].name),
                            "nothing of this name here", true});
   }
 

@@ -8,7 +8,8 @@
 /// How complaints put things into words.
 namespace bvconn::sandbox {
 
-inline std::string quoted(std::string_view text) {
+/// Not by the name of std::quoted, which would be found for every std::string beside it.
+inline std::string in_quotes(std::string_view text) {
   return "'" + std::string(text) + "'";
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 std::string methods_text(const DalRoute& route) {
   return listed(route.methods, " or ",
-                [](const auto& name) { return name.second + " in " + quoted(name.first); });
+                [](const auto& name) { return name.second + " in " + in_quotes(name.first); });
 }
 
 /// Of the operations that send the envelope on the SOAP route, those that make this call.
@@ -34,7 +34,7 @@ void read_request_text(const Sandbox& sandbox, Asked& asked) {
   keep_forms_of(route, verdict);
   const Operations::Name name{facts.service, facts.method};
   if (std::find(route.methods.begin(), route.methods.end(), name) == route.methods.end()) {
-    const Difference other{"The request", "is " + facts.method + " in " + quoted(facts.service),
+    const Difference other{"The request", "is " + facts.method + " in " + in_quotes(facts.service),
                            methods_text(route)};
     verdict.subject.clear();
     verdict.differences.assign(1, other);

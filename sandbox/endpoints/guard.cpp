@@ -49,11 +49,11 @@ bool opens_page(const Request& request) {
 std::string strange_origin(const Request& request) {
   const std::string host = request.header("Host").value_or("");
   if (const auto origin = request.header("Origin"); origin && !is_origin_of(*origin, host)) {
-    return "the origin " + quoted(shortened(*origin));
+    return "the origin " + in_quotes(shortened(*origin));
   }
   const std::string site = request.header("Sec-Fetch-Site").value_or("none");
   if (site == "same-origin" || site == "none" || opens_page(request)) return {};
-  return "another origin (Sec-Fetch-Site is " + quoted(shortened(site)) + ")";
+  return "another origin (Sec-Fetch-Site is " + in_quotes(shortened(site)) + ")";
 }
 
 /// A second header of one of these names would be looked at by somebody else.
@@ -81,7 +81,8 @@ std::optional<Reply> refuse_stranger(const ServedSandbox& sandbox, const Request
   const bool may_have_any = !is_clients && !sandbox.admin_token.empty();
   if (host && !may_have_any && !is_own_name(sandbox, *host)) {
     return error_text_reply(403, "The sandbox is not asked by the name " +
-                                     quoted(shortened(*host)) + "; --allowed-host NAME allows one");
+                                     in_quotes(shortened(*host)) +
+                                     "; --allowed-host NAME allows one");
   }
   if (const std::string stranger = strange_origin(request); !stranger.empty()) {
     return error_text_reply(403, "Pages of " + stranger + " may ask nothing of the sandbox");

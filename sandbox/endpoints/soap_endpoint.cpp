@@ -22,7 +22,7 @@ std::optional<std::string> soap_action(const Request& request) {
 void check_media_type(const Request& request, bool loose, Exchange& exchange) {
   const std::string type = media_type(request.header("Content-Type").value_or(""));
   if (type == "text/xml") return;
-  exchange.differences.push_back({"Content-Type", "is " + quoted(type), quoted("text/xml")});
+  exchange.differences.push_back({"Content-Type", "is " + in_quotes(type), in_quotes("text/xml")});
   exchange.outcome = loose ? Outcome::kWarned : Outcome::kRefused;
 }
 

@@ -23,7 +23,7 @@ std::string excerpt(std::string_view text, std::size_t at) {
   while (end < text.size() && end > begin && !begins_character(text[end])) --end;
   std::string shown(begin > 0 ? "…" : "");
   shown.append(text.substr(begin, end - begin));
-  return quoted(shown.append(end < text.size() ? "…" : ""));
+  return in_quotes(shown.append(end < text.size() ? "…" : ""));
 }
 
 std::string argument_difference(const AskedRequest::Argument& recorded, std::string_view text) {

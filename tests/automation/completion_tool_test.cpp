@@ -154,7 +154,8 @@ TEST(Completion, InZshReplacesTheWordThatIsBegun) {
 
 std::string fish_offers(const std::string& line) {
   return Shell()
-      .run("fish -N -c " + quoted("bvconn completion fish | source; complete -C " + quoted(line)))
+      .run("fish -N -c " +
+           shell_quoted("bvconn completion fish | source; complete -C " + shell_quoted(line)))
       .out;
 }
 
@@ -171,12 +172,13 @@ TEST(Completion, InFishFallsBackToFiles) {
   if (!is_installed("fish")) GTEST_SKIP() << "fish is not installed here";
   const Shell shell;
   shell.folder.file("authority.pem", "");
-  EXPECT_EQ(shell
-                .run("cd \"$HOME\"; fish -N -c " +
-                     quoted("bvconn completion fish | source; complete -C 'bvconn call --ca-file "
+  EXPECT_EQ(
+      shell
+          .run("cd \"$HOME\"; fish -N -c " +
+               shell_quoted("bvconn completion fish | source; complete -C 'bvconn call --ca-file "
                             "auth'"))
-                .out,
-            "authority.pem\n");
+          .out,
+      "authority.pem\n");
 }
 
 TEST(Completion, HasAScriptForEachShell) {

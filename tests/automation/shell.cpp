@@ -34,13 +34,13 @@ std::string clean_environment(const TemporaryFolder& folder,
                                                {"LC_ALL", "C.UTF-8"}};
   for (const auto& [name, value] : more) variables[name] = value;
   std::string text = "env -i ";
-  for (const auto& [name, value] : variables) text += quoted(name + "=" + value) + " ";
+  for (const auto& [name, value] : variables) text += shell_quoted(name + "=" + value) + " ";
   return text;
 }
 
 }  // namespace
 
-std::string quoted(const std::string& text) {
+std::string shell_quoted(const std::string& text) {
   std::string word = "'";
   for (const char c : text) word += c == '\'' ? "'\\''" : std::string(1, c);
   return word + "'";
@@ -54,8 +54,8 @@ Tool::Outcome Shell::run(const std::string& script) const {
   const std::string out = (folder / "out").string();
   const std::string err = (folder / "err").string();
   const std::string command = clean_environment(folder, environment_) + "bash " +
-                              quoted(folder.file("script", script)) + " >" + quoted(out) + " 2>" +
-                              quoted(err) + " </dev/null";
+                              shell_quoted(folder.file("script", script)) + " >" +
+                              shell_quoted(out) + " 2>" + shell_quoted(err) + " </dev/null";
   const int status = std::system(command.c_str());
   return {.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
           .out = read_text(out),
@@ -69,7 +69,7 @@ void Shell::profiles(const std::string& toml) const {
 
 TerminalSession::TerminalSession(const std::string& script) {
   const std::string command = clean_environment(folder, {{"TERM", "xterm"}}) + "bash " +
-                              quoted(folder.file("script", script));
+                              shell_quoted(folder.file("script", script));
   child_ = ::forkpty(&terminal_, nullptr, nullptr, nullptr);
   if (child_ < 0) throw std::runtime_error("no terminal");
   if (child_ == 0) {

@@ -55,7 +55,7 @@ class TerminalSession {
 };
 
 /// The shell's word for a text.
-std::string quoted(const std::string& text);
+std::string shell_quoted(const std::string& text);
 
 /// Whether a program is installed.
 bool is_installed(const std::string& program);

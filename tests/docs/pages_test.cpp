@@ -66,9 +66,9 @@ int build_with_library(const std::string& source, const std::string& made,
   const std::string command =
       "LC_ALL=C " BVCONN_COMPILER
       " -std=c++20 -fPIC -shared -Wl,-z,defs,--warn-unresolved-symbols -I " +
-      quoted(BVCONN_SOURCE_DIR) + " -I " + quoted(BVCONN_SOURCE_DIR "/tests") + " " +
-      quoted(source) + " " + quoted(BVCONN_TESTING_LIBRARY) + " " + quoted(BVCONN_LIBRARY) +
-      " -o " + quoted(made) + " 2>" + quoted(messages);
+      shell_quoted(BVCONN_SOURCE_DIR) + " -I " + shell_quoted(BVCONN_SOURCE_DIR "/tests") + " " +
+      shell_quoted(source) + " " + shell_quoted(BVCONN_TESTING_LIBRARY) + " " +
+      shell_quoted(BVCONN_LIBRARY) + " -o " + shell_quoted(made) + " 2>" + shell_quoted(messages);
   return std::system(command.c_str());
 }
 

@@ -144,7 +144,7 @@ Reader::Outcome Reader::run(const std::string& script, bool stops) {
   const std::string own = home / ".reader";
   fs::create_directories(own);
   std::string text = "exec 2>&1\n";
-  if (fs::exists(own + "/state")) text += "source " + quoted(own + "/state") + "\n";
+  if (fs::exists(own + "/state")) text += "source " + shell_quoted(own + "/state") + "\n";
   text += "trap 'status=$?; { export -p; printf \"cd %q\\n\" \"$PWD\"; } >" + own +
           "/state; exit $status' EXIT\n"
           "needs() { command -v \"$1\" >/dev/null || exit " +
@@ -156,12 +156,14 @@ Reader::Outcome Reader::run(const std::string& script, bool stops) {
                            fs::path(BVSANDBOX).parent_path().string() +
                            ":/usr/local/bin:/usr/bin:/bin";
   const std::string command =
-      "cd " + quoted(home.path().string()) + " && env -i " + quoted("PATH=" + path) + " " +
-      quoted("HOME=" + home.path().string()) + " LC_ALL=C.UTF-8 " +
+      "cd " + shell_quoted(home.path().string()) + " && env -i " + shell_quoted("PATH=" + path) +
+      " " + shell_quoted("HOME=" + home.path().string()) + " LC_ALL=C.UTF-8 " +
       // Where the commands of bvsandbox look by themselves, at the real port.
-      quoted("BVSANDBOX_URL=http://127.0.0.1:" + sandbox_port_.text()) + " " +
-      quoted("BVCONN_MACHINE_SETTINGS=" + home.path().string() + "/etc/bvconn/settings.toml") +
-      " bash " + quoted(own + "/script") + " >" + quoted(own + "/printed") + " </dev/null";
+      shell_quoted("BVSANDBOX_URL=http://127.0.0.1:" + sandbox_port_.text()) + " " +
+      shell_quoted("BVCONN_MACHINE_SETTINGS=" + home.path().string() +
+                   "/etc/bvconn/settings.toml") +
+      " bash " + shell_quoted(own + "/script") + " >" + shell_quoted(own + "/printed") +
+      " </dev/null";
   const int status = std::system(command.c_str());
   const std::string left = lines_of(read_text(own + "/state")).back();
   folder_ = left.substr(left.find(' ') + 1);
