@@ -23,7 +23,6 @@ std::int64_t in_ns(const struct timespec& time) {
 FileState state_from(const struct stat& status) {
   return {.device = status.st_dev,
           .inode = status.st_ino,
-          .links = status.st_nlink,
           .size = status.st_size,
           .content_ns = in_ns(status.st_mtim),
           .status_ns = in_ns(status.st_ctim),
@@ -33,13 +32,12 @@ FileState state_from(const struct stat& status) {
 #ifdef STATX_BASIC_STATS
 /// Nothing also where the system cannot be asked in this way: `stat` has the last word.
 std::optional<FileState> asked_without_times(int folder, const char* path, int flags) noexcept {
-  constexpr unsigned kWanted = STATX_TYPE | STATX_NLINK | STATX_INO | STATX_SIZE;
+  constexpr unsigned kWanted = STATX_TYPE | STATX_INO | STATX_SIZE;
   struct statx status {};
   if (::statx(folder, path, flags, kWanted, &status) != 0) return std::nullopt;
   if ((status.stx_mask & kWanted) != kWanted) return std::nullopt;
   return FileState{.device = makedev(status.stx_dev_major, status.stx_dev_minor),
                    .inode = status.stx_ino,
-                   .links = status.stx_nlink,
                    .size = static_cast<std::int64_t>(status.stx_size),
                    .is_regular = S_ISREG(status.stx_mode)};
 }

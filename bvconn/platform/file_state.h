@@ -10,7 +10,6 @@ namespace bvconn::detail {
 struct FileState {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
-  std::uint64_t links = 0;
   std::int64_t size = 0;
   std::int64_t content_ns = 0;  ///< of its last change, since 1970
   std::int64_t status_ns = 0;   ///< of the last change of what is said of it; nobody can set it

@@ -203,6 +203,20 @@ TEST_F(FileCalls, ThatFailUnderALoggerThatHasItsFileOpenFailNothingAndCostOneLin
             (std::set<std::string>{"statx", "write"}));
 }
 
+// A program whose server answers with faults writes as many lines as it makes calls.
+TEST_F(FileCalls, OfALineInAnOpenFileAreALookAtItsPathAndAWrite) {
+  const std::shared_ptr<SessionLogger> logger = make_file_logger();
+  logger->LogWarning("C", "m", "the first", 0);
+  const auto call = [&](std::size_t number) -> std::string {
+    const FailingCall failing(Calls::kFiles, number, 0);
+    logger->LogWarning("C", "m", "another", 0);
+    return FailingCall::has_struck() ? std::string(struck_call()) : "none";
+  };
+  EXPECT_EQ(call(3), "none");
+  EXPECT_EQ(call(2), "write");
+  EXPECT_EQ(call(1), "statx");
+}
+
 TEST_F(FileCalls, ThatFailWhileALogIsPutAsideLoseNoLineThatWasWritten) {
   const ScopedEnvironment bound("BVCONN_LOG_MAX_BYTES", "600");
   const std::shared_ptr<SessionLogger> logger = make_file_logger();

@@ -14,7 +14,8 @@
 // Whoever opens the file for a line writes it under a shared lock, and a file is put aside under an
 // exclusive one. So no writer holds up another, but for the moment in which the file changes its
 // name, and between the look at the name and the write the name cannot go to another file. Who has
-// the file open already writes without a lock and looks afterwards whether the file is still there.
+// the file open already looks at the name too, but writes without a lock: what becomes of the file
+// between the two becomes of it as if the line had been in it when it was looked at.
 namespace bvconn {
 namespace {
 
@@ -134,10 +135,7 @@ std::optional<bool> AppendedFile::append_to_open(std::string_view bytes) const {
   const auto size = static_cast<std::uint64_t>(named->size);
   const bool is_full = max_bytes_ != 0 && size != 0 && size + bytes.size() > max_bytes_;
   if (is_full && named->is_regular) return std::nullopt;
-  if (detail::write_all(file_.get(), bytes) != 0) return false;
-  const auto written = detail::state_without_times_of(file_.get());
-  if (written && written->links == 0) return std::nullopt;
-  return true;
+  return detail::write_all(file_.get(), bytes) == 0;
 }
 
 }  // namespace bvconn

@@ -28,8 +28,8 @@ bool try_append_to_file(const std::string& path, std::string_view bytes,
 /// A file that lines are appended to one by one, as with `try_append_to_file`; it stays open
 /// between them, as long as its path leads to it.
 ///
-/// No lock is taken for a line as a rule: a file that is put aside meanwhile keeps the line, and
-/// where it was removed altogether, the line is written once more, to the file that is there now.
+/// No lock is taken for a line as a rule: a file that is put aside or removed in the very moment of
+/// the write takes the line with it, as it takes all those before.
 class AppendedFile {
  public:
   AppendedFile(std::string path, std::uint64_t max_bytes)

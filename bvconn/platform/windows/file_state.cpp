@@ -50,20 +50,15 @@ std::int64_t in_ns(std::int64_t ticks) {
 std::optional<FileState> state_from(HANDLE handle) noexcept {
   BY_HANDLE_FILE_INFORMATION info{};
   FILE_BASIC_INFO basic{};
-  FILE_STANDARD_INFO standard{};
   const bool is_disk = ::GetFileType(handle) == FILE_TYPE_DISK;
-  if (!is_disk) return FileState{.links = 1};
+  if (!is_disk) return FileState{};
   if (::GetFileInformationByHandle(handle, &info) == 0 ||
       ::GetFileInformationByHandleEx(handle, FileBasicInfo, &basic, sizeof(basic)) == 0) {
     errno = errno_of(::GetLastError());
     return std::nullopt;
   }
-  const bool goes =
-      ::GetFileInformationByHandleEx(handle, FileStandardInfo, &standard, sizeof(standard)) != 0 &&
-      standard.DeletePending != 0;
   return FileState{.device = info.dwVolumeSerialNumber,
                    .inode = joined(info.nFileIndexHigh, info.nFileIndexLow),
-                   .links = goes ? 0U : info.nNumberOfLinks,
                    .size = static_cast<std::int64_t>(joined(info.nFileSizeHigh, info.nFileSizeLow)),
                    .content_ns = in_ns(basic.LastWriteTime.QuadPart),
                    .status_ns = in_ns(basic.ChangeTime.QuadPart),
