@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "bvconn/platform/settings/no_settings.h"
+
 namespace bvconn::automation::detail {
 
 namespace {
@@ -116,15 +118,6 @@ class RecordingLogger final : public SessionLogger {
   }
 
   StatePointer state_;
-};
-
-/// Settings without values, into which nothing can be written.
-class NoSettings final : public RegistryAccess {
- public:
-  bool Exists(std::string_view) override { return false; }
-  void Write(std::string_view, const SettingValue&, std::string_view) override {}
-  double ReadNumber(SettingsRoot, std::string_view, std::string_view) override { return 0; }
-  std::string ReadString(SettingsRoot, std::string_view, std::string_view) override { return ""; }
 };
 
 /// No time passes, so that a line that tells how long something took is the same each time.

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "bvconn/platform/settings/no_settings.h"
+
 namespace bvconn::sandbox {
 namespace {
 
@@ -22,14 +24,6 @@ class NoLog final : public SessionLogger {
   void ExitMethod(std::string_view, std::string_view, std::int32_t) override {}
   std::int32_t LogMask() override { return 0; }
   std::string TracingFilePath() override { return "/dev/null"; }
-};
-
-class NoSettings final : public RegistryAccess {
- public:
-  bool Exists(std::string_view) override { return false; }
-  void Write(std::string_view, const SettingValue&, std::string_view) override {}
-  double ReadNumber(SettingsRoot, std::string_view, std::string_view) override { return 0; }
-  std::string ReadString(SettingsRoot, std::string_view, std::string_view) override { return ""; }
 };
 
 class NoMessage final : public ModalMessage {
