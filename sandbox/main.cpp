@@ -1,3 +1,5 @@
+#include <malloc.h>
+
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
@@ -91,7 +93,17 @@ void run_sandbox(const Options& options) {
   detail::interrupt_exchanges(true);
 }
 
+/// What one worker keeps for the journal another lets go of. With a heap for each thread every heap
+/// grows as far as its share of that ever does, which has no end; in one heap the whole has its
+/// bound.
+void share_one_heap() {
+#ifdef M_ARENA_MAX
+  ::mallopt(M_ARENA_MAX, 1);
+#endif
+}
+
 int run(int argc, char** argv) {
+  share_one_heap();
   // A reader of standard output that has gone is no reason to end.
   std::signal(SIGPIPE, SIG_IGN);
   if (const auto status = run_command(argc, argv)) return *status;

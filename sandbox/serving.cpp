@@ -1,5 +1,6 @@
 #include "sandbox/serving.h"
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -10,6 +11,15 @@
 
 namespace bvconn::sandbox {
 namespace {
+
+/// As many connections as the system lets this process have: a shell often starts programs with
+/// fewer. Where it may not be raised, the limit stays, and connections wait as they would have.
+void take_all_descriptors() {
+  rlimit files{};
+  if (::getrlimit(RLIMIT_NOFILE, &files) != 0) return;
+  files.rlim_cur = files.rlim_max;
+  ::setrlimit(RLIMIT_NOFILE, &files);
+}
 
 void tell_ready(const Server& server, const std::string& authority_file) {
   const std::string base = server.url();
@@ -34,6 +44,7 @@ void tell_ready(const Server& server, const std::string& authority_file) {
 }  // namespace
 
 void serve(Server& server, bool until_eof, const std::string& authority_file) {
+  take_all_descriptors();
   server.stop_on_signals();
   if (until_eof) server.stop_when_input_ends();
   tell_ready(server, authority_file);

@@ -3,17 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <memory>
+#include <chrono>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "sandbox/contract/observed.h"
-#include "sandbox/endpoints/endpoints.h"
-#include "sandbox/http/server.h"
-#include "sandbox/journal/journal.h"
 #include "sandbox/raw_client.h"
+#include "sandbox/served_here.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -22,45 +20,14 @@ using nlohmann::json;
 using test::http_request;
 using test::RawClient;
 using test::RawReply;
+using test::ServedHere;
+using test::soap_call;
 
 constexpr int kClients = 6;
 constexpr int kCallsOfAClient = 60;
 constexpr int kAllCalls = kClients * kCallsOfAClient;
 /// Every third call of a client asks to fail.
 constexpr int kFailing = kAllCalls / 3;
-
-/// What the program serves, with a journal and a fault for whoever asks for it.
-class Served {
- public:
-  Served() {
-    sandbox_->journal = std::make_shared<MemoryJournal>(JournalLimits{});
-    for (const auto& each : observations_) {
-      sandbox_->operation_names.push_back(operation_name(each));
-    }
-    thread_ = std::thread([this] { server_.run(); });
-  }
-  ~Served() {
-    server_.finish();
-    thread_.join();
-  }
-  Served(const Served&) = delete;
-  Served& operator=(const Served&) = delete;
-
-  std::uint16_t port() const { return server_.port(); }
-
- private:
-  std::vector<automation::ObservedOperation> observations_ = automation::observe_all();
-  // On the heap: GCC 12 warns of members that are made up in place.
-  const std::unique_ptr<ServedSandbox> sandbox_{
-      new ServedSandbox{{.store = Store(":memory:", std::nullopt),
-                         .contract = Contract(contract_of(observations_)),
-                         .dal_routes = dal_routes_of(observations_)}}};
-  const Operations operations_ = all_operations();
-  Server server_{Listening{}, Limits{}, [this](const Request& request) {
-                   return answer(*sandbox_, operations_, request);
-                 }};
-  std::thread thread_;
-};
 
 RawReply ask(std::uint16_t port, std::string_view method, std::string_view target,
              std::string_view body = "") {
@@ -73,16 +40,9 @@ json journal(std::uint16_t port, const std::string& query) {
 
 std::string call_of(int number, bool fails) {
   const std::string uid = "INV-10" + std::to_string(10 + number % 30);
-  const std::string headers =
-      "Content-Type: text/xml; charset=utf-8\r\nSOAPAction: \"urn:InvoiceService\"\r\n" +
-      std::string(fails ? "X-Test: fail\r\n" : "");
-  return http_request(
-      "POST", "/soap", headers,
-      "<E:Envelope xmlns:E=\"http://schemas.xmlsoap.org/soap/envelope/\""
-      " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
-      " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\"><E:Header><userID>S1</userID></E:Header>"
-      "<E:Body><m:getInvoice xmlns:m=\"urn:InvoiceService\"><param xsi:type=\"xsd:string\">" +
-          uid + "</param></m:getInvoice></E:Body></E:Envelope>");
+  return soap_call("urn:InvoiceService", "getInvoice",
+                   "<param xsi:type=\"xsd:string\">" + uid + "</param>",
+                   fails ? "X-Test: fail\r\n" : "");
 }
 
 /// On one connection, as the library does it.
@@ -125,25 +85,99 @@ void change_things(std::uint16_t port, const std::atomic<bool>& is_over) {
   }
 }
 
-TEST(ServedAtOnce, NoClientMeetsWhatIsMeantForAnother) {
-  const Served served;
-  const std::uint16_t port = served.port();
-  const char* const fault = R"({"kind": "status", "header": "X-Test: fail", "name": "asked-for"})";
-  ASSERT_EQ(ask(port, "POST", "/admin/faults", fault).status, 200);
+/// Saves a project under a key of its own again and again, and reads it back.
+void save(std::uint16_t port, const std::string& key, const std::atomic<bool>& is_over) {
+  RawClient client(port);
+  for (int i = 0; !is_over; ++i) {
+    const std::string name = "Name " + std::to_string(i);
+    const std::string project =
+        "<Project><GID>" + key + "</GID><Name>" + name + "</Name></Project>";
+    ASSERT_TRUE(client.send(soap_call("urn:ProjectService", "save", project)));
+    ASSERT_EQ(client.receive(std::chrono::seconds(60)).status, 200);
+    ASSERT_TRUE(client.send(soap_call("urn:ProjectService", "getProject",
+                                      "<GID xsi:type=\"xsd:string\">" + key + "</GID>")));
+    const RawReply reply = client.receive(std::chrono::seconds(60));
+    ASSERT_NE(reply.body.find(name), std::string::npos) << reply.body;
+  }
+}
+
+/// Logs in and asks under the token that it was given.
+void log_in(std::uint16_t port, const std::atomic<bool>& is_over) {
+  while (!is_over) {
+    const RawReply login =
+        test::exchange(port, http_request("POST", "/dal/AuthenticationService/Login",
+                                          "Content-Type: application/json\r\n",
+                                          R"({"arguments":["anna","secret","1.0","US"]})"));
+    ASSERT_EQ(login.status, 200) << login.body;
+    const RawReply reply = test::exchange(
+        port, http_request("POST", "/dal/ProjectService/getExistingProject",
+                           "Content-Type: application/json\r\nAuthorization: Bearer " +
+                               login.header("Session-Token") + "\r\n",
+                           R"({"arguments":["PRJ-3001"]})"));
+    ASSERT_NE(reply.body.find("PRJ-3001"), std::string::npos) << reply.body;
+  }
+}
+
+/// Follows the events, each time for a while, and goes on where it was.
+void follow(std::uint16_t port, const std::atomic<bool>& is_over) {
+  std::string seen;
+  while (!is_over) {
+    RawClient client(port);
+    ASSERT_TRUE(client.send(http_request("GET", "/admin/journal/events", "", "")));
+    for (int i = 0; i < 10 && !is_over; ++i) {
+      seen += client.receive_some(std::chrono::milliseconds(50));
+    }
+  }
+  EXPECT_NE(seen.find("\nevent: exchange\n"), std::string::npos);
+}
+
+/// Runs these beside each other while the body runs.
+template <class Body>
+void beside(const std::vector<std::function<void(const std::atomic<bool>&)>>& others,
+            const Body& body) {
   std::atomic<bool> is_over = false;
-  std::vector<std::thread> others;
-  others.emplace_back([&] { look_on(port, is_over); });
-  others.emplace_back([&] { change_things(port, is_over); });
+  std::vector<std::thread> threads;
+  for (const auto& each : others) threads.emplace_back([&] { each(is_over); });
+  body();
+  is_over = true;
+  for (std::thread& each : threads) each.join();
+}
+
+void make_all_calls(std::uint16_t port) {
   std::vector<std::thread> clients;
   for (int i = 0; i < kClients; ++i) clients.emplace_back([&] { make_calls(port); });
   for (std::thread& each : clients) each.join();
-  is_over = true;
-  for (std::thread& each : others) each.join();
+}
+
+void fail_for_who_asks(std::uint16_t port) {
+  const char* const fault = R"({"kind": "status", "header": "X-Test: fail", "name": "asked-for"})";
+  ASSERT_EQ(ask(port, "POST", "/admin/faults", fault).status, 200);
+}
+
+TEST(ServedAtOnce, NoClientMeetsWhatIsMeantForAnother) {
+  const ServedHere served;
+  const std::uint16_t port = served.port();
+  fail_for_who_asks(port);
+  beside({[&](const auto& is_over) { look_on(port, is_over); },
+          [&](const auto& is_over) { change_things(port, is_over); }},
+         [&] { make_all_calls(port); });
   EXPECT_EQ(journal(port, "limit=1")["matched"], kAllCalls);
   EXPECT_EQ(journal(port, "limit=1&outcome=injected")["matched"], kFailing);
   const json faults = json::parse(ask(port, "GET", "/admin/faults").body)["faults"];
   ASSERT_EQ(faults.size(), 1U);
   EXPECT_EQ(faults[0]["hit"], kFailing);
+}
+
+TEST(ServedAtOnce, SaversReadWhatTheyHaveSavedWhileOthersFollow) {
+  const ServedHere served;
+  const std::uint16_t port = served.port();
+  fail_for_who_asks(port);
+  beside({[&](const auto& is_over) { follow(port, is_over); },
+          [&](const auto& is_over) { follow(port, is_over); },
+          [&](const auto& is_over) { save(port, "PRJ-A", is_over); },
+          [&](const auto& is_over) { save(port, "PRJ-B", is_over); },
+          [&](const auto& is_over) { log_in(port, is_over); }},
+         [&] { make_all_calls(port); });
 }
 
 }  // namespace
