@@ -16,7 +16,7 @@ from .statistics import table
 from .world import HERE, application_files, server
 
 BASELINE = HERE / "baseline.json"
-CASES = {"small": 20, "rows200": 5}
+CASES = {"small": 20, "rows200": 5, "fault": 20}
 LIMIT = 1.05
 SERVER_DELAY_MS = 20
 # The functions that every x86-64 has.
