@@ -22,9 +22,11 @@ constexpr std::uint16_t kWrites = call_flag::kPropertyPut | call_flag::kProperty
 // One call's arguments on their way from the host's array to the places of the member's arguments.
 class ArgumentReader {
  public:
-  ArgumentReader(const NamedMember& member, const InvokeRequest& request, bool writes)
+  ArgumentReader(const NamedMember& member, const InvokeRequest& request, bool writes,
+                 ForeignDocuments& documents)
       : member_(member),
         request_(request),
+        documents_(documents),
         writes_(writes),
         places_(member.arguments.size() + (writes ? 1 : 0)) {}
 
@@ -91,8 +93,8 @@ class ArgumentReader {
         if (is_optional(place)) continue;
         return index ? fail(kParameterNotOptional, *index) : kParameterNotOptional;
       }
-      const Hresult result =
-          value_from_record(request_.parameters->arguments[*index], type_of(place), values[place]);
+      const Hresult result = value_from_record(request_.parameters->arguments[*index],
+                                               type_of(place), values[place], documents_);
       if (!succeeded(result)) return fail(result, *index);
     }
     return kOk;
@@ -109,6 +111,7 @@ class ArgumentReader {
 
   const NamedMember& member_;
   const InvokeRequest& request_;
+  ForeignDocuments& documents_;
   const bool writes_;
   // For each place the index of its argument in the host's array.
   std::vector<std::optional<std::uint32_t>> places_;
@@ -162,14 +165,16 @@ Hresult run(NamedCalls& object, const InvokeRequest& request) {
     return call_default_of(object.call(*member, {}), request);
   }
   if ((member->access & request.flags) == 0) return kMemberNotFound;
+  ForeignDocuments documents;
   std::vector<Value> values;
-  const Hresult read = ArgumentReader(*member, request, writes).read(values);
+  const Hresult read = ArgumentReader(*member, request, writes, documents).read(values);
   if (!succeeded(read)) return read;
   if (writes) {
     object.put(*member, values);
     return kOk;
   }
   OwnedVariant result = object.call(*member, values);
+  documents.load_all();
   if (request.result != nullptr) *request.result = result.release();
   return kOk;
 }

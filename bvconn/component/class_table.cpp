@@ -127,7 +127,18 @@ constexpr std::array<ResultObject, 3> kResultObjects{{
          {0x6A579C69, 0x5C9A, 0x4DE3, {0x9E, 0x94, 0x32, 0x50, 0xF8, 0x21, 0x05, 0xA2}}},
 }};
 
+// By the name of the file, and by that of the library.
 constexpr std::string_view kProgIdPrefix = "BVConn.";
+constexpr std::string_view kLibraryPrefix = "BVConnector.";
+
+std::string_view class_in(std::string_view prog_id) {
+  for (const std::string_view prefix : {kProgIdPrefix, kLibraryPrefix}) {
+    if (conversions::equal_ignoring_case(prog_id.substr(0, prefix.size()), prefix)) {
+      return prog_id.substr(prefix.size());
+    }
+  }
+  return {};
+}
 
 void append_hex(std::string& out, std::uint32_t value, int digits) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -159,19 +170,19 @@ const ComponentClass* find_component_class(const Guid& id) noexcept {
 }
 
 const ComponentClass* find_component_class(std::string_view prog_id) noexcept {
-  if (prog_id.size() < kProgIdPrefix.size() ||
-      !conversions::equal_ignoring_case(prog_id.substr(0, kProgIdPrefix.size()), kProgIdPrefix)) {
-    return nullptr;
-  }
-  prog_id.remove_prefix(kProgIdPrefix.size());
-  const auto* const found = std::ranges::find_if(kClasses, [prog_id](const ComponentClass& row) {
-    return conversions::equal_ignoring_case(row.name, prog_id);
+  const std::string_view name = class_in(prog_id);
+  const auto* const found = std::ranges::find_if(kClasses, [name](const ComponentClass& row) {
+    return conversions::equal_ignoring_case(row.name, name);
   });
   return found == kClasses.end() ? nullptr : found;
 }
 
 std::string prog_id_of(const ComponentClass& component_class) {
   return std::string(kProgIdPrefix).append(component_class.name);
+}
+
+std::string library_prog_id_of(const ComponentClass& component_class) {
+  return std::string(kLibraryPrefix).append(component_class.name);
 }
 
 std::string guid_text(const Guid& id) {

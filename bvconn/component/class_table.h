@@ -42,11 +42,14 @@ std::span<const ResultObject> result_objects() noexcept;
 Guid interface_id_of(std::string_view name) noexcept;
 /// Null when there is none.
 const ComponentClass* find_component_class(const Guid& id) noexcept;
-/// By its program identifier, "BVConn." and the class's name, without regard to case.
+/// By one of its program identifiers, "BVConn." or "BVConnector." and the class's name, without
+/// regard to case.
 const ComponentClass* find_component_class(std::string_view prog_id) noexcept;
 
 /// "BVConn.BVInvoiceConnector".
 std::string prog_id_of(const ComponentClass& component_class);
+/// "BVConnector.BVInvoiceConnector".
+std::string library_prog_id_of(const ComponentClass& component_class);
 /// "{8-4-4-4-12}" in capital digits.
 std::string guid_text(const Guid& id);
 

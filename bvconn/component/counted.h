@@ -25,7 +25,7 @@ class Counted : public First, public Others... {
     if (object == nullptr) return kNullPointer;
     *object = nullptr;
     if (id == nullptr) return kNullPointer;
-    if (*id == IUnknownAbi::kId || *id == First::kId) {
+    if (*id == IUnknownAbi::kId || *id == First::kId || is_also(*id)) {
       *object = static_cast<First*>(this);
     } else {
       static_cast<void>((offer<Others>(*id, object) || ...));
@@ -47,6 +47,8 @@ class Counted : public First, public Others... {
 
  protected:
   virtual ~Counted() = default;
+  /// Whether the object's first interface has this identifier too.
+  virtual bool is_also(const Guid& /*id*/) const noexcept { return false; }
 
  private:
   template <typename Interface>

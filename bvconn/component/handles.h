@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
+
 #include "bvconn/component/abi.h"
+#include "bvconn/platform/soap/soap_node.h"
 
 /// How the library recognises its own objects among those that a host passes in: by an interface
 /// that only they have. Since another copy of the library in the same process knows the identifier
@@ -21,6 +24,10 @@ class INodeHandleAbi : public IUnknownAbi {
  protected:
   ~INodeHandleAbi() = default;
 };
+
+/// The node that an object of ours stands for, an empty reference for null; nothing for an object
+/// that stands for none.
+std::optional<SoapNode> own_node(IUnknownAbi* object);
 
 /// Of objects that stand for an `XMLDocument`.
 class IDocumentHandleAbi : public IUnknownAbi {

@@ -61,6 +61,8 @@ class InstanceObject : public NamedObject<Others...> {
   explicit InstanceObject(const ClassInfo& info)
       : info_(info), table_(shared_table(info)), instance_(info.make()) {}
 
+  std::string_view class_name() const noexcept override { return info_.name; }
+
  protected:
   void* instance() const { return instance_.get(); }
   void end_instance() { instance_.reset(); }

@@ -1,14 +1,23 @@
 #pragma once
 
+#include <string_view>
+
 #include "bvconn/component/calls.h"
+#include "bvconn/component/class_table.h"
 #include "bvconn/component/counted.h"
 
 namespace bvconn::component {
 
 /// An object that is called by name, with further interfaces where it needs some.
+///
+/// A host that has a type library asks for the identifier that its class's members have there, and
+/// calls what it is given like any other `IDispatch`.
 template <typename... Others>
 class NamedObject : public Counted<IDispatchAbi, Others...>, protected NamedCalls {
  public:
+  /// The name that the object has in the table of classes or of results; "" for none.
+  virtual std::string_view class_name() const noexcept { return {}; }
+
   // The objects describe themselves by names alone; there is no type information.
   Hresult BVCONN_CALL GetTypeInfoCount(std::uint32_t* count) noexcept final {
     if (count == nullptr) return kNullPointer;
@@ -42,6 +51,11 @@ class NamedObject : public Counted<IDispatchAbi, Others...>, protected NamedCall
                           .result = result,
                           .exception = exception,
                           .argument_index = argument_index});
+  }
+
+ protected:
+  bool is_also(const Guid& id) const noexcept override {
+    return !(id == kNullGuid) && id == interface_id_of(class_name());
   }
 };
 

@@ -25,6 +25,8 @@ class TransportObject final : public NamedObject<> {
   explicit TransportObject(std::shared_ptr<HTTPTransport> transport)
       : transport_(std::move(transport)) {}
 
+  std::string_view class_name() const noexcept override { return "HTTPTransport"; }
+
  private:
   enum : DispatchId { kOption = 1, kSetProxy, kNoProxy, kSOAPAction, kTimeout, kSend, kReceive };
 

@@ -35,6 +35,8 @@ class NodeObject final : public NamedObject<INodeHandleAbi> {
  public:
   explicit NodeObject(SoapNode node) : node_(std::move(node)) {}
 
+  std::string_view class_name() const noexcept override { return "SoapNode"; }
+
   Hresult BVCONN_CALL GetNode(const void* module, const void** node) noexcept override {
     if (node == nullptr) return kNullPointer;
     *node = nullptr;
@@ -102,6 +104,8 @@ struct NodeSource {
 class NodesObject final : public NamedObject<> {
  public:
   explicit NodesObject(SoapNodes nodes) : nodes_(std::move(nodes)) {}
+
+  std::string_view class_name() const noexcept override { return "SoapNodes"; }
 
  private:
   enum : DispatchId { kItem = kDefaultMember, kCount = 1, kItemByName, kCreate, kAppend };
@@ -172,6 +176,8 @@ class EnvelopeObject final : public NamedObject<> {
  public:
   explicit EnvelopeObject(SoapEnvelope envelope) : envelope_(std::move(envelope)) {}
 
+  std::string_view class_name() const noexcept override { return "SoapEnvelope"; }
+
  private:
   enum : DispatchId {
     kMethodName = 1,
@@ -233,6 +239,8 @@ class EnvelopeObject final : public NamedObject<> {
 
 class DocumentObject final : public NamedObject<IDocumentHandleAbi> {
  public:
+  std::string_view class_name() const noexcept override { return "XMLDocument"; }
+
   Hresult BVCONN_CALL GetDocument(const void* module, void** document) noexcept override {
     if (document == nullptr) return kNullPointer;
     *document = nullptr;
@@ -272,6 +280,14 @@ class DocumentObject final : public NamedObject<IDocumentHandleAbi> {
 const void* module_mark() noexcept {
   static const char kMark = 0;
   return &kMark;
+}
+
+std::optional<SoapNode> own_node(IUnknownAbi* object) {
+  if (object == nullptr) return SoapNode();
+  const auto handle = query<INodeHandleAbi>(object);
+  const void* node = nullptr;
+  if (!handle || !succeeded(handle->GetNode(module_mark(), &node))) return std::nullopt;
+  return *static_cast<const SoapNode*>(node);
 }
 
 IDispatchAbi* make_node_object(const SoapNode& node) {

@@ -38,6 +38,9 @@ std::int32_t error_number(const Variant& value) {
 }
 
 class SupportObject final : public NamedObject<> {
+ public:
+  std::string_view class_name() const noexcept override { return "Support"; }
+
  private:
   enum : DispatchId { kLastExchange = 1, kExplain, kVersion };
 

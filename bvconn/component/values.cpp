@@ -7,6 +7,7 @@
 
 #include "bvconn/component/counted.h"
 #include "bvconn/component/decimals.h"
+#include "bvconn/component/foreign_objects.h"
 #include "bvconn/component/handles.h"
 #include "bvconn/component/text.h"
 #include "bvconn/platform/error.h"
@@ -59,14 +60,6 @@ std::optional<VariantRecord> load(std::uint16_t type, const void* from) noexcept
 
 Variant variant_from(const VariantRecord& record, int depth);
 
-std::optional<SoapNode> node_of(IUnknownAbi* object) {
-  if (object == nullptr) return SoapNode();
-  const auto handle = query<INodeHandleAbi>(object);
-  const void* node = nullptr;
-  if (!handle || !succeeded(handle->GetNode(module_mark(), &node))) return std::nullopt;
-  return *static_cast<const SoapNode*>(node);
-}
-
 // One dimension, and elements of the size that their type has; kept by the host during the call.
 struct Elements {
   std::uint16_t type;
@@ -112,10 +105,23 @@ Variant variant_from_string(const VariantRecord& record) {
   return Variant(*std::move(text));
 }
 
-Variant variant_from_object(const VariantRecord& record) {
-  auto node = node_of(record.value.unknown);
-  if (!node) mismatch();
-  return Variant(*std::move(node));
+ReadVariant reading_at(int depth) {
+  if (depth == kDepthMax) mismatch();
+  return [depth](const VariantRecord& part) { return variant_from(part, depth + 1); };
+}
+
+std::optional<SoapNode> own_or_foreign_node(IUnknownAbi* object, int depth) {
+  auto node = own_node(object);
+  return node ? node : foreign_node(object, reading_at(depth));
+}
+
+Variant variant_from_object(const VariantRecord& record, int depth) {
+  if (auto node = own_or_foreign_node(record.value.unknown, depth)) {
+    return Variant(*std::move(node));
+  }
+  auto items = foreign_array(record.value.unknown, reading_at(depth));
+  if (!items) mismatch();
+  return VariantArray(*std::move(items));
 }
 
 Variant variant_from_decimal(const VariantRecord& record) {
@@ -183,14 +189,27 @@ Variant variant_from(const VariantRecord& record, int depth) {
       return variant_from_string(value);
     case vt::kDispatch:
     case vt::kUnknown:
-      return variant_from_object(value);
+      return variant_from_object(value, depth);
     default:
       return variant_from_scalar(value);
   }
 }
 
+bool is_object(const VariantRecord& record) {
+  return record.type == vt::kDispatch || record.type == vt::kUnknown;
+}
+
+StringArray strings_from_object(const VariantRecord& record) {
+  const auto items = foreign_array(record.value.unknown, reading_at(0));
+  if (!items) mismatch();
+  std::vector<std::string> texts;
+  for (const Variant& item : *items) texts.push_back(to_text(item));
+  return StringArray(std::move(texts));
+}
+
 StringArray strings_from(const VariantRecord& record) {
   if (record.type == vt::kEmpty || record.type == vt::kNull) return {};
+  if (is_object(record)) return strings_from_object(record);
   if ((record.type & vt::kArray) == 0) mismatch();
   const auto type = static_cast<std::uint16_t>(record.type & ~vt::kArray);
   if (element_size(type) == 0) mismatch();
@@ -204,22 +223,31 @@ StringArray strings_from(const VariantRecord& record) {
   return StringArray(std::move(texts));
 }
 
-XMLDocument* document_from(const VariantRecord& record) {
+XMLDocument* document_from(const VariantRecord& record, ForeignDocuments& foreign) {
   if (record.type == vt::kEmpty || record.type == vt::kNull) return nullptr;
-  if (record.type != vt::kDispatch && record.type != vt::kUnknown) mismatch();
+  if (!is_object(record)) mismatch();
   if (record.value.unknown == nullptr) return nullptr;
   const auto handle = query<IDocumentHandleAbi>(record.value.unknown);
-  void* document = nullptr;
-  if (!handle || !succeeded(handle->GetDocument(module_mark(), &document))) mismatch();
-  return static_cast<XMLDocument*>(document);
+  void* own = nullptr;
+  if (handle && succeeded(handle->GetDocument(module_mark(), &own))) {
+    return static_cast<XMLDocument*>(own);
+  }
+  XMLDocument* const stand_in = foreign.stand_in(record.value.unknown);
+  if (stand_in == nullptr) mismatch();
+  return stand_in;
 }
 
 SoapNode node_from(const VariantRecord& record) {
+  if (is_object(record)) {
+    auto node = own_or_foreign_node(record.value.unknown, 0);
+    if (!node) mismatch();
+    return *std::move(node);
+  }
   const Variant value = variant_from(record, 0);
   return value.empty() ? SoapNode() : to_node(value);
 }
 
-Value convert(const VariantRecord& record, ValueType type) {
+Value convert(const VariantRecord& record, ValueType type, ForeignDocuments& documents) {
   switch (type) {
     case ValueType::kString:
       return Variant(to_text(variant_from(record, 0)));
@@ -236,7 +264,7 @@ Value convert(const VariantRecord& record, ValueType type) {
     case ValueType::kSoapNode:
       return Variant(node_from(record));
     case ValueType::kXMLDocument:
-      return document_from(record);
+      return document_from(record, documents);
     default:
       // No argument of the interface has one of the other types.
       mismatch();
@@ -267,12 +295,13 @@ Hresult dereference(const VariantRecord& record, VariantRecord& value) noexcept 
   return (value.type & vt::kByReference) == 0 ? kOk : kTypeMismatch;
 }
 
-Hresult value_from_record(const VariantRecord& record, ValueType type, Value& value) {
+Hresult value_from_record(const VariantRecord& record, ValueType type, Value& value,
+                          ForeignDocuments& documents) {
   VariantRecord direct{};
   const Hresult result = dereference(record, direct);
   if (!succeeded(result)) return result;
   try {
-    value = convert(direct, type);
+    value = convert(direct, type, documents);
     return kOk;
   } catch (const Error& error) {
     return error.number == error_numbers::kOverflow ? kOverflow : kTypeMismatch;

@@ -2,6 +2,7 @@
 
 #include "bvconn/automation/interface.h"
 #include "bvconn/component/abi.h"
+#include "bvconn/component/foreign_objects.h"
 #include "bvconn/component/memory.h"
 
 /// Variants of a host to values of the library and back.
@@ -15,9 +16,10 @@ bool is_missing(const VariantRecord& record) noexcept;
 Hresult dereference(const VariantRecord& record, VariantRecord& value) noexcept;
 
 /// The value that an argument of this type takes; conversions are the platform's. kTypeMismatch or
-/// kOverflow for what does not convert, kNullPointer for a null reference.
+/// kOverflow for what does not convert, kNullPointer for a null reference. The documents are to
+/// outlive the value, and are loaded once it has been used.
 Hresult value_from_record(const VariantRecord& record, automation::ValueType type,
-                          automation::Value& value);
+                          automation::Value& value, ForeignDocuments& documents);
 
 /// What a call gave, for the host to own: nodes, envelopes, transports and service objects become
 /// objects that answer by name, empty references null objects.

@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "bvconn/component/class_table.h"
 #include "bvconn/component/lifetime.h"
 #include "bvconn/component/soap_objects.h"
 #include "bvconn/platform/error.h"
@@ -74,6 +75,32 @@ TEST(ClassFactory, WhatTheMakerRaisesBecomesAResult) {
             kFailed);
   EXPECT_EQ(failure_of([]() -> IDispatchAbi* { throw std::bad_alloc(); }), kOutOfMemory);
   EXPECT_EQ(failure_of([]() -> IDispatchAbi* { throw 1; }), kFailed);
+}
+
+// Programs that were made with the type library ask for the interfaces that it describes.
+TEST(ClassFactory, ObjectsGiveTheirMembersForTheIdentifierOfTheTypeLibrary) {
+  for (const ComponentClass& row : component_classes()) {
+    const Held<IDispatchAbi> object(maker_of(row.id)());
+    void* members = nullptr;
+    ASSERT_EQ(object->QueryInterface(&row.interface_id, &members), kOk) << row.name;
+    EXPECT_EQ(members, object.get()) << row.name;
+    object->Release();
+    for (const ComponentClass& other : component_classes()) {
+      if (other.name == row.name) continue;
+      EXPECT_EQ(object->QueryInterface(&other.interface_id, &members), kNoInterface);
+    }
+    EXPECT_EQ(object->QueryInterface(&kNullGuid, &members), kNoInterface);
+  }
+}
+
+TEST(ClassFactory, WhatComesOutOfCallsGivesItsMembersTheSameWay) {
+  const Held<IDispatchAbi> node(make_node_object(SoapNode::make("n")));
+  const auto nodes = test::get(*node, u"Nodes");
+  const Guid interface_id = interface_id_of("SoapNodes");
+  void* members = nullptr;
+  ASSERT_EQ(nodes.object().QueryInterface(&interface_id, &members), kOk);
+  EXPECT_EQ(members, &nodes.object());
+  nodes.object().Release();
 }
 
 TEST(Lifetime, TheLibraryStaysWhileAnObjectLives) {

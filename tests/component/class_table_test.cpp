@@ -108,7 +108,11 @@ TEST(ClassTable, ProgramIdentifiersAreFoundInAnyCase) {
   ASSERT_NE(row, nullptr);
   EXPECT_EQ(row->name, "BVInvoiceConnector");
   EXPECT_EQ(prog_id_of(*row), "BVConn.BVInvoiceConnector");
+  EXPECT_EQ(find_component_class("BVConnector.BVInvoiceConnector"), row);
+  EXPECT_EQ(library_prog_id_of(*row), "BVConnector.BVInvoiceConnector");
   EXPECT_EQ(find_component_class("BVInvoiceConnector"), nullptr);
+  EXPECT_EQ(find_component_class("BVConnector."), nullptr);
+  EXPECT_EQ(find_component_class("BVCon"), nullptr);
   EXPECT_EQ(find_component_class("BVConn.BVNothing"), nullptr);
 }
 
