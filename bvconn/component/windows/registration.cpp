@@ -56,10 +56,8 @@ std::wstring class_key(const std::wstring& id) {
   return L"CLSID\\" + id;
 }
 
-// The name of the file's library and of the library in the application's own words.
 std::vector<std::wstring> prog_ids_of(const ComponentClass& row) {
-  const std::wstring name = detail::wide(row.name);
-  return {detail::wide(prog_id_of(row)), L"BVConnector." + name};
+  return {detail::wide(prog_id_of(row)), detail::wide(library_prog_id_of(row))};
 }
 
 std::vector<Value> values_of(const ComponentClass& row, const std::wstring& library) {
@@ -97,9 +95,8 @@ bool is_in_other_view(HKEY root, const std::wstring& key) {
 }
 
 // A user who had no class of their own had no key for them.
-void remove_if_empty(HKEY root, const std::wstring& key) {
+void remove_if_empty(HKEY root, const std::wstring& path) {
   HKEY found = nullptr;
-  const std::wstring path = std::wstring(kClassesKey) + key;
   if (::RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE, &found) != ERROR_SUCCESS) return;
   DWORD keys = 0;
   DWORD values = 0;
@@ -132,7 +129,7 @@ Hresult remove_classes(Whom whom) noexcept {
       if (is_in_other_view(root, key)) continue;
       for (const std::wstring& prog_id : prog_ids_of(row)) remove(root, prog_id);
     }
-    remove_if_empty(root, L"CLSID");
+    remove_if_empty(root, L"Software\\Classes\\CLSID");
     return kOk;
   } catch (...) {
     return kRegistrationFailed;
