@@ -140,6 +140,14 @@ std::string_view class_in(std::string_view prog_id) {
   return {};
 }
 
+Guid identifier_of(std::string_view name, Guid ComponentClass::*of_class,
+                   Guid ResultObject::*of_result) noexcept {
+  const auto* const row = std::ranges::find(kClasses, name, &ComponentClass::name);
+  if (row != kClasses.end()) return row->*of_class;
+  const auto* const result = std::ranges::find(kResultObjects, name, &ResultObject::name);
+  return result == kResultObjects.end() ? kNullGuid : result->*of_result;
+}
+
 void append_hex(std::string& out, std::uint32_t value, int digits) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) {
@@ -157,11 +165,12 @@ std::span<const ResultObject> result_objects() noexcept {
   return kResultObjects;
 }
 
+Guid class_id_of(std::string_view name) noexcept {
+  return identifier_of(name, &ComponentClass::id, &ResultObject::id);
+}
+
 Guid interface_id_of(std::string_view name) noexcept {
-  const auto* const row = std::ranges::find(kClasses, name, &ComponentClass::name);
-  if (row != kClasses.end()) return row->interface_id;
-  const auto* const result = std::ranges::find(kResultObjects, name, &ResultObject::name);
-  return result == kResultObjects.end() ? kNullGuid : result->interface_id;
+  return identifier_of(name, &ComponentClass::interface_id, &ResultObject::interface_id);
 }
 
 const ComponentClass* find_component_class(const Guid& id) noexcept {

@@ -37,8 +37,9 @@ inline constexpr std::uint16_t kTypeLibraryMinor = 0;
 
 std::span<const ComponentClass> component_classes() noexcept;
 std::span<const ResultObject> result_objects() noexcept;
-/// The identifier of the members of a class or of a result object with exactly this name;
+/// The identifiers of a class or of a result object with exactly this name, and of its members;
 /// kNullGuid for any other.
+Guid class_id_of(std::string_view name) noexcept;
 Guid interface_id_of(std::string_view name) noexcept;
 /// Null when there is none.
 const ComponentClass* find_component_class(const Guid& id) noexcept;

@@ -53,7 +53,10 @@ class Counted : public First, public Others... {
  private:
   template <typename Interface>
   bool offer(const Guid& id, void** object) noexcept {
-    if (!(id == Interface::kId)) return false;
+    bool is_its = id == Interface::kId;
+    // An interface that goes on where an older one ends is the older one too.
+    if constexpr (requires { Interface::kShorterId; }) is_its |= id == Interface::kShorterId;
+    if (!is_its) return false;
     *object = static_cast<Interface*>(this);
     return true;
   }

@@ -122,6 +122,8 @@ class EventfulObject final : public InstanceObject<IConnectionPointContainerAbi>
   }
 
  private:
+  Guid events() const noexcept override { return point_.events(); }
+
   // The instance goes first: what it raises on its way still finds the connection point.
   ~EventfulObject() override { end_instance(); }
 

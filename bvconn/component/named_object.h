@@ -5,6 +5,7 @@
 #include "bvconn/component/calls.h"
 #include "bvconn/component/class_table.h"
 #include "bvconn/component/counted.h"
+#include "bvconn/component/type_info.h"
 
 namespace bvconn::component {
 
@@ -13,23 +14,39 @@ namespace bvconn::component {
 /// A host that has a type library asks for the identifier that its class's members have there, and
 /// calls what it is given like any other `IDispatch`.
 template <typename... Others>
-class NamedObject : public Counted<IDispatchAbi, Others...>, protected NamedCalls {
+class NamedObject : public Counted<IDispatchAbi, IProvideClassInfo2Abi, Others...>,
+                    protected NamedCalls {
  public:
   /// The name that the object has in the table of classes or of results; "" for none.
   virtual std::string_view class_name() const noexcept { return {}; }
 
-  // The objects describe themselves by names alone; there is no type information.
   Hresult BVCONN_CALL GetTypeInfoCount(std::uint32_t* count) noexcept final {
     if (count == nullptr) return kNullPointer;
-    *count = 0;
+    *count = is_described() ? 1 : 0;
     return kOk;
   }
 
-  Hresult BVCONN_CALL GetTypeInfo(std::uint32_t /*index*/, std::uint32_t /*locale*/,
+  Hresult BVCONN_CALL GetTypeInfo(std::uint32_t index, std::uint32_t /*locale*/,
                                   void** info) noexcept final {
     if (info == nullptr) return kNullPointer;
     *info = nullptr;
-    return kBadIndex;
+    if (index != 0 || !is_described()) return kBadIndex;
+    return type_info_of(interface_id_of(class_name()), info);
+  }
+
+  Hresult BVCONN_CALL GetClassInfo(void** info) noexcept final {
+    if (info == nullptr) return kNullPointer;
+    *info = nullptr;
+    if (!is_described()) return kBadIndex;
+    return type_info_of(class_id_of(class_name()), info);
+  }
+
+  Hresult BVCONN_CALL GetGUID(std::uint32_t kind, Guid* id) noexcept final {
+    if (id == nullptr) return kNullPointer;
+    *id = kNullGuid;
+    if (kind != IProvideClassInfo2Abi::kEvents) return kInvalidArgument;
+    *id = events();
+    return *id == kNullGuid ? kUnexpected : kOk;
   }
 
   Hresult BVCONN_CALL GetIDsOfNames(const Guid* reserved, char16_t** names, std::uint32_t count,
@@ -56,6 +73,13 @@ class NamedObject : public Counted<IDispatchAbi, Others...>, protected NamedCall
  protected:
   bool is_also(const Guid& id) const noexcept override {
     return !(id == kNullGuid) && id == interface_id_of(class_name());
+  }
+  /// The interface of its events; kNullGuid for none.
+  virtual Guid events() const noexcept { return kNullGuid; }
+
+ private:
+  bool is_described() const noexcept {
+    return !(class_id_of(class_name()) == kNullGuid) && has_type_info();
   }
 };
 

@@ -101,6 +101,9 @@ TEST(ClassTable, MembersAreIdentifiedByTheNameOfTheirObject) {
   EXPECT_EQ(interface_id_of("SoapNode"), find_component_class("BVConn.SoapNode")->interface_id);
   EXPECT_EQ(interface_id_of("SoapNodes"), result_objects().front().interface_id);
   EXPECT_EQ(interface_id_of("SearchService"), kNullGuid);
+  EXPECT_EQ(class_id_of("SoapNode"), find_component_class("BVConn.SoapNode")->id);
+  EXPECT_EQ(class_id_of("SoapNodes"), result_objects().front().id);
+  EXPECT_EQ(class_id_of("SearchService"), kNullGuid);
 }
 
 TEST(ClassTable, ProgramIdentifiersAreFoundInAnyCase) {

@@ -39,9 +39,13 @@ def compiled(widl, name):
 
 def run(program, *arguments):
     # Wine is to be done, or ended, before this test is.
+    environment = {"BVCONN_WINE_SECONDS": "120", **os.environ}
+    wine_32 = os.path.join(SOURCE, "build", "windows", "wine32")
+    if PROCESSOR == "i686" and os.path.isdir(wine_32):
+        environment.setdefault("BVCONN_WINE_32", wine_32)
     return subprocess.run([os.path.join(SOURCE, "tests", "windows", "run"), program, *arguments],
                           cwd=BUILD, stdout=subprocess.PIPE, stdin=subprocess.DEVNULL, text=True,
-                          env={"BVCONN_WINE_SECONDS": "120", **os.environ}, check=False)
+                          env=environment, check=False)
 
 
 def in_one_spelling(outside, classes):

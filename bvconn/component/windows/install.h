@@ -1,9 +1,14 @@
 #pragma once
 
+#include <string>
+
 #include "bvconn/component/abi.h"
 
 /// Where hosts find the library: keys of the system's registry, below `Software\Classes`.
 namespace bvconn::component {
+
+/// The file that this code was loaded from.
+std::wstring library_file();
 
 enum class Whom { kMachine, kUser };
 

@@ -2,6 +2,7 @@
 #include <type_traits>
 
 #include "bvconn/component/abi.h"
+#include "bvconn/component/type_info.h"
 #include "bvconn/platform/windows/components.h"
 
 // Proof that the interface is the system's own, in both sizes of a pointer: what compiles here is
@@ -109,6 +110,9 @@ static_assert(same(IEnumConnectionsAbi::kId, __uuidof(IEnumConnections)));
 static_assert(same(IConnectionPointAbi::kId, __uuidof(IConnectionPoint)));
 static_assert(same(IEnumConnectionPointsAbi::kId, __uuidof(IEnumConnectionPoints)));
 static_assert(same(IConnectionPointContainerAbi::kId, __uuidof(IConnectionPointContainer)));
+static_assert(same(IProvideClassInfo2Abi::kId, __uuidof(IProvideClassInfo2)));
+static_assert(same(IProvideClassInfo2Abi::kShorterId, __uuidof(IProvideClassInfo)));
+static_assert(IProvideClassInfo2Abi::kEvents == GUIDKIND_DEFAULT_SOURCE_DISP_IID);
 
 // Numbers.
 

@@ -1,5 +1,6 @@
 #include "bvconn/component/registration.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -19,26 +20,14 @@ constexpr std::wstring_view kClassesKey = L"Software\\Classes\\";
 // Names are common to programs of both sizes of a pointer, but classes are apart.
 constexpr REGSAM kOtherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
 
+constexpr std::wstring_view kSystem = sizeof(void*) == 8 ? L"win64" : L"win32";
+constexpr std::wstring_view kOtherSystem = sizeof(void*) == 8 ? L"win32" : L"win64";
+
+// The system's own, for interfaces that are called by name or number.
+constexpr const wchar_t* kProxyOfDispatch = L"{00020420-0000-0000-C000-000000000046}";
+
 HKEY root_of(Whom whom) {
   return whom == Whom::kUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
-}
-
-// The file that this code was loaded from.
-std::wstring library_path() {
-  HMODULE module = nullptr;
-  constexpr DWORD kFlags =
-      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
-  if (::GetModuleHandleExW(kFlags, static_cast<const wchar_t*>(module_mark()), &module) == 0) {
-    throw std::runtime_error("the library does not find itself");
-  }
-  // A path that does not fit is cut to the size that there is.
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD size = ::GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
-    if (size == 0) throw std::runtime_error("the library does not find its file");
-    if (size < path.size()) return path.substr(0, size);
-    path.resize(2 * path.size());
-  }
 }
 
 void check(LSTATUS code) {
@@ -60,6 +49,57 @@ std::vector<std::wstring> prog_ids_of(const ComponentClass& row) {
   return {detail::wide(prog_id_of(row)), detail::wide(library_prog_id_of(row))};
 }
 
+std::wstring type_library_id() {
+  return detail::wide(guid_text(kTypeLibrary));
+}
+
+std::wstring type_library_version() {
+  return std::to_wstring(kTypeLibraryMajor) + L"." + std::to_wstring(kTypeLibraryMinor);
+}
+
+std::wstring type_library_key() {
+  return L"TypeLib\\" + type_library_id();
+}
+
+// The type library is the library's own file, one for programs of each size of a pointer.
+std::wstring type_library_file_key(std::wstring_view system) {
+  return type_library_key() + L"\\" + type_library_version() + L"\\0\\" + std::wstring(system);
+}
+
+struct Interface {
+  std::wstring id;
+  std::wstring name;
+};
+
+std::vector<Interface> all_interfaces() {
+  std::vector<Interface> all{
+      {detail::wide(guid_text(kHeartBeatEvents)), L"__BVHeartBeatConnector"}};
+  const auto add = [&](const auto& row) {
+    all.push_back({detail::wide(guid_text(row.interface_id)), L"_" + detail::wide(row.name)});
+  };
+  std::ranges::for_each(component_classes(), add);
+  std::ranges::for_each(result_objects(), add);
+  return all;
+}
+
+// With these the system carries calls between apartments, and finds the type library by its
+// identifier.
+std::vector<Value> type_library_values(const std::wstring& library) {
+  const std::wstring key = type_library_key() + L"\\" + type_library_version();
+  std::vector<Value> values{{key, L"", L"BVConnector"},
+                            {type_library_file_key(kSystem), L"", library},
+                            {key + L"\\FLAGS", L"", L"0"},
+                            {key + L"\\HELPDIR", L"", library.substr(0, library.rfind(L'\\'))}};
+  for (const Interface& each : all_interfaces()) {
+    const std::wstring interface_key = L"Interface\\" + each.id;
+    values.push_back({interface_key, L"", each.name});
+    values.push_back({interface_key + L"\\ProxyStubClsid32", L"", kProxyOfDispatch});
+    values.push_back({interface_key + L"\\TypeLib", L"", type_library_id()});
+    values.push_back({interface_key + L"\\TypeLib", L"Version", type_library_version()});
+  }
+  return values;
+}
+
 std::vector<Value> values_of(const ComponentClass& row, const std::wstring& library) {
   const std::wstring id = detail::wide(guid_text(row.id));
   const std::wstring key = class_key(id);
@@ -67,7 +107,9 @@ std::vector<Value> values_of(const ComponentClass& row, const std::wstring& libr
   std::vector<Value> values{{key, L"", prog_ids.front()},
                             {key + L"\\InprocServer32", L"", library},
                             {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
-                            {key + L"\\ProgID", L"", prog_ids.front()}};
+                            {key + L"\\ProgID", L"", prog_ids.front()},
+                            {key + L"\\TypeLib", L"", type_library_id()},
+                            {key + L"\\Version", L"", type_library_version()}};
   for (const std::wstring& prog_id : prog_ids) {
     values.push_back({prog_id, L"", prog_id});
     values.push_back({prog_id + L"\\CLSID", L"", id});
@@ -86,12 +128,18 @@ void remove(HKEY root, const std::wstring& key) {
   if (code != ERROR_FILE_NOT_FOUND) check(code);
 }
 
-bool is_in_other_view(HKEY root, const std::wstring& key) {
+bool exists(HKEY root, const std::wstring& key, REGSAM view = 0) {
   HKEY found = nullptr;
   const std::wstring path = std::wstring(kClassesKey) + key;
-  const LSTATUS code = ::RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE | kOtherView, &found);
+  const LSTATUS code = ::RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE | view, &found);
   if (code == ERROR_SUCCESS) ::RegCloseKey(found);
   return code == ERROR_SUCCESS;
+}
+
+void remove_type_library(HKEY root) {
+  for (const Interface& each : all_interfaces()) remove(root, L"Interface\\" + each.id);
+  remove(root, type_library_file_key(kSystem));
+  if (!exists(root, type_library_file_key(kOtherSystem))) remove(root, type_library_key());
 }
 
 // A user who had no class of their own had no key for them.
@@ -108,12 +156,30 @@ void remove_if_empty(HKEY root, const std::wstring& path) {
 
 }  // namespace
 
+std::wstring library_file() {
+  HMODULE module = nullptr;
+  constexpr DWORD kFlags =
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+  if (::GetModuleHandleExW(kFlags, static_cast<const wchar_t*>(module_mark()), &module) == 0) {
+    throw std::runtime_error("the library does not find itself");
+  }
+  // A path that does not fit is cut to the size that there is.
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD size = ::GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    if (size == 0) throw std::runtime_error("the library does not find its file");
+    if (size < path.size()) return path.substr(0, size);
+    path.resize(2 * path.size());
+  }
+}
+
 Hresult install_classes(Whom whom) noexcept {
   try {
-    const std::wstring library = library_path();
+    const std::wstring library = library_file();
     for (const ComponentClass& row : component_classes()) {
       for (const Value& value : values_of(row, library)) write(root_of(whom), value);
     }
+    for (const Value& value : type_library_values(library)) write(root_of(whom), value);
     return kOk;
   } catch (...) {
     return kRegistrationFailed;
@@ -126,10 +192,13 @@ Hresult remove_classes(Whom whom) noexcept {
     for (const ComponentClass& row : component_classes()) {
       const std::wstring key = class_key(detail::wide(guid_text(row.id)));
       remove(root, key);
-      if (is_in_other_view(root, key)) continue;
+      if (exists(root, key, kOtherView)) continue;
       for (const std::wstring& prog_id : prog_ids_of(row)) remove(root, prog_id);
     }
-    remove_if_empty(root, L"Software\\Classes\\CLSID");
+    remove_type_library(root);
+    for (const wchar_t* key : {L"CLSID", L"Interface", L"TypeLib"}) {
+      remove_if_empty(root, std::wstring(kClassesKey) + key);
+    }
     return kOk;
   } catch (...) {
     return kRegistrationFailed;
