@@ -1,7 +1,7 @@
 // list_type_library FILE: what a type library holds, as the system reads it, a fact to a line:
 //
 //   library NAME {identifier} MAJOR.MINOR
-//   class NAME {identifier} default=INTERFACE events=INTERFACE FLAGS…
+//   class NAME {identifier} default=INTERFACE default-events=INTERFACE FLAGS…
 //   interface NAME {identifier}
 //   member INTERFACE NUMBER method|get|put|putref NAME RESULT FLAGS…
 //   argument NAME TYPE FLAGS… default=VALUE
@@ -10,10 +10,7 @@
 #include <cstdlib>
 #include <string>
 
-// With its guard set, a header stays out that brings the system's own XML, which nothing here uses.
-#define __urlmon_h__
-struct IBindStatusCallback;
-#include "bvconn/platform/windows/system.h"
+#include "bvconn/platform/windows/components.h"
 
 namespace {
 

@@ -78,8 +78,9 @@ def main():
         skip(f"the type library is made; there is no {WINE} here to read it")
     program = os.path.join(BUILD, "list_type_library.exe")
     subprocess.run([compiler, "-std=c++20", "-O1", "-Wall", "-Wextra", "-Wconversion", "-Wshadow",
-                    "-Werror", "-static", "-I", SOURCE, "-o", program,
-                    os.path.join(HERE, "list_type_library.cpp"), "-lole32", "-loleaut32"],
+                    "-Werror", "-static", "-DUNICODE", "-DWIN32_LEAN_AND_MEAN", "-I", SOURCE, "-o",
+                    program, os.path.join(HERE, "list_type_library.cpp"), "-lole32",
+                    "-loleaut32"],
                    check=True)
     # Without a file it asks for one, with the status 2.
     if run(program).returncode != 2 and PROCESSOR == "i686":
