@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
 #include <exception>
 #include <iterator>
 #include <memory>
@@ -13,13 +12,13 @@
 #include "bvconn/platform/http/interrupted_exchanges.h"
 #include "sandbox/calls/caller.h"
 #include "sandbox/calls/quiet_platform.h"
+#include "sandbox/command_line.h"
 #include "sandbox/commands/command.h"
 #include "sandbox/contract/observed.h"
 #include "sandbox/endpoints/endpoints.h"
 #include "sandbox/endpoints/stubbed.h"
 #include "sandbox/faults/fault_forms.h"
 #include "sandbox/faults/shared_fault_book.h"
-#include "sandbox/http/server.h"
 #include "sandbox/journal/journal.h"
 #include "sandbox/journal/shared_journal.h"
 #include "sandbox/options.h"
@@ -55,9 +54,11 @@ void begin_with_faults(const Options& options, ServedSandbox& sandbox) {
 /// The names that it was given, and those of the address that it listens on and of its certificate.
 std::vector<std::string> allowed_hosts(const Options& options) {
   std::vector<std::string> names = options.allowed_hosts;
-  const bool is_ipv6 = options.address.find(':') != std::string::npos;
-  names.push_back(is_ipv6 ? "[" + options.address + "]" : options.address);
-  names.insert(names.end(), options.tls.names.begin(), options.tls.names.end());
+  const std::string& address = options.serving.address;
+  const std::vector<std::string>& certified = options.serving.tls.names;
+  const bool is_ipv6 = address.find(':') != std::string::npos;
+  names.push_back(is_ipv6 ? "[" + address + "]" : address);
+  names.insert(names.end(), certified.begin(), certified.end());
   return names;
 }
 
@@ -79,16 +80,13 @@ void run_sandbox(const Options& options) {
   for (const auto& each : observations) sandbox.operation_names.push_back(operation_name(each));
   begin_with_faults(options, sandbox);
   const Operations operations = all_operations();
-  TlsSetup tls = tls_setup(options.tls, options.address);
-  Server server({.address = options.address, .port = options.port, .tls = std::move(tls.source)},
-                options.limits, [&](const Request& request) {
-                  Reply reply = answer(sandbox, operations, request);
-                  if (options.verbose) tell_exchange(request, reply);
-                  return reply;
-                });
-  sandbox.caller->set_address({.url = server.url(), .ca_file = tls.authority_file});
-  platform::install(quiet_platform());
-  serve(server, options.until_eof, tls.authority_file);
+  serve(
+      options.serving, options.limits,
+      [&](const Request& request) { return answer(sandbox, operations, request); },
+      [&](const Reached& reached) {
+        sandbox.caller->set_address({.url = reached.url, .ca_file = reached.authority_file});
+        platform::install(quiet_platform());
+      });
   // Nobody answers the sandbox's own calls any more.
   detail::interrupt_exchanges(true);
 }
@@ -113,8 +111,7 @@ int run(int argc, char** argv) {
     run_sandbox(options);
     return 0;
   } catch (const std::exception& error) {
-    std::fputs(("bvsandbox: " + std::string(error.what()) + "\n").c_str(), stderr);
-    return kFailedStatus;
+    return complain(error.what(), kFailedStatus);
   }
 }
 

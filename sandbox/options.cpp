@@ -2,19 +2,16 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <charconv>
-#include <cstdio>
 #include <exception>
 #include <limits>
 #include <stdexcept>
 #include <vector>
 
-#include "bvconn/platform/conversions/nearest_names.h"
+#include "sandbox/command_line.h"
 #include "sandbox/commands/command.h"
 #include "sandbox/config_file.h"
 #include "sandbox/http/address.h"
 #include "sandbox/own_files.h"
-#include "sandbox/tls/certificates.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -24,21 +21,6 @@ constexpr std::int64_t kLongest_ms = 24LL * 60 * 60 * 1000;
 
 std::chrono::milliseconds milliseconds(std::int64_t count) {
   return std::chrono::milliseconds(count);
-}
-
-/// Refuses what is no whole number of this range.
-CLI::Validator whole_number(std::int64_t low, std::int64_t high) {
-  return {[low, high](const std::string& text) {
-            std::int64_t value = 0;
-            const char* const end = text.data() + text.size();
-            const auto read = std::from_chars(text.data(), end, value);
-            if (read.ec == std::errc() && read.ptr == end && value >= low && value <= high) {
-              return std::string();
-            }
-            return "'" + text + "' is no whole number from " + std::to_string(low) + " to " +
-                   std::to_string(high);
-          },
-          ""};
 }
 
 /// Refuses what no header Host says in front of its port.
@@ -58,7 +40,6 @@ struct Given {
   std::int64_t request_ms = 0;
   std::int64_t idle_ms = 0;
   std::string config;
-  std::string address = "127.0.0.1";
   std::string admin_token_file;
 };
 
@@ -81,39 +62,18 @@ void add_data_options(CLI::App& app, Options& options, Given& given) {
       ->allow_extra_args(false);
 }
 
-void add_network_options(CLI::App& app, Options& options, Given& given) {
-  app.add_option("--listen", given.address,
-                 "Address to listen on, 127.0.0.1 without it; one that other machines can reach "
-                 "needs --admin-token-file")
-      ->type_name("ADDRESS");
+void add_server_options(CLI::App& app, Options& options, Given& given) {
+  add_serving_options(app, options.serving,
+                      "Address to listen on, 127.0.0.1 without it; one that other machines can "
+                      "reach needs --admin-token-file");
   app.add_option("--admin-token-file", given.admin_token_file,
                  "Ask whoever administers it for the word in this file")
       ->type_name("FILE");
-  app.add_flag("--tls", options.tls.is_on,
-               "Speak TLS, with a certificate made for it; the start line names the authority's "
-               "file");
-  app.add_option("--tls-folder", options.tls.folder, "Keep the authority in this folder")
-      ->type_name("FOLDER");
-  app.add_option("--tls-name", options.tls.names,
-                 "Make the certificate for this name or address too")
-      ->type_name("NAME")
-      ->allow_extra_args(false);
-  app.add_option("--tls-certificate", options.tls.certificate_file,
-                 "Show this certificate of your own, in PEM")
-      ->type_name("FILE");
-  app.add_option("--tls-key", options.tls.key_file, "Its key, in PEM")->type_name("FILE");
-}
-
-void add_server_options(CLI::App& app, Options& options, Given& given) {
-  app.add_option("--port", options.port, "Port to listen on; 0 takes a free one (the default)")
-      ->check(whole_number(0, std::numeric_limits<std::uint16_t>::max()));
   app.add_option("--allowed-host", options.allowed_hosts,
                  "Show the page and be administered by this name too, without a port")
       ->type_name("NAME")
       ->check(CLI::Validator(trouble_with_host, ""))
       ->allow_extra_args(false);
-  app.add_flag("--until-eof", options.until_eof, "End when standard input does");
-  app.add_flag("--verbose", options.verbose, "Write a line for each request to standard error");
   app.add_flag("--loose", options.loose,
                "Answer requests that differ from what the library sends, with a warning in the "
                "journal");
@@ -131,65 +91,15 @@ void add_server_options(CLI::App& app, Options& options, Given& given) {
       ->check(whole_number(1, kLongest_ms));
 }
 
-int complain(const std::string& text) {
-  std::fputs(("bvsandbox: " + text + "\n").c_str(), stderr);
-  return kUsageStatus;
-}
-
-/// "; did you mean --port?" for words that no option takes.
-std::string nearest_option(const CLI::App& app, const std::vector<std::string>& words) {
-  std::vector<std::string> names;
-  for (const CLI::Option* each : app.get_options()) names.push_back(each->get_name());
-  for (const std::string& each : words) {
-    const std::string nearest = did_you_mean(each.substr(0, each.find('=')), names);
-    if (!nearest.empty()) return nearest;
-  }
-  return {};
-}
-
-/// In one line; help and version are what was asked for.
-int tell(const CLI::App& app, const CLI::ParseError& error) {
-  if (error.get_exit_code() == 0) return app.exit(error);
-  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
-    const std::vector<std::string> words = app.remaining();
-    return complain("there is no option " + words.front() + nearest_option(app, words));
-  }
-  return complain(error.what());
-}
-
-/// What the options of TLS leave open or say twice; "" where they fit.
-std::string trouble_with(const TlsOptions& tls) {
-  const bool has_files = !tls.certificate_file.empty();
-  if (has_files == tls.key_file.empty()) return "--tls-certificate and --tls-key go together";
-  const bool makes_its_own = !tls.folder.empty() || !tls.names.empty();
-  if (has_files && makes_its_own) {
-    return "--tls-folder and --tls-name are for a certificate that is made, not for one of your "
-           "own";
-  }
-  for (const std::string& each : tls.names) {
-    if (!is_server_name(each)) return "--tls-name: '" + each + "' is no name of a server";
-  }
-  return {};
-}
-
 /// Takes what says where the sandbox is to be had, and for whom. Throws std::invalid_argument, and
 /// std::runtime_error for a file that cannot be used.
 void take_network(const Given& given, Options& options) {
-  const auto address = numeric_address(given.address);
-  if (!address) {
-    throw std::invalid_argument("--listen: '" + given.address +
-                                "' is no address, expected one of this machine, 0.0.0.0 or ::");
-  }
-  options.address = *address;
-  TlsOptions& tls = options.tls;
-  const std::string trouble = trouble_with(tls);
-  if (!trouble.empty()) throw std::invalid_argument(trouble);
-  tls.is_on =
-      tls.is_on || !tls.certificate_file.empty() || !tls.folder.empty() || !tls.names.empty();
+  const std::string address = options.serving.address;
+  take_serving_options(options.serving);
   if (!given.admin_token_file.empty()) {
     options.admin_token = word_of_file(given.admin_token_file);
-  } else if (!is_loopback(options.address)) {
-    throw std::invalid_argument("--listen " + given.address +
+  } else if (!is_loopback(options.serving.address)) {
+    throw std::invalid_argument("--listen " + address +
                                 " lets other machines in, so --admin-token-file has to name a file "
                                 "with the word that administering it takes");
   }
@@ -216,11 +126,11 @@ std::optional<int> read_options(int argc, char** argv, Options& options) {
   app.name("bvsandbox");
   app.footer(commands_text());
   app.set_version_flag("--version", "bvsandbox " BVCONN_VERSION);
+  options.serving.has_page = true;
   Given given;
   given.request_ms = options.limits.request.count();
   given.idle_ms = options.limits.idle.count();
   add_server_options(app, options, given);
-  add_network_options(app, options, given);
   add_data_options(app, options, given);
   app.add_option("--config", given.config,
                  "Take options from this file in TOML; those of the command line win")
@@ -239,7 +149,7 @@ std::optional<int> read_options(int argc, char** argv, Options& options) {
     return tell(app, error);
   } catch (const std::exception& error) {
     // A file of options, of a token, or a value that cannot work.
-    return complain(error.what());
+    return complain(error.what(), kUsageStatus);
   }
   if (!given.database.empty()) options.database = given.database;
   if (!given.seed.empty()) options.seed = given.seed.front();

@@ -7,15 +7,12 @@
 
 #include "sandbox/http/server.h"
 #include "sandbox/journal/journal.h"
-#include "sandbox/tls/tls_source.h"
+#include "sandbox/serving.h"
 
 namespace bvconn::sandbox {
 
 struct Options {
-  /// Numeric.
-  std::string address = "127.0.0.1";
-  std::uint16_t port = 0;
-  TlsOptions tls;
+  ServingOptions serving;
   /// The word that whoever administers it has to know; "" where anybody may.
   std::string admin_token;
   std::string database = ":memory:";
@@ -25,8 +22,6 @@ struct Options {
   std::vector<std::string> fault_files;
   /// By which names it may be administered besides those of the loopback address.
   std::vector<std::string> allowed_hosts;
-  bool until_eof = false;
-  bool verbose = false;
   /// Answers what differs from the library's requests, too.
   bool loose = false;
   JournalLimits journal;

@@ -1,6 +1,5 @@
 #include "sandbox/commands/command.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "bvconn/platform/conversions/nearest_names.h"
+#include "sandbox/command_line.h"
 #include "sandbox/own_files.h"
 #include "sandbox/tls/tls_source.h"
 
@@ -34,11 +34,6 @@ constexpr std::array kServices{
     Service{"record", "Pass requests on to a server and record the exchanges", run_record},
     Service{"replay", "Answer from a recording and go nowhere else", run_replay},
 };
-
-int complain(const std::string& text, int status) {
-  std::fputs(("bvsandbox: " + text + "\n").c_str(), stderr);
-  return status;
-}
 
 /// Runs something that gives the exit status; what it throws is told in one line.
 template <class Body>
@@ -79,7 +74,7 @@ int run(const Command& command, int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kDoneStatus : kUsageStatus;
+    return tell(app, error);
   }
   return status_of([&] {
     Client client(url, {.authority_file = authority_file,

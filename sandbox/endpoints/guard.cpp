@@ -63,6 +63,15 @@ bool has_twice(const Request& request, std::string_view name) {
          }) > 1;
 }
 
+/// Whether a path would lead to something else on another server, to which it is passed on.
+bool goes_up(std::string_view path) {
+  std::string plain = conversions::upper_case(path);
+  for (auto at = plain.find("%2E"); at != std::string::npos; at = plain.find("%2E")) {
+    plain.replace(at, 3, ".");
+  }
+  return (plain + "/").find("/../") != std::string::npos || plain.find('\\') != std::string::npos;
+}
+
 bool is_browser(const Request& request) {
   return request.header("Origin") || request.header("Sec-Fetch-Site");
 }
@@ -87,6 +96,16 @@ std::optional<Reply> refuse_stranger(const ServedSandbox& sandbox, const Request
   if (const std::string stranger = strange_origin(request); !stranger.empty()) {
     return error_text_reply(403, "Pages of " + stranger + " may ask nothing of the sandbox");
   }
+  return std::nullopt;
+}
+
+std::optional<Reply> refuse_but_clients(const Request& request) {
+  const std::string_view path = request.path();
+  if (is_browser(request)) return error_text_reply(403, "Pages in browsers may ask nothing here");
+  if ((path != "/soap" && !path.starts_with("/dal/")) || goes_up(path)) {
+    return text_reply(404, "There is nothing here. POST to /soap or /dal/{Object}/{Operation}.\n");
+  }
+  if (request.method != "POST") return method_not_allowed(request, "POST");
   return std::nullopt;
 }
 

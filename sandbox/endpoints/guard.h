@@ -13,4 +13,8 @@ namespace bvconn::sandbox {
 /// that a browser marks as its own.
 std::optional<Reply> refuse_stranger(const ServedSandbox& sandbox, const Request& request);
 
+/// For a server that has the library's two routes and nothing else: refuses other paths, other
+/// methods than POST, and all that a page in a browser asks. No path leads up and elsewhere.
+std::optional<Reply> refuse_but_clients(const Request& request);
+
 }  // namespace bvconn::sandbox

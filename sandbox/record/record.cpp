@@ -1,13 +1,18 @@
-#include <CLI/CLI.hpp>
-#include <cstdint>
 #include <cstdio>
 #include <exception>
 #include <optional>
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "bvconn/platform/error.h"
+#include "bvconn/platform/tls_files.h"
+#include "sandbox/command_line.h"
 #include "sandbox/commands/command.h"
 #include "sandbox/endpoints/endpoints.h"
+#include "sandbox/endpoints/guard.h"
+#include "sandbox/http/address.h"
+#include "sandbox/own_files.h"
 #include "sandbox/record/recording_folder.h"
 #include "sandbox/record/upstream.h"
 #include "sandbox/record/wire_of_exchange.h"
@@ -17,14 +22,17 @@
 namespace bvconn::sandbox {
 namespace {
 
+/// The system's own stores take less.
+constexpr std::size_t kMostTrustBytes = std::size_t{16} << 20;
+
 struct Options {
   std::string upstream;
   std::string upstream_dal;
   std::string folder;
   std::size_t most = 10'000;
-  std::uint16_t port = 0;
-  bool until_eof = false;
-  bool verbose = false;
+  /// As the library takes them from the environment, unless the command line says otherwise.
+  TlsFiles files = tls_files();
+  ServingOptions serving;
 };
 
 void warn(const std::string& text) {
@@ -37,17 +45,13 @@ class Recorder {
   explicit Recorder(const Options& options)
       : addresses_(upstream_addresses(options.upstream, options.upstream_dal)),
         folder_(options.folder),
-        end_(folder_.last_number() + options.most) {}
+        end_(folder_.last_number() + options.most),
+        upstream_(options.files) {}
 
   Reply answer(const Request& request) {
-    const std::string_view path = request.path();
+    if (auto refusal = refuse_but_clients(request)) return std::move(*refusal);
     constexpr std::string_view kDal = "/dal";
-    const bool is_dal = path.starts_with("/dal/");
-    if (path != "/soap" && !is_dal) {
-      return text_reply(404,
-                        "There is nothing here. POST to /soap or /dal/{Object}/{Operation}.\n");
-    }
-    if (request.method != "POST") return method_not_allowed(request, "POST");
+    const bool is_dal = request.path() != "/soap";
     const std::string url =
         is_dal ? addresses_.dal + request.target.substr(kDal.size()) : addresses_.soap;
     const std::size_t number = folder_.next_number();
@@ -87,23 +91,36 @@ class Recorder {
 std::optional<int> read_options(int argc, char** argv, Options& options) {
   CLI::App app{
       "Passes the requests of an application on to its server, and writes each exchange into a\n"
-      "file, masked. It listens on 127.0.0.1 and prints one line of JSON when it is ready."};
+      "file, masked. It prints one line of JSON when it is ready."};
   app.name("bvsandbox record");
   app.add_option("--upstream", options.upstream, "The server, as https://server/soap")->required();
   app.add_option("--upstream-dal", options.upstream_dal,
                  "Its data access layer, where that does not lie beside it at dal");
+  app.add_option("--ca-file", options.files.ca_file,
+                 "Whom to trust behind its https, in PEM, in place of the system's store")
+      ->type_name("FILE");
   app.add_option("--out", options.folder, "The folder that takes the files")->required();
   app.add_option("--most", options.most, "So many exchanges are recorded (10,000)")
       ->check(CLI::PositiveNumber);
-  app.add_option("--port", options.port, "Port to listen on; 0 takes a free one (the default)");
-  app.add_flag("--until-eof", options.until_eof, "End when standard input does");
-  app.add_flag("--verbose", options.verbose, "Write a line for each request to standard error");
+  add_serving_options(app, options.serving,
+                      "Address to listen on, 127.0.0.1 without it; who reaches another one is "
+                      "passed on too");
   try {
     app.parse(argc, argv);
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kDoneStatus : kUsageStatus;
+    return tell(app, error);
   }
+}
+
+/// Refuses what would let others do to the server what only this user may, and what cannot be read.
+void expect_usable(const Options& options) {
+  if (!is_loopback(options.serving.address) && !options.files.client_cert.empty()) {
+    throw std::invalid_argument("--listen " + options.serving.address +
+                                " lets other machines in, and BVCONN_CLIENT_CERT would show all of "
+                                "them to the server as its owner");
+  }
+  if (!options.files.ca_file.empty()) text_of_file(options.files.ca_file, kMostTrustBytes);
 }
 
 }  // namespace
@@ -111,13 +128,10 @@ std::optional<int> read_options(int argc, char** argv, Options& options) {
 int run_record(int argc, char** argv) {
   Options options;
   if (const auto status = read_options(argc, argv, options)) return *status;
+  take_serving_options(options.serving);
+  expect_usable(options);
   Recorder recorder(options);
-  Server server({.port = options.port}, {}, [&](const Request& request) {
-    Reply reply = recorder.answer(request);
-    if (options.verbose) tell_exchange(request, reply);
-    return reply;
-  });
-  serve(server, options.until_eof);
+  serve(options.serving, {}, [&](const Request& request) { return recorder.answer(request); });
   return kDoneStatus;
 }
 

@@ -8,7 +8,6 @@
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/http/http_client.h"
-#include "bvconn/platform/tls_files.h"
 
 namespace bvconn::sandbox {
 namespace {
@@ -80,7 +79,7 @@ class Upstream::Line {
   detail::HttpClient client;
 };
 
-Upstream::Upstream() = default;
+Upstream::Upstream(TlsFiles files) : files_(std::move(files)) {}
 Upstream::~Upstream() = default;
 
 std::unique_ptr<Upstream::Line> Upstream::take_line() {
@@ -104,7 +103,7 @@ Reply Upstream::send(const std::string& url, const Request& request) {
                          .headers = headers,
                          .time_out = kPatience,
                          .connect_time_out = kPatience,
-                         .tls = tls_files()},
+                         .tls = files_},
                         {.accepts = &accepts, .body_size_max = kMostReplyBytes});
   if (reply.error()) throw Error(*reply.error());
   Reply passed{.status = reply.status(),

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bvconn/platform/tls_files.h"
 #include "sandbox/http/message.h"
 
 namespace bvconn::sandbox {
@@ -22,15 +23,15 @@ struct UpstreamAddresses {
 /// elsewhere. Throws std::invalid_argument for what is no URL of http or https.
 UpstreamAddresses upstream_addresses(std::string_view url, std::string_view dal);
 
-/// Passes requests on to the server, from any thread. Trust in https is as with the library: the
-/// system's store, or the files that the environment names.
+/// Passes requests on to the server, from any thread.
 class Upstream {
  public:
   /// Where a reply may be larger, or take longer, there is none.
   static constexpr std::size_t kMostReplyBytes = std::size_t{64} << 20;
   static constexpr std::chrono::seconds kPatience{300};
 
-  Upstream();
+  /// With these files for https, as with the library.
+  explicit Upstream(TlsFiles files);
   ~Upstream();
 
   /// The server's reply. Throws bvconn::Error where there is none, or not all of it.
@@ -41,6 +42,7 @@ class Upstream {
 
   std::unique_ptr<Line> take_line();
 
+  const TlsFiles files_;
   std::mutex mutex_;
   std::vector<std::unique_ptr<Line>> lines_;  ///< that nobody uses at the moment
 };

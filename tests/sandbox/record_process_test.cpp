@@ -8,8 +8,14 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
+#include "bvconn/connectors/invoice/bv_invoice_connector.h"
+#include "bvconn/dal/bv_connector_object.h"
+#include "bvconn/platform/soap/variant.h"
+#include "bvconn/platform/tls_files.h"
 #include "files/temp_folder.h"
 #include "sandbox/command_run.h"
 #include "sandbox/record/upstream.h"
@@ -20,6 +26,8 @@ namespace bvconn::test {
 namespace {
 
 namespace fs = std::filesystem;
+using ::testing::AllOf;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -165,6 +173,92 @@ TEST(Record, AServerBehindHttpsIsTrustedByTheFileThatTheEnvironmentNames) {
   EXPECT_THAT(text_of_all(folder.file("out")), HasSubstr("raw: <ok/>\n"));
 }
 
+std::string https_url(const SandboxProcess& server) {
+  return "https://127.0.0.1:" + std::to_string(server.port());
+}
+
+/// The number of an invoice as the library gets it, on a thread of its own, which trusts this file.
+std::string number_of_invoice(const std::string& url, const std::string& authority) {
+  std::string number;
+  std::jthread([&] {
+    use_tls_files({.ca_file = authority});
+    const SoapNode invoice = BVInvoiceConnector().GetInvoice(url + "/soap", "S1", "INV-1003");
+    number = to_text(invoice.Nodes().ItemByName("InvoiceNumber").Value());
+    BVConnectorObject object;
+    object.UserName("anna");
+    object.Password("secret");
+    object.InitTorvexDAL(url + "/dal");
+  }).join();
+  return number;
+}
+
+TEST(Record, WhatIsRecordedByTlsFromAServerWithTlsIsReplayedByTls) {
+  const files_test::TempFolder folder;
+  const std::string servers = folder.file("servers/authority.pem");
+  const std::string own = folder.file("own/authority.pem");
+  {
+    SandboxProcess upstream({"--tls-folder", folder.file("servers")});
+    const std::string url = https_url(upstream);
+    {
+      // Without the file nobody vouches for the server.
+      SandboxProcess record({"record", "--upstream", url, "--out", folder.file("none")});
+      EXPECT_EQ(ask_for_invoice(record).status, 502);
+    }
+    SandboxProcess record({"record", "--upstream", url, "--ca-file", servers, "--out",
+                           folder.file("out"), "--tls-folder", folder.file("own")});
+    EXPECT_EQ(record.ready_line(), R"({"ready":true,"port":)" + std::to_string(record.port()) +
+                                       R"(,"soap":")" + https_url(record) + R"(/soap","dal":")" +
+                                       https_url(record) + R"(/dal","authority":")" + own + "\"}");
+    EXPECT_EQ(number_of_invoice(https_url(record), own), "700103");
+    EXPECT_EQ(ask_for_invoice(record).body,
+              "This port speaks TLS: the address begins with https://.\n");
+  }
+  EXPECT_THAT(names_in(folder.file("out")),
+              AllOf(Contains("000001-BVInvoiceConnector.GetInvoice.wire"),
+                    Contains("000002-BVConnectorObject.InitTorvexDAL.wire")));
+  const SandboxProcess replay({"replay", "--tls-folder", folder.file("own"), folder.file("out")});
+  EXPECT_THAT(replay.ready_line(), HasSubstr(R"("authority":")" + own + "\""));
+  EXPECT_EQ(number_of_invoice(https_url(replay), own), "700103");
+}
+
+TEST(Record, ServesAndReplaysOnOtherAddressesToo) {
+  const files_test::TempFolder folder;
+  SandboxProcess upstream;
+  const std::vector<std::string> words{"record",  "--upstream", url_of(upstream),  "--listen",
+                                       "0.0.0.0", "--out",      folder.file("out")};
+  {
+    // There is nothing to administer, so it takes no token.
+    SandboxProcess record(words);
+    EXPECT_EQ(ask_for_invoice(record).status, 200);
+  }
+  SandboxProcess replay({"replay", "--listen", "0.0.0.0", folder.file("out")});
+  EXPECT_EQ(ask_for_invoice(replay).status, 200);
+  const SandboxProcess second({"replay", "--listen", "127.0.0.2", folder.file("out")});
+  EXPECT_THAT(second.ready_line(), HasSubstr(R"("soap":"http://127.0.0.2:)"));
+  // Others would be this user for the server.
+  const files_test::ScopedEnvironment certificate("BVCONN_CLIENT_CERT", "/mine.pem");
+  const CommandRun run = run_sandbox(words);
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err,
+            "bvsandbox: --listen 0.0.0.0 lets other machines in, and BVCONN_CLIENT_CERT would show "
+            "all of them to the server as its owner\n");
+}
+
+TEST(Record, NothingElseOfTheServerIsReachedThroughIt) {
+  const files_test::TempFolder folder;
+  SandboxProcess upstream;
+  SandboxProcess record({"record", "--upstream", url_of(upstream), "--out", folder.file("out")});
+  for (const char* target :
+       {"/dal/../admin/reset", "/dal/a/../../admin/reset", "/dal/%2e%2E/admin/reset",
+        "/dal/.%2e/admin/reset", "/dal/a/..", "/dal/..\\admin\\reset", "/admin/reset", "/"}) {
+    EXPECT_EQ(exchange(record.port(), http_request("POST", target, "", "")).status, 404) << target;
+  }
+  const std::string page = "Content-Type: text/plain\r\nOrigin: http://elsewhere.example\r\n";
+  EXPECT_EQ(exchange(record.port(), http_request("POST", "/soap", page, "<a/>")).status, 403);
+  EXPECT_EQ(exchange(record.port(), http_request("GET", "/soap", "", "")).status, 405);
+  EXPECT_THAT(names_in(folder.file("out")), IsEmpty());
+}
+
 TEST(Record, NumbersGoOnInAFolderThatHoldsARecording) {
   const files_test::TempFolder folder;
   std::ofstream(folder.file("000041-old.wire")) << "claim: a\n";
@@ -227,7 +321,23 @@ TEST(Record, RefusesAtTheStartWhatCannotWork) {
                            "' is no address of a server, expected one such as "
                            "https://server/soap\n");
   }
-  EXPECT_EQ(run_sandbox({"record", "--out", folder.file("o")}).status, 2);
+  const std::pair<std::vector<std::string>, const char*> refusals[] = {
+      {{"record", "--out", "o"}, "--upstream is required"},
+      {{"replay", "o", "--prot", "0"}, "there is no option --prot; did you mean --port?"},
+      {{"replay", "o", "--port", "99999"}, "--port: '99999' is no whole number from 0 to 65535"},
+      {{"replay", "o", "--listen", "server"},
+       "--listen: 'server' is no address, expected one of this machine, 0.0.0.0 or ::"},
+      {{"replay", "o", "--tls-key", "k"}, "--tls-certificate and --tls-key go together"},
+  };
+  for (const auto& [words, line] : refusals) {
+    const CommandRun run = run_sandbox(words);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.err, "bvsandbox: " + std::string(line) + "\n");
+  }
+  const CommandRun untrusted =
+      run_sandbox({"record", "--upstream", "https://s", "--ca-file", "/missing.pem", "--out", "o"});
+  EXPECT_EQ(untrusted.status, 1);
+  EXPECT_EQ(untrusted.err, "bvsandbox: '/missing.pem' cannot be used: No such file or directory\n");
   EXPECT_EQ(run_sandbox({"record", "--upstream", "http://s", "--out", "o", "--most", "0"}).status,
             2);
 }
