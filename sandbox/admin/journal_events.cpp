@@ -1,9 +1,10 @@
-#include <algorithm>
 #include <atomic>
 #include <charconv>
 #include <chrono>
+#include <deque>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -22,6 +23,9 @@ using Clock = std::chrono::steady_clock;
 constexpr int kMostReaders = 16;
 /// So many exchanges at once, the latest; a reader is told how many more there were.
 constexpr std::size_t kMostAtOnce = 100;
+/// So many are held at a time to find those, and so many times; the rest is for the next look.
+constexpr std::size_t kPage = 200;
+constexpr int kMostPages = 50;
 /// A connection on which nothing comes for longer is taken for dead by what lies in between.
 constexpr std::chrono::seconds kHeartBeat{10};
 /// Of a text that stands in a line of the list.
@@ -56,14 +60,23 @@ Json line_json(const JournalEntry& entry) {
   for (auto& [name, value] : json["arguments"].items()) {
     value = shortened(value.get<std::string>(), kTextMax);
   }
-  if (json.contains("remark")) json["remark"] = shortened(json["remark"].get<std::string>());
+  for (const char* name : {"service", "method", "session", "remark"}) {
+    if (json.contains(name)) json[name] = shortened(json[name].get<std::string>(), kTextMax);
+  }
   return json;
 }
 
+/// What a reader has not seen yet, and how many older ones are left out.
+struct News {
+  std::deque<EntryPointer> entries{};
+  std::uint64_t left_out = 0;
+};
+
 class JournalEvents : public ReplyStream {
  public:
-  JournalEvents(std::shared_ptr<const Journal> journal, JournalFilter filter, std::uint64_t after,
-                std::shared_ptr<Place> place)
+  /// Without a filter it tells of all.
+  JournalEvents(std::shared_ptr<const Journal> journal, std::optional<JournalFilter> filter,
+                std::uint64_t after, std::shared_ptr<Place> place)
       : journal_(std::move(journal)),
         filter_(std::move(filter)),
         after_(after),
@@ -71,11 +84,9 @@ class JournalEvents : public ReplyStream {
 
   std::string next() override {
     std::string text;
-    if (!begun_) begin(text);
-    auto entries = journal_->after(after_);
-    if (!entries.empty()) after_ = entries.back()->id;
-    std::erase_if(entries, [&](const EntryPointer& each) { return !matches(filter_, *each); });
-    append(entries, text);
+    const bool is_first_look = !begun_ && !goes_on(text);
+    begun_ = true;
+    append(is_first_look && !filter_ ? latest() : read_on(), text);
     if (!text.empty()) {
       last_ = Clock::now();
     } else if (Clock::now() - last_ > kHeartBeat) {
@@ -88,24 +99,49 @@ class JournalEvents : public ReplyStream {
  private:
   /// A number from before the sandbox was started anew says nothing: then the reader gets all, and
   /// is told to forget what it has.
-  void begin(std::string& text) {
-    begun_ = true;
+  bool goes_on(std::string& text) {
     const bool goes_on = after_ > 0 && !journal_->after(after_ - 1, 1).empty();
     if (!goes_on) after_ = 0;
     text.append("retry: 1000\n").append(event_text("begin", {{"goesOn", goes_on}}));
+    return goes_on;
   }
 
-  void append(const std::vector<EntryPointer>& entries, std::string& text) const {
-    const std::size_t left_out = entries.size() - std::min(entries.size(), kMostAtOnce);
-    if (left_out > 0) text.append(event_text("leftOut", {{"count", left_out}}));
-    for (std::size_t i = left_out; i < entries.size(); ++i) {
-      text.append("id: ").append(std::to_string(entries[i]->id)).append("\n");
-      text.append(event_text("exchange", line_json(*entries[i])));
+  /// The first look of who wants all: a page that is opened must not cost the whole journal.
+  News latest() {
+    auto found = journal_->latest(kMostAtOnce);
+    if (!found.entries.empty()) after_ = found.entries.back()->id;
+    return {.entries = {found.entries.begin(), found.entries.end()}, .left_out = found.before};
+  }
+
+  News read_on() {
+    News news;
+    for (int i = 0; i < kMostPages; ++i) {
+      const auto page = journal_->after(after_, kPage);
+      for (const EntryPointer& each : page) take(each, news);
+      if (page.size() < kPage) break;
+    }
+    return news;
+  }
+
+  void take(const EntryPointer& entry, News& news) {
+    after_ = entry->id;
+    if (filter_ && !matches(*filter_, *entry)) return;
+    news.entries.push_back(entry);
+    if (news.entries.size() <= kMostAtOnce) return;
+    news.entries.pop_front();
+    ++news.left_out;
+  }
+
+  static void append(const News& news, std::string& text) {
+    if (news.left_out > 0) text.append(event_text("leftOut", {{"count", news.left_out}}));
+    for (const EntryPointer& each : news.entries) {
+      text.append("id: ").append(std::to_string(each->id)).append("\n");
+      text.append(event_text("exchange", line_json(*each)));
     }
   }
 
   std::shared_ptr<const Journal> journal_;
-  JournalFilter filter_;
+  std::optional<JournalFilter> filter_;
   std::uint64_t after_;
   std::shared_ptr<Place> place_;
   bool begun_ = false;
@@ -131,7 +167,9 @@ Reply follow_journal(AdminCall& call) {
   Reply reply{.status = 200,
               .headers = {{"Content-Type", "text/event-stream"}, {"Cache-Control", "no-store"}},
               .body = {}};
-  reply.stream = std::make_shared<JournalEvents>(journal_of(call), filter_of(call),
+  std::optional<JournalFilter> filter;
+  if (!call.query.empty()) filter = filter_of(call);
+  reply.stream = std::make_shared<JournalEvents>(journal_of(call), std::move(filter),
                                                  last_event(call.request), std::move(place));
   return reply;
 }

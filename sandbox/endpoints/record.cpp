@@ -41,9 +41,9 @@ void note_values(const Exchange& exchange, JournalEntry& entry) {
 void note_request(const Request& request, const Asked& asked, JournalEntry& entry) {
   const Exchange& exchange = asked.exchange;
   entry.route = exchange.route;
-  entry.service = exchange.service;
-  entry.method = exchange.method;
-  entry.session = exchange.session;
+  entry.service = exchange.service.substr(0, kKeptTextMax);
+  entry.method = exchange.method.substr(0, kKeptTextMax);
+  entry.session = exchange.session.substr(0, kKeptTextMax);
   entry.has_envelope = asked.soap.has_value();
   entry.request.assign(request.body);
   note_values(exchange, entry);

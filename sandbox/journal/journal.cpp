@@ -7,7 +7,7 @@ namespace bvconn::sandbox {
 std::size_t JournalEntry::bytes() const {
   std::size_t total = sizeof(JournalEntry) + request.text.size() + reply.text.size() +
                       request_headers.size() + reply_headers.size() + target.size() +
-                      session.size() + remark.size();
+                      service.size() + method.size() + session.size() + remark.size();
   for (const auto& each : operations) total += sizeof(each) + each.size();
   for (const auto& each : values) total += sizeof(each) + each.size();
   for (const auto& each : arguments) total += sizeof(each) + each.name.size();
@@ -52,6 +52,18 @@ std::vector<EntryPointer> MemoryJournal::after(std::uint64_t id, std::size_t mos
   const auto end = begin + static_cast<std::ptrdiff_t>(count);
   for (auto each = begin; each != end; ++each) all.push_back(each->entry);
   return all;
+}
+
+LatestEntries MemoryJournal::latest(std::size_t most) const {
+  LatestEntries latest;
+  const std::lock_guard lock(mutex_);
+  const std::size_t count = std::min(kept_.size(), most);
+  latest.before = kept_.size() - count;
+  latest.entries.reserve(count);
+  for (auto each = kept_.end() - static_cast<std::ptrdiff_t>(count); each != kept_.end(); ++each) {
+    latest.entries.push_back(each->entry);
+  }
+  return latest;
 }
 
 std::uint64_t MemoryJournal::last_id() const {

@@ -60,6 +60,12 @@ struct JournalEntry {
 
 using EntryPointer = std::shared_ptr<const JournalEntry>;
 
+/// The end of a journal.
+struct LatestEntries {
+  std::vector<EntryPointer> entries;  ///< oldest first
+  std::uint64_t before = 0;           ///< how many more are kept that are older
+};
+
 /// Keeps exchanges. Used by several threads at once.
 class Journal {
  public:
@@ -72,6 +78,8 @@ class Journal {
   /// What is kept with a greater number than this, oldest first, so many at most. Who asks again
   /// with the last number that he got misses nothing but what was let go meanwhile.
   virtual std::vector<EntryPointer> after(std::uint64_t id, std::size_t most = kAll) const = 0;
+  /// The latest that are kept, so many at most. What it costs does not grow with the journal.
+  virtual LatestEntries latest(std::size_t most) const = 0;
   /// All that is kept.
   std::vector<EntryPointer> entries() const { return after(0); }
   /// The greatest number that was given so far; 0 before the first.
@@ -97,6 +105,7 @@ class MemoryJournal : public Journal {
 
   void add(JournalEntry entry) override;
   std::vector<EntryPointer> after(std::uint64_t id, std::size_t most) const override;
+  LatestEntries latest(std::size_t most) const override;
   std::uint64_t last_id() const override;
   std::uint64_t dropped() const override;
   void clear() override;

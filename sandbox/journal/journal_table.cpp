@@ -107,6 +107,12 @@ std::int64_t written_by(Database& database, std::int64_t process) {
   return select.bind(process).step() ? select.integer(0) : 0;
 }
 
+/// Of a row that begins with id and entry.
+EntryPointer entry_in(Statement& row) {
+  return std::make_shared<const JournalEntry>(
+      stored_entry(static_cast<std::uint64_t>(row.integer(0)), row.text(1)));
+}
+
 }  // namespace
 
 std::int64_t JournalTable::enter(const JournalLimits& limits) {
@@ -177,12 +183,28 @@ std::vector<EntryPointer> JournalTable::after(std::uint64_t id, std::size_t most
     std::int64_t found = 0;
     for (; select.step(); ++found) {
       last = select.integer(0);
-      all.push_back(std::make_shared<const JournalEntry>(
-          stored_entry(static_cast<std::uint64_t>(last), select.text(1))));
+      all.push_back(entry_in(select));
     }
     if (found < page) break;
   }
   return all;
+}
+
+LatestEntries JournalTable::latest(std::size_t most) {
+  LatestEntries latest;
+  std::int64_t kept = 0;
+  // One statement, so that what is kept and what is read are those of one moment.
+  Statement select(database_,
+                   "SELECT id, entry, (SELECT kept FROM journal_state) FROM journal_entries"
+                   " ORDER BY id DESC LIMIT ?");
+  select.bind(number_of(most));
+  while (select.step()) {
+    latest.entries.push_back(entry_in(select));
+    kept = select.integer(2);
+  }
+  std::reverse(latest.entries.begin(), latest.entries.end());
+  latest.before = static_cast<std::uint64_t>(kept) - latest.entries.size();
+  return latest;
 }
 
 void JournalTable::clear() {

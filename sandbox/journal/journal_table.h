@@ -43,6 +43,7 @@ class JournalTable {
   void write(std::int64_t process, const JournalBatch& batch);
   State state();
   std::vector<EntryPointer> after(std::uint64_t id, std::size_t most);
+  LatestEntries latest(std::size_t most);
   /// Forgets all entries, and how many were let go.
   void clear();
 

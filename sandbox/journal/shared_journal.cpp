@@ -144,6 +144,12 @@ std::vector<EntryPointer> SharedJournal::after(std::uint64_t id, std::size_t mos
   return reading_.after(id, most);
 }
 
+LatestEntries SharedJournal::latest(std::size_t most) const {
+  flush();
+  const std::lock_guard lock(reading_mutex_);
+  return reading_.latest(most);
+}
+
 std::uint64_t SharedJournal::last_id() const {
   return state().last_id;
 }

@@ -30,6 +30,7 @@ class SharedJournal : public Journal {
 
   void add(JournalEntry entry) override;
   std::vector<EntryPointer> after(std::uint64_t id, std::size_t most) const override;
+  LatestEntries latest(std::size_t most) const override;
   std::uint64_t last_id() const override;
   std::uint64_t dropped() const override;
   std::uint64_t lost() const override;

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "sandbox/events_reader.h"
 #include "sandbox/sandbox_process.h"
 
 namespace bvconn::test {
@@ -21,29 +22,12 @@ RawReply get_invoice(SandboxProcess& sandbox, const std::string& uid) {
                       R"(<param xsi:type="xsd:string">)" + uid + "</param>");
 }
 
-/// A reader of the events, from where it asks on.
-class Reader {
+/// A reader of the events of a process.
+class Reader : public EventsReader {
  public:
   explicit Reader(const SandboxProcess& sandbox, const std::string& query = "",
                   const std::string& headers = "")
-      : client_(sandbox.port()) {
-    client_.send(http_request("GET", "/admin/journal/events" + query, headers, ""));
-  }
-
-  /// All that came until these words did; without them after ten seconds.
-  std::string until(const std::string& words) {
-    const auto deadline = std::chrono::steady_clock::now() + 10s;
-    while (seen_.find(words) == std::string::npos && std::chrono::steady_clock::now() < deadline) {
-      seen_ += client_.receive_some(100ms);
-    }
-    return seen_;
-  }
-  bool ends(std::chrono::milliseconds patience) { return client_.ends(patience); }
-  RawReply reply() { return client_.receive(); }
-
- private:
-  RawClient client_;
-  std::string seen_;
+      : EventsReader(sandbox.port(), query, headers) {}
 };
 
 TEST(SandboxEvents, TellWhatIsKeptAndThenWhatComes) {
