@@ -11,6 +11,7 @@
 
 #include "bvconn/platform/http/interrupted_exchanges.h"
 #include "sandbox/calls/caller.h"
+#include "sandbox/calls/own_address.h"
 #include "sandbox/calls/quiet_platform.h"
 #include "sandbox/command_line.h"
 #include "sandbox/commands/command.h"
@@ -62,6 +63,14 @@ std::vector<std::string> allowed_hosts(const Options& options) {
   return names;
 }
 
+OwnAddress own_address(const Options& options, const Reached& reached) {
+  const ServingOptions& serving = options.serving;
+  if (serving.tls.certificate_file.empty()) {
+    return {.url = reached.url, .ca_file = reached.authority_file};
+  }
+  return own_address_by(serving.tls.certificate_file, reached.url, serving.address);
+}
+
 void run_sandbox(const Options& options) {
   // Runs the whole library, so before there is a second thread.
   const auto observations = automation::observe_all();
@@ -84,7 +93,7 @@ void run_sandbox(const Options& options) {
       options.serving, options.limits,
       [&](const Request& request) { return answer(sandbox, operations, request); },
       [&](const Reached& reached) {
-        sandbox.caller->set_address({.url = reached.url, .ca_file = reached.authority_file});
+        sandbox.caller->set_address([&options, reached] { return own_address(options, reached); });
         platform::install(quiet_platform());
       });
   // Nobody answers the sandbox's own calls any more.

@@ -193,8 +193,8 @@ class Turn {
 }  // namespace
 
 Json Caller::call(const json& asked) {
-  Call call = call_of(forms_, address_, asked);
   const Turn turn(under_way_);
+  Call call = call_of(forms_, address_(), asked);
   Json answer{{"operation", call.form->name}, {"route", call.by_dal ? "dal" : "soap"}};
   const auto begun = std::chrono::steady_clock::now();
   // A session is its thread's, and the next call begins with a new one.

@@ -1,19 +1,17 @@
 #pragma once
 
 #include <atomic>
+#include <exception>
+#include <functional>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sandbox/calls/call_forms.h"
+#include "sandbox/calls/own_address.h"
 
 namespace bvconn::sandbox {
-
-/// Where the sandbox itself is reached by its own calls.
-struct OwnAddress {
-  std::string url;        ///< "http://127.0.0.1:8080"
-  std::string ca_file{};  ///< who is trusted behind https; "" for the system's store
-};
 
 /// More calls are under way than may be.
 class TooManyCalls : public std::exception {};
@@ -26,8 +24,8 @@ class Caller {
   explicit Caller(std::vector<CallForm> forms) : forms_(std::move(forms)) {}
 
   const std::vector<CallForm>& forms() const { return forms_; }
-  /// To be called before there are calls.
-  void set_address(OwnAddress address) { address_ = std::move(address); }
+  /// To be called before there are calls; each asks anew where it goes.
+  void set_address(std::function<OwnAddress()> address) { address_ = std::move(address); }
 
   /// Makes a call as JSON asks for it: `operation`, `arguments` by their names, `route`, and for
   /// the data access layer `user` and `password`. Gives its `result`, or its `error` with number,
@@ -37,7 +35,7 @@ class Caller {
 
  private:
   std::vector<CallForm> forms_;
-  OwnAddress address_;
+  std::function<OwnAddress()> address_;
   std::atomic<int> under_way_{0};
 };
 

@@ -156,6 +156,20 @@ Validity validity_in(const X509* certificate) {
           .end = time_in(X509_get0_notAfter(certificate))};
 }
 
+/// A host's name or address; "" for what is neither.
+std::string name_in(const GENERAL_NAME& name) {
+  if (name.type != GEN_DNS && name.type != GEN_IPADD) return {};
+  const ASN1_STRING* const value = name.type == GEN_DNS ? name.d.dNSName : name.d.iPAddress;
+  const unsigned char* const bytes = ASN1_STRING_get0_data(value);
+  const auto size = static_cast<std::size_t>(ASN1_STRING_length(value));
+  if (name.type == GEN_DNS) return {bytes, bytes + size};
+  std::array<char, INET6_ADDRSTRLEN> text{};
+  const int family = size == sizeof(in_addr) ? AF_INET : AF_INET6;
+  const bool is_address = size == sizeof(in_addr) || size == sizeof(in6_addr);
+  if (!is_address || ::inet_ntop(family, bytes, text.data(), text.size()) == nullptr) return {};
+  return text.data();
+}
+
 }  // namespace
 
 CertifiedKey make_authority(std::chrono::hours lifetime) {
@@ -196,6 +210,18 @@ Validity validity_of(const CertifiedKey& certified) {
   require(X509_check_private_key(certificate.get(), key.get()) == 1,
           "use a key that is not the certificate's");
   return validity_in(certificate.get());
+}
+
+std::vector<std::string> server_names_in(const std::string& certificates) {
+  const Certificate certificate = certificate_in(certificates);
+  const std::unique_ptr<GENERAL_NAMES, Free<GENERAL_NAMES_free>> all(static_cast<GENERAL_NAMES*>(
+      X509_get_ext_d2i(certificate.get(), NID_subject_alt_name, nullptr, nullptr)));
+  std::vector<std::string> names;
+  for (int i = 0; i < sk_GENERAL_NAME_num(all.get()); ++i) {
+    const std::string name = name_in(*sk_GENERAL_NAME_value(all.get(), i));
+    if (!name.empty()) names.push_back(name);
+  }
+  return names;
 }
 
 bool is_server_name(const std::string& name) {

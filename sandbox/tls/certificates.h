@@ -31,6 +31,9 @@ CertifiedKey make_server(const CertifiedKey& authority, const std::vector<std::s
 /// When the first certificate of a text is valid, and that the key is its own.
 Validity validity_of(const CertifiedKey& certified);
 
+/// The names of servers, addresses among them, for which the first certificate of a text stands.
+std::vector<std::string> server_names_in(const std::string& certificates);
+
 /// Whether a certificate can stand for this name of a server.
 bool is_server_name(const std::string& name);
 

@@ -28,9 +28,13 @@
 #include "bvconn/platform/soap/variant.h"
 #include "bvconn/platform/timeout_scope.h"
 #include "bvconn/platform/tls_files.h"
+#include "sandbox/calls/own_address.h"
 #include "sandbox/command_run.h"
+#include "sandbox/http/address.h"
+#include "sandbox/http/client.h"
 #include "sandbox/own_folder.h"
 #include "sandbox/sandbox_process.h"
+#include "sandbox/tls/certificates.h"
 #include "support/error_of.h"
 #include "support/tls_server.h"
 
@@ -315,6 +319,60 @@ TEST(SandboxCertificate, CanBeTheUsersOwn) {
   EXPECT_THAT(sandbox.ready_line(), testing::Not(HasSubstr("authority")));
   const Trusting trusting(own.certificate_file());
   EXPECT_EQ(number_of_invoice(https_url(sandbox)), "700103");
+}
+
+/// What a call that the sandbox makes of itself ends with: the invoice's number, or the error's.
+std::string own_call(const std::string& url, const std::string& authority) {
+  sandbox::Client client(url, {.authority_file = authority});
+  const auto reply =
+      client.send("POST", "/admin/calls",
+                  R"({"operation": "BVInvoiceConnector.GetInvoice",)"
+                  R"( "arguments": {"aSessionID": "S", "strInvoiceUID": "INV-1003"}})");
+  const auto answer = nlohmann::json::parse(reply.body);
+  if (answer.contains("error")) return answer["error"]["description"];
+  const std::string xml = answer["result"]["xml"];
+  return xml.find(">700103<") == std::string::npos ? xml : "700103";
+}
+
+TEST(SandboxCertificate, OfTheUsersOwnIsTrustedByItsOwnCalls) {
+  const TlsIdentity own;
+  const SandboxProcess sandbox(
+      {"--tls-certificate", own.certificate_file(), "--tls-key", own.key_file()});
+  EXPECT_EQ(own_call(https_url(sandbox), own.certificate_file()), "700103");
+}
+
+TEST(SandboxCertificate, OfAnotherAuthorityIsAskedByItsOwnCallsByANameThatItStandsFor) {
+  const OwnFolder folder;
+  const auto authority = sandbox::make_authority(std::chrono::hours(1));
+  const auto server = sandbox::make_server(authority, {"localhost"}, std::chrono::hours(1));
+  folder.write("authority.pem", authority.certificate);
+  const SandboxProcess sandbox({"--tls-certificate", folder.write("own.pem", server.certificate),
+                                "--tls-key", folder.write("own-key.pem", server.key)});
+  EXPECT_EQ(own_call(https_url(sandbox, "localhost"), folder.path("authority.pem")), "700103");
+}
+
+TEST(SandboxCertificate, IsAskedForByANameThatLeadsHereAlone) {
+  struct Case {
+    const char* names;
+    const char* listening;
+    const char* host;
+  };
+  for (const Case& each : {
+           Case{"DNS:localhost,IP:127.0.0.1", "127.0.0.1", "127.0.0.1"},
+           Case{"DNS:*.localhost,DNS:localhost", "127.0.0.1", "localhost"},
+           Case{"IP:127.0.0.3", "0.0.0.0", "127.0.0.3"},
+           Case{"IP:::1", "::1", "[::1]"},
+           // These lead elsewhere, so the address stays, and the call says that it is not trusted.
+           Case{"DNS:localhost", "127.0.0.2", "127.0.0.2"},
+           Case{"IP:192.0.2.1", "0.0.0.0", "127.0.0.1"},
+           Case{"DNS:*.localhost", "127.0.0.1", "127.0.0.1"},
+       }) {
+    const TlsIdentity own({.names = each.names});
+    const std::string url = "https://" + sandbox::address_in_url(each.listening) + ":8443";
+    const auto address = sandbox::own_address_by(own.certificate_file(), url, each.listening);
+    EXPECT_EQ(address.url, "https://" + std::string(each.host) + ":8443") << each.names;
+    EXPECT_EQ(address.ca_file, own.certificate_file());
+  }
 }
 
 TEST(SandboxCertificate, IsNotTakenForAnotherName) {
