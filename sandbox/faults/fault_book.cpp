@@ -71,13 +71,7 @@ void name_faults(std::vector<FaultRule>& rules, std::set<std::string> taken,
 std::string FaultBook::keep_answer(Route route, const std::string& answer) {
   constexpr std::size_t kLargest = std::size_t{1} << 20;
   if (answer.size() > kLargest || !wants_answers()) return {};
-  const std::lock_guard lock(answers_mutex_);
-  return std::exchange(answers_[route == Route::kSoap ? 0 : 1], answer);
-}
-
-void FaultBook::forget_answers() {
-  const std::lock_guard lock(answers_mutex_);
-  for (std::string& each : answers_) each.clear();
+  return exchange_answer(route, answer);
 }
 
 std::vector<std::string> MemoryFaultBook::add(std::vector<FaultRule> rules) {
@@ -103,7 +97,10 @@ bool MemoryFaultBook::remove(std::string_view name) {
 }
 
 std::size_t MemoryFaultBook::clear() {
-  forget_answers();
+  {
+    const std::lock_guard lock(answers_mutex_);
+    for (std::string& each : answers_) each.clear();
+  }
   const std::lock_guard lock(mutex_);
   is_empty_ = true;
   return std::exchange(faults_, {}).size();
@@ -130,6 +127,11 @@ bool MemoryFaultBook::wants_answers() const {
   return std::any_of(faults_.begin(), faults_.end(), [](const FaultInForce& each) {
     return each.rule->kind == Misconduct::kOtherAnswer;
   });
+}
+
+std::string MemoryFaultBook::exchange_answer(Route route, const std::string& answer) {
+  const std::lock_guard lock(answers_mutex_);
+  return std::exchange(answers_[route == Route::kSoap ? 0 : 1], answer);
 }
 
 }  // namespace bvconn::sandbox

@@ -62,15 +62,11 @@ class FaultBook {
   /// of more than 1 MiB is not kept. Gives the one before, "" where there is none.
   std::string keep_answer(Route route, const std::string& answer);
 
- protected:
-  void forget_answers();
-
  private:
   /// Whether there is a fault that answers by what another request was answered.
   virtual bool wants_answers() const = 0;
-
-  std::mutex answers_mutex_;
-  std::array<std::string, 2> answers_;
+  /// Puts an answer in the place of the one that is kept for its route; gives that one.
+  virtual std::string exchange_answer(Route route, const std::string& answer) = 0;
 };
 
 /// Faults that end with the process.
@@ -84,7 +80,10 @@ class MemoryFaultBook : public FaultBook {
 
  private:
   bool wants_answers() const override;
+  std::string exchange_answer(Route route, const std::string& answer) override;
 
+  std::mutex answers_mutex_;
+  std::array<std::string, 2> answers_;
   mutable std::mutex mutex_;
   std::vector<FaultInForce> faults_;
   std::int64_t named_ = 0;

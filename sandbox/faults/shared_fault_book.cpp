@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <span>
 #include <utility>
 
+#include "bvconn/platform/soap/typed_text.h"
 #include "sandbox/faults/fault_forms.h"
 
 namespace bvconn::sandbox {
@@ -92,9 +94,9 @@ bool SharedFaultBook::remove(std::string_view name) {
 }
 
 std::size_t SharedFaultBook::clear() {
-  forget_answers();
   std::size_t count = 0;
   rules_.change([&](SharedRules::Change& change) {
+    change.forget_answers();
     for (const SharedRule& each : change.present()) change.remove(each.number);
     count = change.present().size();
   });
@@ -138,6 +140,17 @@ bool SharedFaultBook::wants_answers() const {
   return std::any_of(all->begin(), all->end(), [](const auto& each) {
     return each.second->kind == Misconduct::kOtherAnswer;
   });
+}
+
+std::string SharedFaultBook::exchange_answer(Route route, const std::string& answer) {
+  try {
+    const std::string kept = detail::to_base64(std::as_bytes(std::span(answer)));
+    const auto before = detail::from_base64(rules_.exchange_answer(route_text(route), kept));
+    return before ? std::string(reinterpret_cast<const char*>(before->data()), before->size()) : "";
+  } catch (const DatabaseError&) {
+    // The fault need not be about this request, and then it waits for no database.
+    return {};
+  }
 }
 
 }  // namespace bvconn::sandbox

@@ -28,6 +28,7 @@ class SharedFaultBook : public FaultBook {
 
  private:
   bool wants_answers() const override;
+  std::string exchange_answer(Route route, const std::string& answer) override;
 
   SharedRules rules_;
   mutable ReadRules<FaultRule> read_;

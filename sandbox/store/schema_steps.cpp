@@ -262,6 +262,15 @@ INSERT INTO shared_rule_kinds VALUES ('fault', 0, 0);
 INSERT INTO shared_rule_kinds VALUES ('stub', 0, 0);
 )sql";
 
+// What one request was answered, for a fault to give it to another one: base64, since it can be any
+// bytes.
+constexpr const char* kAnswersTables = R"sql(
+CREATE TABLE kept_answers (
+  route TEXT PRIMARY KEY,
+  answer TEXT NOT NULL
+) STRICT, WITHOUT ROWID;
+)sql";
+
 void fill_entries_of_invoices(Database& database, std::uint64_t) {
   complete_invoices(database);
   fill_reconciles(database);
@@ -295,6 +304,7 @@ const std::vector<SchemaStep>& schema_steps() {
       {.tables = kCriteriaTables, .fill = fill_criteria},
       {.tables = kSharedTables},
       {.tables = kTogetherTables},
+      {.tables = kAnswersTables},
   };
   return steps;
 }

@@ -55,6 +55,10 @@ void SharedRules::Change::remove(std::int64_t number) {
       .run();
 }
 
+void SharedRules::Change::forget_answers() {
+  database_.run("DELETE FROM kept_answers");
+}
+
 void SharedRules::Change::finish() {
   Statement(database_,
             "UPDATE shared_rule_kinds SET version = version + 1, last_number = ? WHERE kind = ?")
@@ -124,6 +128,24 @@ std::optional<std::size_t> SharedRules::count(const std::vector<std::int64_t>& n
   }
   transaction.commit();
   return found;
+}
+
+std::string SharedRules::exchange_answer(std::string_view route, std::string_view answer) const {
+  const std::lock_guard lock(database_mutex_);
+  Transaction transaction(database_, Turn::kRules);
+  std::string before;
+  {
+    Statement select(database_, "SELECT answer FROM kept_answers WHERE route = ?");
+    if (select.bind(route).step()) before = select.text(0);
+  }
+  Statement(database_,
+            "INSERT INTO kept_answers VALUES (?, ?)"
+            " ON CONFLICT (route) DO UPDATE SET answer = excluded.answer")
+      .bind(route)
+      .bind(answer)
+      .run();
+  transaction.commit();
+  return before;
 }
 
 void SharedRules::refresh() {

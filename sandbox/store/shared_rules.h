@@ -47,6 +47,8 @@ class SharedRules {
     /// Under the next number.
     void add(std::string_view name, std::string_view text);
     void remove(std::int64_t number);
+    /// Those of all routes.
+    void forget_answers();
 
    private:
     friend class SharedRules;
@@ -77,6 +79,9 @@ class SharedRules {
   /// meanwhile are left out. No other process counts in between. Gives for which it was true.
   std::optional<std::size_t> count(const std::vector<std::int64_t>& numbers,
                                    const Count& look) const;
+  /// Puts an answer in the place of the one that any process kept for this route before; gives that
+  /// one, "" where there was none.
+  std::string exchange_answer(std::string_view route, std::string_view answer) const;
 
  private:
   void watch();

@@ -234,7 +234,7 @@ TEST_F(SharedJournals, TablesOfTheVersionBeforeAreBroughtUp) {
   {
     Database database(place);
     for (const char* table : {"journal_entries", "journal_state", "journal_writers", "shared_rules",
-                              "shared_rule_kinds"}) {
+                              "shared_rule_kinds", "kept_answers"}) {
       database.run(("DROP TABLE " + std::string(table)).c_str());
     }
     database.connection().set_version(7);

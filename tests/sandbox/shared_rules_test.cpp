@@ -76,6 +76,24 @@ TEST_F(SharedBooks, AFaultOfOneHitsAtOnceThereAndSoonAtTheOther) {
   EXPECT_FALSE(first.remove("gone"));
 }
 
+TEST_F(SharedBooks, AnAnswerThatOneKeepsIsGivenByTheOther) {
+  SharedFaultBook first(place());
+  SharedFaultBook second(place());
+  EXPECT_EQ(first.keep_answer(Route::kSoap, "unasked"), "");
+  first.add(faults(R"({"kind":"other-answer","name":"other"})"));
+  const std::string bytes("<a>\0\xFF</a>", 9);
+  EXPECT_EQ(first.keep_answer(Route::kSoap, bytes), "");
+  EXPECT_TRUE(becomes([&] { return is_hit(second); }));
+  EXPECT_EQ(second.keep_answer(Route::kDal, "dal"), "");
+  EXPECT_EQ(second.keep_answer(Route::kSoap, "later"), bytes);
+  EXPECT_EQ(first.keep_answer(Route::kSoap, "last"), "later");
+  // They go with the faults.
+  second.clear();
+  first.add(faults(R"({"kind":"other-answer","name":"other"})"));
+  EXPECT_EQ(first.keep_answer(Route::kSoap, "new"), "");
+  EXPECT_EQ(first.keep_answer(Route::kDal, "new"), "");
+}
+
 TEST_F(SharedBooks, CountsOfAFaultAreThoseOfAllTogether) {
   SharedFaultBook first(place());
   first.add(faults(R"({"kind":"reset","skip":4,"count":3})"));

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "sandbox/becomes.h"
+#include "sandbox/events_reader.h"
 #include "sandbox/postgres_server.h"
 #include "sandbox/sandbox_process.h"
 
@@ -106,6 +107,48 @@ TEST_F(ProcessesTogether, CallsOfOneAreInTheJournalOfAnother) {
             list["exchanges"][0]);
   EXPECT_EQ(admin(process(2), "DELETE", "/admin/journal").status, 200);
   EXPECT_TRUE(verified(0, "INV-1001", 0));
+}
+
+TEST_F(ProcessesTogether, EventsOfOneTellOfTheCallsOfAll) {
+  get_invoice(process(0), "INV-1001");
+  ASSERT_TRUE(becomes([] { return verified(1, "INV-1001", 1); }));
+  EventsReader reader(process(1).port());
+  EXPECT_THAT(reader.until("INV-1001"), HasSubstr("INV-1001"));
+  get_invoice(process(2), "INV-1002");
+  EXPECT_THAT(reader.until("INV-1002"), HasSubstr(R"("strInvoiceUID":"INV-1002")"));
+  get_invoice(process(1), "INV-1003");
+  const std::string seen = reader.until("INV-1003");
+  EXPECT_THAT(seen, HasSubstr(R"("strInvoiceUID":"INV-1003")"));
+  // Each is told once, and in the order of the numbers that they have for all.
+  const std::size_t number = seen.find("id: ");
+  const int first = std::stoi(seen.substr(number + 4));
+  for (int i = 0; i < 3; ++i) {
+    const std::string begin = "\n\nid: " + std::to_string(first + i) + "\nevent: exchange\n";
+    EXPECT_NE(seen.find(begin), std::string::npos) << seen;
+    EXPECT_EQ(seen.find(begin), seen.rfind(begin));
+  }
+  // Whoever goes on at another process misses nothing and is told nothing twice.
+  EventsReader other(process(3).port(), "", "Last-Event-ID: " + std::to_string(first + 1) + "\r\n");
+  const std::string rest = other.until("INV-1003");
+  EXPECT_THAT(rest, HasSubstr(R"({"goesOn":true})"));
+  EXPECT_THAT(rest, HasSubstr("INV-1003"));
+  EXPECT_EQ(rest.find("INV-1002"), std::string::npos);
+}
+
+TEST_F(ProcessesTogether, AnAnswerThatBelongsToAnotherRequestIsThatOfAnyProcess) {
+  const json fault{{"kind", "other-answer"}, {"header", "X-Test: other"}};
+  ASSERT_EQ(admin(process(0), "POST", "/admin/faults", fault).status, 200);
+  std::this_thread::sleep_for(std::chrono::milliseconds(250));
+  EXPECT_THAT(get_invoice(process(1), "INV-1001").body, HasSubstr(">INV-1001<"));
+  const std::string envelope = envelope_text("urn:InvoiceService", "getInvoice",
+                                             "<param xsi:type=\"xsd:string\">INV-1002</param>");
+  const std::string headers =
+      "Content-Type: text/xml; charset=utf-8\r\nSOAPAction: \"urn:InvoiceService\"\r\n"
+      "X-Test: other\r\n";
+  const RawReply other =
+      exchange(process(2).port(), http_request("POST", "/soap", headers, envelope));
+  EXPECT_EQ(other.status, 200);
+  EXPECT_THAT(other.body, HasSubstr(">INV-1001<"));
 }
 
 TEST_F(ProcessesTogether, AFaultHitsExactlyAsManyCallsAsItMayUnderLoad) {
