@@ -18,6 +18,12 @@ class DatabaseError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Another process held the database for longer than a request waits.
+class DatabaseBusy : public DatabaseError {
+ public:
+  using DatabaseError::DatabaseError;
+};
+
 /// A statement that is ready to run. Parameters are counted from 1, columns from 0.
 class Cursor {
  public:

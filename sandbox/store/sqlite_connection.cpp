@@ -16,6 +16,7 @@ constexpr std::int64_t kApplicationId = 0x42567362;
 [[noreturn]] void fail(sqlite3* handle, std::string_view on) {
   std::string text(on);
   text.append(": ").append(handle ? sqlite3_errmsg(handle) : "out of memory");
+  if (handle && sqlite3_errcode(handle) == SQLITE_BUSY) throw DatabaseBusy(text);
   throw DatabaseError(text);
 }
 

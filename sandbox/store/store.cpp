@@ -1,6 +1,7 @@
 #include "sandbox/store/store.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "sandbox/store/schema.h"
 
@@ -8,6 +9,7 @@ namespace bvconn::sandbox {
 namespace {
 
 constexpr std::uint64_t kDefaultSeed = 1;
+constexpr std::chrono::seconds kPatienceAtStart{60};
 
 std::optional<std::string> property(Database& database, std::string_view name) {
   Statement select(database, "SELECT value FROM properties WHERE name = ?");
@@ -19,7 +21,20 @@ std::optional<std::string> property(Database& database, std::string_view name) {
 
 Store::Store(const std::string& where, std::optional<std::uint64_t> seed) : database_(where) {
   refuse_foreign(database_);
-  database_.connection().settle();
+  const auto deadline = std::chrono::steady_clock::now() + kPatienceAtStart;
+  for (;;) {
+    try {
+      database_.connection().settle();
+      fill(seed);
+      return;
+    } catch (const DatabaseBusy&) {
+      // Whoever is first makes and fills all tables, which may take longer than a request waits.
+      if (std::chrono::steady_clock::now() > deadline) throw;
+    }
+  }
+}
+
+void Store::fill(std::optional<std::uint64_t> seed) {
   // One transaction from the look to the last row: of two servers that start on one new file,
   // the second finds it filled.
   Transaction transaction(database_);

@@ -21,7 +21,7 @@ class Store {
  public:
   /// Opens or makes the database. An empty one is filled with data made from `seed` (1 when none
   /// is given); one that holds data keeps it, and then a `seed` other than the one it was filled
-  /// from is an error.
+  /// from is an error. Waits for another process that is making it at this moment.
   Store(const std::string& where, std::optional<std::uint64_t> seed);
 
   std::optional<Invoice> invoice(std::string_view uid);
@@ -55,6 +55,8 @@ class Store {
   bool change_password(std::string_view user, std::string_view password);
 
  private:
+  void fill(std::optional<std::uint64_t> seed);
+
   Database database_;
   std::uint64_t seed_ = 0;
 };

@@ -135,6 +135,17 @@ TEST_F(SharedStore, ProcessesThatBeginTogetherShareOneStore) {
   for (const auto& each : processes) EXPECT_THAT(project(*each, gid), HasSubstr("Depot"));
 }
 
+TEST_F(SharedStore, OneThatBeginsWaitsForAnotherLongerThanARequestDoes) {
+  sandbox::Store(place(), std::nullopt);
+  sandbox::Database other(place());
+  sandbox::Transaction making(other);
+  const std::jthread made([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5'500));
+    making.commit();
+  });
+  EXPECT_NO_THROW(sandbox::Store(place(), std::nullopt));
+}
+
 TEST_F(TwoProcesses, ALoginOfOneIsGoodAtTheOther) {
   const std::string token = first().login();
   ASSERT_NE(token, "");

@@ -185,8 +185,8 @@ void PostgresqlLink::fail(std::string_view sql, const PGresult* result) {
   if (PQstatus(handle_) != CONNECTION_OK || ends_connection(state)) lose(why);
   constexpr std::string_view kLockTimeout = "55P03";
   if (state == kLockTimeout) {
-    throw DatabaseError("another process has held the database " + name_ +
-                        " for longer than 5 seconds; nothing of this request is kept");
+    throw DatabaseBusy("another process has held the database " + name_ +
+                       " for longer than 5 seconds; nothing of this request is kept");
   }
   throw DatabaseError(std::string(sql) + ": " + in_one_line(why));
 }
