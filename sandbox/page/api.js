@@ -17,7 +17,7 @@ const tokenWaiters = [];
 
 tokenForm.addEventListener("submit", (event) => {
   event.preventDefault();
-  sessionStorage.setItem(kTokenKey, document.getElementById("token-text").value);
+  sessionStorage.setItem(kTokenKey, document.getElementById("token-text").value.trim());
   tokenForm.hidden = true;
   tokenWaiters.splice(0).forEach((go) => go());
 });
@@ -26,16 +26,21 @@ tokenForm.addEventListener("submit", (event) => {
 function askForToken() {
   if (tokenForm.hidden) {
     tokenForm.hidden = false;
-    document.getElementById("token-text").focus();
+    const isRefused = sessionStorage.getItem(kTokenKey) !== null;
+    document.getElementById("token-refused").textContent =
+      isRefused ? "The sandbox does not take this token." : "";
+    document.getElementById("token-text").select();
   }
   return new Promise((done) => tokenWaiters.push(done));
 }
 
 async function send(path, options = {}) {
   for (;;) {
+    const tried = sessionStorage.getItem(kTokenKey);
     const reply = await fetch(path, {...options, headers: headers(options.headers)});
     if (reply.status !== 401) return reply;
-    await askForToken();
+    // Another request may have asked for one meanwhile.
+    if (sessionStorage.getItem(kTokenKey) === tried) await askForToken();
   }
 }
 

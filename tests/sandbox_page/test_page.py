@@ -2,6 +2,8 @@
 nothing that anybody sends becomes more than a text."""
 
 import json
+import os
+import tempfile
 import threading
 import time
 import unittest
@@ -341,6 +343,46 @@ class Page(unittest.TestCase):
                     self.assertGreaterEqual(ratio, 4.5, f"{name} on {ground} in {scheme}")
 
     # Nobody else may.
+
+    def test_a_sandbox_with_a_token_asks_for_it_until_it_is_right(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        file = os.path.join(folder.name, "token")
+        with open(file, "w", encoding="ascii",
+                  opener=lambda path, flags: os.open(path, flags, 0o600)) as out:
+            out.write("right-word\n")
+        sandbox = Sandbox("--listen", "0.0.0.0", "--admin-token-file", file)
+        self.addCleanup(sandbox.close)
+        press, until, text = self.browser.press, self.browser.until, self.browser.text
+        self.browser.open(f"{sandbox.url}/#/exchanges")
+        until("document.activeElement.id === 'token-text'")
+        self.assertIn("asks for the administrator's token", text("#token"))
+        self.assertEqual(text("#token-refused"), "")
+        self.browser.type("wrong-word")
+        press("Enter")
+        until("document.getElementById('token-refused').innerText.includes('not take this token')")
+        self.assertNotEqual(text("#connection"), "live")
+        # The wrong one is selected, so that what is typed takes its place.
+        self.browser.type("right-word")
+        press("Enter")
+        until("document.getElementById('connection').innerText === 'live'")
+        self.assertTrue(self.browser.run("document.getElementById('token').hidden"))
+        self.assertEqual(sandbox.call("BVInvoiceConnector.GetInvoice",
+                                      "strInvoiceUID=INV-1001")[0], 0)
+        until("document.querySelector('tr[data-id]')")
+        self.assertEqual(self.rows()[0][3], "BVInvoiceConnector.GetInvoice")
+        # What is asked for is done, and another view does not ask again.
+        self.browser.run("location.hash = '#/faults'")
+        until("document.querySelector('form[aria-label] select')")
+        self.submit("form[aria-label='A new fault']", kind="status", status="503", count="1")
+        until("document.querySelector('tbody tr')")
+        self.assertNotEqual(sandbox.call("BVInvoiceConnector.GetInvoice",
+                                         "strInvoiceUID=INV-1001")[0], 0)
+        self.browser.open(f"{sandbox.url}/#/exchanges")
+        until("document.querySelectorAll('tr[data-id]').length === 2")
+        self.assertTrue(self.browser.run("document.getElementById('token').hidden"))
+        # Nobody else has it.
+        self.assertEqual(sandbox.ask("GET", "/admin/journal")[0], 401)
 
     def test_a_page_of_another_origin_changes_and_learns_nothing(self):
         class Stranger(BaseHTTPRequestHandler):
