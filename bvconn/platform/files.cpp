@@ -34,25 +34,6 @@ int refusal_of(int file) {
 
 }  // namespace
 
-Descriptor::Descriptor(Descriptor&& other) noexcept : file_(std::exchange(other.file_, -1)) {}
-
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-  if (this != &other) {
-    close();
-    file_ = std::exchange(other.file_, -1);
-  }
-  return *this;
-}
-
-Descriptor::~Descriptor() {
-  close();
-}
-
-int Descriptor::close() noexcept {
-  const int file = std::exchange(file_, -1);
-  return file >= 0 && ::close(file) != 0 ? errno : 0;
-}
-
 OpenedFile open_file(const std::string& path, int flags) {
   Descriptor file(::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600));
   // ENXIO: a pipe that nobody reads, or a socket.

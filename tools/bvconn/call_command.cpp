@@ -206,7 +206,7 @@ class CallRun {
     }
     const SettingState state = read_setting(find_setting("defaultTimeOut"));
     if (!state.wrong) return false;
-    err_ << "bvconn: " << state.setting->name << " in " << state.file << " is " << state.remark
+    err_ << "bvconn: " << state.setting->name << " in " << state.place.name << " is " << state.remark
          << '\n';
     return true;
   }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
-#include <cstdlib>
 #include <filesystem>
 #include <limits>
 #include <sstream>
@@ -14,6 +13,7 @@
 #include "input_files.h"
 #include "nearest_names.h"
 #include "status.h"
+#include "system.h"
 
 namespace bvconn::tool {
 namespace {
@@ -25,8 +25,7 @@ constexpr std::size_t kLargestProfiles = std::size_t{64} << 10;
 
 /// "" where it is not set.
 std::string variable(std::string_view name) {
-  const char* value = std::getenv(std::string(name).c_str());
-  return value != nullptr ? value : "";
+  return variable_of(std::string(name).c_str()).value_or("");
 }
 
 [[noreturn]] void fail_not_toml(const std::string& file, const detail::TomlTrouble& trouble) {
@@ -187,12 +186,8 @@ Connection resolve_connection(const ConnectionOptions& options, ConnectionSource
 }
 
 std::string profiles_file() {
-  constexpr std::string_view kFile = "/bvconn/profiles.toml";
-  if (const std::string folder = variable("XDG_CONFIG_HOME"); !folder.empty()) {
-    return folder + std::string(kFile);
-  }
-  const std::string home = variable("HOME");
-  return home.empty() ? "" : home + "/.config" + std::string(kFile);
+  const std::string folder = user_settings_folder();
+  return folder.empty() ? "" : folder + "/bvconn/profiles.toml";
 }
 
 std::vector<std::string> profile_names() {

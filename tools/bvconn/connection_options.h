@@ -91,7 +91,8 @@ enum class ConnectionSources {
 Connection resolve_connection(const ConnectionOptions& options,
                               ConnectionSources sources = ConnectionSources::kAll);
 
-/// `$XDG_CONFIG_HOME/bvconn/profiles.toml`, else below `~/.config`; "" without a home.
+/// `$XDG_CONFIG_HOME/bvconn/profiles.toml`, else below `~/.config`, on Windows below
+/// `%LOCALAPPDATA%`; "" without a home.
 std::string profiles_file();
 /// The names in that file; none where it cannot be used.
 std::vector<std::string> profile_names();

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <set>
 
@@ -55,10 +54,10 @@ void check_settings(std::vector<Check>& checks) {
   for (const SettingState& state : read_all_settings()) {
     const std::string setting(state.setting->name);
     if (state.failure) {
-      if (!told.insert(state.file).second) continue;
+      if (!told.insert(state.place.name).second) continue;
       checks.push_back(failed(name, state.failure->description, explain(*state.failure)));
     } else if (state.wrong) {
-      checks.push_back(failed(name, setting + " in " + state.file + " is " + state.remark,
+      checks.push_back(failed(name, setting + " in " + state.place.name + " is " + state.remark,
                               "Correct it: bvconn settings set " + setting + " VALUE."));
     }
     text.append(text.empty() ? "" : ", ").append(setting).append("=").append(state.value);
@@ -88,14 +87,14 @@ Check check_log() {
 
 /// The library says nothing where this file cannot be written.
 void check_exchanges(std::vector<Check>& checks) {
-  const char* path = std::getenv("BVCONN_EXCHANGES");
-  if (path == nullptr || *path == '\0') return;
+  const std::string path = variable_of("BVCONN_EXCHANGES").value_or("");
+  if (path.empty()) return;
   const std::string trouble = trouble_with_appending(path);
   const std::string name = "exchanges";
   if (trouble.empty()) {
-    checks.push_back(ok(name, std::string(path) + " can be written"));
+    checks.push_back(ok(name, path + " can be written"));
   } else {
-    checks.push_back(failed(name, std::string(path) + " cannot be written: " + trouble,
+    checks.push_back(failed(name, path + " cannot be written: " + trouble,
                             "Exchanges are lost. Name another file with BVCONN_EXCHANGES, or "
                             "give this user the right to write it."));
   }
@@ -112,7 +111,7 @@ Check check_proxy(const std::string& port) {
   if (port.empty()) {
     std::string text = "none; requests go straight to the server";
     for (const char* variable : {"http_proxy", "https_proxy", "HTTP_PROXY", "HTTPS_PROXY"}) {
-      if (std::getenv(variable) == nullptr) continue;
+      if (!variable_of(variable)) continue;
       text.append(" (").append(variable).append(" of the environment is not used)");
       break;
     }

@@ -3,30 +3,15 @@
 #include <csignal>
 
 #include "bvconn/platform/http/interrupted_exchanges.h"
+#include "interrupt_handler.h"
 
 namespace bvconn::tool {
-namespace {
-
-// One that the process was started without stays ignored, as of what runs in the background.
-void (*set_handler(void (*handler)(int)))(int) {
-  struct sigaction action {};
-  struct sigaction before {};
-  ::sigaction(SIGINT, nullptr, &before);
-  if (before.sa_handler == SIG_IGN) return SIG_IGN;
-  action.sa_handler = handler;
-  ::sigemptyset(&action.sa_mask);
-  if (handler != SIG_DFL) action.sa_flags = static_cast<int>(SA_RESETHAND);
-  ::sigaction(SIGINT, &action, nullptr);
-  return before.sa_handler;
-}
-
-}  // namespace
 
 Interruption::Interruption()
-    : before_(set_handler([](int) { detail::interrupt_exchanges(true); })) {}
+    : before_(set_interrupt_handler([](int) { detail::interrupt_exchanges(true); })) {}
 
 Interruption::~Interruption() {
-  if (before_ != SIG_IGN) set_handler(before_);
+  if (before_ != SIG_IGN) set_interrupt_handler(before_);
   detail::interrupt_exchanges(false);
 }
 

@@ -96,14 +96,14 @@ const LibrarySetting& find_setting(std::string_view name) {
 }
 
 SettingState read_setting(const LibrarySetting& setting) {
-  SettingState state{.setting = &setting, .file = settings_file(setting.root)};
+  SettingState state{.setting = &setting, .place = settings_place(setting.root)};
   try {
     const auto registry = platform::current().settings();
-    state.in_file = registry->Exists(setting.path());
-    state.value = state.in_file
+    state.is_given = registry->Exists(setting.path());
+    state.value = state.is_given
                       ? registry->ReadString(setting.root, Global::kSettingsKey, setting.name)
                       : std::string(setting.default_text);
-    if (!state.in_file) return state;
+    if (!state.is_given) return state;
     if (setting.name == kTracePort) judge_port(state);
     if (setting.name == kDefaultTimeOut) judge_timeout(state, *registry);
     if (setting.name == kTraceSoapTraffic) judge_tracing(state);

@@ -158,7 +158,7 @@ int run_complete(const CLI::App& app, const std::vector<std::string>& words) {
   return kDone;
 }
 
-int run(const std::vector<std::string>& words, int argc, char** argv) {
+int run(const std::vector<std::string>& words) {
   CLI::App app("Calls the operations of the connector library by name.", "bvconn");
   app.set_version_flag("--version", "bvconn " BVCONN_VERSION);
   app.require_subcommand(1);
@@ -170,7 +170,8 @@ int run(const std::vector<std::string>& words, int argc, char** argv) {
   add_help_texts(app);
   if (!words.empty() && words.front() == "complete") return run_complete(app, words);
   try {
-    app.parse(argc, argv);
+    // It wants the last one first.
+    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
     const std::string slip = explain_slip(app, words);
@@ -184,9 +185,9 @@ int run(const std::vector<std::string>& words, int argc, char** argv) {
   return support.run().value_or(kNotUnderstood);
 }
 
-int run_and_report(int argc, char** argv) {
+int run_and_report(const std::vector<std::string>& words) {
   try {
-    return run({argv + 1, argv + argc}, argc, argv);
+    return run(words);
   } catch (const UsageError& error) {
     std::cerr << "bvconn: " << error.what() << '\n';
     return kNotUnderstood;
@@ -205,7 +206,7 @@ int main(int argc, char** argv) {
   survive_broken_pipes();
   hold_standard_files();
   StandardOutput output;
-  const int status = run_and_report(argc, argv);
+  const int status = run_and_report(command_line(argc, argv));
   const int failure = output.finish();
   if (failure == 0) return status;
   std::cerr << "bvconn: the output cannot be written: " << std::strerror(failure) << '\n';

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <set>
 #include <vector>
@@ -28,15 +29,18 @@ std::string shown_value(const SettingState& state) {
 void print_table(const std::vector<SettingState>& states, std::ostream& out) {
   using Row = std::array<std::string, 6>;
   std::vector<Row> rows{{"NAME", "VALUE", "FROM", "DEFAULT", "ROOT", "FILE"}};
+  const bool all_in_files =
+      std::ranges::all_of(states, [](const SettingState& each) { return each.place.is_file; });
+  if (!all_in_files) rows.front().back() = "PLACE";
   for (const SettingState& state : states) {
     const LibrarySetting& setting = *state.setting;
     const std::string usual(setting.default_text);
     rows.push_back({std::string(setting.name), shown_value(state),
-                    state.failure   ? "-"
-                    : state.in_file ? "file"
-                                    : "default",
+                    state.failure    ? "-"
+                    : state.is_given ? state.place.kind()
+                                     : "default",
                     usual.empty() ? "(empty)" : usual, std::string(setting.root_text()),
-                    state.file.empty() ? "(no home folder)" : state.file});
+                    state.place.name.empty() ? "(no home folder)" : state.place.name});
   }
   for (const Row& row : rows) {
     for (std::size_t column = 0; column < row.size(); ++column) {
@@ -54,11 +58,11 @@ Json state_json(const SettingState& state) {
   const LibrarySetting& setting = *state.setting;
   Json json{{"name", setting.name},
             {"value", state.failure ? Json() : Json(state.value)},
-            {"from", state.in_file ? "file" : "default"},
+            {"from", state.is_given ? state.place.kind() : "default"},
             {"default", setting.default_text},
             {"root", setting.root_text()},
             {"path", setting.path()},
-            {"file", state.file},
+            {state.place.kind(), state.place.name},
             {"meaning", setting.meaning}};
   if (!state.remark.empty()) json["remark"] = state.remark;
   if (state.failure) json["error"] = Json::parse(json_error(*state.failure));
@@ -127,7 +131,7 @@ std::string_view comment_of(std::string_view line) {
 /// The comments of a file, for what a rewrite of it may lose.
 std::multiset<std::string> comments_of(const std::string& path) {
   std::multiset<std::string> comments;
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(std::filesystem::path(path), std::ios::binary);
   for (std::string line; std::getline(file, line);) {
     const std::string_view comment = comment_of(line);
     if (!comment.empty()) comments.emplace(comment);
@@ -138,7 +142,7 @@ std::multiset<std::string> comments_of(const std::string& path) {
 int set(const SettingsOptions& options, std::ostream& err) {
   const LibrarySetting& setting = find_setting(options.name);
   const SettingValue value = setting_value(setting, options.value);
-  const std::string file = settings_file(setting.root);
+  const std::string file = settings_place(setting.root).name;
   const auto before = comments_of(file);
   try {
     const bool is_text = std::holds_alternative<std::string>(value);

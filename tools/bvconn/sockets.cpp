@@ -9,50 +9,17 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
-#include <memory>
+
+#include "found_addresses.h"
 
 namespace bvconn::tool {
-namespace {
-
-const sockaddr* address_of(const SocketAddress& address) {
-  return reinterpret_cast<const sockaddr*>(address.bytes.data());
-}
-
-socklen_t size_of(const SocketAddress& address) {
-  return static_cast<socklen_t>(address.size);
-}
-
-}  // namespace
 
 std::string SocketAddress::text() const {
-  std::array<char, NI_MAXHOST> host{};
-  if (::getnameinfo(address_of(*this), size_of(*this), host.data(), host.size(), nullptr, 0,
-                    NI_NUMERICHOST) != 0) {
-    return "an unknown address";
-  }
-  return host.data();
+  return address_text(*this);
 }
 
 LookedUp look_up(const std::string& host, const std::string& port) {
-  LookedUp found;
-  addrinfo hints{};
-  hints.ai_family = AF_UNSPEC;
-  hints.ai_socktype = SOCK_STREAM;
-  addrinfo* list = nullptr;
-  const int code = ::getaddrinfo(host.c_str(), port.c_str(), &hints, &list);
-  if (code != 0) {
-    found.trouble = ::gai_strerror(code);
-    return found;
-  }
-  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(list, &::freeaddrinfo);
-  for (const addrinfo* each = list; each != nullptr; each = each->ai_next) {
-    SocketAddress address;
-    address.size = std::min<std::size_t>(each->ai_addrlen, address.bytes.size());
-    std::memcpy(address.bytes.data(), each->ai_addr, address.size);
-    found.addresses.push_back(address);
-  }
-  return found;
+  return found_addresses(host, port, ::gai_strerror);
 }
 
 // The socket's own error tells what became of the connection.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <deque>
 #include <sstream>
 #include <vector>
@@ -109,10 +108,10 @@ class Bundle {
       // The doctor's line says that it cannot be read.
     }
     for (const Variable& variable : kVariables) {
-      const char* value = std::getenv(variable.name);
-      if (value == nullptr) continue;
-      if (variable.shown == Shown::kHidden) mask_.add(value);
-      learn_user_info(value);
+      const auto value = variable_of(variable.name);
+      if (!value) continue;
+      if (variable.shown == Shown::kHidden) mask_.add(*value);
+      learn_user_info(*value);
     }
     // A proxy's host and password have been seen where its port belongs.
     for (const SettingState& state : read_all_settings()) learn_user_info(state.value);
@@ -157,14 +156,14 @@ class Bundle {
 
   void add_environment() {
     for (const Variable& variable : kVariables) {
-      const char* value = std::getenv(variable.name);
-      if (value == nullptr) continue;
+      const auto value = variable_of(variable.name);
+      if (!value) continue;
       switch (variable.shown) {
         case Shown::kPlain:
-          line(variable.name, value);
+          line(variable.name, *value);
           break;
         case Shown::kUrl:
-          line(variable.name, mask_url(value));
+          line(variable.name, mask_url(*value));
           break;
         case Shown::kHidden:
           text_ << variable.name << ": (set)\n";
@@ -183,8 +182,8 @@ class Bundle {
   /// Before the checks, whose own exchanges go to the same file. Of those that are not shown the
   /// secrets are learned all the same.
   void read_exchanges() {
-    const char* path = std::getenv("BVCONN_EXCHANGES");
-    if (path == nullptr || *path == '\0') {
+    const std::string path = variable_of("BVCONN_EXCHANGES").value_or("");
+    if (path.empty()) {
       exchanges_ =
           "None: BVCONN_EXCHANGES names no file. Set it for the application, repeat what failed, "
           "and make this bundle with the same variable again.\n";
@@ -192,7 +191,7 @@ class Bundle {
     }
     const FileTail tail = file_tail(path, kExchangesTail);
     if (!tail.trouble.empty()) {
-      exchanges_ = std::string("None: ").append(path).append(": ").append(tail.trouble) + "\n";
+      exchanges_ = "None: " + path + ": " + tail.trouble + "\n";
       return;
     }
     std::deque<std::string> views;

@@ -35,6 +35,18 @@ void hold_standard_files() {
   }
 }
 
+std::vector<std::string> command_line(int argc, const char* const* argv) {
+  std::vector<std::string> words;
+  for (int i = 1; i < argc; ++i) words.emplace_back(argv[i]);
+  return words;
+}
+
+std::optional<std::string> variable_of(const char* name) {
+  const char* value = std::getenv(name);
+  if (value == nullptr) return std::nullopt;
+  return value;
+}
+
 void set_variable(const char* name, const std::string& value) {
   ::setenv(name, value.c_str(), 1);
 }
@@ -43,6 +55,13 @@ std::vector<std::string> variables() {
   std::vector<std::string> all;
   for (char** each = environ; *each != nullptr; ++each) all.emplace_back(*each);
   return all;
+}
+
+std::string user_settings_folder() {
+  const std::string folder = variable_of("XDG_CONFIG_HOME").value_or("");
+  if (!folder.empty()) return folder;
+  const std::string home = variable_of("HOME").value_or("");
+  return home.empty() ? "" : home + "/.config";
 }
 
 std::string system_name() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,10 +16,18 @@ void survive_broken_pipes();
 /// number, and with it what is meant for a reader. Before anything is opened.
 void hold_standard_files();
 
-/// Sets a variable of this process's environment.
+/// The words of the command line behind that of the program, as UTF-8.
+std::vector<std::string> command_line(int argc, const char* const* argv);
+
+/// A variable of this process's environment as UTF-8; nothing where it is not set.
+std::optional<std::string> variable_of(const char* name);
+/// Sets one.
 void set_variable(const char* name, const std::string& value);
 /// All of them, each as "NAME=value".
 std::vector<std::string> variables();
+
+/// Where programs keep what their user sets; "" without a home.
+std::string user_settings_folder();
 
 /// "Linux 6.1.0 x86_64"; "" where it is not known.
 std::string system_name();

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string_view>
@@ -29,7 +30,7 @@ bool is_mask(std::string_view text) {
 std::shared_ptr<std::ostream> open_trace(const std::string& name) {
   if (name == "-") return {&std::cerr, [](std::ostream*) {}};
   const int code = make_private_file(name);
-  auto stream = std::make_shared<std::ofstream>(name, std::ios::binary);
+  auto stream = std::make_shared<std::ofstream>(std::filesystem::path(name), std::ios::binary);
   if (code != 0 || !stream->is_open()) {
     throw UsageError("--trace: cannot write " + name +
                      (code != 0 ? std::string(": ") + std::strerror(code) : ""));

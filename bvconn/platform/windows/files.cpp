@@ -56,25 +56,6 @@ DWORD disposition_of(int flags) {
 
 }  // namespace
 
-Descriptor::Descriptor(Descriptor&& other) noexcept : file_(std::exchange(other.file_, -1)) {}
-
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-  if (this != &other) {
-    close();
-    file_ = std::exchange(other.file_, -1);
-  }
-  return *this;
-}
-
-Descriptor::~Descriptor() {
-  close();
-}
-
-int Descriptor::close() noexcept {
-  const int file = std::exchange(file_, -1);
-  return file >= 0 && ::_close(file) != 0 ? errno : 0;
-}
-
 OpenedFile open_file(const std::string& path, int flags) {
   const std::wstring name = wide_path(path);
   if (name.empty()) return {.file = Descriptor(), .code = ENOENT};

@@ -6,3 +6,5 @@
 #include <ws2tcpip.h>
 // After the sockets, which it otherwise brings in an older form.
 #include <windows.h>
+// Left out there.
+#include <shellapi.h>

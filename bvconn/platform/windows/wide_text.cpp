@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <climits>
 #include <new>
+#include <utility>
 
 #include "bvconn/platform/windows/system.h"
 
@@ -14,6 +15,22 @@ namespace {
 int counted(std::size_t size) {
   if (size > INT_MAX) throw std::bad_alloc();
   return static_cast<int>(size);
+}
+
+/// The path from its root on, in the form that the system does not bound. It looks for no "." and
+/// ".." in that form, so they are resolved first.
+std::wstring without_bound(std::wstring path) {
+  constexpr std::wstring_view kServer = L"\\\\";
+  constexpr std::wstring_view kUnbounded = L"\\\\?\\";
+  constexpr std::wstring_view kDevice = L"\\\\.\\";
+  if (path.starts_with(kUnbounded) || path.starts_with(kDevice)) return path;
+  std::wstring full(::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+  const DWORD size =
+      ::GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  if (size == 0 || size >= full.size()) return path;
+  full.resize(size);
+  if (full.starts_with(kServer)) return full.replace(0, kServer.size(), L"\\\\?\\UNC\\");
+  return full.insert(0, kUnbounded);
 }
 
 }  // namespace
@@ -38,9 +55,11 @@ std::string narrow(std::wstring_view text) {
 }
 
 std::wstring wide_path(std::string_view path) {
+  // Of a folder the system wants room for the name of a file in it.
+  constexpr std::size_t kLongestPlain = 247;
   std::wstring result = wide(path.substr(0, path.find('\0')));
   std::replace(result.begin(), result.end(), L'/', L'\\');
-  return result;
+  return result.size() <= kLongestPlain ? result : without_bound(std::move(result));
 }
 
 int errno_of(unsigned long code) noexcept {

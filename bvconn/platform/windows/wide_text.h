@@ -10,7 +10,7 @@ namespace bvconn::detail {
 std::wstring wide(std::string_view text);
 std::string narrow(std::wstring_view text);
 
-/// As the system wants a path. One with a NUL ends there, as everywhere else.
+/// As the system wants a path, however long. One with a NUL ends there, as everywhere else.
 std::wstring wide_path(std::string_view path);
 
 /// The number of C's library for one of the system's, as from `GetLastError`.

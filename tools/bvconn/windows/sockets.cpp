@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
-#include <memory>
 
 #include "bvconn/platform/windows/system.h"
 #include "bvconn/platform/windows/wide_text.h"
+#include "found_addresses.h"
 
 namespace bvconn::tool {
 namespace {
@@ -18,14 +17,6 @@ void start_sockets() {
     WSADATA data{};
     return ::WSAStartup(MAKEWORD(2, 2), &data);
   }();
-}
-
-const sockaddr* address_of(const SocketAddress& address) {
-  return reinterpret_cast<const sockaddr*>(address.bytes.data());
-}
-
-int size_of(const SocketAddress& address) {
-  return static_cast<int>(address.size);
 }
 
 int errno_of_socket(int code) {
@@ -53,34 +44,14 @@ int errno_of_socket(int code) {
 
 std::string SocketAddress::text() const {
   start_sockets();
-  std::array<char, NI_MAXHOST> host{};
-  if (::getnameinfo(address_of(*this), size_of(*this), host.data(), host.size(), nullptr, 0,
-                    NI_NUMERICHOST) != 0) {
-    return "an unknown address";
-  }
-  return host.data();
+  return address_text(*this);
 }
 
 LookedUp look_up(const std::string& host, const std::string& port) {
   start_sockets();
-  LookedUp found;
-  addrinfo hints{};
-  hints.ai_family = AF_UNSPEC;
-  hints.ai_socktype = SOCK_STREAM;
-  addrinfo* list = nullptr;
-  const int code = ::getaddrinfo(host.c_str(), port.c_str(), &hints, &list);
-  if (code != 0) {
-    found.trouble = detail::windows_message(static_cast<unsigned long>(code));
-    return found;
-  }
-  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(list, &::freeaddrinfo);
-  for (const addrinfo* each = list; each != nullptr; each = each->ai_next) {
-    SocketAddress address;
-    address.size = std::min<std::size_t>(each->ai_addrlen, address.bytes.size());
-    std::memcpy(address.bytes.data(), each->ai_addr, address.size);
-    found.addresses.push_back(address);
-  }
-  return found;
+  return found_addresses(host, port, [](int code) {
+    return detail::windows_message(static_cast<unsigned long>(code));
+  });
 }
 
 int try_to_connect(const SocketAddress& address, std::chrono::milliseconds patience) {

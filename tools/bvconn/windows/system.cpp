@@ -43,6 +43,22 @@ void survive_broken_pipes() {
 // A starter that closed them left no number free for others here.
 void hold_standard_files() {}
 
+// What the system gives `main` is in the code page of the user, which has but some of the letters,
+// and has the names of files in the place of patterns.
+std::vector<std::string> command_line(int, const char* const*) {
+  int count = 0;
+  wchar_t** const all = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+  std::vector<std::string> words;
+  for (int i = 1; all != nullptr && i < count; ++i) words.push_back(detail::narrow(all[i]));
+  ::LocalFree(all);
+  return words;
+}
+
+std::optional<std::string> variable_of(const char* name) {
+  if (::GetEnvironmentVariableW(detail::wide(name).c_str(), nullptr, 0) == 0) return std::nullopt;
+  return detail::environment(name);
+}
+
 void set_variable(const char* name, const std::string& value) {
   ::_wputenv_s(detail::wide(name).c_str(), detail::wide(value).c_str());
 }
@@ -57,6 +73,10 @@ std::vector<std::string> variables() {
   }
   ::FreeEnvironmentStringsW(block);
   return all;
+}
+
+std::string user_settings_folder() {
+  return variable_of("LOCALAPPDATA").value_or("");
 }
 
 std::string system_name() {
