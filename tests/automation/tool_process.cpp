@@ -40,7 +40,9 @@ constexpr int kPatience_ms = 60000;
   ::setenv("BVCONN_USER_SETTINGS", (home + "/user.toml").c_str(), 1);
   for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
   std::vector<char*> pointers;
-  std::string program = BVCONN_TOOL;
+  // In its place a program of another system can be tried.
+  const char* tried = std::getenv("BVCONN_TRIED_TOOL");
+  std::string program = tried != nullptr ? tried : BVCONN_TOOL;
   pointers.push_back(program.data());
   std::vector<std::string> copies = arguments;
   for (std::string& argument : copies) pointers.push_back(argument.data());

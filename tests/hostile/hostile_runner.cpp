@@ -6,9 +6,6 @@
 #include <array>
 #include <chrono>
 #include <exception>
-#include <fstream>
-#include <iostream>
-#include <iterator>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -24,9 +21,9 @@
 #include "hostile/hostile_calls.h"
 #include "hostile/hostile_file.h"
 #include "hostile/hostile_server.h"
+#include "hostile/hostile_tests.h"
 #include "hostile/process_watch.h"
 #include "live/own_files.h"
-#include "support/keyed_text.h"
 
 namespace bvconn::test {
 namespace {
@@ -364,45 +361,12 @@ OwnFiles& own_files() {
   return files;
 }
 
-class HostileTest : public ::testing::Test {
- public:
-  HostileTest(HostileCase hostile, std::string route)
-      : case_(std::move(hostile)), route_(std::move(route)) {}
-  void TestBody() override { CaseRunner(case_, route_, own_files()).run(); }
-
- private:
-  HostileCase case_;
-  std::string route_;
-};
-
-bool register_file(const char* path) {
-  std::ifstream stream(path, std::ios::binary);
-  const HostileFile file = read_hostile_file(
-      std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()));
-  const std::string name(path);
-  const std::string suite = name.substr(name.rfind('/') + 1, name.rfind('.') - name.rfind('/') - 1);
-  for (const std::string& problem : file.problems) std::cerr << path << ": " << problem << "\n";
-  for (const HostileCase& hostile : file.cases) {
-    for (const std::string& route : hostile.routes) {
-      ::testing::RegisterTest(
-          suite.c_str(), test_name(hostile.claim + " " + route).c_str(), nullptr, nullptr, path,
-          hostile.line,
-          [hostile, route]() -> ::testing::Test* { return new HostileTest(hostile, route); });
-    }
-  }
-  return file.problems.empty();
-}
-
 }  // namespace
 }  // namespace bvconn::test
 
 int main(int argc, char** argv) {
-  ::testing::InitGoogleTest(&argc, argv);
-  bool understood = argc > 1;
-  for (int i = 1; i < argc; ++i) understood = bvconn::test::register_file(argv[i]) && understood;
-  if (!understood) {
-    std::cerr << "usage: hostile_runner FILE…\n";
-    return 2;
-  }
-  return RUN_ALL_TESTS();
+  using namespace bvconn::test;
+  return run_hostile_files(argc, argv, [](const HostileCase& hostile, const std::string& route) {
+    CaseRunner(hostile, route, own_files()).run();
+  });
 }

@@ -515,6 +515,8 @@ TEST(NothingButErrors, ComeFromAnErrorThatTheApplicationMadeMoreOf) {
   EXPECT_EQ(error.helpContext, 12);
 }
 
+// On Windows a thread that ends itself destroys nothing.
+#if !defined(_WIN32)
 TEST(NothingButErrors, ButTheEndOfAThreadPassesAnOperationByAndTakesEverythingWithIt) {
   std::shared_ptr<int> held = std::make_shared<int>(0);
   const std::weak_ptr<int> watched = held;
@@ -526,6 +528,7 @@ TEST(NothingButErrors, ButTheEndOfAThreadPassesAnOperationByAndTakesEverythingWi
   }).join();
   EXPECT_TRUE(watched.expired());
 }
+#endif
 
 TEST(AFaultThatAServiceObjectRaises, FindsAnEmptyEnvelopeWhereTheTailLooksIntoIt) {
   for (const Tail tail : {Tail::kFaultCode, Tail::kFaultString, Tail::kRfq}) {
