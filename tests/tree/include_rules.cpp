@@ -252,8 +252,9 @@ struct WindowsHeader {
 constexpr std::string_view kSystemPlace = "bvconn/platform/windows/system.h";
 constexpr std::string_view kComponentsPlace = "bvconn/platform/windows/components.h";
 constexpr WindowsHeader kWindowsHeaders[] = {
-    {"windows.h", kSystemPlace},   {"winsock2.h", kSystemPlace},    {"ws2tcpip.h", kSystemPlace},
-    {"ocidl.h", kComponentsPlace}, {"oleauto.h", kComponentsPlace}, {"olectl.h", kComponentsPlace},
+    {"windows.h", kSystemPlace},    {"winsock2.h", kSystemPlace},  {"ws2tcpip.h", kSystemPlace},
+    {"shellapi.h", kSystemPlace},   {"ocidl.h", kComponentsPlace}, {"oleauto.h", kComponentsPlace},
+    {"olectl.h", kComponentsPlace},
 };
 
 // A third-party library by the beginning of its includes, and who may use it.
