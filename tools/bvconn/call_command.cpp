@@ -206,8 +206,8 @@ class CallRun {
     }
     const SettingState state = read_setting(find_setting("defaultTimeOut"));
     if (!state.wrong) return false;
-    err_ << "bvconn: " << state.setting->name << " in " << state.place.name << " is " << state.remark
-         << '\n';
+    err_ << "bvconn: " << state.setting->name << " in " << state.place.name << " is "
+         << state.remark << '\n';
     return true;
   }
 

@@ -57,7 +57,8 @@ DWORD disposition_of(int flags) {
 }  // namespace
 
 OpenedFile open_file(const std::string& path, int flags) {
-  const std::wstring name = wide_path(path);
+  // The device that swallows everything has its name of other systems here too.
+  const std::wstring name = path == "/dev/null" ? L"NUL" : wide_path(path);
   if (name.empty()) return {.file = Descriptor(), .code = ENOENT};
   // Others may write, rename and remove the file meanwhile, as they may on any other system.
   constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
