@@ -181,11 +181,6 @@ function(bvconn_test name)
   endif()
   if(BVCONN_JOIN_TESTS AND NOT ARG_APART)
     bvconn_joined_test(${name} COMMAND ${name} PROPERTIES ${properties})
-    if(WIN32)
-      # Once more with all memory that was freed filled, so that what is used after it shows.
-      bvconn_joined_test(${name}.filled COMMAND ${name}
-                         PROPERTIES ${properties} ENVIRONMENT WINEDEBUG=warn+heap)
-    endif()
   else()
     gtest_discover_tests(${name} TEST_PREFIX "${ARG_PREFIX}" DISCOVERY_TIMEOUT 60
                          PROPERTIES ${properties})
