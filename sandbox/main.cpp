@@ -95,9 +95,9 @@ void run_sandbox(const Options& options) {
       [&](const Reached& reached) {
         sandbox.caller->set_address([&options, reached] { return own_address(options, reached); });
         platform::install(quiet_platform());
-      });
-  // Nobody answers the sandbox's own calls any more.
-  detail::interrupt_exchanges(true);
+      },
+      // Nobody answers the sandbox's own calls any more.
+      [] { detail::interrupt_exchanges(true); });
 }
 
 /// What one worker keeps for the journal another lets go of. With a heap for each thread every heap

@@ -114,7 +114,7 @@ void take_serving_options(ServingOptions& options) {
 }
 
 void serve(const ServingOptions& options, const Limits& limits, const Server::Handler& handler,
-           const std::function<void(const Reached&)>& begin) {
+           const std::function<void(const Reached&)>& begin, const std::function<void()>& end) {
   TlsSetup tls = tls_setup(options.tls, options.address);
   Server server({.address = options.address, .port = options.port, .tls = std::move(tls.source)},
                 limits, [&](const Request& request) {
@@ -130,6 +130,7 @@ void serve(const ServingOptions& options, const Limits& limits, const Server::Ha
   tell_ready(server.port(), reached);
   tell_person(reached, options.has_page);
   server.run();
+  if (end) end();
 }
 
 }  // namespace bvconn::sandbox

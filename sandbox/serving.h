@@ -40,9 +40,11 @@ struct Reached {
 };
 
 /// Serves until a signal ends it, or the end of standard input where the options say so, and tells
-/// on standard output when it is ready; `begin` is called before that. The process takes as many
+/// on standard output when it is ready; `begin` is called before that. `end` is called when nobody
+/// is answered any more, before what handlers still do is waited for. The process takes as many
 /// descriptors as it may have.
 void serve(const ServingOptions& options, const Limits& limits, const Server::Handler& handler,
-           const std::function<void(const Reached&)>& begin = {});
+           const std::function<void(const Reached&)>& begin = {},
+           const std::function<void()>& end = {});
 
 }  // namespace bvconn::sandbox
