@@ -69,6 +69,7 @@ SoapNode append_group(SoapNodes parent, std::string_view name) {
 }
 
 std::string find_text(const SoapNode& root, std::initializer_list<std::string_view> names) {
+  if (!root) return {};
   const auto nodes = whole_tree(root);
   for (const std::string_view name : names) {
     for (const SoapNode& node : nodes) {

@@ -23,7 +23,8 @@ void set_child(const SoapNode& node, std::string_view name, const Variant& value
 SoapNode append_group(SoapNodes parent, std::string_view name);
 
 /// The first text that is not empty below a node, at any depth, nearest first: that of the first
-/// name wherever it stands, then that of the second, and so on; "" for none.
+/// name wherever it stands, then that of the second, and so on; "" for none, and
+/// where there is no such node.
 std::string find_text(const SoapNode& root, std::initializer_list<std::string_view> names);
 /// The elements below a node that have a child with this name.
 std::vector<SoapNode> holders_of(const SoapNode& root, std::string_view child_name);

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "bvconn/connectors/documents/bv_project_connector.h"
 #include "bvconn/connectors/maintenance/bv_maintenance_connector.h"
 #include "bvconn/connectors/print/bv_print_connector.h"
 #include "bvconn/connectors/session/bv_config_connector.h"
@@ -285,6 +286,16 @@ TEST_F(SandboxMaintenance, ASummaryHasTheLatestOrTheNamedDocuments) {
   expect_named();
   go_by_dal();
   expect_named();
+}
+
+TEST_F(SandboxMaintenance, AProjectThatWasSavedWithoutACustomerHasASummaryToo) {
+  SoapNode project = SoapNode::make("ProjectBean");
+  project.Nodes().Create("GID", "PRJ-77200");
+  project.Nodes().Create("Name", "Station");
+  BVProjectConnector().SaveProject(url_, "S1", project);
+  const SoapNode summary = BVSummaryConnector().getProjectSummary("PRJ-77200", url_, "S1");
+  EXPECT_EQ(text(summary, "Name"), "Station");
+  EXPECT_EQ(text(summary, "CustomerName"), "");
 }
 
 TEST_F(SandboxMaintenance, SummariesLeadFromAProjectToItsOrders) {
