@@ -167,7 +167,7 @@ class Page(unittest.TestCase):
         self.submit("form[aria-label='A new fault']", kind="soap-fault",
                     operation="BVInvoiceConnector.GetInvoise")
         self.assertIn("did you mean BVInvoiceConnector.GetInvoice",
-                      self.browser.until("document.querySelector('form [role=alert]').innerText"))
+                      self.browser.until("document.querySelector('main form [role=alert]').innerText"))
         self.assertEqual(self.sandbox.get("/admin/faults")["faults"], [])
 
     def test_the_form_of_an_operation_makes_the_call_and_shows_what_came_back(self):
@@ -236,8 +236,8 @@ class Page(unittest.TestCase):
         self.expect_text_alone("document/PRJ-3001", "document.querySelector('pre')", EVIL)
         self.expect_text_alone("faults", table, EVIL)
         self.expect_text_alone(f"document/{IMAGE.replace('/', '')}",
-                               "document.querySelector('[role=alert]')", "There is no document")
-        self.expect_text_alone(f"call/{SCRIPT}", "document.querySelector('[role=alert]')",
+                               "document.querySelector('main [role=alert]')", "There is no document")
+        self.expect_text_alone(f"call/{SCRIPT}", "document.querySelector('main [role=alert]')",
                                "There is no operation")
 
     def test_the_words_of_a_server_stay_text_in_the_answer_of_a_form(self):
