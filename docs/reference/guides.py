@@ -24,6 +24,10 @@ def sources(root):
         readme = file.read()
     found = []
     for folder, folders, names in os.walk(root):
+        # A build among the sources holds pages for what it installs, whatever its folder is called.
+        if "CMakeCache.txt" in names:
+            folders.clear()
+            continue
         folders[:] = sorted(each for each in folders
                             if not each.startswith(".") and each != "build")
         found += [os.path.relpath(os.path.join(folder, name), root)
