@@ -10,6 +10,7 @@
 #include "bvconn/component/outside_objects.h"
 #include "bvconn/component/soap_objects.h"
 #include "component/host.h"
+#include "support/idle_transport.h"
 #include "tools/typelib/members.h"
 
 namespace bvconn::typelib {
@@ -18,14 +19,8 @@ namespace {
 using test::Held;
 namespace component = bvconn::component;
 
-class SilentTransport final : public HTTPTransport {
+class SilentTransport final : public test::IdleTransport {
  public:
-  void Option(std::string_view, std::string_view) override {}
-  void setProxy(std::string_view, std::string_view) override {}
-  void NoProxy() override {}
-  void SOAPAction(std::string_view) override {}
-  void Timeout(std::int32_t) override {}
-  void Send(std::string_view, std::string_view) override {}
   std::string Receive(std::string_view) override { return {}; }
 };
 
