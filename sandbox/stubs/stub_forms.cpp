@@ -40,8 +40,9 @@ std::string text_at(const json& object, const char* key) {
 TextMatch match_of(const std::string& name, const json& value) {
   if (value.is_string()) return {.text = value.get<std::string>()};
   if (value.is_object() && value.size() == 1) {
-    const std::string& key = value.items().begin().key();
-    const json& text = value.items().begin().value();
+    const auto only = value.begin();
+    const std::string& key = only.key();
+    const json& text = only.value();
     if (text.is_string() && text.get_ref<const std::string&>().size() <= kMostPatternBytes) {
       if (key == "exact") return {.text = text};
       if (key == "contains") return {.kind = TextMatch::Kind::kContains, .text = text};
