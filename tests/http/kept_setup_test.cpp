@@ -82,8 +82,9 @@ TEST_F(KeptSetup, GoesWhereEachSpellingOfAUrlLeads) {
 }
 
 TEST_F(KeptSetup, KnowsItsUrlStillWhereTheConnectionHasToBeMadeAnew) {
-  server.answer({answers::reply("<ok/>") + Answer{{.kind = Step::Kind::kClose}}});
+  server.answer(answers::then_close(answers::reply("<ok/>")));
   transport->Send(server.url("/one"), "<a/>");
+  ASSERT_TRUE(server.wait_for_closed(1));
   EXPECT_THROW(transport->Send(server.url(" two"), "<a/>"), Error);
   transport->Send(server.url("/one"), "<a/>");
   EXPECT_THAT(server.last_request().bytes, StartsWith("POST /one HTTP/1.1"));
