@@ -71,7 +71,7 @@ class Server {
     static const auto routes = sandbox::dal_routes_of(observations);
     sandbox_.reset();
     sandbox_ = std::unique_ptr<sandbox::ServedSandbox>(
-        new sandbox::ServedSandbox{{.store = sandbox::Store(":memory:", {}),
+        new sandbox::ServedSandbox{{.stores = sandbox::Stores(":memory:", {}),
                                     .contract = sandbox::Contract(contract),
                                     .dal_routes = routes}});
     copies_ = 0;

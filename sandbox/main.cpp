@@ -74,7 +74,7 @@ OwnAddress own_address(const Options& options, const Reached& reached) {
 void run_sandbox(const Options& options) {
   // Runs the whole library, so before there is a second thread.
   const auto observations = automation::observe_all();
-  ServedSandbox sandbox{{.store = Store(options.database, options.seed),
+  ServedSandbox sandbox{{.stores = Stores(options.database, options.seed),
                          .contract = Contract(contract_of(observations)),
                          .dal_routes = dal_routes_of(observations),
                          .loose = options.loose}};
@@ -84,7 +84,7 @@ void run_sandbox(const Options& options) {
   sandbox.caller = std::make_shared<Caller>(call_forms(observations));
   // Without a word the others that share the database keep theirs.
   if (!options.disabled_services.empty()) {
-    sandbox.store.set_disabled_services(options.disabled_services);
+    sandbox.stores.hold(Turn::kStore)->set_disabled_services(options.disabled_services);
   }
   for (const auto& each : observations) sandbox.operation_names.push_back(operation_name(each));
   begin_with_faults(options, sandbox);

@@ -46,8 +46,7 @@ std::shared_ptr<Journal> journal_of(const AdminCall& call);
 /// Which exchanges the query asks for, by any number of arguments.
 JournalFilter filter_of(const AdminCall& call);
 
-// The resources, each family in a source of its own. Handlers hold Sandbox::mutex for what it
-// guards.
+// The resources, each family in a source of its own.
 Reply get_disabled(AdminCall& call);
 Reply set_disabled(AdminCall& call);
 Reply get_stubs(AdminCall& call);

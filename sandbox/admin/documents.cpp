@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <mutex>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -84,9 +83,9 @@ Json rows_of(Store& store, const std::string& kind, const std::string& after) {
 
 Reply list_documents(AdminCall& call) {
   expect_query(call, {"kind", "after"});
-  const std::lock_guard lock(call.sandbox.mutex);
-  Store& store = call.sandbox.store;
-  auto transaction = store.transaction();
+  const HeldStore held = call.sandbox.stores.hold(Turn::kNone);
+  Store& store = *held;
+  auto transaction = store.transaction(Turn::kNone);
   const auto kind = call.query.find("kind");
   Json body = kind == call.query.end()
                   ? Json{{"kinds", kinds_json(store)}}
@@ -97,9 +96,9 @@ Reply list_documents(AdminCall& call) {
 
 Reply get_document(AdminCall& call) {
   expect_query(call, {});
-  const std::lock_guard lock(call.sandbox.mutex);
-  Store& store = call.sandbox.store;
-  auto transaction = store.transaction();
+  const HeldStore held = call.sandbox.stores.hold(Turn::kNone);
+  Store& store = *held;
+  auto transaction = store.transaction(Turn::kNone);
   Json body;
   if (const auto document = store.documents().find(call.below)) {
     body = document_json(*document);

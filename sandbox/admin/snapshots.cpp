@@ -1,5 +1,4 @@
 #include <functional>
-#include <mutex>
 #include <nlohmann/json.hpp>
 
 #include "sandbox/admin/admin.h"
@@ -9,9 +8,9 @@ namespace {
 
 Reply done(AdminCall& call, const std::function<void(Store&)>& act, const std::string& text) {
   expect_query(call, {});
-  const std::lock_guard lock(call.sandbox.mutex);
+  const HeldStore store = call.sandbox.stores.hold(Turn::kStore);
   try {
-    act(call.sandbox.store);
+    act(*store);
   } catch (const SnapshotError& error) {
     throw AdminRefusal{400, error.what()};
   }
@@ -28,8 +27,8 @@ Reply reset_store(AdminCall& call) {
 Reply get_snapshots(AdminCall& call) {
   expect_query(call, {});
   auto rows = nlohmann::ordered_json::array();
-  const std::lock_guard lock(call.sandbox.mutex);
-  for (const Snapshot& each : call.sandbox.store.snapshots().all()) {
+  const HeldStore store = call.sandbox.stores.hold(Turn::kNone);
+  for (const Snapshot& each : store->snapshots().all()) {
     rows.push_back({{"name", each.name}, {"made", each.made}});
   }
   return json_reply(200, nlohmann::ordered_json{{"snapshots", rows}}.dump());

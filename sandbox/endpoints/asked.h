@@ -11,6 +11,7 @@
 #include "sandbox/exchange.h"
 #include "sandbox/http/message.h"
 #include "sandbox/operations/operations.h"
+#include "sandbox/sandbox.h"
 
 namespace bvconn::sandbox {
 

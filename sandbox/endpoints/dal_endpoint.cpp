@@ -1,5 +1,4 @@
 #include <iterator>
-#include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -38,8 +37,8 @@ std::optional<std::string> user_of(Sandbox& sandbox, const Request& request) {
   constexpr std::string_view kScheme = "Bearer ";
   const auto authorization = request.header("Authorization");
   if (!authorization || !authorization->starts_with(kScheme)) return std::nullopt;
-  const std::lock_guard lock(sandbox.mutex);
-  return sandbox.store.logins().user_of(std::string_view(*authorization).substr(kScheme.size()));
+  const HeldStore store = sandbox.stores.hold(Turn::kNone);
+  return store->logins().user_of(std::string_view(*authorization).substr(kScheme.size()));
 }
 
 [[noreturn]] void refuse_without_login(const DalTarget& target) {
@@ -163,8 +162,8 @@ Reply answer_dal(Sandbox& sandbox, const Operations& operations, Asked& asked) {
                        [&] { return text_reply(200, dal_answer(sandbox, operations, asked)); });
   }
   return with_errors(Outcome::kFault, asked.exchange, [&] {
-    const std::lock_guard lock(sandbox.mutex);
-    SessionCall call{.sandbox = sandbox, .arguments = asked.arguments};
+    const HeldStore store = sandbox.stores.hold(session->second.turn);
+    SessionCall call{.store = *store, .arguments = asked.arguments};
     const DalAnswer answer = session->second.run(call);
     Reply reply = text_reply(200, answer.text);
     if (!answer.token.empty()) {

@@ -1,7 +1,5 @@
 #include "sandbox/endpoints/soap_text.h"
 
-#include <mutex>
-
 #include <algorithm>
 #include <cstddef>
 
@@ -42,20 +40,24 @@ void append_element(std::string& xml, std::string_view name, std::string_view te
   xml.append("</").append(name).append(">");
 }
 
+/// The store is free again when this is done, so nobody waits while a reply is written.
+void run(const ServedMethod& method, Stores& stores, std::string_view user_id,
+         const SoapNodes& parameters, const SoapNodes& results) {
+  const HeldStore store = stores.hold(method.turn.value_or(Turn::kNone));
+  SoapCall call{.store = *store, .user_id = user_id, .parameters = parameters, .results = results};
+  if (!method.turn) return method.run(call);
+  Transaction transaction = store->transaction(*method.turn);
+  method.run(call);
+  transaction.commit();
+}
+
 }  // namespace
 
-std::string reply_text(const Operations::Name& name, const Method& method, Sandbox& sandbox,
+std::string reply_text(const Operations::Name& name, const ServedMethod& method, Sandbox& sandbox,
                        std::string_view user_id, const SoapNodes& parameters) {
   const auto envelope = SoapEnvelope::make();
   envelope.SetMethod(name.second + "Response", name.first);
-  SoapCall call{.sandbox = sandbox,
-                .user_id = user_id,
-                .parameters = parameters,
-                .results = envelope.Parameters()};
-  {
-    const std::lock_guard lock(sandbox.mutex);
-    method(call);
-  }
+  run(method, sandbox.stores, user_id, parameters, envelope.Parameters());
   return envelope.Serialize();
 }
 

@@ -8,11 +8,12 @@
 #include "sandbox/exchange.h"
 #include "sandbox/http/message.h"
 #include "sandbox/operations/operations.h"
+#include "sandbox/sandbox.h"
 
 namespace bvconn::sandbox {
 
 /// Runs what bears this name and gives the text of the envelope that answers it.
-std::string reply_text(const Operations::Name& name, const Method& method, Sandbox& sandbox,
+std::string reply_text(const Operations::Name& name, const ServedMethod& method, Sandbox& sandbox,
                        std::string_view user_id, const SoapNodes& parameters);
 
 /// The text of an envelope that holds a fault.

@@ -32,7 +32,7 @@ std::vector<Invoice> invoices_of(SoapCall& call, const CommissionKey& key) {
   criteria.agent_id = key.agent;
   criteria.pay_period_from = key.period;
   criteria.pay_period_to = key.period;
-  return call.sandbox.store.invoices(criteria);
+  return call.store.invoices(criteria);
 }
 
 double commission(const Invoice& invoice) {
@@ -58,7 +58,7 @@ void get_range(SoapCall& call) {
     agent = conversions::format_number(to_double(call.parameters.Item(1).Value()), "000");
   }
   SoapNodes answer = begin_answer(call);
-  for (const std::string& period : call.sandbox.store.pay_periods(agent, count)) {
+  for (const std::string& period : call.store.pay_periods(agent, count)) {
     append_period(call, answer, {.agent = agent, .period = period});
   }
 }

@@ -28,13 +28,13 @@ SoapNode document_at(const SoapCall& call, std::size_t index) {
 }
 
 Document need(SoapCall& call, const DocumentKind& kind, std::string_view key) {
-  auto document = call.sandbox.store.documents().find(key);
+  auto document = call.store.documents().find(key);
   if (!document || document->kind != kind.name) refuse_key(kind.name, kind.key_field, key);
   return std::move(*document);
 }
 
 Document need_instrument(SoapCall& call, std::string_view key) {
-  auto document = call.sandbox.store.documents().find(key);
+  auto document = call.store.documents().find(key);
   if (document) {
     for (const DocumentKind* kind : {&kProjectKind, &kQuoteKind, &kOrderKind}) {
       if (document->kind == kind->name) return std::move(*document);
@@ -61,7 +61,7 @@ void answer_text(SoapCall& call, std::string_view text) {
 
 Document keep_document(SoapCall& call, const DocumentKind& kind, const SoapNode& tree,
                        std::string_view parent, std::string_view status) {
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   Document document;
   document.gid = child_text(tree, kind.key_field);
   if (document.gid.empty()) {
@@ -86,7 +86,7 @@ void keep_status(SoapCall& call, const DocumentKind& kind, Document& document,
                  std::string_view status) {
   const SoapNode tree = document.tree();
   set_child(tree, "Status", status);
-  call.sandbox.store.documents().keep(kind, document, tree);
+  call.store.documents().keep(kind, document, tree);
 }
 
 void answer_state(SoapCall& call, const DocumentKind& kind, const Document& document) {

@@ -19,7 +19,7 @@ std::string document_named_in(const SoapNode& comments) {
 
 void answer_comment(SoapCall& call, const Document& document, const std::string& line,
                     const std::string& type) {
-  const auto comment = call.sandbox.store.documents().comment(document.gid, line, type);
+  const auto comment = call.store.documents().comment(document.gid, line, type);
   if (comment) {
     call.results.Append(node_from_xml(*comment));
     return;
@@ -31,7 +31,7 @@ void answer_comment(SoapCall& call, const Document& document, const std::string&
 
 void keep_header(SoapCall& call, const Document& document, const SoapNode& comments) {
   const std::string type = find_text(comments, {"CommentType", "CommentTypeCode"});
-  call.sandbox.store.documents().keep_comment(document.gid, "", type, node_to_xml(comments));
+  call.store.documents().keep_comment(document.gid, "", type, node_to_xml(comments));
   answer_text(call, "Updated");
 }
 
@@ -66,7 +66,7 @@ void update_header_of_any(SoapCall& call) {
 void get_line(SoapCall& call) {
   const Document document = need_instrument(call, key_at(call, 0));
   const std::string line = key_at(call, 1);
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   if (!documents.has_line(document.gid, line)) {
     refuse_key("line in " + document.gid, "LineItemGID", line);
   }
@@ -83,7 +83,7 @@ void update_line(SoapCall& call) {
   const SoapNode encoding = call.parameters.Item(0);
   const std::string line = find_text(encoding, {"LineItemGID"});
   if (line.empty()) refuse("The comments name no line: there is no LineItemGID in them");
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   std::string gid = document_named_in(encoding);
   if (gid.empty()) gid = documents.owner_of_line(kKind, line).value_or("");
   if (gid.empty() || !documents.has_line(need_unlocked(call, kKind, gid).gid, line)) {

@@ -17,7 +17,7 @@ constexpr std::int64_t kApprovalCents = 10'000;
 void pilfer(SoapCall& call) {
   Document document = need_instrument(call, key_at(call, 0));
   const std::string previous = document.locked_by;
-  call.sandbox.store.documents().lock(kind_of(document), document, call.user_id);
+  call.store.documents().lock(kind_of(document), document, call.user_id);
   SoapNodes fields = begin_answer(call);
   fields.Create("GID", document.gid);
   fields.Create("LockedBy", call.user_id);
@@ -43,7 +43,7 @@ std::vector<Product> products_in(SoapCall& call, const SoapNode& line_items) {
   std::vector<Product> products;
   for (const SoapNode& item : holders_of(line_items, "CatalogNumber")) {
     const std::string number = child_text(item, "CatalogNumber");
-    auto product = call.sandbox.store.documents().product(number);
+    auto product = call.store.documents().product(number);
     if (!product) refuse_key("product", "CatalogNumber", number);
     products.push_back(std::move(*product));
   }
@@ -64,7 +64,7 @@ void get_product_approvals(SoapCall& call) {
 
 void get_product_cost(SoapCall& call) {
   const std::string customer = key_at(call, 1);
-  if (!customer.empty() && !call.sandbox.store.documents().customer_name(customer)) {
+  if (!customer.empty() && !call.store.documents().customer_name(customer)) {
     refuse_key("customer", "GID", customer);
   }
   const bool national = !key_at(call, 2).empty();

@@ -50,7 +50,7 @@ void get_sap_info(SoapCall& call) {
   const SoapNode tree = order.tree();
   std::string customer = key_at(call, 2);
   if (customer.empty()) customer = find_text(child(tree, "Customer"), {"GID"});
-  const auto name = call.sandbox.store.documents().customer_name(customer);
+  const auto name = call.store.documents().customer_name(customer);
   if (!name) refuse_key("customer", "GID", customer);
   SoapNodes fields = begin_answer(call);
   fields.Create("OrderGID", order.gid);
@@ -72,7 +72,7 @@ void update_sales_people(SoapCall& call) {
   } else {
     tree.Nodes().Append(people);
   }
-  call.sandbox.store.documents().keep(kOrderKind, order, tree);
+  call.store.documents().keep(kOrderKind, order, tree);
   SoapNodes fields = begin_answer(call);
   fields.Create("GID", order.gid);
   fields.Append(people);
@@ -80,7 +80,7 @@ void update_sales_people(SoapCall& call) {
 
 void get_all_acknowledgements(SoapCall& call) {
   const Document order = need(call, kOrderKind, key_at(call, 0));
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   SoapNodes answer = begin_answer(call);
   for (const Document& each : documents.children(kAcknowledgementKind, order.gid)) {
     answer.Append(each.tree());
@@ -98,7 +98,7 @@ void new_acknowledgement(SoapCall& call) {
   const std::string order_gid = find_text(written, {"OrderGID", "orderGID"});
   if (order_gid.empty()) refuse("The acknowledgement names no order: no OrderGID in it");
   const Document order = need(call, kOrderKind, order_gid);
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   Document acknowledgement;
   acknowledgement.gid = documents.fresh_gid(kAcknowledgementKind);
   acknowledgement.parent = order.gid;

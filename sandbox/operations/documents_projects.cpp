@@ -15,13 +15,13 @@ void get_project(SoapCall& call) {
 
 // What is new is not kept before it is saved; only its key is used up.
 void new_project(SoapCall& call) {
-  const std::string gid = call.sandbox.store.documents().fresh_gid(kProjectKind);
+  const std::string gid = call.store.documents().fresh_gid(kProjectKind);
   call.results.Append(empty_instrument("Project", kProjectKind, gid));
 }
 
 void copy_project(SoapCall& call) {
   const SoapNode copy = need(call, kProjectKind, key_at(call, 0)).tree();
-  const std::string gid = call.sandbox.store.documents().fresh_gid(kProjectKind);
+  const std::string gid = call.store.documents().fresh_gid(kProjectKind);
   set_child(copy, "GID", gid);
   set_child(copy, "Status", "NEW");
   set_child(copy, "LockedBy", "");
@@ -33,7 +33,7 @@ void copy_project(SoapCall& call) {
 
 void revert(SoapCall& call) {
   Document project = need_unlocked(call, kProjectKind, key_at(call, 0));
-  call.sandbox.store.documents().revert(kProjectKind, project);
+  call.store.documents().revert(kProjectKind, project);
   call.results.Append(project.tree());
 }
 
@@ -70,7 +70,7 @@ Document project_of_quotes(SoapCall& call) {
 
 /// Makes a quote; `wanted`, which may be an empty reference, can name its customer.
 Document make_quote(SoapCall& call, const Document& project, const SoapNode& wanted) {
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   Document quote;
   quote.gid = documents.fresh_gid(kQuoteKind);
   quote.parent = project.gid;

@@ -41,14 +41,14 @@ void update_rfq(SoapCall& call) {
   const SoapNode tree = rfq.tree();
   set_child(tree, "MfrQuoteNumber", key_at(call, 1));
   set_child(tree, "Status", "ANSWERED");
-  call.sandbox.store.documents().keep(kRfqKind, rfq, tree);
+  call.store.documents().keep(kRfqKind, rfq, tree);
   answer_text(call, "Updated");
 }
 
 void get_rfq_summary(SoapCall& call) {
   const Document quote = need(call, kQuoteKind, key_at(call, 0));
   SoapNodes answer = begin_answer(call);
-  for (const Document& rfq : call.sandbox.store.documents().children(kRfqKind, quote.gid)) {
+  for (const Document& rfq : call.store.documents().children(kRfqKind, quote.gid)) {
     answer.Append(rfq.tree());
   }
 }

@@ -15,7 +15,7 @@ constexpr const char* kService = "urn:RMAService";
 // As with projects, what is new is not kept before it is saved.
 void new_rma(SoapCall& call) {
   const std::string manufacturer = key_at(call, 0);
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   const auto name = documents.manufacturer_name(manufacturer);
   if (!name) refuse_key("manufacturer", "GID", manufacturer);
   call.results.Append(rma_form(documents.fresh_gid(kRmaKind), manufacturer, *name));
@@ -44,7 +44,7 @@ void open_rma(SoapCall& call) {
 
 void get_invoice_info(SoapCall& call) {
   const std::string number = key_at(call, 0);
-  const auto invoice = call.sandbox.store.invoice_by_number(number);
+  const auto invoice = call.store.invoice_by_number(number);
   if (!invoice) refuse_key("invoice", "InvoiceNumber", number);
   SoapNodes fields = begin_answer(call);
   fields.Create("InvoiceNumber", invoice->invoice_number);

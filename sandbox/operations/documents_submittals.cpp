@@ -69,7 +69,7 @@ void get_line_comments(SoapCall& call) {
   const bool of_project = to_boolean(call.parameters.Item(1).Value());
   const DocumentKind& kind = of_project ? kProjectKind : kQuoteKind;
   const auto keys = line_keys(call.parameters.Item(0));
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   SoapNodes answer = begin_answer(call);
   for (const std::string& key : keys) {
     if (!documents.owner_of_line(kind, key)) {
@@ -91,14 +91,14 @@ std::string owner_named_in(SoapCall& call, const SoapNode& tree) {
   }
   const std::string number = child_text(tree, "QuoteNumber");
   if (number.empty()) return {};
-  const auto quote = call.sandbox.store.documents().find_by_number(kQuoteKind, number);
+  const auto quote = call.store.documents().find_by_number(kQuoteKind, number);
   if (!quote) refuse_key("quote", "QuoteNumber", number);
   return quote->gid;
 }
 
 Document keep_submittal(SoapCall& call, const SoapNode& tree, const std::string& owner) {
   Document submittal = keep_document(call, kSubmittalKind, tree, owner);
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   for (const SoapNode& line : lines_of(tree)) {
     const std::string key = line_key(line);
     if (!key.empty()) documents.keep_comment(submittal.gid, key, "", node_to_xml(line));
@@ -109,7 +109,7 @@ Document keep_submittal(SoapCall& call, const SoapNode& tree, const std::string&
 void create_submittal(SoapCall& call) {
   const SoapNode tree = document_at(call, 0);
   const std::string uid = child_text(tree, "UID");
-  if (!uid.empty() && call.sandbox.store.documents().find(uid)) {
+  if (!uid.empty() && call.store.documents().find(uid)) {
     refuse("There is a submittal with the UID '" + uid + "' already");
   }
   if (child_text(tree, "Status").empty()) set_child(tree, "Status", "DRAFT");
@@ -131,7 +131,7 @@ void revise_submittal(SoapCall& call) {
   std::string owner = owner_named_in(call, tree);
   if (owner.empty()) owner = present.parent;
   keep_status(call, kSubmittalKind, present, kSuperseded);
-  set_child(tree, "UID", call.sandbox.store.documents().fresh_gid(kSubmittalKind));
+  set_child(tree, "UID", call.store.documents().fresh_gid(kSubmittalKind));
   set_child(tree, "Status", "DRAFT");
   set_child(tree, "RevisionOf", present.gid);
   answer_text(call, keep_submittal(call, tree, owner).gid);
@@ -139,7 +139,7 @@ void revise_submittal(SoapCall& call) {
 
 void answer_list(SoapCall& call, const Document& owner, bool only_updatable) {
   SoapNodes answer = begin_answer(call);
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   for (const Document& each : documents.children(kSubmittalKind, owner.gid)) {
     const bool closed = each.status == kSuperseded || each.status == kSubmitted;
     if (only_updatable && closed) continue;
@@ -152,7 +152,7 @@ void answer_list(SoapCall& call, const Document& owner, bool only_updatable) {
 
 Document need_quote_by_number(SoapCall& call) {
   const std::string number = key_at(call, 0);
-  auto quote = call.sandbox.store.documents().find_by_number(kQuoteKind, number);
+  auto quote = call.store.documents().find_by_number(kQuoteKind, number);
   if (!quote) refuse_key("quote", "QuoteNumber", number);
   return std::move(*quote);
 }

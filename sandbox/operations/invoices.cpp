@@ -75,7 +75,7 @@ namespace {
 
 Invoice need_invoice(SoapCall& call) {
   const std::string uid = key_at(call, 0);
-  auto invoice = call.sandbox.store.invoice(uid);
+  auto invoice = call.store.invoice(uid);
   if (!invoice) {
     throw Fault{.code = kNoSuchInvoice,
                 .text = "There is no invoice with the UID '" + uid + "'",
@@ -131,7 +131,7 @@ InvoiceCriteria criteria_of(const SoapCall& call) {
 }
 
 void search_for_invoices(SoapCall& call) {
-  const auto invoices = call.sandbox.store.invoices(criteria_of(call));
+  const auto invoices = call.store.invoices(criteria_of(call));
   SoapNodes answer = begin_answer(call);
   for (const Invoice& each : invoices)
     append_invoice(append_group(answer, "Invoice").Nodes(), each);

@@ -20,13 +20,13 @@ constexpr std::string_view kUserDefault = "user printout default";
 constexpr const char* kFirstAgent = "100";
 
 void get_logo(SoapCall& call) {
-  const auto own = call.sandbox.store.entries().find(kLogo, call.user_id, "");
+  const auto own = call.store.entries().find(kLogo, call.user_id, "");
   answer_text(call, own.value_or("standard"));
 }
 
 void get_logo_list(SoapCall& call) {
   SoapNodes answer = begin_answer(call);
-  for (const Entry& each : call.sandbox.store.entries().all("logo", "")) {
+  for (const Entry& each : call.store.entries().all("logo", "")) {
     answer.Create("Logo", each.body);
   }
 }
@@ -34,21 +34,21 @@ void get_logo_list(SoapCall& call) {
 // A logo need not be one of the list: it may be a client's own.
 void set_logo(SoapCall& call) {
   const std::string logo = key_at(call, 0);
-  call.sandbox.store.entries().keep(kLogo, call.user_id, "", logo);
+  call.store.entries().keep(kLogo, call.user_id, "", logo);
   answer_text(call, logo);
 }
 
 void update_password(SoapCall& call) {
   const std::string password = key_at(call, 0);
   if (password.empty()) refuse("The password is empty");
-  if (!call.sandbox.store.change_password(call.user_id, password)) {
+  if (!call.store.change_password(call.user_id, password)) {
     refuse_key("user", "name", call.user_id);
   }
   answer_text(call, "Updated");
 }
 
 SoapNode profile_of(SoapCall& call) {
-  const auto known = call.sandbox.store.entries().find(kProfile, call.user_id, "");
+  const auto known = call.store.entries().find(kProfile, call.user_id, "");
   return known ? node_from_xml(*known) : SoapNode::make("UserProfile");
 }
 
@@ -56,13 +56,13 @@ SoapNode profile_of(SoapCall& call) {
 void update_profile(SoapCall& call) {
   const SoapNode profile = profile_of(call);
   for (const SoapNode& each : call.parameters) set_child(profile, each.Name(), each.Value());
-  call.sandbox.store.entries().keep(kProfile, call.user_id, "", node_to_xml(profile));
+  call.store.entries().keep(kProfile, call.user_id, "", node_to_xml(profile));
   call.results.Append(profile);
 }
 
 // The first call finds no file and begins to make it.
 void check_type_ahead(SoapCall& call) {
-  Entries entries = call.sandbox.store.entries();
+  Entries entries = call.store.entries();
   const bool there = entries.find("type-ahead file", "", "").has_value();
   if (!there) entries.keep("type-ahead file", "", "", "primed");
   call.results.Create("return", there);
@@ -71,7 +71,7 @@ void check_type_ahead(SoapCall& call) {
 /// The key of a print info, or "" for none.
 std::string print_info_at(SoapCall& call) {
   std::string uid = key_at(call, 0);
-  if (!uid.empty() && !call.sandbox.store.entries().find("print info", "", uid)) {
+  if (!uid.empty() && !call.store.entries().find("print info", "", uid)) {
     refuse_key("print info", "UID", uid);
   }
   return uid;
@@ -82,14 +82,14 @@ void save_house_default(SoapCall& call, const std::string& kind) {
   if (printout.Nodes().Count() == 0) {
     refuse("'" + printout.Name() + "' has no content, expected a printout");
   }
-  call.sandbox.store.entries().keep(kHouseDefault, "", kind, node_to_xml(printout));
+  call.store.entries().keep(kHouseDefault, "", kind, node_to_xml(printout));
   call.results.Append(printout);
 }
 
 void save_agent_default(SoapCall& call, const std::string& kind) {
   const std::string uid = print_info_at(call);
   const std::string agent = agent_of(call);
-  call.sandbox.store.entries().keep(kAgentDefault, agent, kind, uid);
+  call.store.entries().keep(kAgentDefault, agent, kind, uid);
   SoapNodes fields = begin_answer(call);
   fields.Create("AgentID", agent);
   fields.Create("PrintInfoUID", uid);
@@ -97,7 +97,7 @@ void save_agent_default(SoapCall& call, const std::string& kind) {
 
 void set_user_default(SoapCall& call, const std::string& kind) {
   const std::string uid = print_info_at(call);
-  call.sandbox.store.entries().keep(kUserDefault, call.user_id, kind, uid);
+  call.store.entries().keep(kUserDefault, call.user_id, kind, uid);
   answer_text(call, uid);
 }
 
@@ -131,15 +131,15 @@ std::string agent_of(SoapCall& call) {
 }
 
 std::string agent_default(SoapCall& call, std::string_view kind) {
-  return call.sandbox.store.entries().find(kAgentDefault, agent_of(call), kind).value_or("");
+  return call.store.entries().find(kAgentDefault, agent_of(call), kind).value_or("");
 }
 
 std::string user_default(SoapCall& call, std::string_view kind) {
-  return call.sandbox.store.entries().find(kUserDefault, call.user_id, kind).value_or("");
+  return call.store.entries().find(kUserDefault, call.user_id, kind).value_or("");
 }
 
 SoapNode house_default(SoapCall& call, std::string_view kind) {
-  const auto known = call.sandbox.store.entries().find(kHouseDefault, "", kind);
+  const auto known = call.store.entries().find(kHouseDefault, "", kind);
   return known ? node_from_xml(*known) : SoapNode::make("Printout");
 }
 

@@ -22,14 +22,14 @@ void refuse_what_is_no_text(const SoapNode& tree) {
 }
 
 void need_text(SoapCall& call, const TextKind& kind, const std::string& uid) {
-  if (!call.sandbox.store.entries().find(kind.name, "", uid)) {
+  if (!call.store.entries().find(kind.name, "", uid)) {
     refuse_key(kind.name, kind.key_field, uid);
   }
 }
 
 void get_all(SoapCall& call, const TextKind& kind) {
   SoapNodes answer = begin_answer(call);
-  for (const Entry& each : call.sandbox.store.entries().all(kind.name, "")) {
+  for (const Entry& each : call.store.entries().all(kind.name, "")) {
     answer.Append(node_from_xml(each.body));
   }
 }
@@ -37,14 +37,14 @@ void get_all(SoapCall& call, const TextKind& kind) {
 void create(SoapCall& call, const TextKind& kind) {
   const SoapNode tree = call.parameters.Item(0);
   refuse_what_is_no_text(tree);
-  Entries entries = call.sandbox.store.entries();
+  Entries entries = call.store.entries();
   std::string uid = child_text(tree, kind.key_field);
   if (!uid.empty() && entries.find(kind.name, "", uid)) {
     refuse("There is a " + std::string(kind.name) + " with the UID '" + uid + "' already");
   }
   // Clients may have made texts under keys of their own choice.
   while (uid.empty() || entries.find(kind.name, "", uid)) {
-    uid = call.sandbox.store.documents().fresh_gid(kind);
+    uid = call.store.documents().fresh_gid(kind);
   }
   set_child(tree, kind.key_field, uid);
   entries.keep(kind.name, "", uid, node_to_xml(tree));
@@ -56,21 +56,21 @@ void update(SoapCall& call, const TextKind& kind) {
   refuse_what_is_no_text(tree);
   const std::string uid = child_text(tree, kind.key_field);
   need_text(call, kind, uid);
-  call.sandbox.store.entries().keep(kind.name, "", uid, node_to_xml(tree));
+  call.store.entries().keep(kind.name, "", uid, node_to_xml(tree));
   answer_text(call, "Updated");
 }
 
 void remove(SoapCall& call, const TextKind& kind) {
   const std::string uid = key_at(call, 0);
   need_text(call, kind, uid);
-  call.sandbox.store.entries().remove(kind.name, "", uid);
+  call.store.entries().remove(kind.name, "", uid);
   answer_text(call, "Deleted");
 }
 
 void order(SoapCall& call, const TextKind& kind) {
   const auto uids = keys_in(call.parameters.Item(0));
   for (const std::string& uid : uids) need_text(call, kind, uid);
-  call.sandbox.store.entries().order(kind.name, "", uids);
+  call.store.entries().order(kind.name, "", uids);
   answer_text(call, "Ordered");
 }
 

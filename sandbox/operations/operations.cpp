@@ -6,7 +6,7 @@
 namespace bvconn::sandbox {
 namespace {
 
-/// What a method's name tells: those that only look things up need not wait for other processes.
+/// What a method's name tells: those that only look things up need not wait for those that write.
 /// One that is taken for such and writes all the same fails.
 Turn turn_of(std::string_view name) {
   // These make a key and take a lock.
@@ -14,14 +14,6 @@ Turn turn_of(std::string_view name) {
   const auto begins = [&](std::string_view word) { return name.starts_with(word); };
   const bool looks_up = begins("get") || begins("search") || begins("Search");
   return looks_up ? Turn::kNone : Turn::kStore;
-}
-
-Method in_transaction(std::string_view name, Method method) {
-  return [method = std::move(method), turn = turn_of(name)](SoapCall& call) {
-    Transaction transaction = call.sandbox.store.transaction(turn);
-    method(call);
-    transaction.commit();
-  };
 }
 
 }  // namespace
@@ -32,12 +24,13 @@ void refuse(const std::string& text) {
 
 void add_method(Operations& operations, const std::string& service, const std::string& name,
                 Method method) {
-  operations.soap[{service, name}] = in_transaction(name, std::move(method));
+  operations.soap[{service, name}] = {.run = std::move(method), .turn = turn_of(name)};
 }
 
 void add_dal_method(Operations& operations, const std::string& object, const std::string& operation,
                     Method method) {
-  operations.dal_alone[{object, operation}] = in_transaction(operation, std::move(method));
+  operations.dal_alone[{object, operation}] = {.run = std::move(method),
+                                               .turn = turn_of(operation)};
 }
 
 Operations all_operations() {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -9,7 +10,7 @@
 
 #include "bvconn/platform/soap/soap_node.h"
 #include "bvconn/platform/soap/variant.h"
-#include "sandbox/sandbox.h"
+#include "sandbox/store/store.h"
 
 /// What the server can do: the operations by their names on the two routes. Each family of them has
 /// a source of its own that adds its rows.
@@ -52,7 +53,7 @@ inline constexpr std::int32_t kInternal = static_cast<std::int32_t>(0x80044E24);
 /// A call that has passed the contract. Results are appended to `results`, the children of the
 /// reply's method element.
 struct SoapCall {
-  Sandbox& sandbox;
+  Store& store;
   std::string_view user_id;
   SoapNodes parameters;
   SoapNodes results;
@@ -60,9 +61,16 @@ struct SoapCall {
 
 using Method = std::function<void(SoapCall&)>;
 
+/// A method as it is called.
+struct ServedMethod {
+  Method run;
+  /// The transaction in which it runs, which a fault rolls back; none for what needs no store.
+  std::optional<Turn> turn{};
+};
+
 /// A call that begins or belongs to a session of the data access layer itself.
 struct SessionCall {
-  Sandbox& sandbox;
+  Store& store;
   const std::vector<Variant>& arguments;  ///< of the number and the types that the library passes
 };
 
@@ -75,21 +83,22 @@ struct DalAnswer {
 struct SessionOperation {
   std::function<DalAnswer(SessionCall&)> run;
   bool needs_login = true;
+  Turn turn = Turn::kStore;
 };
 
 struct Operations {
   using Name = std::pair<std::string, std::string>;  ///< service and method, object and operation
 
   /// The methods of the services. Calls of the data access layer lead here as well.
-  std::map<Name, Method> soap;
+  std::map<Name, ServedMethod> soap;
   /// The few operations that the data access layer alone serves. Their parameters are the
   /// arguments, each under its name.
-  std::map<Name, Method> dal_alone;
+  std::map<Name, ServedMethod> dal_alone;
   /// Those of the data access layer's own session, which answer no envelope.
   std::map<Name, SessionOperation> session;
 };
 
-/// A method of a service. It runs within a transaction, which a fault rolls back.
+/// A method of a service. It runs within a transaction, whose turn its name tells.
 void add_method(Operations& operations, const std::string& service, const std::string& name,
                 Method method);
 /// An operation that the data access layer alone serves; it runs within a transaction as well.

@@ -16,7 +16,7 @@ constexpr DocumentKind kPrintouts{"printout", "PRN-", 11'001, "UID", "UID"};
 Method list_of(const char* kind) {
   return [kind](SoapCall& call) {
     SoapNodes answer = begin_answer(call);
-    for (const Entry& each : call.sandbox.store.entries().all(kind, "")) {
+    for (const Entry& each : call.store.entries().all(kind, "")) {
       answer.Append(node_from_xml(each.body));
     }
   };
@@ -44,12 +44,12 @@ void get_defaults(SoapCall& call, const std::string& kind) {
 /// A printout that was saved, or for the key of a document what would be printed of it.
 void get_printout(SoapCall& call, const std::string& root, const DocumentKind& document_kind) {
   const std::string uid = key_at(call, 0);
-  const auto saved = call.sandbox.store.entries().find(root, "", uid);
+  const auto saved = call.store.entries().find(root, "", uid);
   if (saved) {
     call.results.Append(node_from_xml(*saved));
     return;
   }
-  const auto document = call.sandbox.store.documents().find(uid);
+  const auto document = call.store.documents().find(uid);
   if (!document || document->kind != document_kind.name) refuse_key("printout", "UID", uid);
   SoapNode printout = SoapNode::make(root);
   printout.Nodes().Create("UID", uid);
@@ -62,11 +62,11 @@ void save_printout(SoapCall& call, const std::string& root) {
   if (tree.Nodes().Count() == 0) {
     refuse("'" + tree.Name() + "' has no content, expected a printout");
   }
-  Entries entries = call.sandbox.store.entries();
+  Entries entries = call.store.entries();
   std::string uid = child_text(tree, "UID");
   if (uid.empty()) {
     do {
-      uid = call.sandbox.store.documents().fresh_gid(kPrintouts);
+      uid = call.store.documents().fresh_gid(kPrintouts);
     } while (entries.find(root, "", uid));
     set_child(tree, "UID", uid);
   }
@@ -87,7 +87,7 @@ template <const DocumentKind& kKind>
 void get_rfq_info(SoapCall& call) {
   const Document document = need(call, kKind, key_at(call, 0));
   const std::string manufacturer = key_at(call, 1);
-  const auto name = call.sandbox.store.documents().manufacturer_name(manufacturer);
+  const auto name = call.store.documents().manufacturer_name(manufacturer);
   if (!name) refuse_key("manufacturer", "GID", manufacturer);
   const SoapNode tree = document.tree();
   SoapNodes fields = begin_answer(call);

@@ -29,7 +29,7 @@ constexpr std::string_view kReconciled = "RECONCILED";
 }
 
 Document need_with_code(SoapCall& call, const std::string& gid, const char* code) {
-  auto found = call.sandbox.store.documents().find(gid);
+  auto found = call.store.documents().find(gid);
   if (!found || found->kind != kReconcileKind.name) {
     refuse(code, "There is no order reconcile with the GID '" + gid + "'");
   }
@@ -49,17 +49,17 @@ bool is_reconciled(const SoapNode& reconcile) {
 /// The invoices that stand in the lines are paid out with the reconcile.
 void close_invoices(SoapCall& call, const SoapNode& reconcile) {
   for (const SoapNode& line : lines_of(reconcile)) {
-    call.sandbox.store.close_invoice(line_key(line));
+    call.store.close_invoice(line_key(line));
   }
 }
 
 // As with other documents, what is new is not kept before it is saved.
 void new_reconcile(SoapCall& call) {
-  const std::string gid = call.sandbox.store.documents().fresh_gid(kReconcileKind);
+  const std::string gid = call.store.documents().fresh_gid(kReconcileKind);
   const SoapNode tree = reconcile_form(gid, key_at(call, 0));
   if (call.parameters.Count() > 1) {
     for (const std::string& uid : keys_in(call.parameters.Item(1))) {
-      const auto invoice = call.sandbox.store.invoice(uid);
+      const auto invoice = call.store.invoice(uid);
       if (!invoice) refuse_key("invoice", "UID", uid);
       refuse_closed(*invoice, fault_codes::kClient);
       append_invoice_line(tree, *invoice);
@@ -71,7 +71,7 @@ void new_reconcile(SoapCall& call) {
 void get_reconcile(SoapCall& call) {
   Document reconcile = need_with_code(call, key_at(call, 0), kNoSuchReconcile);
   refuse_lock_of_another(call, reconcile, kLockedByAnother);
-  call.sandbox.store.documents().lock(kReconcileKind, reconcile, call.user_id);
+  call.store.documents().lock(kReconcileKind, reconcile, call.user_id);
   call.results.Append(reconcile.tree());
 }
 
@@ -85,13 +85,13 @@ void save_reconcile(SoapCall& call) {
 
 void pilfer_reconcile(SoapCall& call) {
   Document reconcile = need(call, kReconcileKind, key_at(call, 0));
-  call.sandbox.store.documents().lock(kReconcileKind, reconcile, call.user_id);
+  call.store.documents().lock(kReconcileKind, reconcile, call.user_id);
   answer_text(call, call.user_id);
 }
 
 void unlock_reconcile(SoapCall& call) {
   Document reconcile = need_unlocked(call, kReconcileKind, key_at(call, 0));
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   if (to_boolean(call.parameters.Item(1).Value())) {
     const SoapNode tree = reconcile.tree();
     if (is_reconciled(tree)) {
@@ -107,12 +107,12 @@ void unlock_reconcile(SoapCall& call) {
 
 void associate(SoapCall& call) {
   const std::string number = key_at(call, 0);
-  const auto invoice = call.sandbox.store.invoice_by_number(number);
+  const auto invoice = call.store.invoice_by_number(number);
   if (!invoice) refuse(kCannotAssociate, "There is no invoice with the number '" + number + "'");
   refuse_closed(*invoice, kCannotAssociate);
   Document reconcile = need_with_code(call, key_at(call, 1), kCannotAssociate);
   refuse_lock_of_another(call, reconcile, kCannotAssociate);
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   if (const auto owner = documents.owner_of_line(kReconcileKind, invoice->uid)) {
     refuse(kCannotAssociate, "The invoice '" + number + "' belongs to '" + *owner + "'");
   }
@@ -132,7 +132,7 @@ std::string pay_period(const SoapCall& call, const Invoice& invoice) {
 }
 
 Invoice need_open_invoice(SoapCall& call, const std::string& uid) {
-  auto invoice = call.sandbox.store.invoice(uid);
+  auto invoice = call.store.invoice(uid);
   if (!invoice) refuse(kCannotReconcile, "There is no invoice with the UID '" + uid + "'");
   refuse_closed(*invoice, kCannotReconcile);
   return std::move(*invoice);
@@ -142,7 +142,7 @@ Invoice need_open_invoice(SoapCall& call, const std::string& uid) {
 /// there.
 SoapNode reconcile_invoice(SoapCall& call, const Invoice& invoice) {
   const std::string& uid = invoice.uid;
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   Document reconcile;
   SoapNode tree;
   if (const auto owner = documents.owner_of_line(kReconcileKind, uid)) {

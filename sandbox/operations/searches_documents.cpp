@@ -116,8 +116,8 @@ void add_texts(const SoapNode& from, const SoapNode& row) {
 
 class DocumentRows {
  public:
-  explicit DocumentRows(SoapCall& call) : documents_(call.sandbox.store.documents()) {
-    for (const SoapNode& each : call.sandbox.store.lists().rows("customer")) {
+  explicit DocumentRows(SoapCall& call) : documents_(call.store.documents()) {
+    for (const SoapNode& each : call.store.lists().rows("customer")) {
       customers_.emplace(child_text(each, "GID"), each);
     }
   }
@@ -231,10 +231,10 @@ bool is_deactivated(const SoapNode& document) {
 
 Rows document_rows(SoapCall& call, const DocumentKind& kind, bool all_revisions) {
   DocumentRows rows(call);
-  const auto keys = call.sandbox.store.latest(kind, std::numeric_limits<std::int64_t>::max());
+  const auto keys = call.store.latest(kind, std::numeric_limits<std::int64_t>::max());
   Rows found;
   for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
-    Documents documents = call.sandbox.store.documents();
+    Documents documents = call.store.documents();
     const auto document = documents.find(*key);
     const SoapNode tree = document->tree();
     if (is_deactivated(tree)) continue;

@@ -157,10 +157,10 @@ std::vector<ListSearch> code_searches() {
 
 // What waits for an approval goes with its document when somebody deactivates that.
 Rows rows_of(SoapCall& call, std::string_view list) {
-  Rows rows = call.sandbox.store.lists().rows(list);
+  Rows rows = call.store.lists().rows(list);
   if (list != "approval") return rows;
   std::erase_if(rows, [&](const SoapNode& row) {
-    const auto document = call.sandbox.store.documents().find(child_text(row, "GID"));
+    const auto document = call.store.documents().find(child_text(row, "GID"));
     return document && is_deactivated(document->tree());
   });
   return rows;
@@ -175,7 +175,7 @@ void add_search(Operations& operations, const ListSearch& search) {
 
 /// The extended search looks among those, too, that are no customers yet.
 void search_for_customers(SoapCall& call) {
-  Lists lists = call.sandbox.store.lists();
+  Lists lists = call.store.lists();
   Rows rows = lists.rows("customer");
   if (to_boolean(call.parameters.Item(10).Value())) {
     for (const SoapNode& each : lists.rows("prospect")) rows.push_back(each);
@@ -185,7 +185,7 @@ void search_for_customers(SoapCall& call) {
 
 void search_for_default_agents(SoapCall& call) {
   Rows found;
-  for (const SoapNode& agent : call.sandbox.store.lists().rows("agent")) {
+  for (const SoapNode& agent : call.store.lists().rows("agent")) {
     if (child_text(agent, "Default") == "Y") found.push_back(agent);
   }
   answer_rows(call, found);

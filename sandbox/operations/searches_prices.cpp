@@ -15,7 +15,7 @@ constexpr const char* kSearch = "urn:SearchService";
 constexpr const char* kInventory = "urn:InventoryInquiryService";
 
 Rows prices(SoapCall& call, const std::vector<Criterion>& criteria) {
-  return matching(call, call.sandbox.store.lists().rows("price"), criteria);
+  return matching(call, call.store.lists().rows("price"), criteria);
 }
 
 void search_for_price_history(SoapCall& call) {
@@ -62,7 +62,7 @@ Rows inventory(SoapCall& call) {
     const Variant value = each.Value();
     text += value.is(Variant::Type::kString) ? value.string() : node_to_xml(each);
   }
-  const Rows rows = call.sandbox.store.lists().rows("inventory");
+  const Rows rows = call.store.lists().rows("inventory");
   Rows asked;
   for (const SoapNode& row : rows) {
     const std::string number = child_text(row, "CatalogNumber");

@@ -18,14 +18,14 @@ void convert_to_template(SoapCall& call) {
   Document project = need_unlocked(call, kProjectKind, key_at(call, 0));
   const SoapNode tree = project.tree();
   set_child(tree, "Template", true);
-  call.sandbox.store.documents().keep(kProjectKind, project, tree);
+  call.store.documents().keep(kProjectKind, project, tree);
   answer_state(call, kProjectKind, project);
 }
 
 /// Any project can serve as a template. What is made is kept at once.
 void copy_project_from_template(SoapCall& call) {
   const SoapNode tree = need(call, kProjectKind, key_at(call, 0)).tree();
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   Document project;
   project.gid = documents.fresh_gid(kProjectKind);
   const SoapNode fresh = empty_instrument("Project", kProjectKind, project.gid);
@@ -42,7 +42,7 @@ void copy_project_from_template(SoapCall& call) {
 
 void create_order_from_template(SoapCall& call) {
   const SoapNode project = need(call, kProjectKind, key_at(call, 0)).tree();
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   Document order;
   order.gid = documents.fresh_gid(kOrderKind);
   const SoapNode tree = order_form(order.gid, project);
@@ -61,7 +61,7 @@ void deactivate(SoapCall& call) {
   const SoapNode tree = document.tree();
   set_child(tree, "Active", false);
   const DocumentKind& kind = kind_of(document);
-  call.sandbox.store.documents().keep(kind, document, tree);
+  call.store.documents().keep(kind, document, tree);
   answer_state(call, kind, document);
 }
 

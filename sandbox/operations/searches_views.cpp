@@ -54,7 +54,7 @@ void find_zelt_view(SoapCall& call) {
     return;
   }
   Rows rows = document_rows(call, kOrderKind);
-  for (const SoapNode& customer : call.sandbox.store.lists().rows("customer")) {
+  for (const SoapNode& customer : call.store.lists().rows("customer")) {
     const std::string gid = child_text(customer, "GID");
     for (const SoapNode& row : rows) {
       if (child_text(row, "CustomerGID") != gid) continue;
@@ -71,7 +71,7 @@ void find_zelt_view(SoapCall& call) {
 
 /// An order whose number is this.
 std::optional<Document> order_at(SoapCall& call) {
-  return call.sandbox.store.documents().find_by_number(kOrderKind, key_at(call, 0));
+  return call.store.documents().find_by_number(kOrderKind, key_at(call, 0));
 }
 
 // Of the past of an order its last revisions are known.
@@ -79,7 +79,7 @@ void search_for_header_history(SoapCall& call) {
   const auto order = order_at(call);
   SoapNodes answer = begin_answer(call);
   if (!order) return;
-  for (const Document& each : call.sandbox.store.documents().revisions(*order)) {
+  for (const Document& each : call.store.documents().revisions(*order)) {
     SoapNodes fields = append_group(answer, "History").Nodes();
     fields.Create("OrderNumber", order->number);
     fields.Create("Revision", static_cast<std::int32_t>(each.revision));
@@ -91,7 +91,7 @@ void search_for_line_history(SoapCall& call) {
   const auto order = order_at(call);
   SoapNodes answer = begin_answer(call);
   if (!order) return;
-  for (const Document& each : call.sandbox.store.documents().revisions(*order)) {
+  for (const Document& each : call.store.documents().revisions(*order)) {
     const SoapNode tree = each.tree();
     for (const SoapNode& line : lines_of(tree)) {
       SoapNodes fields = append_group(answer, "History").Nodes();
@@ -106,7 +106,7 @@ void search_for_line_history(SoapCall& call) {
 
 void catalog_numbers_of_invoice(SoapCall& call) {
   const std::string number = key_at(call, 0);
-  const auto invoice = call.sandbox.store.invoice_by_number(number);
+  const auto invoice = call.store.invoice_by_number(number);
   if (!invoice) refuse_key("invoice", "InvoiceNumber", number);
   SoapNodes answer = begin_answer(call);
   for (const InvoiceLine& line : invoice->lines) {

@@ -19,7 +19,7 @@ constexpr const char* kOrders = "urn:OrderService";
 void get_countries(SoapCall& call) {
   const bool lazily = to_boolean(call.parameters.Item(0).Value());
   SoapNodes answer = begin_answer(call);
-  for (const Entry& each : call.sandbox.store.entries().all("country", "")) {
+  for (const Entry& each : call.store.entries().all("country", "")) {
     const SoapNode country = node_from_xml(each.body);
     if (!lazily) {
       answer.Append(country);
@@ -35,7 +35,7 @@ void export_complete(SoapCall& call) {
   Document order = need_unlocked(call, kOrderKind, key_at(call, 0));
   const SoapNode tree = order.tree();
   set_child(tree, "Exported", true);
-  call.sandbox.store.documents().keep(kOrderKind, order, tree);
+  call.store.documents().keep(kOrderKind, order, tree);
   SoapNodes fields = begin_answer(call);
   fields.Create("GID", order.gid);
   fields.Create("Exported", true);
@@ -52,7 +52,7 @@ void append_file(SoapCall& call, const Document& document) {
 /// One result for the object itself, and one for each document that hangs on it.
 void get_documents(SoapCall& call) {
   const std::string gid = key_at(call, 0);
-  Documents documents = call.sandbox.store.documents();
+  Documents documents = call.store.documents();
   const auto object = documents.find(gid);
   if (!object) refuse_key("object", "GID", gid);
   append_file(call, *object);

@@ -41,7 +41,7 @@ std::vector<std::string> wanted(SoapCall& call, const DocumentKind& kind, std::s
   const SoapNode parameter = call.parameters.Item(place);
   const Variant value = parameter.Value();
   if (value.is(Variant::Type::kInt16) || value.is(Variant::Type::kInt32)) {
-    return call.sandbox.store.latest(kind, to_int32(value));
+    return call.store.latest(kind, to_int32(value));
   }
   if (value.is(Variant::Type::kString)) return split(value.string());
   auto keys = keys_in(parameter);
@@ -77,7 +77,7 @@ template <const DocumentKind& kOwner, const DocumentKind& kKind>
 void get_children(SoapCall& call) {
   const Document owner = need(call, kOwner, key_at(call, 0));
   SoapNodes answer = begin_answer(call);
-  for (const Document& each : call.sandbox.store.documents().children(kKind, owner.gid)) {
+  for (const Document& each : call.store.documents().children(kKind, owner.gid)) {
     append_summary(append_group(answer, &kKind == &kOrderKind ? "Order" : "Quote").Nodes(), each);
   }
 }

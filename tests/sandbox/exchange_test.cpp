@@ -23,11 +23,11 @@ using ::testing::IsEmpty;
 /// All that reading needs, made once: the contract runs the whole library.
 struct World {
   const std::vector<automation::ObservedOperation> observations = automation::observe_all();
-  sandbox::Sandbox box{.store = sandbox::Store(":memory:", {}),
+  sandbox::Sandbox box{.stores = sandbox::Stores(":memory:", {}),
                        .contract = sandbox::Contract(sandbox::contract_of(observations)),
                        .dal_routes = sandbox::dal_routes_of(observations)};
   const sandbox::Operations operations = sandbox::all_operations();
-  const std::string token = box.store.logins().open("anna");
+  const std::string token = box.stores.hold(sandbox::Turn::kStore)->logins().open("anna");
 };
 
 World& world() {

@@ -86,7 +86,7 @@ class JournalEvents : public ::testing::Test {
   std::shared_ptr<CountingJournal> journal_;
   // On the heap: GCC 12 warns of members that are made up in place.
   const std::unique_ptr<ServedSandbox> sandbox_{
-      new ServedSandbox{{.store = Store(":memory:", std::nullopt),
+      new ServedSandbox{{.stores = Stores(":memory:", std::nullopt),
                          .contract = Contract(std::vector<MethodContract>()),
                          .dal_routes = {}}}};
   std::optional<Server> server_;

@@ -39,7 +39,7 @@ class ServedHere {
   std::vector<automation::ObservedOperation> observations_ = automation::observe_all();
   // On the heap: GCC 12 warns of members that are made up in place.
   const std::unique_ptr<sandbox::ServedSandbox> sandbox_{new sandbox::ServedSandbox{
-      {.store = sandbox::Store(":memory:", std::nullopt),
+      {.stores = sandbox::Stores(":memory:", std::nullopt),
        .contract = sandbox::Contract(sandbox::contract_of(observations_)),
        .dal_routes = sandbox::dal_routes_of(observations_)}}};
   const sandbox::Operations operations_ = sandbox::all_operations();

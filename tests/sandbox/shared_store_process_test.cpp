@@ -127,6 +127,24 @@ TEST_F(SharedStore, WhoeverOnlyReadsCannotWrite) {
   EXPECT_EQ(store.invoice("INV-1001")->status, "CLOSED");
 }
 
+TEST_F(SharedStore, AProcessGoesOnReadingWhileItsWriterWaitsForAnother) {
+  const auto process = start_one();
+  RawClient saver(process->port());
+  sandbox::Store other(place(), std::nullopt);
+  {
+    sandbox::Transaction writing = other.transaction();
+    ASSERT_TRUE(saver.send(http_request(
+        "POST", "/soap", "Content-Type: text/xml\r\nSOAPAction: \"urn:ProjectService\"\r\n",
+        envelope_text("urn:ProjectService", "save", "<Project><Name>It waits</Name></Project>"))));
+    // Time for it to begin to wait.
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    EXPECT_THAT(project(*process, "PRJ-3001"), HasSubstr("PRJ-3001-1"));
+    writing.commit();
+  }
+  const RawReply saved = saver.receive();
+  EXPECT_EQ(saved.status, 200) << "it gave up before the reader was answered: " << saved.body;
+}
+
 TEST_F(SharedStore, ProcessesThatBeginTogetherShareOneStore) {
   const Processes processes = start(4);
   for (const auto& each : processes) ASSERT_NE(each->port(), 0);
