@@ -97,7 +97,7 @@ class Random {
   explicit Random(std::uint32_t seed) : engine_(seed) {}
 
   std::uint64_t bits() { return engine_(); }
-  std::size_t below(std::size_t count) { return engine_() % count; }
+  std::size_t below(std::size_t count) { return static_cast<std::size_t>(engine_() % count); }
   bool one_in(std::size_t count) { return below(count) == 0; }
   template <class Items>
   auto pick(const Items& items) {

@@ -154,6 +154,34 @@ TEST(JsonText, ATreeThatSharesItsPartsEndlesslyIsAnError) {
   EXPECT_EQ(hex_number(error.number), "0x80044206");
 }
 
+TEST(JsonText, ArraysThatShareTheirItemsEndlesslyAreAnErrorToo) {
+  std::string body = "<r><return href='#0'/></r>";
+  for (int i = 0; i < 60; ++i) {
+    const std::string item = " href='#" + std::to_string(i + 1) + "'/>";
+    body += "<m id='" + std::to_string(i) + "' enc:arrayType='xsd:anyType[2]'><b" + item + "<c" +
+            item + "</m>";
+  }
+  const SoapEnvelope envelope = SoapEnvelope::make();
+  envelope.Parse(
+      "<e:Envelope xmlns:e='http://schemas.xmlsoap.org/soap/envelope/'"
+      " xmlns:enc='http://schemas.xmlsoap.org/soap/encoding/'"
+      " xmlns:xsd='http://www.w3.org/2001/XMLSchema'><e:Body>" +
+          body + "<m id='60'/></e:Body></e:Envelope>",
+      "");
+  const SoapNode given = envelope.Parameters().Item(0);
+  const Error error = error_of([&] { tool::json_value(Variant(given), 10000); });
+  EXPECT_EQ(hex_number(error.number), "0x80044206");
+}
+
+TEST(JsonText, ANamespaceIsCountedForEveryNodeThatIsInIt) {
+  std::string items;
+  for (int i = 0; i < 2000; ++i) items += "<a/>";
+  const SoapNode all =
+      node_from_xml("<r xmlns='" + std::string(1'000'000, 'u') + "'>" + items + "</r>");
+  const Error error = error_of([&] { tool::require_printable(Variant(all)); });
+  EXPECT_EQ(hex_number(error.number), "0x80044206");
+}
+
 TEST(JsonText, AnEnvelopeShowsMethodHeadersAndParameters) {
   const SoapEnvelope envelope = SoapEnvelope::make();
   envelope.SetMethod("getInvoice", "urn:InvoiceService");

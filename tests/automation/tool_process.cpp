@@ -137,10 +137,12 @@ bool Tool::read_more() {
 }
 
 std::string Tool::read_line() {
-  while (unread_.find('\n') == std::string::npos) {
+  std::size_t seen = 0;
+  std::size_t end = std::string::npos;
+  while ((end = unread_.find('\n', seen)) == std::string::npos) {
+    seen = unread_.size();
     if (!read_more()) return "";
   }
-  const std::size_t end = unread_.find('\n');
   std::string line = unread_.substr(0, end);
   unread_.erase(0, end + 1);
   return line;

@@ -25,8 +25,8 @@ inline constexpr std::size_t kMaxNodes = 10'000'000;
 ///
 /// Only what `require_printable` lets pass may be written.
 void write_json(JsonOutput& out, const automation::Value& value);
-/// Fails with 0x80044206 for more than `max_nodes` nodes, or a gigabyte of text: a small reply that
-/// shares its parts can have an enormous text.
+/// Fails with 0x80044206 for more than `max_nodes` nodes or values in arrays, or a gigabyte of
+/// text: a small reply that shares its parts can have an enormous text.
 void require_printable(const automation::Value& value, std::size_t max_nodes = kMaxNodes);
 
 /// A string in quotes.

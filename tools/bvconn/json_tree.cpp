@@ -41,11 +41,7 @@ void TreeMeasure::add(const Variant& value) {
 
 void TreeMeasure::count_node(const NodeData& node) {
   const NodeView view = detail::view_of(node);
-  ++nodes_;
-  text_ += kNodeText + view.name.size() + view.text.size();
-  if (nodes_ > max_nodes_ || text_ > kMaxText) {
-    throw Error(error_numbers::kSoapLimit, "bvconn", "The answer is too large to be printed");
-  }
+  count(nodes_, kNodeText + view.name.size() + view.name_space.size() + view.text.size());
   if (view.count == 0) return;
   open(view, false);
   if (view.value == ViewedValue::kArray) open(view, true);
@@ -53,9 +49,17 @@ void TreeMeasure::count_node(const NodeData& node) {
 
 void TreeMeasure::count_value(const NodeData& node) {
   const NodeView view = detail::view_of(node);
-  text_ += view.text.size();
+  count(values_, view.text.size());
   if (view.value == ViewedValue::kArray) open(view, true);
   if (view.value == ViewedValue::kNode && view.target != nullptr) count_node(*view.target);
+}
+
+void TreeMeasure::count(std::size_t& things, std::size_t text) {
+  ++things;
+  text_ += text;
+  if (things > max_nodes_ || text_ > kMaxText) {
+    throw Error(error_numbers::kSoapLimit, "bvconn", "The answer is too large to be printed");
+  }
 }
 
 void TreeMeasure::open(const NodeView& view, bool values) {

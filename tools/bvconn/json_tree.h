@@ -30,11 +30,14 @@ class TreeMeasure {
 
   void count_node(const detail::NodeData& node);
   void count_value(const detail::NodeData& node);
+  /// One more of these, and so much text with it.
+  void count(std::size_t& things, std::size_t text);
   void open(const detail::NodeView& view, bool values);
   void run();
 
   std::size_t max_nodes_;
   std::size_t nodes_ = 0;
+  std::size_t values_ = 0;  ///< in arrays, which may be without text
   std::size_t text_ = 0;
   std::vector<Frame> open_;
 };
