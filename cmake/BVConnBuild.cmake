@@ -39,6 +39,12 @@ function(bvconn_take_windows variable folder)
   endif()
 endfunction()
 
+# bvconn_tells_what_is_linked(TARGET): the linker lists what it took in a file TARGET.map of the build
+# folder, from which a package names it.
+function(bvconn_tells_what_is_linked target)
+  target_link_options(${target} PRIVATE "-Wl,-Map,${CMAKE_BINARY_DIR}/${target}.map")
+endfunction()
+
 # What every target of ours is compiled with: the language level, the warnings, the sanitizers.
 add_library(bvconn_settings INTERFACE)
 target_compile_features(bvconn_settings INTERFACE cxx_std_20)
@@ -55,6 +61,12 @@ if(WIN32)
                              _WIN32_WINNT=0x0A00)
   # Tables and templates make more sections than the older form of object files has numbers for.
   target_compile_options(bvconn_settings INTERFACE -Wa,-mbig-obj)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # The older unit for floating point rounds, and traps, as the host has set it; the newer one, which
+    # every processor of these systems has, computes as in 64 bits. It wants a stack that hosts of 32
+    # bits do not align for it.
+    target_compile_options(bvconn_settings INTERFACE -msse2 -mfpmath=sse -mstackrealign)
+  endif()
   # A program or a DLL needs nothing but what the system has.
   target_link_options(bvconn_settings INTERFACE -static)
   if(NOT BUILD_SHARED_LIBS)
@@ -75,11 +87,12 @@ function(bvconn_shows_branches target)
   endif()
 endfunction()
 
-# bvconn_room(NAME [GLOB pattern] [LINK targets…]): one room of bvconn/ as an object library of every
-# .cpp below the calling folder, or of those that match the pattern. The rooms together make
-# libBVConn.so; a test links just the rooms that it tests and those below them.
+# bvconn_room(NAME [GLOB pattern] [COMPACT] [LINK targets…]): one room of bvconn/ as an object library of
+# every .cpp below the calling folder, or of those that match the pattern. The rooms together make
+# libBVConn.so; a test links just the rooms that it tests and those below them. A COMPACT one, which a
+# call passes but once, is made small for Windows, where every desk gets a copy of the library.
 function(bvconn_room name)
-  cmake_parse_arguments(ARG "" "GLOB" "LINK" ${ARGN})
+  cmake_parse_arguments(ARG "COMPACT" "GLOB" "LINK" ${ARGN})
   if(ARG_GLOB)
     file(GLOB sources CONFIGURE_DEPENDS "${ARG_GLOB}")
   else()
@@ -92,6 +105,9 @@ function(bvconn_room name)
   set_target_properties(bvconn_${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_compile_definitions(bvconn_${name} PRIVATE BVCONN_BUILDING)
   target_link_libraries(bvconn_${name} PUBLIC bvconn_settings ${ARG_LINK})
+  if(WIN32 AND ARG_COMPACT)
+    target_compile_options(bvconn_${name} PRIVATE -Os)
+  endif()
   bvconn_shows_branches(bvconn_${name})
   set_property(GLOBAL APPEND PROPERTY BVCONN_ROOMS bvconn_${name})
 endfunction()
@@ -139,14 +155,15 @@ function(bvconn_joined_test name)
 endfunction()
 
 # bvconn_test(NAME SOURCES files… [ROOMS rooms…] [LINK targets…] [LABELS labels…] [TIMEOUT seconds]
-# [PREFIX before the tests' names] [SERIAL] [LONG] [APART reason]): one GoogleTest program; each of
+# [PREFIX before the tests' names] [SERIAL] [LONG] [FILLED] [APART reason]): one GoogleTest program; each of
 # its tests is a ctest entry. Where tests are joined the program is one entry that bears its name (a LONG one begins early, so that it
 # does not end alone), unless APART gives the reason why its tests need processes of their own.
 # Tests labelled "threads" run under the thread sanitizer too; the target threads_tests builds them.
 # ROOMS names the highest rooms in use, without their prefix; those below come with them, and "all"
-# stands for all.
+# stands for all. On Windows those that are FILLED run a second time, as NAME.filled, in a heap that
+# overwrites what is freed.
 function(bvconn_test name)
-  cmake_parse_arguments(ARG "SERIAL;LONG" "TIMEOUT;APART;PREFIX" "SOURCES;ROOMS;LINK;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "SERIAL;LONG;FILLED" "TIMEOUT;APART;PREFIX" "SOURCES;ROOMS;LINK;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   if(ARG_ROOMS STREQUAL "all")
     get_property(rooms GLOBAL PROPERTY BVCONN_ROOMS)
@@ -181,6 +198,10 @@ function(bvconn_test name)
   endif()
   if(BVCONN_JOIN_TESTS AND NOT ARG_APART)
     bvconn_joined_test(${name} COMMAND ${name} PROPERTIES ${properties})
+    if(WIN32 AND ARG_FILLED)
+      bvconn_joined_test(${name}.filled COMMAND ${name} PROPERTIES ${properties}
+        ENVIRONMENT WINEDEBUG=warn+heap FAIL_REGULAR_EXPRESSION "(err|warn):heap")
+    endif()
   else()
     gtest_discover_tests(${name} TEST_PREFIX "${ARG_PREFIX}" DISCOVERY_TIMEOUT 60
                          PROPERTIES ${properties})

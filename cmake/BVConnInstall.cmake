@@ -115,7 +115,9 @@ function(bvconn_install_documents)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" ${documentation}
     USE_SOURCE_PERMISSIONS FILES_MATCHING PATTERN "*.cpp" PATTERN "*.c"
     # One is a project of its own.
-    PATTERN "*.sh" PATTERN "quoting/CMakeLists.txt")
+    PATTERN "*.sh" PATTERN "quoting/CMakeLists.txt"
+    # For Windows.
+    PATTERN "*.vbs" PATTERN "*.js" PATTERN "*.pas")
   install(FILES "${PROJECT_SOURCE_DIR}/cmake/BVConnExamples.cmake" RENAME CMakeLists.txt
     DESTINATION "${BVCONN_INSTALL_DOCDIR}/examples" COMPONENT BVConn_documentation)
 endfunction()

@@ -4,12 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "bvconn/platform/settings/settings_key.h"
+
 /// The three settings that the library shares with the application, under the key
 /// "Software\Brimvale\Torvex\AppData".
 namespace bvconn::Global {
 
 /// The key that all three lie under.
-inline constexpr std::string_view kSettingsKey = R"(Software\Brimvale\Torvex\AppData)";
+inline constexpr std::string_view kSettingsKey = detail::kSettingsKey;
 /// What stands in for an absent `defaultTimeOut`, and for one of 0.
 inline constexpr std::int32_t kBuiltInTimeout_ms = 300000;
 

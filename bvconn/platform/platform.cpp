@@ -6,6 +6,7 @@
 #include "bvconn/platform/platform_message_box.h"
 #include "bvconn/platform/settings/system_settings.h"
 #include "bvconn/platform/thread_record.h"
+#include "bvconn/platform/torvexlib/system_service_object.h"
 
 namespace bvconn::platform {
 namespace {
@@ -23,7 +24,7 @@ Platform system_platform() {
       .transport = make_http_transport,
       .logger = make_file_logger,
       .settings = detail::make_settings,
-      .service_object = make_http_service_object,
+      .service_object = detail::make_service_object,
       .clock = make_system_clock,
       .message_box = detail::make_message_box,
       .exchange_listener = make_exchange_file,

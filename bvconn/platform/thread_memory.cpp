@@ -19,7 +19,9 @@ struct Spares {
 constinit thread_local bool ended = false;
 constinit thread_local Spares* spares = nullptr;
 
+// Those that found no place among what the thread keeps were never its own.
 Spares::~Spares() {
+  if (spares != this) return;
   ended = true;
   spares = nullptr;
 }
@@ -69,7 +71,11 @@ MemoryBlock spare_or_new(Spare use, std::size_t bytes) {
 void keep_spare(Spare use, MemoryBlock block) noexcept {
   if (block.size() == 0 || block.size() >= MemoryBlock::kLarge || ended) return;
   if (spares == nullptr) {
-    spares = &per_thread<Spares>();
+    try {
+      spares = &per_thread<Spares>();
+    } catch (const std::bad_alloc&) {
+      return;  // without room for spares there are none
+    }
   }
   MemoryBlock& kept = spares->blocks[static_cast<std::size_t>(use)];
   if (block.size() > kept.size()) kept = std::move(block);

@@ -139,8 +139,10 @@ TEST(TablesForC, CallTheFunctionsOfEnumerators) {
               all);
 }
 
-TEST(RecordsInC, HaveTheSizesThatTheyHaveOn64BitWindows) {
-  const unsigned long sizes[] = {16, 8, 32, 24, 24, 64, 16};
+TEST(RecordsInC, HaveTheSizesThatTheyHaveOnWindows) {
+  const unsigned long in_64_bits[] = {16, 8, 32, 24, 24, 64, 16};
+  const unsigned long in_32_bits[] = {16, 8, 24, 16, 16, 32, 8};
+  const auto& sizes = kPointer == 8 ? in_64_bits : in_32_bits;
   for (int i = 0; i < 7; ++i) EXPECT_EQ(sizes_in_c(i), sizes[i]) << i;
 }
 

@@ -254,10 +254,10 @@ TEST_F(ArrayOfTexts, PassesByReference) {
 }
 
 TEST_F(ArrayOfTexts, WithAnotherSizeOfElementOrTwoDimensionsIsATypeMismatch) {
-  record.value.array->element_size = 4;
+  record.value.array->element_size = kPointer / 2;
   EXPECT_EQ(refusal(record, ValueType::kVariant), kTypeMismatch);
   EXPECT_EQ(refusal(record, ValueType::kStringArray), kTypeMismatch);
-  record.value.array->element_size = 8;
+  record.value.array->element_size = kPointer;
   record.value.array->dimensions = 2;
   EXPECT_EQ(refusal(record, ValueType::kVariant), kTypeMismatch);
   record.value.array->dimensions = 1;

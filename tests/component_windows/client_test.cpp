@@ -15,6 +15,8 @@ constexpr CLSID kInvoices{
 constexpr CLSID kHeartBeats{
     0xEB53E7FF, 0xD252, 0x455E, {0x9A, 0x28, 0x11, 0x2B, 0xD8, 0x61, 0x5E, 0xFF}};
 constexpr CLSID kNode{0x3F0C61F3, 0xD917, 0x4DF8, {0x9A, 0xFE, 0x39, 0x05, 0xDC, 0xF9, 0x38, 0x78}};
+constexpr CLSID kSession{
+    0x9688093D, 0xFAE0, 0x475A, {0x81, 0xF6, 0x28, 0x8D, 0x66, 0x28, 0xAF, 0x5C}};
 constexpr IID kEvents{0x67B9CEFF, 0x038A, 0x4645, {0xA9, 0x07, 0xC2, 0xC2, 0xCF, 0x3F, 0x93, 0x50}};
 constexpr const wchar_t* kInvoicesText = L"{B1D1DDEA-A3A5-4FD6-AE06-630F3CBF7E97}";
 // Nobody listens there.
@@ -106,6 +108,47 @@ TEST(Client, PassesAnArrayOfTheSystemsAndIsGivenOneBack) {
   LONG index = 1;
   EXPECT_EQ(::SafeArrayGetElement(back.value.parray, &index, &second), S_OK);
   EXPECT_EQ(second.text(), L"two");
+  node->Release();
+}
+
+/// The older unit for floating point, as a host has set it, until the end of this object.
+class OlderUnit {
+ public:
+  explicit OlderUnit(unsigned short word) {
+    asm volatile("fnstcw %0" : "=m"(before_));
+    asm volatile("fldcw %0" : : "m"(word));
+  }
+  ~OlderUnit() {
+    asm volatile("fnclex");
+    asm volatile("fldcw %0" : : "m"(before_));
+  }
+  OlderUnit(const OlderUnit&) = delete;
+  OlderUnit& operator=(const OlderUnit&) = delete;
+
+ private:
+  unsigned short before_ = 0;
+};
+
+// Hosts of 32 bits let it round to fewer digits, and trap what is too large or divided by 0.
+TEST(Client, ComputesAlikeHoweverTheHostRounds) {
+  constexpr unsigned short kSinglePrecisionWithTraps = 0x0032;
+  const Library library;
+  IDispatch* const node = library.make(kNode);
+  ASSERT_NE(node, nullptr);
+  Var price;
+  price.vt = VT_CY;
+  price.cyVal.int64 = 1'234'567'891'234;
+  Answer nodes;
+  Answer made;
+  Answer back;
+  {
+    const OlderUnit unit(kSinglePrecisionWithTraps);
+    call(nodes, node, L"Nodes");
+    call(made, nodes.value.object(), L"Create", {Var(L"Price"), price});
+    call(back, made.value.object(), L"Value");
+  }
+  ASSERT_EQ(back.value.vt, VT_R8);
+  EXPECT_EQ(back.value.dblVal, 123456789.1234);
   node->Release();
 }
 
@@ -329,6 +372,95 @@ TEST(Registration, TheSystemMakesWhatIsRegisteredByBothNames) {
     EXPECT_EQ(library.find<Unload>("DllUnregisterServer")(), S_OK);
   }
   ::CoUninitialize();
+}
+
+IDispatch* created(const CLSID& id) {
+  IDispatch* object = nullptr;
+  ::CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IDispatch),
+                     reinterpret_cast<void**>(&object));
+  return object;
+}
+
+// A thread that shares an apartment with others; what it does there is done when this returns.
+template <class Action>
+void in_the_multithreaded_apartment(Action action) {
+  std::thread([&] {
+    ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    action();
+    ::CoUninitialize();
+  }).join();
+}
+
+// The objects live on one thread of the system's, to which each call is carried, and back what it
+// answers: values, objects, and errors with all their texts.
+TEST(Apartments, CallsFromAMultithreadedOneAreCarriedToWhereTheObjectsLive) {
+  const Library library;
+  ASSERT_EQ(library.find<Unload>("DllRegisterServer")(), S_OK);
+  in_the_multithreaded_apartment([&] {
+    IDispatch* const methods = created(kMethods);
+    IDispatch* const invoices = created(kInvoices);
+    IDispatch* const node = created(kNode);
+    ASSERT_TRUE(methods != nullptr && invoices != nullptr && node != nullptr);
+    {
+      Answer row;
+      call(row, methods, L"GetInvoice");
+      EXPECT_EQ(row.value.text(), L"getInvoice");
+      Answer nodes;
+      call(nodes, node, L"Nodes");
+      Answer made;
+      call(made, nodes.value.object(), L"Create", {Var(L"Quantity"), Var(LONG{12})});
+      Answer back;
+      call(back, made.value.object(), L"Value");
+      EXPECT_EQ(back.value.vt, VT_I4);
+      EXPECT_EQ(back.value.lVal, 12);
+      Answer failed;
+      call(failed, invoices, L"GetInvoice", {Var(kNoServer), Var(L"ANNA"), Var(L"INV-1")});
+      EXPECT_EQ(failed.result, DISP_E_EXCEPTION);
+      EXPECT_EQ(static_cast<ULONG>(failed.exception.scode), 0x80044301u);
+      ASSERT_NE(failed.exception.bstrSource, nullptr);
+      EXPECT_NE(std::wstring(failed.exception.bstrSource), L"");
+      ASSERT_NE(failed.exception.bstrDescription, nullptr);
+      EXPECT_NE(std::wstring(failed.exception.bstrDescription), L"");
+    }
+    methods->Release();
+    invoices->Release();
+    node->Release();
+  });
+  EXPECT_EQ(library.find<Unload>("DllUnregisterServer")(), S_OK);
+}
+
+// A session belongs to a thread, which here is the system's.
+TEST(Apartments, AllThreadsOfAMultithreadedOneShareOneSession) {
+  const Library library;
+  ASSERT_EQ(library.find<Unload>("DllRegisterServer")(), S_OK);
+  // Without one that stays, the apartment and its thread would end in between.
+  in_the_multithreaded_apartment([] {
+    const auto allowed = [](const wchar_t* step) {
+      IDispatch* const session = created(kSession);
+      Answer answer;
+      call(answer, session, L"AllowDisabledDALMethods");
+      EXPECT_EQ(answer.result, S_OK) << step;
+      if (session != nullptr) session->Release();
+      return answer.value.vt == VT_BOOL && answer.value.boolVal == VARIANT_TRUE;
+    };
+    EXPECT_FALSE(allowed(L"before"));
+    in_the_multithreaded_apartment([] {
+      IDispatch* const session = created(kSession);
+      ASSERT_NE(session, nullptr);
+      Var value;
+      value.vt = VT_BOOL;
+      value.boolVal = VARIANT_TRUE;
+      DISPID put = DISPID_PROPERTYPUT;
+      DISPPARAMS parameters{&value, &put, 1, 1};
+      EXPECT_EQ(
+          session->Invoke(id_of(session, L"AllowDisabledDALMethods"), IID_NULL, LOCALE_USER_DEFAULT,
+                          DISPATCH_PROPERTYPUT, &parameters, nullptr, nullptr, nullptr),
+          S_OK);
+      session->Release();
+    });
+    EXPECT_TRUE(allowed(L"after"));
+  });
+  EXPECT_EQ(library.find<Unload>("DllUnregisterServer")(), S_OK);
 }
 
 }  // namespace

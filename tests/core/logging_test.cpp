@@ -40,7 +40,7 @@ TEST(DALMessageToLog, AppendsNameDashMessageAndCrLf) {
   RecordingPlatform world;
   TemporaryFolder folder;
   world.log_file = (folder.path() / "bvconn.log").string();
-  std::ofstream(world.log_file) << "before\n";
+  std::ofstream(world.log_file, std::ios::binary) << "before\n";
   EXPECT_TRUE(Global::DALMessageToLog("SaveProject", "<a>\nline</a>"));
   EXPECT_TRUE(BVConnectorObject().SendDALMessageToLog("generateQuotes", "<b/>"));
   EXPECT_EQ(contents(world.log_file),

@@ -11,6 +11,7 @@ import unittest
 
 import every_call
 import examples
+import jscript
 import vbscript
 
 BVCONN, BVSANDBOX = sys.argv[1:3]
@@ -51,6 +52,21 @@ class EveryCall(unittest.TestCase):
         self.assertEqual([name for name, _ in made], [name for _, name in made])
         self.assertEqual({name for name, _ in made}, {each["class"] for each in self.interface})
         self.assertEqual(len(made), 22)
+
+    def test_the_other_language_shows_the_same_lines(self):
+        script = jscript.script(self.interface, self.calls, "http://127.0.0.1:1")
+        shown = re.findall(r'^line\("((?:soap |dal )?\w+\.\w+)"', script, re.M)
+        self.assertEqual(shown, self.titles)
+        made = re.findall(r'^var the(\w+) = new ActiveXObject\("BVConn\.(\w+)"\);$', script, re.M)
+        self.assertEqual({name for _, name in made}, {each["class"] for each in self.interface})
+        self.assertTrue(script.endswith('WScript.Echo("done");\n'))
+
+    def test_the_other_language_knows_no_sources_and_no_dates(self):
+        self.assertEqual(jscript.as_shown("soap A.b: error -5 source 'it's' description 'd'"),
+                         "soap A.b: error -5 description 'd'")
+        self.assertEqual(
+            jscript.as_shown("soap A.b: n{a=2007-01-05 00:00:00 b='2007-01-05 00:00:00'}"),
+            "soap A.b: n{a=(a date) b='2007-01-05 00:00:00'}")
 
     def test_values_are_written_as_each_language_has_them(self):
         self.assertEqual(vbscript.literal(["a", 'say "b"']), 'Array("a", "say ""b""")')

@@ -2,17 +2,18 @@
 
 #include "bvconn/core/session_state.h"
 #include "bvconn/platform/error_numbers.h"
+#include "support/idle_logger.h"
+#include "support/idle_settings.h"
 #include "support/idle_transport.h"
 
 namespace bvconn::test {
 namespace {
 
-class QuietLogger final : public SessionLogger {
+class QuietLogger final : public IdleLogger {
  public:
   explicit QuietLogger(QuietWorld& world) : world_(world) {}
 
   std::string LogFilePath() override { return "/dev/null"; }
-  std::int32_t LogMask() override { return 0; }
   std::string TracingFilePath() override { return "/dev/null"; }
   void LogError(std::string_view, std::string_view method, const Error& error,
                 std::int32_t) override {
@@ -22,24 +23,16 @@ class QuietLogger final : public SessionLogger {
       ++world_.short_settings_logged;
     }
   }
-  void LogWarning(std::string_view, std::string_view, std::string_view, std::int32_t) override {}
   void LogInfo(std::string_view, std::string_view, std::string_view text, std::int32_t) override {
     if (text == "Heartbeat Returned OK.") ++world_.beats_that_were_ok;
   }
-  void LogAtLevel(std::int32_t, std::string_view, std::string_view, std::string_view,
-                  std::int32_t) override {}
-  void EnterMethod(std::string_view, std::string_view, std::int32_t) override {}
-  void ExitMethod(std::string_view, std::string_view, std::int32_t) override {}
 
  private:
   QuietWorld& world_;
 };
 
-class QuietSettings final : public RegistryAccess {
+class QuietSettings final : public IdleSettings {
  public:
-  bool Exists(std::string_view) override { return true; }
-  void Write(std::string_view, const SettingValue&, std::string_view) override {}
-  double ReadNumber(SettingsRoot, std::string_view, std::string_view) override { return 60000; }
   std::string ReadString(SettingsRoot root, std::string_view, std::string_view) override {
     return root == SettingsRoot::kCurrentUser ? "True" : "a port of more than 15 letters";
   }

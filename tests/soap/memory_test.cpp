@@ -128,6 +128,8 @@ TEST_F(Memory, OfAThreadGoesWithIt) {
 }
 
 /// A reply that its thread lets go when it has released its spare memory already.
+// The compiler for Windows frees such a place before it destroys what is in it.
+#if !defined(_WIN32)
 TEST_F(Memory, OfAReplyThatOutlivesItsThreadsSpareMemoryGoesWithIt) {
   const MemoryCount count;
   std::thread([] {
@@ -138,6 +140,7 @@ TEST_F(Memory, OfAReplyThatOutlivesItsThreadsSpareMemoryGoesWithIt) {
   }).join();
   EXPECT_EQ(count.kept(), 0U);
 }
+#endif
 
 TEST_F(Memory, OfAReplyMayBeFreedByAnotherThread) {
   const MemoryCount count;

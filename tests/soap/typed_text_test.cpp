@@ -30,8 +30,8 @@ using Type = Variant::Type;
 
 std::string random_text(Random& random, std::string_view alphabet, std::size_t longest) {
   std::string text;
-  for (std::size_t left = random() % (longest + 1); left > 0; --left) {
-    text.push_back(alphabet[random() % alphabet.size()]);
+  for (auto left = random() % (longest + 1); left > 0; --left) {
+    text.push_back(alphabet[static_cast<std::size_t>(random() % alphabet.size())]);
   }
   return text;
 }
@@ -138,9 +138,8 @@ TEST(TypedText, NumbersThatAreNoneStayWhatTheyAre) {
 struct IntegerType {
   std::string_view name;
   Type held;
-  __extension__ typedef __int128 Wide;
-  Wide lowest;
-  Wide highest;
+  std::int64_t lowest;
+  std::int64_t highest;
 };
 constexpr std::int64_t kLow = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t kHigh = std::numeric_limits<std::int64_t>::max();
@@ -158,16 +157,18 @@ constexpr std::array kIntegers{IntegerType{"byte", Type::kInt16, -128, 127},
                                IntegerType{"nonPositiveInteger", Type::kInt64, kLow, 0},
                                IntegerType{"positiveInteger", Type::kInt64, 1, kHigh}};
 
-std::optional<IntegerType::Wide> plain_integer(std::string_view text) {
+// Nothing for what is no integer, or one of more than 64 bits, which no type holds.
+std::optional<std::int64_t> plain_integer(std::string_view text) {
   const bool negative = text.starts_with('-');
   if (negative || (text.starts_with('+') && text.size() > 1)) text.remove_prefix(1);
-  if (text.empty() || text.size() > 30) return std::nullopt;
-  IntegerType::Wide value = 0;
+  if (text.empty()) return std::nullopt;
+  std::uint64_t size = 0;
   for (const char c : text) {
-    if (c < '0' || c > '9') return std::nullopt;
-    value = value * 10 + (c - '0');
+    if (c < '0' || c > '9' || size > kHigh / 10) return std::nullopt;
+    size = size * 10 + static_cast<std::uint64_t>(c - '0');
   }
-  return negative ? -value : value;
+  if (size > std::uint64_t{kHigh} + (negative ? 1 : 0)) return std::nullopt;
+  return static_cast<std::int64_t>(negative ? 0 - size : size);
 }
 
 std::int64_t held_integer(const Variant& value) {
@@ -183,7 +184,7 @@ void expect_same_integer(const std::string& text) {
     ASSERT_EQ(value.has_value(), fits) << text << " as " << type.name;
     if (!fits) continue;
     ASSERT_EQ(value->type(), type.held) << text << " as " << type.name;
-    ASSERT_EQ(held_integer(*value), static_cast<std::int64_t>(*plain)) << text;
+    ASSERT_EQ(held_integer(*value), *plain) << text;
   }
 }
 
@@ -198,14 +199,13 @@ TEST(TypedText, IntegersAreWhatTheirTypesHold) {
   for (const IntegerType& type : kIntegers) {
     for (const auto edge : {type.lowest, type.highest}) {
       for (int step = -1; step <= 1; ++step) {
-        const auto value = edge + step;
-        std::string digits;
-        for (auto left = value < 0 ? -value : value; left > 0; left /= 10) {
-          digits.insert(digits.begin(), static_cast<char>('0' + static_cast<int>(left % 10)));
-        }
-        if (digits.empty()) digits = "0";
-        expect_same_integer((value < 0 ? "-" : "") + digits);
-        expect_same_integer((value < 0 ? "-00" : "+00") + digits);
+        // By its size alone, since the one beside the edge may have more than 64 bits.
+        const bool negative = edge < 0 || (edge == 0 && step < 0);
+        const auto value = static_cast<std::uint64_t>(edge) + static_cast<std::uint64_t>(step);
+        const auto size = negative ? 0 - value : value;
+        const std::string digits = std::to_string(size);
+        expect_same_integer((negative ? "-" : "") + digits);
+        expect_same_integer((negative ? "-00" : "+00") + digits);
       }
     }
   }

@@ -143,7 +143,7 @@ def batch(program, lines):
     return done.stdout.splitlines(), done.returncode, done.stderr
 
 
-KEPT_VARIABLES = ("BVCONN_WINDOWS_BUILD", "BVCONN_WINE", "BVCONN_WINE_SECONDS")
+KEPT_VARIABLES = ("BVCONN_WINDOWS_BUILD", "BVCONN_WINE", "BVCONN_WINE_32", "BVCONN_WINE_SECONDS")
 
 
 def kind_of(answer):

@@ -3,6 +3,7 @@
 import json
 import os
 import subprocess
+import tempfile
 import unittest
 
 PROGRAM = os.path.join(os.path.dirname(os.path.abspath(__file__)), "bvconn")
@@ -64,6 +65,29 @@ class Settings(unittest.TestCase):
         done = run("settings", "list", "--json", BVCONN_USER_SETTINGS="C:\\no\\such.toml")
         found = next(each for each in json.loads(done.stdout) if each["name"] == "TraceSoapTraffic")
         self.assertEqual((found["file"], found["from"]), ("C:\\no\\such.toml", "default"))
+
+    def test_choose_the_form_of_service_objects(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file = "Z:" + os.path.join(folder, "machine.toml")
+
+            def found():
+                done = run("settings", "list", "--json", BVCONN_MACHINE_SETTINGS=file)
+                return next(each for each in json.loads(done.stdout)
+                            if each["name"] == "ServiceObjects")
+
+            self.assertEqual((found()["value"], found()["from"]), ("", "default"))
+            done = run("settings", "set", "ServiceObjects", "http", BVCONN_MACHINE_SETTINGS=file)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            self.assertEqual(found()["value"], "http")
+            self.assertNotIn("remark", found())
+            done = run("settings", "set", "ServiceObjects", "soap", BVCONN_MACHINE_SETTINGS=file)
+            self.assertNotEqual(done.returncode, 0)
+            self.assertIn("ServiceObjects takes component or http, or an empty text", done.stderr)
+            with open(os.path.join(folder, "machine.toml"), encoding="utf-8") as written:
+                text = written.read()
+            with open(os.path.join(folder, "machine.toml"), "w", encoding="utf-8") as changed:
+                changed.write(text.replace("http", "soap"))
+            self.assertEqual(found()["remark"], "not component or http")
 
 
 if __name__ == "__main__":

@@ -13,6 +13,7 @@
 #include "files/temp_folder.h"
 #include "laws.h"
 #include "sandbox/wire/wire_text.h"
+#include "service_objects.h"
 #include "support/keyed_text.h"
 #include "support/recording_platform.h"
 
@@ -90,6 +91,11 @@ class CaseRunner {
   void run() {
     world_.timer = {100.0};
     world_.log_file = folder_.file("bvconn.log");
+    platform::Platform world = platform::current();
+    world.service_object = [make = world.service_object](std::string_view name) {
+      return reached(make(name));
+    };
+    platform::install(std::move(world));
     for (const WireStep& step : case_.steps) {
       SCOPED_TRACE("line " + std::to_string(step.line) + ": call " + step.member);
       run(step);
@@ -103,6 +109,8 @@ class CaseRunner {
     auto& state = session();
     if (line == "UsingTorvexDAL") {
       world_.use_dal();
+#define BVCONN_SERVICE_OBJECT(name, ...) state.name = reached(std::move(state.name));
+#include "bvconn/platform/torvexlib/service_object_rows.inc"
     } else if (line == "UseDALSave") {
       state.UseDALSave = true;
     } else if (line == "UsingTorvexDAL without service objects") {

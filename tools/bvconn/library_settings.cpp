@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "arguments.h"
 #include "bvconn/core/settings.h"
 #include "bvconn/platform/conversions/conversions.h"
 #include "bvconn/platform/platform.h"
 #include "nearest_names.h"
+#include "own_settings.h"
 
 namespace bvconn::tool {
 namespace {
@@ -69,6 +71,33 @@ void judge_tracing(SettingState& state) {
   }
 }
 
+bool is_word_of(const LibrarySetting& setting, std::string_view text) {
+  return text.empty() || std::ranges::any_of(setting.words, [text](std::string_view word) {
+           return conversions::equal_ignoring_case(word, text);
+         });
+}
+
+// "component or http"
+std::string words_text(const LibrarySetting& setting) {
+  std::string text;
+  for (const std::string_view word : setting.words) {
+    text.append(text.empty() ? "" : " or ").append(word);
+  }
+  return text;
+}
+
+void judge_word(SettingState& state) {
+  if (is_word_of(*state.setting, state.value)) return;
+  state.wrong = true;
+  state.remark = "not " + words_text(*state.setting);
+}
+
+std::vector<LibrarySetting> all_settings() {
+  std::vector<LibrarySetting> all(kLibrarySettings.begin(), kLibrarySettings.end());
+  std::ranges::copy(own_settings(), std::back_inserter(all));
+  return all;
+}
+
 }  // namespace
 
 std::string_view LibrarySetting::root_text() const {
@@ -81,12 +110,13 @@ std::string LibrarySetting::path() const {
 }
 
 std::span<const LibrarySetting> library_settings() {
-  return kLibrarySettings;
+  static const std::vector<LibrarySetting> all = all_settings();
+  return all;
 }
 
 const LibrarySetting& find_setting(std::string_view name) {
   std::vector<std::string> names;
-  for (const LibrarySetting& setting : kLibrarySettings) {
+  for (const LibrarySetting& setting : library_settings()) {
     if (conversions::equal_ignoring_case(setting.name, name)) return setting;
     names.emplace_back(setting.name);
   }
@@ -107,6 +137,7 @@ SettingState read_setting(const LibrarySetting& setting) {
     if (setting.name == kTracePort) judge_port(state);
     if (setting.name == kDefaultTimeOut) judge_timeout(state, *registry);
     if (setting.name == kTraceSoapTraffic) judge_tracing(state);
+    if (!setting.words.empty()) judge_word(state);
   } catch (const Error& error) {
     state.failure = error;
   }
@@ -115,11 +146,16 @@ SettingState read_setting(const LibrarySetting& setting) {
 
 std::vector<SettingState> read_all_settings() {
   std::vector<SettingState> states;
-  std::ranges::transform(kLibrarySettings, std::back_inserter(states), read_setting);
+  std::ranges::transform(library_settings(), std::back_inserter(states), read_setting);
   return states;
 }
 
 SettingValue setting_value(const LibrarySetting& setting, std::string_view text) {
+  if (!setting.words.empty()) {
+    if (is_word_of(setting, text)) return std::string(text);
+    throw UsageError(std::string(setting.name) + " takes " + words_text(setting) +
+                     ", or an empty text");
+  }
   if (setting.name == kTracePort) {
     if (text.empty() || is_port(text)) return std::string(text);
     throw UsageError("tracePort takes a port from 1 to 65535, or an empty text for no proxy");

@@ -18,6 +18,7 @@ struct LibrarySetting {
   SettingsRoot root;
   std::string_view default_text;  ///< what counts where there is no such value
   std::string_view meaning;
+  std::span<const std::string_view> words{};  ///< what alone it may be, besides empty; none: any
 
   std::string_view root_text() const;
   /// The value's full path, root and key included.

@@ -54,11 +54,11 @@ Outcome outcome_by_number(std::int32_t error_number) {
 
 void ExchangeLog::keep(std::size_t count) {
   std::vector<Place> latest;
-  latest.resize(std::min<std::uint64_t>(count, count_));
+  latest.resize(static_cast<std::size_t>(std::min<std::uint64_t>(count, count_)));
   for (Place& place : places_) {
     const std::uint64_t number = place.exchange.number;
     if (number == 0 || number + latest.size() <= count_) continue;
-    latest[(number - 1) % count] = std::move(place);
+    latest[static_cast<std::size_t>((number - 1) % count)] = std::move(place);
   }
   places_ = std::move(latest);
   kept_ = count;

@@ -42,6 +42,11 @@ std::uint64_t mix(std::uint64_t hash, std::string_view text) noexcept {
                        load<std::uint8_t>(at + size - 1) << 16);
 }
 
+/// Where a hash looks on a turn, among `size` places, a power of two.
+std::size_t place_of(std::uint64_t hash, std::size_t turn, std::size_t size) noexcept {
+  return static_cast<std::size_t>(hash + turn) & (size - 1);
+}
+
 }  // namespace
 
 bool Shapes::alike(Slice a, Slice b) const noexcept {
@@ -64,7 +69,7 @@ std::uint64_t Shapes::hash_of(const Shape& shape) const noexcept {
 Shape* Shapes::find(const Shape& wanted) {
   const std::uint64_t hash = hash_of(wanted);
   for (std::size_t i = 0; i < kPlaces; ++i) {
-    const Entry& entry = entries_[(hash + i) & (size_ - 1)];
+    const Entry& entry = entries_[place_of(hash, i, size_)];
     if (entry.shape == nullptr) break;
     if (entry.hash == hash && alike(*entry.shape, wanted)) return entry.shape;
   }
@@ -78,10 +83,10 @@ Shape* Shapes::find(const Shape& wanted) {
 Shapes::Entry& Shapes::place_for(std::uint64_t hash) {
   for (;;) {
     for (std::size_t i = 0; i < kPlaces; ++i) {
-      Entry& entry = entries_[(hash + i) & (size_ - 1)];
+      Entry& entry = entries_[place_of(hash, i, size_)];
       if (entry.shape == nullptr) return entry;
     }
-    if (size_ >= kMostEntries) return entries_[hash & (size_ - 1)];
+    if (size_ >= kMostEntries) return entries_[place_of(hash, 0, size_)];
     grow();
   }
 }
@@ -91,7 +96,7 @@ void Shapes::grow() {
   for (std::size_t i = 0; i < size_; ++i) {
     if (entries_[i].shape == nullptr) continue;
     for (std::size_t j = 0; j < kPlaces; ++j) {
-      Entry& entry = larger[(entries_[i].hash + j) & (larger.size() - 1)];
+      Entry& entry = larger[place_of(entries_[i].hash, j, larger.size())];
       if (entry.shape != nullptr) continue;
       entry = entries_[i];
       break;

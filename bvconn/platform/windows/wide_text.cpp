@@ -17,6 +17,17 @@ int counted(std::size_t size) {
   return static_cast<int>(size);
 }
 
+/// "" for what the flags refuse.
+std::string narrow_with(DWORD flags, std::wstring_view text) {
+  const int size = counted(text.size());
+  if (size == 0) return {};
+  const int needed =
+      ::WideCharToMultiByte(CP_UTF8, flags, text.data(), size, nullptr, 0, nullptr, nullptr);
+  std::string result(static_cast<std::size_t>(needed), '\0');
+  ::WideCharToMultiByte(CP_UTF8, flags, text.data(), size, result.data(), needed, nullptr, nullptr);
+  return result;
+}
+
 /// The path from its root on, in the form that the system does not bound. It looks for no "." and
 /// ".." in that form, so they are resolved first.
 std::wstring without_bound(std::wstring path) {
@@ -45,12 +56,12 @@ std::wstring wide(std::string_view text) {
 }
 
 std::string narrow(std::wstring_view text) {
-  const int size = counted(text.size());
-  if (size == 0) return {};
-  const int needed =
-      ::WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
-  std::string result(static_cast<std::size_t>(needed), '\0');
-  ::WideCharToMultiByte(CP_UTF8, 0, text.data(), size, result.data(), needed, nullptr, nullptr);
+  return narrow_with(0, text);
+}
+
+std::optional<std::string> narrow_strictly(std::wstring_view text) {
+  std::string result = narrow_with(WC_ERR_INVALID_CHARS, text);
+  if (result.empty() && !text.empty()) return std::nullopt;
   return result;
 }
 

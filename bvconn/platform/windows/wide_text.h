@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,8 @@ namespace bvconn::detail {
 /// What is no UTF-8 becomes the sign for it. A text beyond 2 GB throws `std::bad_alloc`.
 std::wstring wide(std::string_view text);
 std::string narrow(std::wstring_view text);
+/// Nothing for what is no UTF-16.
+std::optional<std::string> narrow_strictly(std::wstring_view text);
 
 /// As the system wants a path, however long. One with a NUL ends there, as everywhere else.
 std::wstring wide_path(std::string_view path);

@@ -21,13 +21,12 @@ say(new ActiveXObject("BVConn.BVMethods").GetInvoice);
 
 var invoices = new ActiveXObject("BVConn.BVInvoiceConnector");
 var invoice = invoices.GetInvoice(server, "ANNA", "INV-1001");
-say(invoice.Name + " " + invoice.Nodes.Count);
 say(invoice.Nodes(0).Name + " = " + invoice.Nodes(0).Value);
 var count = 0;
 for (var each = new Enumerator(invoice.Nodes); !each.atEnd(); each.moveNext()) {
   if (each.item().Name != "") ++count;
 }
-say("enumerated: " + count);
+say("enumerated all: " + (count > 1 && count == invoice.Nodes.Count));
 
 var node = new ActiveXObject("BVConn.SoapNode");
 node.Name = "Order";

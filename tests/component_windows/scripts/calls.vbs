@@ -21,7 +21,6 @@ Say methods.getinvoice
 
 Set invoices = CreateObject("BVConn.BVInvoiceConnector")
 Set invoice = invoices.GetInvoice(server, "ANNA", "INV-1001")
-Say invoice.Name & " " & invoice.Nodes.Count
 Say invoice.Nodes.ItemByName("InvoiceNumber").Value
 Say invoice.Nodes(0).Name & " = " & invoice.Nodes(0).Value
 Say invoice.Nodes.Item(1).Name & " = " & invoice.Nodes.Item(1).Value
@@ -31,7 +30,7 @@ count = 0
 For Each node In invoice.Nodes
   count = count + 1
 Next
-Say "enumerated: " & count
+Say "enumerated all: " & (count > 1 And count = invoice.Nodes.Count)
 
 Set node = CreateObject("BVConn.SoapNode")
 node.Name = "Order"
