@@ -23,7 +23,7 @@ constexpr std::uint16_t kWrites = call_flag::kPropertyPut | call_flag::kProperty
 class ArgumentReader {
  public:
   ArgumentReader(const NamedMember& member, const InvokeRequest& request, bool writes,
-                 ForeignDocuments& documents)
+                 CallDocuments& documents)
       : member_(member),
         request_(request),
         documents_(documents),
@@ -111,7 +111,7 @@ class ArgumentReader {
 
   const NamedMember& member_;
   const InvokeRequest& request_;
-  ForeignDocuments& documents_;
+  CallDocuments& documents_;
   const bool writes_;
   // For each place the index of its argument in the host's array.
   std::vector<std::optional<std::uint32_t>> places_;
@@ -165,7 +165,7 @@ Hresult run(NamedCalls& object, const InvokeRequest& request) {
     return call_default_of(object.call(*member, {}), request);
   }
   if ((member->access & request.flags) == 0) return kMemberNotFound;
-  ForeignDocuments documents;
+  CallDocuments documents;
   std::vector<Value> values;
   const Hresult read = ArgumentReader(*member, request, writes, documents).read(values);
   if (!succeeded(read)) return read;

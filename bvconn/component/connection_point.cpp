@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "bvconn/component/enumerator.h"
+#include "bvconn/component/host_calls.h"
 
 namespace bvconn::component {
 namespace {
@@ -31,6 +32,12 @@ struct PointSource {
   }
   static void drop(IConnectionPointAbi* dropped) noexcept { dropped->Release(); }
 };
+
+Reference<IDispatchAbi> dispatch_of(IUnknownAbi& sink, const Guid& id) noexcept {
+  void* found = nullptr;
+  if (!succeeded(sink.QueryInterface(&id, &found))) return {};
+  return Reference<IDispatchAbi>(static_cast<IDispatchAbi*>(found));
+}
 
 }  // namespace
 
@@ -62,11 +69,9 @@ Hresult BVCONN_CALL ConnectionPoint::Advise(IUnknownAbi* sink, std::uint32_t* co
   if (cookie == nullptr) return kNullPointer;
   *cookie = 0;
   if (sink == nullptr) return kNullPointer;
-  void* found = nullptr;
-  if (!succeeded(sink->QueryInterface(&events_, &found)) || found == nullptr) {
-    return kCannotConnect;
-  }
-  Reference<IDispatchAbi> counted(static_cast<IDispatchAbi*>(found));
+  Reference<IDispatchAbi> counted = dispatch_of(*sink, events_);
+  if (!counted) counted = dispatch_of(*sink, IDispatchAbi::kId);
+  if (!counted) return kCannotConnect;
   return guarded([&] {
     const std::lock_guard lock(mutex_);
     connections_.push_back({.cookie = last_cookie_ + 1, .sink = std::move(counted)});
@@ -109,7 +114,7 @@ void ConnectionPoint::fire(DispatchId event) {
   }
   for (const auto& sink : sinks) {
     DispatchParams none{};
-    sink->Invoke(event, &kNullGuid, 0, call_flag::kMethod, &none, nullptr, nullptr, nullptr);
+    host_invoke(*sink.get(), event, call_flag::kMethod, none, nullptr, nullptr);
   }
 }
 

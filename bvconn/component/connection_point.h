@@ -21,7 +21,8 @@ class ConnectionPoint final : public IConnectionPointAbi {
   Hresult BVCONN_CALL GetConnectionInterface(Guid* id) noexcept override;
   Hresult BVCONN_CALL
   GetConnectionPointContainer(IConnectionPointContainerAbi** owner) noexcept override;
-  /// The sink must offer the interface of the events; it is then called as an `IDispatch`.
+  /// The sink must offer the interface of the events or, as some hosts' do, `IDispatch` alone; it
+  /// is called as the latter.
   Hresult BVCONN_CALL Advise(IUnknownAbi* sink, std::uint32_t* cookie) noexcept override;
   Hresult BVCONN_CALL Unadvise(std::uint32_t cookie) noexcept override;
   Hresult BVCONN_CALL EnumConnections(IEnumConnectionsAbi** connections) noexcept override;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <limits>
 #include <string>
 
 namespace bvconn::component {
@@ -28,6 +29,26 @@ std::string digits_of(const DecimalRecord& decimal) {
 }
 
 }  // namespace
+
+std::optional<std::int64_t> large_integer_of(const DecimalRecord& decimal) {
+  constexpr auto kMax = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+  if (decimal.scale != 0 || decimal.high != 0 ||
+      decimal.low <= static_cast<std::uint64_t>(kWholeDoubleMax)) {
+    return std::nullopt;
+  }
+  if (decimal.sign == 0 && decimal.low <= kMax) return static_cast<std::int64_t>(decimal.low);
+  if (decimal.sign != kNegative || decimal.low > kMax + 1) return std::nullopt;
+  return static_cast<std::int64_t>(0 - decimal.low);
+}
+
+DecimalRecord decimal_of(std::int64_t number) {
+  const auto bits = static_cast<std::uint64_t>(number);
+  DecimalRecord decimal{};
+  decimal.type = variant_type::kDecimal;
+  decimal.sign = number < 0 ? kNegative : std::uint8_t{0};
+  decimal.low = number < 0 ? 0 - bits : bits;
+  return decimal;
+}
 
 std::optional<double> number_of(const DecimalRecord& decimal) {
   if (decimal.scale > kScaleMax || (decimal.sign != 0 && decimal.sign != kNegative)) {

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "bvconn/component/handles.h"
+#include "bvconn/component/host_calls.h"
 #include "bvconn/component/text.h"
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/error_numbers.h"
@@ -29,8 +29,7 @@ Hresult invoke_for(IDispatchAbi& object, DispatchId id, std::uint16_t flags,
                             .count = static_cast<std::uint32_t>(arguments.size()),
                             .named_count = 0};
   ExceptionRecord exception{};
-  const Hresult answer =
-      object.Invoke(id, &kNullGuid, 0, flags, &parameters, &*result, &exception, nullptr);
+  const Hresult answer = host_invoke(object, id, flags, parameters, &*result, &exception);
   clear_exception(&exception);
   return answer;
 }
@@ -42,9 +41,8 @@ class ForeignObject {
   std::optional<DispatchId> find(std::string_view name) const {
     if (!object_) return std::nullopt;
     std::u16string wide = utf16_from_utf8(name);
-    char16_t* names[] = {wide.data()};
     DispatchId id = kUnknownId;
-    const Hresult result = object_->GetIDsOfNames(&kNullGuid, names, 1, 0, &id);
+    const Hresult result = host_id_of(*object_.get(), wide.data(), id);
     if (!succeeded(result) || id == kUnknownId) return std::nullopt;
     return id;
   }
@@ -146,7 +144,18 @@ std::optional<std::vector<Variant>> foreign_array(IUnknownAbi* object, const Rea
   return items;
 }
 
-XMLDocument* ForeignDocuments::stand_in(IUnknownAbi* object) {
+std::optional<Variant> foreign_value(IUnknownAbi* object, const ReadVariant& read) {
+  const ForeignObject foreign(object);
+  if (!foreign.reference()) return std::nullopt;
+  // Every object of a script has such a text ("[object Object]"), and so have others whose default
+  // member is the one that makes it.
+  if (foreign.find("hasOwnProperty") || foreign.find("toString") == kDefaultMember) {
+    return std::nullopt;
+  }
+  return read(*foreign.read(kDefaultMember));
+}
+
+XMLDocument* CallDocuments::stand_in(IUnknownAbi* object) {
   const ForeignObject foreign(object);
   const auto load = foreign.find("load");
   if (!load) return nullptr;
@@ -155,7 +164,11 @@ XMLDocument* ForeignDocuments::stand_in(IUnknownAbi* object) {
   return documents_.back().stand_in.get();
 }
 
-void ForeignDocuments::load_all() const {
+void CallDocuments::keep(Reference<IDocumentHandleAbi> own) {
+  own_.push_back(std::move(own));
+}
+
+void CallDocuments::load_all() const {
   for (const Document& document : documents_) {
     const std::string text = document.stand_in->xml();
     OwnedVariant bytes;

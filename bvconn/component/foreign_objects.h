@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "bvconn/component/counted.h"
+#include "bvconn/component/handles.h"
 #include "bvconn/component/memory.h"
 #include "bvconn/platform/soap/soap_node.h"
 #include "bvconn/platform/soap/variant.h"
@@ -30,12 +31,19 @@ std::optional<SoapNode> foreign_node(IUnknownAbi* object, const ReadVariant& rea
 /// so on. One that is not there is Empty. Nothing for any other object.
 std::optional<std::vector<Variant>> foreign_array(IUnknownAbi* object, const ReadVariant& read);
 
-/// The documents of one call that are not the library's: the call fills documents of ours in their
-/// place, whose bytes theirs are loaded with.
-class ForeignDocuments {
+/// The default member of any other object, as a database's field or a control of a form has one;
+/// nothing for an object without one that can be read. The text that all objects of a script can be
+/// shown as is none.
+std::optional<Variant> foreign_value(IUnknownAbi* object, const ReadVariant& read);
+
+/// The documents of one call. For those that are not the library's the call fills documents of ours
+/// in their place, whose bytes theirs are loaded with.
+class CallDocuments {
  public:
   /// Where to put what the object is to be loaded with; null for an object without `load`.
   XMLDocument* stand_in(IUnknownAbi* object);
+  /// One of ours, which the host may let go of while the call waits: it lives as long as this.
+  void keep(Reference<IDocumentHandleAbi> own);
   /// After a call that succeeded. What a document says to its bytes is its owner's affair: also for
   /// one of ours, a reply that is no XML is no error.
   void load_all() const;
@@ -47,6 +55,7 @@ class ForeignDocuments {
     std::unique_ptr<XMLDocument> stand_in;
   };
   std::vector<Document> documents_;
+  std::vector<Reference<IDocumentHandleAbi>> own_;
 };
 
 }  // namespace bvconn::component

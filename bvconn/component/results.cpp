@@ -3,6 +3,7 @@
 #include <new>
 #include <type_traits>
 
+#include "bvconn/component/decimals.h"
 #include "bvconn/component/outside_objects.h"
 #include "bvconn/component/soap_objects.h"
 #include "bvconn/component/text.h"
@@ -63,6 +64,22 @@ OwnedVariant record_from_strings(const StringArray& array) {
   return record;
 }
 
+// Many hosts know no integers of 64 bits.
+OwnedVariant record_from_int64(std::int64_t number) {
+  OwnedVariant record;
+  if (const auto small = static_cast<std::int32_t>(number); small == number) {
+    record->type = vt::kInt32;
+    record->value.int32 = small;
+  } else if (number >= -kWholeDoubleMax && number <= kWholeDoubleMax) {
+    record->type = vt::kDouble;
+    record->value.number = static_cast<double>(number);
+  } else {
+    const DecimalRecord decimal = decimal_of(number);
+    std::memcpy(&*record, &decimal, sizeof decimal);
+  }
+  return record;
+}
+
 OwnedVariant record_from_number(const Variant& value) {
   OwnedVariant record;
   switch (value.type()) {
@@ -79,9 +96,7 @@ OwnedVariant record_from_number(const Variant& value) {
       record->value.int32 = value.int32();
       break;
     case Variant::Type::kInt64:
-      record->type = vt::kInt64;
-      record->value.int64 = value.int64();
-      break;
+      return record_from_int64(value.int64());
     default:
       record->type = vt::kDouble;
       record->value.number = value.number();

@@ -119,13 +119,18 @@ Variant variant_from_object(const VariantRecord& record, int depth) {
   if (auto node = own_or_foreign_node(record.value.unknown, depth)) {
     return Variant(*std::move(node));
   }
-  auto items = foreign_array(record.value.unknown, reading_at(depth));
-  if (!items) mismatch();
-  return VariantArray(*std::move(items));
+  if (auto items = foreign_array(record.value.unknown, reading_at(depth))) {
+    return VariantArray(*std::move(items));
+  }
+  auto value = foreign_value(record.value.unknown, reading_at(depth));
+  if (!value) mismatch();
+  return *std::move(value);
 }
 
 Variant variant_from_decimal(const VariantRecord& record) {
-  const auto number = number_of(read<DecimalRecord>(&record));
+  const auto decimal = read<DecimalRecord>(&record);
+  if (const auto integer = large_integer_of(decimal)) return Variant(*integer);
+  const auto number = number_of(decimal);
   if (!number) mismatch();
   return Variant(*number);
 }
@@ -223,16 +228,17 @@ StringArray strings_from(const VariantRecord& record) {
   return StringArray(std::move(texts));
 }
 
-XMLDocument* document_from(const VariantRecord& record, ForeignDocuments& foreign) {
+XMLDocument* document_from(const VariantRecord& record, CallDocuments& documents) {
   if (record.type == vt::kEmpty || record.type == vt::kNull) return nullptr;
   if (!is_object(record)) mismatch();
   if (record.value.unknown == nullptr) return nullptr;
-  const auto handle = query<IDocumentHandleAbi>(record.value.unknown);
+  auto handle = query<IDocumentHandleAbi>(record.value.unknown);
   void* own = nullptr;
   if (handle && succeeded(handle->GetDocument(module_mark(), &own))) {
+    documents.keep(std::move(handle));
     return static_cast<XMLDocument*>(own);
   }
-  XMLDocument* const stand_in = foreign.stand_in(record.value.unknown);
+  XMLDocument* const stand_in = documents.stand_in(record.value.unknown);
   if (stand_in == nullptr) mismatch();
   return stand_in;
 }
@@ -247,7 +253,7 @@ SoapNode node_from(const VariantRecord& record) {
   return value.empty() ? SoapNode() : to_node(value);
 }
 
-Value convert(const VariantRecord& record, ValueType type, ForeignDocuments& documents) {
+Value convert(const VariantRecord& record, ValueType type, CallDocuments& documents) {
   switch (type) {
     case ValueType::kString:
       return Variant(to_text(variant_from(record, 0)));
@@ -296,7 +302,7 @@ Hresult dereference(const VariantRecord& record, VariantRecord& value) noexcept 
 }
 
 Hresult value_from_record(const VariantRecord& record, ValueType type, Value& value,
-                          ForeignDocuments& documents) {
+                          CallDocuments& documents) {
   VariantRecord direct{};
   const Hresult result = dereference(record, direct);
   if (!succeeded(result)) return result;

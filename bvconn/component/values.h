@@ -19,7 +19,7 @@ Hresult dereference(const VariantRecord& record, VariantRecord& value) noexcept;
 /// kOverflow for what does not convert, kNullPointer for a null reference. The documents are to
 /// outlive the value, and are loaded once it has been used.
 Hresult value_from_record(const VariantRecord& record, automation::ValueType type,
-                          automation::Value& value, ForeignDocuments& documents);
+                          automation::Value& value, CallDocuments& documents);
 
 /// What a call gave, for the host to own: nodes, envelopes, transports and service objects become
 /// objects that answer by name, empty references null objects.

@@ -4,11 +4,13 @@
 
 #include <map>
 
+#include "bvconn/component/lifetime.h"
 #include "bvconn/component/named_object.h"
 #include "bvconn/component/shapes.h"
 #include "bvconn/component/soap_objects.h"
 #include "bvconn/component/values.h"
 #include "component/host.h"
+#include "component/throwing_object.h"
 
 namespace bvconn::component {
 namespace {
@@ -120,12 +122,16 @@ struct Taken {
   Value value;
 };
 
-Taken take(IDispatchAbi* owned, ValueType type) {
+Taken take(IDispatchAbi* owned, ValueType type, CallDocuments& documents) {
   const test::Held<IDispatchAbi> object(owned);
-  ForeignDocuments documents;
   Taken taken;
   taken.result = value_from_record(test::of_object(object.get()), type, taken.value, documents);
   return taken;
+}
+
+Taken take(IDispatchAbi* owned, ValueType type) {
+  CallDocuments documents;
+  return take(owned, type, documents);
 }
 
 SoapNode node_in(const Taken& taken) {
@@ -219,7 +225,7 @@ TEST(ForeignObjects, AnArrayIsNoNodeAndAnythingElseNeither) {
 TEST(ForeignObjects, ADocumentOfTheApplicationsOwnIsLoadedAfterTheCall) {
   std::vector<std::string> loaded;
   const test::Held<IDispatchAbi> object(new OwnDocument(loaded));
-  ForeignDocuments documents;
+  CallDocuments documents;
   Value value;
   ASSERT_EQ(
       value_from_record(test::of_object(object.get()), ValueType::kXMLDocument, value, documents),
@@ -232,10 +238,42 @@ TEST(ForeignObjects, ADocumentOfTheApplicationsOwnIsLoadedAfterTheCall) {
       (std::vector<std::string>{"<?xml version=\"1.0\" encoding=\"UTF-8\"?><a>\xC3\xBC</a>"}));
 }
 
+// Its host may let go of it while the call waits for the server.
+TEST(ForeignObjects, ADocumentOfOursLivesAsLongAsTheCallThatFillsIt) {
+  ASSERT_EQ(can_unload(), kOk);
+  {
+    CallDocuments documents;
+    const Taken taken = take(make_document_object(), ValueType::kXMLDocument, documents);
+    ASSERT_EQ(taken.result, kOk);
+    ASSERT_EQ(can_unload(), kFalse);
+    EXPECT_TRUE(std::get<XMLDocument*>(taken.value)->load("<a/>"));
+  }
+  EXPECT_EQ(can_unload(), kOk);
+}
+
+TEST(ForeignObjects, AnObjectThatThrowsIsOneThatFails) {
+  for (const bool knows_names : {true, false}) {
+    test::ThrowingObject object(knows_names);
+    for (const ValueType type :
+         {ValueType::kString, ValueType::kSoapNode, ValueType::kStringArray}) {
+      CallDocuments documents;
+      Value value;
+      EXPECT_EQ(value_from_record(test::of_object(object.get()), type, value, documents),
+                kTypeMismatch);
+    }
+    EXPECT_GE(object.calls, 3);
+  }
+  test::ThrowingObject object(true);
+  CallDocuments documents;
+  ASSERT_NE(documents.stand_in(object.get()), nullptr);
+  documents.load_all();
+  EXPECT_EQ(object.calls, 2);
+}
+
 TEST(ForeignObjects, ADocumentThatCannotBeLoadedIsNoError) {
   std::vector<std::string> loaded;
   const test::Held<IDispatchAbi> object(new OwnDocument(loaded));
-  ForeignDocuments documents;
+  CallDocuments documents;
   ASSERT_NE(documents.stand_in(object.get()), nullptr);
   documents.load_all();
   EXPECT_EQ(loaded, std::vector<std::string>{""});

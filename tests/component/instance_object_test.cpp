@@ -10,6 +10,7 @@
 #include "bvconn/component/class_factory.h"
 #include "bvconn/component/lifetime.h"
 #include "component/host.h"
+#include "component/throwing_object.h"
 
 namespace bvconn::component {
 namespace {
@@ -174,12 +175,36 @@ TEST_F(Events, EverySinkIsCalledWhateverAnotherAnswers) {
   point->Unadvise(second_cookie);
 }
 
-TEST_F(Events, ASinkWithoutTheInterfaceOfTheEventsIsRefused) {
-  CountingSink foreign{kNullGuid};
+// So listen hosts that know no more of an event than its number.
+TEST_F(Events, ASinkThatAnswersForDispatchAloneIsCalledToo) {
+  CountingSink plain{kNullGuid};
+  std::uint32_t cookie = 0;
+  ASSERT_EQ(point->Advise(&plain, &cookie), kOk);
+  EXPECT_EQ(plain.references, 2u);
+  add(101);
+  EXPECT_EQ(plain.raised, (std::vector<DispatchId>{1}));
+  ASSERT_EQ(point->Unadvise(cookie), kOk);
+  EXPECT_EQ(plain.references, 1u);
+}
+
+TEST_F(Events, ASinkThatThrowsKeepsTheEventFromNoOther) {
+  test::ThrowingObject throwing(true);
+  std::uint32_t cookies[2] = {};
+  ASSERT_EQ(point->Advise(throwing.get(), &cookies[0]), kOk);
+  ASSERT_EQ(point->Advise(&sink, &cookies[1]), kOk);
+  EXPECT_EQ(add(101).result, kOk);
+  EXPECT_EQ(throwing.calls, 1);
+  EXPECT_EQ(sink.raised.size(), 1u);
+  for (const std::uint32_t cookie : cookies) point->Unadvise(cookie);
+}
+
+TEST_F(Events, ASinkThatIsNotCalledByNumberIsRefused) {
+  // A connection point is an object that is not.
+  const std::uint32_t references = point->AddRef();
   std::uint32_t cookie = 99;
-  EXPECT_EQ(point->Advise(&foreign, &cookie), kCannotConnect);
+  EXPECT_EQ(point->Advise(point.get(), &cookie), kCannotConnect);
   EXPECT_EQ(cookie, 0u);
-  EXPECT_EQ(foreign.references, 1u);
+  EXPECT_EQ(point->Release(), references - 1);
   EXPECT_EQ(point->Advise(nullptr, &cookie), kNullPointer);
   EXPECT_EQ(point->Advise(&sink, nullptr), kNullPointer);
 }

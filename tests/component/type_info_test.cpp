@@ -40,6 +40,15 @@ TEST(TypeInfo, EveryObjectAnswersForTheIdentifierOfItsMembersAlone) {
   }
 }
 
+// It would tell browsers that any page may use the objects.
+TEST(TypeInfo, NoObjectCallsItselfSafeForScriptsOfAnyOrigin) {
+  constexpr Guid kObjectSafety{
+      0xCB5BDC81, 0x93C1, 0x11CF, {0x8F, 0x20, 0x00, 0x80, 0x5F, 0x2C, 0xD0, 0x64}};
+  for (const ComponentClass& row : component_classes()) {
+    EXPECT_EQ(given(*made(row), kObjectSafety), nullptr) << row.name;
+  }
+}
+
 TEST(TypeInfo, ResultsAnswerForTheIdentifierOfTheirMembers) {
   const Held<IDispatchAbi> nodes(make_nodes_object(SoapNode::make("a").Nodes()));
   EXPECT_EQ(given(*nodes, interface_id_of("SoapNodes")), nodes.get());

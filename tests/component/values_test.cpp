@@ -18,7 +18,7 @@ using test::HostString;
 
 // No object of these tests is a document of the application's own.
 Hresult converted(const VariantRecord& record, ValueType type, Value& value) {
-  ForeignDocuments none;
+  CallDocuments none;
   return value_from_record(record, type, value, none);
 }
 
@@ -358,8 +358,6 @@ TEST(ComponentValues, ResultsHaveTheTypeOfTheirValue) {
   EXPECT_EQ((*record_from_variant(Variant(std::int16_t{-2}))).value.int16, -2);
   EXPECT_EQ((*record_from_variant(Variant(std::int32_t{-3}))).type, vt::kInt32);
   EXPECT_EQ((*record_from_variant(Variant(std::int32_t{-3}))).value.int32, -3);
-  EXPECT_EQ((*record_from_variant(Variant(std::int64_t{1} << 40))).type, vt::kInt64);
-  EXPECT_EQ((*record_from_variant(Variant(std::int64_t{1} << 40))).value.int64, 1'099'511'627'776);
   EXPECT_EQ((*record_from_variant(Variant(1.5))).type, vt::kDouble);
   EXPECT_EQ((*record_from_variant(Variant(1.5))).value.number, 1.5);
 }

@@ -100,7 +100,7 @@ void expect_form(const ServiceOperation& operation, const Argument& argument,
 
 Variant value_of(const VARIANT& given) {
   automation::Value value;
-  component::ForeignDocuments documents;
+  component::CallDocuments documents;
   const component::Hresult result =
       component::value_from_record(reinterpret_cast<const component::VariantRecord&>(given),
                                    ValueType::kVariant, value, documents);
