@@ -7,8 +7,10 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 find_program(BVCONN_CCACHE ccache)
 if(BVCONN_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   # Paths below the project count as relative, so that clones in other folders share the cache.
+  # What a source includes is known from its last compilation, so that it need not be preprocessed first.
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
-      "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1 "${BVCONN_CCACHE}")
+      "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1
+      CCACHE_DEPEND=1 CCACHE_SLOPPINESS=pch_defines,time_macros "${BVCONN_CCACHE}")
 endif()
 
 option(BVCONN_TIDY "Check the sources with clang-tidy while compiling" OFF)
@@ -107,6 +109,9 @@ function(bvconn_room name)
   target_link_libraries(bvconn_${name} PUBLIC bvconn_settings ${ARG_LINK})
   if(WIN32 AND ARG_COMPACT)
     target_compile_options(bvconn_${name} PRIVATE -Os)
+    bvconn_takes_headers(bvconn_${name} compact)
+  else()
+    bvconn_takes_headers(bvconn_${name} rooms)
   endif()
   bvconn_shows_branches(bvconn_${name})
   set_property(GLOBAL APPEND PROPERTY BVCONN_ROOMS bvconn_${name})
@@ -174,6 +179,7 @@ function(bvconn_test name)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${name} PRIVATE bvconn_settings ${rooms} ${ARG_LINK} GTest::gtest
                         GTest::gmock GTest::gtest_main)
+  bvconn_takes_headers(${name} tests)
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
