@@ -30,14 +30,12 @@ class NamedObject : public Counted<IDispatchAbi, IProvideClassInfo2Abi, Others..
                                   void** info) noexcept final {
     if (info == nullptr) return kNullPointer;
     *info = nullptr;
-    if (index != 0 || !is_described()) return kBadIndex;
+    if (index != 0) return kBadIndex;
     return type_info_of(interface_id_of(class_name()), info);
   }
 
   Hresult BVCONN_CALL GetClassInfo(void** info) noexcept final {
     if (info == nullptr) return kNullPointer;
-    *info = nullptr;
-    if (!is_described()) return kBadIndex;
     return type_info_of(class_id_of(class_name()), info);
   }
 

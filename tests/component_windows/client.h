@@ -78,9 +78,9 @@ inline void call(Answer& answer, IDispatch* object, const wchar_t* name,
 /// The library, loaded as the system loads a component.
 class Library {
  public:
-  Library() {
+  explicit Library(const wchar_t* file = BVCONN_COMPONENT) {
     wchar_t path[1024] = {};
-    ::GetFullPathNameW(BVCONN_COMPONENT, 1024, path, nullptr);
+    ::GetFullPathNameW(file, 1024, path, nullptr);
     module_ = ::LoadLibraryW(path);
   }
   ~Library() {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <thread>
 
 namespace bvconn::test {
@@ -12,18 +11,13 @@ constexpr CLSID kMethods{
     0x9B66DCAF, 0xAD44, 0x4B27, {0x91, 0x80, 0xA4, 0x98, 0x82, 0x76, 0xE7, 0xDD}};
 constexpr CLSID kInvoices{
     0xB1D1DDEA, 0xA3A5, 0x4FD6, {0xAE, 0x06, 0x63, 0x0F, 0x3C, 0xBF, 0x7E, 0x97}};
-constexpr CLSID kHeartBeats{
-    0xEB53E7FF, 0xD252, 0x455E, {0x9A, 0x28, 0x11, 0x2B, 0xD8, 0x61, 0x5E, 0xFF}};
 constexpr CLSID kNode{0x3F0C61F3, 0xD917, 0x4DF8, {0x9A, 0xFE, 0x39, 0x05, 0xDC, 0xF9, 0x38, 0x78}};
 constexpr CLSID kSession{
     0x9688093D, 0xFAE0, 0x475A, {0x81, 0xF6, 0x28, 0x8D, 0x66, 0x28, 0xAF, 0x5C}};
-constexpr IID kEvents{0x67B9CEFF, 0x038A, 0x4645, {0xA9, 0x07, 0xC2, 0xC2, 0xCF, 0x3F, 0x93, 0x50}};
-constexpr const wchar_t* kInvoicesText = L"{B1D1DDEA-A3A5-4FD6-AE06-630F3CBF7E97}";
 // Nobody listens there.
 constexpr const wchar_t* kNoServer = L"http://127.0.0.1:9/soap";
 
 using Unload = HRESULT(STDAPICALLTYPE*)();
-using Install = HRESULT(STDAPICALLTYPE*)(BOOL, const wchar_t*);
 
 TEST(Client, ReadsARowOfTheCatalogue) {
   const Library library;
@@ -152,59 +146,6 @@ TEST(Client, ComputesAlikeHoweverTheHostRounds) {
   node->Release();
 }
 
-// Listens to the event of the heart beat.
-class Sink final : public IDispatch {
- public:
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-    *object = nullptr;
-    if (id != __uuidof(IUnknown) && id != __uuidof(IDispatch) && id != kEvents) {
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-  ULONG STDMETHODCALLTYPE Release() override { return --references; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                   UINT*) override {
-    raised.push_back(id);
-    return S_OK;
-  }
-
-  ULONG references = 1;
-  std::vector<DISPID> raised;
-};
-
-TEST(Client, IsToldOfAHeartBeatThatFails) {
-  const Library library;
-  IDispatch* const heart = library.make(kHeartBeats);
-  ASSERT_NE(heart, nullptr);
-  IConnectionPointContainer* container = nullptr;
-  ASSERT_EQ(heart->QueryInterface(__uuidof(IConnectionPointContainer),
-                                  reinterpret_cast<void**>(&container)),
-            S_OK);
-  IConnectionPoint* point = nullptr;
-  ASSERT_EQ(container->FindConnectionPoint(kEvents, &point), S_OK);
-  Sink sink;
-  DWORD cookie = 0;
-  ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
-  Answer beat;
-  call(beat, heart, L"sendHeartBeat", {Var(kNoServer), Var(L"ANNA")});
-  EXPECT_EQ(beat.result, S_OK);
-  EXPECT_EQ(sink.raised, std::vector<DISPID>{1});
-  EXPECT_EQ(point->Unadvise(cookie), S_OK);
-  EXPECT_EQ(sink.references, 1u);
-  point->Release();
-  container->Release();
-  heart->Release();
-}
-
 TEST(Client, NothingLivesOnceAllIsReleased) {
   const Library library;
   const auto can_unload = library.find<Unload>("DllCanUnloadNow");
@@ -261,117 +202,6 @@ TEST(Client, IsReallyUnloaded) {
   other.join();
   ::CloseHandle(may_end);
   ::CloseHandle(has_called);
-}
-
-// Everything below a key: paths of keys and, with a colon, of values, and what the values hold.
-using Listing = std::map<std::wstring, std::wstring>;
-
-void list(HKEY root, const std::wstring& path, Listing& listing) {
-  HKEY key = nullptr;
-  if (::RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return;
-  listing[path];
-  wchar_t name[256];
-  for (DWORD index = 0;; ++index) {
-    DWORD size = 256;
-    BYTE data[2048];
-    DWORD bytes = sizeof data;
-    const LSTATUS code = ::RegEnumValueW(key, index, name, &size, nullptr, nullptr, data, &bytes);
-    if (code == ERROR_NO_MORE_ITEMS) break;
-    listing[path + L":" + name] =
-        code == ERROR_SUCCESS
-            ? std::wstring(reinterpret_cast<wchar_t*>(data), bytes / sizeof(wchar_t))
-            : L"(long)";
-  }
-  std::vector<std::wstring> below;
-  for (DWORD index = 0;; ++index) {
-    DWORD size = 256;
-    if (::RegEnumKeyExW(key, index, name, &size, nullptr, nullptr, nullptr, nullptr) !=
-        ERROR_SUCCESS) {
-      break;
-    }
-    below.emplace_back(name);
-  }
-  ::RegCloseKey(key);
-  for (const std::wstring& child : below) list(root, path + L"\\" + child, listing);
-}
-
-// The key of all classes itself is there for every user but in a fresh home of wine.
-Listing classes_of(HKEY root) {
-  Listing listing;
-  list(root, L"Software\\Classes", listing);
-  listing.erase(L"Software\\Classes");
-  return listing;
-}
-
-// Without the NUL at its end.
-std::wstring text_at(const Listing& listing, const std::wstring& path) {
-  const auto found = listing.find(L"Software\\Classes\\" + path);
-  return found == listing.end() ? L"(none)" : found->second.c_str();
-}
-
-struct Place {
-  HKEY root;
-  const wchar_t* whom;
-};
-
-class RegistrationFor : public testing::TestWithParam<Place> {};
-
-TEST_P(RegistrationFor, WritesTheKeysThatHostsReadAndLeavesNothingBehind) {
-  const Library library;
-  const auto install = library.find<Install>("DllInstall");
-  ASSERT_NE(install, nullptr);
-  const Listing before = classes_of(GetParam().root);
-  ASSERT_EQ(install(TRUE, GetParam().whom), S_OK);
-  const Listing during = classes_of(GetParam().root);
-  const std::wstring key = std::wstring(L"CLSID\\") + kInvoicesText;
-  EXPECT_EQ(text_at(during, key + L":"), L"BVConn.BVInvoiceConnector");
-  EXPECT_EQ(text_at(during, key + L"\\ProgID:"), L"BVConn.BVInvoiceConnector");
-  EXPECT_EQ(text_at(during, key + L"\\InprocServer32:ThreadingModel"), L"Apartment");
-  const std::wstring file = text_at(during, key + L"\\InprocServer32:");
-  EXPECT_NE(::GetFileAttributesW(file.c_str()), INVALID_FILE_ATTRIBUTES);
-  for (const std::wstring prefix : {L"BVConn.", L"BVConnector."}) {
-    EXPECT_EQ(text_at(during, prefix + L"BVInvoiceConnector\\CLSID:"), kInvoicesText);
-  }
-  ASSERT_EQ(install(FALSE, GetParam().whom), S_OK);
-  EXPECT_EQ(classes_of(GetParam().root), before);
-  // What is not there is no failure.
-  EXPECT_EQ(install(FALSE, GetParam().whom), S_OK);
-}
-
-INSTANTIATE_TEST_SUITE_P(EachPlace, RegistrationFor,
-                         testing::Values(Place{HKEY_LOCAL_MACHINE, L"machine"},
-                                         Place{HKEY_CURRENT_USER, L"user"}),
-                         [](const auto& place) {
-                           return std::string(place.param.root == HKEY_CURRENT_USER ? "User"
-                                                                                    : "Machine");
-                         });
-
-TEST(Registration, KnowsNobodyElse) {
-  const Library library;
-  EXPECT_EQ(library.find<Install>("DllInstall")(TRUE, L"everybody"), E_INVALIDARG);
-}
-
-// By the names of a registered class, as programs make it that know nothing else of the library.
-TEST(Registration, TheSystemMakesWhatIsRegisteredByBothNames) {
-  ::CoInitialize(nullptr);
-  {
-    const Library library;
-    ASSERT_EQ(library.find<Unload>("DllRegisterServer")(), S_OK);
-    for (const wchar_t* name : {L"BVConn.BVMethods", L"BVConnector.BVMethods"}) {
-      CLSID id{};
-      ASSERT_EQ(::CLSIDFromProgID(name, &id), S_OK);
-      IDispatch* methods = nullptr;
-      ASSERT_EQ(::CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IDispatch),
-                                   reinterpret_cast<void**>(&methods)),
-                S_OK);
-      Answer row;
-      call(row, methods, L"GetInvoice");
-      EXPECT_EQ(row.value.text(), L"getInvoice");
-      methods->Release();
-    }
-    EXPECT_EQ(library.find<Unload>("DllUnregisterServer")(), S_OK);
-  }
-  ::CoUninitialize();
 }
 
 IDispatch* created(const CLSID& id) {

@@ -49,6 +49,21 @@ TEST(TypeLibrary, TellsTheInterfaceOfAnObjectWithTheObjectsOwnNumbers) {
   invoices->Release();
 }
 
+TEST(TypeLibrary, IsReadOnceAndKept) {
+  const Library library;
+  IDispatch* const invoices = library.make(kInvoices);
+  ASSERT_NE(invoices, nullptr);
+  ITypeInfo* info = nullptr;
+  ASSERT_EQ(invoices->GetTypeInfo(0, LOCALE_USER_DEFAULT, &info), S_OK);
+  ITypeLib* of_info = nullptr;
+  UINT index = 0;
+  ASSERT_EQ(info->GetContainingTypeLib(&of_info, &index), S_OK);
+  info->Release();
+  // Nobody else would have a reference.
+  EXPECT_GT(of_info->Release(), 0u);
+  invoices->Release();
+}
+
 TEST(TypeLibrary, TellsTheClassOfAnObjectAndTheInterfaceOfItsEvents) {
   const Library library;
   IDispatch* const heart = library.make(kHeartBeats);

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "bvconn/component/class_table.h"
@@ -123,9 +125,37 @@ void write(HKEY root, const Value& value) {
                           static_cast<DWORD>((value.text.size() + 1) * sizeof(wchar_t))));
 }
 
-void remove(HKEY root, const std::wstring& key) {
-  const LSTATUS code = ::RegDeleteTreeW(root, (std::wstring(kClassesKey) + key).c_str());
-  if (code != ERROR_FILE_NOT_FOUND) check(code);
+// The text of a value, "" for none; `name` is null for the key's own value.
+std::wstring text_at(HKEY root, const std::wstring& key, const wchar_t* name = nullptr) {
+  const std::wstring path = std::wstring(kClassesKey) + key;
+  for (std::wstring text(MAX_PATH, L'\0');; text.resize(2 * text.size())) {
+    auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+    const LSTATUS code =
+        ::RegGetValueW(root, path.c_str(), name, RRF_RT_REG_SZ, nullptr, text.data(), &bytes);
+    if (code == ERROR_SUCCESS) return text.substr(0, text.find(L'\0'));
+    if (code != ERROR_MORE_DATA) return {};
+  }
+}
+
+bool is_there(const std::wstring& file) {
+  return ::GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+// The volume and the number that the file has there; zeros for a file that does not open.
+std::tuple<DWORD, DWORD, DWORD> identity_of(const std::wstring& file) {
+  constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE handle = ::CreateFileW(file.c_str(), 0, kShared, nullptr, OPEN_EXISTING, 0, nullptr);
+  BY_HANDLE_FILE_INFORMATION known{};
+  if (handle != INVALID_HANDLE_VALUE) {
+    ::GetFileInformationByHandle(handle, &known);
+    ::CloseHandle(handle);
+  }
+  return {known.dwVolumeSerialNumber, known.nFileIndexHigh, known.nFileIndexLow};
+}
+
+// Two paths may name one file, one of them with short names, say.
+bool is_same_file(const std::wstring& one, const std::wstring& other) {
+  return one == other || identity_of(one) == identity_of(other);
 }
 
 bool exists(HKEY root, const std::wstring& key, REGSAM view = 0) {
@@ -136,23 +166,79 @@ bool exists(HKEY root, const std::wstring& key, REGSAM view = 0) {
   return code == ERROR_SUCCESS;
 }
 
-void remove_type_library(HKEY root) {
-  for (const Interface& each : all_interfaces()) remove(root, L"Interface\\" + each.id);
-  remove(root, type_library_file_key(kSystem));
-  if (!exists(root, type_library_file_key(kOtherSystem))) remove(root, type_library_key());
-}
-
 // A user who had no class of their own had no key for them.
-void remove_if_empty(HKEY root, const std::wstring& path) {
+void remove_if_empty(HKEY root, const std::wstring& path, REGSAM view = 0) {
   HKEY found = nullptr;
-  if (::RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE, &found) != ERROR_SUCCESS) return;
+  if (::RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE | view, &found) != ERROR_SUCCESS) {
+    return;
+  }
   DWORD keys = 0;
   DWORD values = 0;
   const LSTATUS code = ::RegQueryInfoKeyW(found, nullptr, nullptr, nullptr, &keys, nullptr, nullptr,
                                           &values, nullptr, nullptr, nullptr, nullptr);
   ::RegCloseKey(found);
-  if (code == ERROR_SUCCESS && keys == 0 && values == 0) ::RegDeleteKeyW(root, path.c_str());
+  if (code == ERROR_SUCCESS && keys == 0 && values == 0) {
+    ::RegDeleteKeyExW(root, path.c_str(), view, 0);
+  }
 }
+
+// Deletes what there is of one file's registration. A key that is refused keeps no other one.
+class Removal {
+ public:
+  Removal(HKEY root, std::wstring library) : root_(root), library_(std::move(library)) {}
+
+  bool run() {
+    std::ranges::for_each(component_classes(), [&](const auto& row) { remove_class(row); });
+    remove_type_library();
+    for (const wchar_t* key : {L"CLSID", L"Interface", L"TypeLib"}) {
+      remove_if_empty(root_, std::wstring(kClassesKey) + key);
+    }
+    // Where programs of 32 bits have those keys, as the system itself sees it.
+    if (sizeof(void*) == 4) {
+      remove_if_empty(root_, std::wstring(kClassesKey) + L"Wow6432Node", KEY_WOW64_64KEY);
+    }
+    return all_removed_;
+  }
+
+ private:
+  void remove(const std::wstring& key) {
+    const LSTATUS code = ::RegDeleteTreeW(root_, (std::wstring(kClassesKey) + key).c_str());
+    if (code != ERROR_SUCCESS && code != ERROR_FILE_NOT_FOUND) all_removed_ = false;
+  }
+
+  // Another copy of the library may have been registered over this one since. A file that is gone
+  // is nobody's.
+  bool is_anothers(const std::wstring& key) const {
+    const std::wstring file = text_at(root_, key);
+    return !file.empty() && is_there(file) && !is_same_file(file, library_);
+  }
+
+  void remove_class(const ComponentClass& row) {
+    const std::wstring key = class_key(detail::wide(guid_text(row.id)));
+    if (is_anothers(key + L"\\InprocServer32")) return;
+    remove(key);
+    if (exists(root_, key, kOtherView)) return;
+    for (const std::wstring& prog_id : prog_ids_of(row)) remove(prog_id);
+  }
+
+  void remove_type_library() {
+    if (is_anothers(type_library_file_key(kSystem))) return;
+    for (const Interface& each : all_interfaces()) {
+      const std::wstring key = L"Interface\\" + each.id;
+      const std::wstring version = text_at(root_, key + L"\\TypeLib", L"Version");
+      if (version.empty() || version == type_library_version()) remove(key);
+    }
+    remove(type_library_file_key(kSystem));
+    if (exists(root_, type_library_file_key(kOtherSystem))) return;
+    remove(type_library_key() + L"\\" + type_library_version());
+    // Other versions of it are other libraries'.
+    remove_if_empty(root_, std::wstring(kClassesKey) + type_library_key());
+  }
+
+  HKEY root_;
+  std::wstring library_;
+  bool all_removed_ = true;
+};
 
 }  // namespace
 
@@ -182,24 +268,15 @@ Hresult install_classes(Whom whom) noexcept {
     for (const Value& value : type_library_values(library)) write(root_of(whom), value);
     return kOk;
   } catch (...) {
+    // Half of it would be of no use to a host.
+    remove_classes(whom);
     return kRegistrationFailed;
   }
 }
 
 Hresult remove_classes(Whom whom) noexcept {
   try {
-    const HKEY root = root_of(whom);
-    for (const ComponentClass& row : component_classes()) {
-      const std::wstring key = class_key(detail::wide(guid_text(row.id)));
-      remove(root, key);
-      if (exists(root, key, kOtherView)) continue;
-      for (const std::wstring& prog_id : prog_ids_of(row)) remove(root, prog_id);
-    }
-    remove_type_library(root);
-    for (const wchar_t* key : {L"CLSID", L"Interface", L"TypeLib"}) {
-      remove_if_empty(root, std::wstring(kClassesKey) + key);
-    }
-    return kOk;
+    return Removal(root_of(whom), library_file()).run() ? kOk : kRegistrationFailed;
   } catch (...) {
     return kRegistrationFailed;
   }

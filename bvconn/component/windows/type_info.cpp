@@ -1,5 +1,6 @@
 #include "bvconn/component/type_info.h"
 
+#include <atomic>
 #include <string>
 
 #include "bvconn/component/windows/install.h"
@@ -8,8 +9,7 @@
 namespace bvconn::component {
 namespace {
 
-// The system keeps a library that is in use, so that it is read once. Null where the file has none.
-ITypeLib* own_library() noexcept {
+ITypeLib* load_library() noexcept {
   try {
     ITypeLib* library = nullptr;
     const HRESULT loaded = ::LoadTypeLibEx(library_file().c_str(), REGKIND_NONE, &library);
@@ -19,13 +19,23 @@ ITypeLib* own_library() noexcept {
   }
 }
 
+// Null where the file has none. It is read from the file once, and kept until the process ends:
+// while the library is unloaded, other libraries may not be called any more.
+ITypeLib* own_library() noexcept {
+  static constinit std::atomic<ITypeLib*> kept = nullptr;
+  ITypeLib* library = kept;
+  if (library != nullptr) return library;
+  ITypeLib* const loaded = load_library();
+  if (loaded == nullptr || kept.compare_exchange_strong(library, loaded)) return loaded;
+  // Another thread was faster.
+  loaded->Release();
+  return library;
+}
+
 }  // namespace
 
 bool has_type_info() noexcept {
-  ITypeLib* const library = own_library();
-  if (library == nullptr) return false;
-  library->Release();
-  return true;
+  return own_library() != nullptr;
 }
 
 Hresult type_info_of(const Guid& id, void** info) noexcept {
@@ -35,7 +45,6 @@ Hresult type_info_of(const Guid& id, void** info) noexcept {
   // The records are alike: the assertions of layout_test.cpp.
   ITypeInfo* found = nullptr;
   const HRESULT result = library->GetTypeInfoOfGuid(reinterpret_cast<const GUID&>(id), &found);
-  library->Release();
   *info = found;
   return SUCCEEDED(result) ? kOk : kBadIndex;
 }

@@ -49,5 +49,7 @@ function number_of(action) {
 say(number_of(function () { invoices.GetInvoice(server, "ANNA", "NOPE"); }));
 say(number_of(function () { node.Nodes.Append(null); }));
 say(number_of(function () { node.Nodes.Item(9); }));
+// Its text would be "[object Object]".
+say(number_of(function () { invoices.GetInvoice(server, "ANNA", { key: "INV-1001" }); }));
 
 say("END");

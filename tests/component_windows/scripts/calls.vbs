@@ -2,6 +2,13 @@
 Option Explicit
 Dim server, invoices, invoice, node, methods, count, tags
 
+' An object that stands for its value, as a database's field does.
+Class Field
+  Public Default Property Get Value
+    Value = "INV-1001"
+  End Property
+End Class
+
 Sub Say(text)
   WScript.Echo text
 End Sub
@@ -24,6 +31,7 @@ Set invoice = invoices.GetInvoice(server, "ANNA", "INV-1001")
 Say invoice.Nodes.ItemByName("InvoiceNumber").Value
 Say invoice.Nodes(0).Name & " = " & invoice.Nodes(0).Value
 Say invoice.Nodes.Item(1).Name & " = " & invoice.Nodes.Item(1).Value
+Say invoices.GetInvoice(server, "ANNA", New Field).Nodes(0).Value
 Say TypeName(invoice.Nodes.ItemByName("Total").Value)
 Say TypeName(invoice.Nodes.ItemByName("InvoiceDate").Value)
 count = 0
