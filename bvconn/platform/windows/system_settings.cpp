@@ -1,5 +1,6 @@
 #include "bvconn/platform/settings/system_settings.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <optional>
@@ -92,10 +93,25 @@ Number number_in(const RawValue& value) {
   return number;
 }
 
+// Of 32 bits with its sign, as it was written: what the system's editor shows as 0xffffffff is -1.
 std::optional<std::int64_t> whole_number(const RawValue& value) {
   if (value.type == REG_DWORD) return number_in<std::int32_t>(value);
   if (value.type == REG_QWORD) return number_in<std::int64_t>(value);
   return std::nullopt;
+}
+
+// With what stands between percent signs replaced, as every reader of such a value sees it.
+std::wstring expanded(const std::wstring& text) {
+  std::wstring result(text.size() + 1, L'\0');
+  for (;;) {
+    const auto room = static_cast<DWORD>(result.size());
+    const DWORD size = ::ExpandEnvironmentStringsW(text.c_str(), result.data(), room);
+    if (size == 0) return text;
+    result.resize(size);
+    if (size <= room) break;
+  }
+  result.pop_back();
+  return result;
 }
 
 /// Whoever wrote it may have left the NUL at its end out.
@@ -103,7 +119,8 @@ std::optional<std::string> text_in(const RawValue& value) {
   if (value.type != REG_SZ && value.type != REG_EXPAND_SZ) return std::nullopt;
   std::wstring text(value.bytes.size() / sizeof(wchar_t), L'\0');
   std::memcpy(text.data(), value.bytes.data(), text.size() * sizeof(wchar_t));
-  return narrow(std::wstring_view(text).substr(0, text.find(L'\0')));
+  text.resize(std::min(text.size(), text.find(L'\0')));
+  return narrow(value.type == REG_EXPAND_SZ ? expanded(text) : text);
 }
 
 [[noreturn]] void fail_mismatch(const std::string& path, std::string_view wanted) {
