@@ -53,13 +53,15 @@ def files_of_map(path):
 
 
 def headers_of_target(build, target):
-    """Libraries that are headers alone reach a build through one folder of links."""
+    """Libraries that are headers alone reach a build through one folder of links, which the compiler
+    may have followed."""
     objects = [each for each in run("ninja", "-C", build, "-t", "inputs", target).splitlines()
                if each.endswith(".obj")]
-    links = os.path.join(os.path.realpath(build), "host_headers") + "/"
+    links = os.path.join(build, "host_headers")
+    folders = tuple(os.path.realpath(os.path.join(links, each)) + "/" for each in os.listdir(links))
     found = re.findall(r"^    (.*)$", run("ninja", "-C", build, "-t", "deps", *objects), re.M)
-    whole = {os.path.join(build, each) for each in found}
-    return {os.path.realpath(each) for each in whole if os.path.abspath(each).startswith(links)}
+    whole = {os.path.realpath(os.path.join(build, each)) for each in found}
+    return {each for each in whole if each.startswith(folders)}
 
 
 def packages_of(paths, libraries):
