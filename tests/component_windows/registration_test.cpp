@@ -237,19 +237,18 @@ TEST_F(RegistrationForTheUser, AKeyThatIsRefusedKeepsNoOther) {
   EXPECT_EQ(classes_of(HKEY_CURRENT_USER), before);
 }
 
-// A user who never had a class of a program of 32 bits has no key for them in the system's view.
+// Windows keeps the classes of a user's programs of 32 bits below a key of their own, which it
+// makes with the first of them. Wine has no such key for a user: the test makes it.
 TEST_F(RegistrationForTheUser, LeavesNoKeyOfTheOtherViewBehind) {
   constexpr const wchar_t* kPath = L"Software\\Classes\\Wow6432Node";
-  ::RegDeleteKeyExW(HKEY_CURRENT_USER, kPath, KEY_WOW64_64KEY, 0);
-  HKEY found = nullptr;
-  if (::RegOpenKeyExW(HKEY_CURRENT_USER, kPath, 0, KEY_READ | KEY_WOW64_64KEY, &found) ==
-      ERROR_SUCCESS) {
-    ::RegCloseKey(found);
-    GTEST_SKIP() << "something else is registered there";
-  }
+  if (sizeof(void*) == 8) GTEST_SKIP() << "of programs of 32 bits";
   ASSERT_EQ(install(TRUE), S_OK);
+  HKEY key = nullptr;
+  ::RegCreateKeyExW(HKEY_CURRENT_USER, kPath, 0, nullptr, 0, KEY_READ | KEY_WOW64_64KEY, nullptr,
+                    &key, nullptr);
+  ::RegCloseKey(key);
   ASSERT_EQ(install(FALSE), S_OK);
-  EXPECT_EQ(::RegOpenKeyExW(HKEY_CURRENT_USER, kPath, 0, KEY_READ | KEY_WOW64_64KEY, &found),
+  EXPECT_EQ(::RegOpenKeyExW(HKEY_CURRENT_USER, kPath, 0, KEY_READ | KEY_WOW64_64KEY, &key),
             ERROR_FILE_NOT_FOUND);
 }
 
