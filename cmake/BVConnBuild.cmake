@@ -47,6 +47,19 @@ function(bvconn_tells_what_is_linked target)
   target_link_options(${target} PRIVATE "-Wl,-Map,${CMAKE_BINARY_DIR}/${target}.map")
 endfunction()
 
+# bvconn_tells_its_version(TARGET FILE): a program or a DLL of Windows has a version among its resources,
+# with the name of its file. The calling folder has enabled the language RC.
+function(bvconn_tells_its_version target file)
+  cmake_path(GET file STEM stem)
+  # As the system numbers them.
+  set(type 1)
+  if(file MATCHES "\\.dll$")
+    set(type 2)
+  endif()
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/windows/version.rc.in" ${target}_version.rc @ONLY)
+  target_sources(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${target}_version.rc")
+endfunction()
+
 # What every target of ours is compiled with: the language level, the warnings, the sanitizers.
 add_library(bvconn_settings INTERFACE)
 target_compile_features(bvconn_settings INTERFACE cxx_std_20)
