@@ -44,14 +44,19 @@ typedef BVConnResult(BVCONN_CALL* BVConnCopyVariantFunction)(BVConnVariant* targ
 typedef BVConnResult(BVCONN_CALL* BVConnClearVariantFunction)(BVConnVariant* variant);
 typedef void(BVCONN_CALL* BVConnClearExceptionFunction)(BVConnException* exception);
 
-/* The same, for hosts that link with the library. */
+/* The same, for hosts that link with the library. On Windows the system's headers declare four of
+ * them too, in types of their own, and a file has one or the other: a host that does without those
+ * headers asks for ours by BVCONN_ENTRY_POINTS. The others are not there. */
 
+#if !defined(_WIN32) || defined(BVCONN_ENTRY_POINTS)
 BVCONN_EXPORT BVConnResult BVCONN_CALL DllCanUnloadNow(void) BVCONN_NOEXCEPT;
 BVCONN_EXPORT BVConnResult BVCONN_CALL DllGetClassObject(const BVConnGuid* class_id,
                                                          const BVConnGuid* id,
                                                          void** object) BVCONN_NOEXCEPT;
 BVCONN_EXPORT BVConnResult BVCONN_CALL DllRegisterServer(void) BVCONN_NOEXCEPT;
 BVCONN_EXPORT BVConnResult BVCONN_CALL DllUnregisterServer(void) BVCONN_NOEXCEPT;
+#endif
+#if !defined(_WIN32)
 BVCONN_EXPORT BVConnResult BVCONN_CALL BVConnFindClass(const BVConnChar* prog_id,
                                                        BVConnGuid* class_id) BVCONN_NOEXCEPT;
 BVCONN_EXPORT BVConnString BVCONN_CALL BVConnAllocString(const BVConnChar* text,
@@ -67,6 +72,7 @@ BVCONN_EXPORT BVConnResult BVCONN_CALL
 BVConnCopyVariant(BVConnVariant* target, const BVConnVariant* source) BVCONN_NOEXCEPT;
 BVCONN_EXPORT BVConnResult BVCONN_CALL BVConnClearVariant(BVConnVariant* variant) BVCONN_NOEXCEPT;
 BVCONN_EXPORT void BVCONN_CALL BVConnClearException(BVConnException* exception) BVCONN_NOEXCEPT;
+#endif
 
 #ifdef __cplusplus
 }

@@ -1,3 +1,5 @@
+// Declares them on Windows too.
+#define BVCONN_ENTRY_POINTS
 #include "bvconn/component/abi.h"
 #include "bvconn/component/class_factory.h"
 #include "bvconn/component/counted.h"

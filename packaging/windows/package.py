@@ -17,7 +17,9 @@ ROOT = os.path.dirname(os.path.dirname(HERE))
 PROGRAMS = (("BVConnComponent", "bvconn/component/windows/BVConn.dll"),
             ("bvconn", "tools/bvconn/bvconn.exe"))
 # For work on the sources, or of another package.
-NOT_FOR_USERS = ("adding-an-operation.md", "rooms.md", "installed.md")
+NOT_FOR_USERS = ("adding-an-operation.md", "rooms.md", "installed.md", "building-for-windows.md")
+# For other systems; two look the component up as there is no need to on Windows.
+ELSEWHERE = ("demo.cpp", "component_host.cpp", "component_host_in_c.c", "quoting/CMakeLists.txt")
 ENTRY_POINTS = (("DllCanUnloadNow", 0), ("DllGetClassObject", 12), ("DllInstall", 8),
                 ("DllRegisterServer", 0), ("DllUnregisterServer", 0))
 
@@ -132,17 +134,35 @@ def files_of(builds, version):
     for line in text_of(ROOT, "bvconn/public_headers.txt").splitlines():
         if line and not line.startswith("#"):
             yield "include/bvconn/" + line, read(ROOT, "bvconn", line)
-    yield "include/BVConn.h", calls_header.header(
-        text_of(ROOT, "bvconn/component/windows/BVConn.idl"))
+    idl = text_of(ROOT, "bvconn/component/windows/BVConn.idl")
+    yield "include/BVConn.idl", idl
+    yield "include/BVConn.h", calls_header.header(idl)
+    yield "include/service_object_rows.inc", read(ROOT, "bvconn/platform/torvexlib/service_object_rows.inc")
     for name in ("BVConnConfig.cmake", "BVConnConfigVersion.cmake"):
         yield "lib/cmake/BVConn/" + name, filled(name + ".in", values)
     for name in sorted(os.listdir(os.path.join(ROOT, "docs"))):
         if name.endswith((".md", ".png")) and name not in NOT_FOR_USERS:
             yield "docs/" + name, read(ROOT, "docs", name)
     yield from tree("acceptance", HERE)
-    yield from tree("examples", ROOT)
+    for name, source in tree("examples", ROOT):
+        if name.split("/", maxsplit=1)[1] not in ELSEWHERE:
+            yield name, source
     # As they are built from a package.
-    yield "examples/CMakeLists.txt", read(ROOT, "cmake", "BVConnExamples.cmake")
+    yield "examples/CMakeLists.txt", read(HERE, "examples.cmake")
+
+
+def without_dead_links(files):
+    """In pages, a link to what the sources have and this package has not is its words alone. One that leads
+    nowhere in the sources either stays, for a test to find."""
+    folders = {os.path.dirname(name) for name in files}
+    for page in [name for name in files if name.endswith(".md")]:
+        def words(link, folder=os.path.dirname(page)):
+            target = os.path.normpath(os.path.join(folder, link.group(2)))
+            known = target in files or target in folders
+            lost = not known and os.path.exists(os.path.join(ROOT, target))
+            return link.group(1) if lost else link.group(0)
+        content = files[page] if isinstance(files[page], str) else files[page].decode()
+        files[page] = re.sub(r"\[([^\]]*)\]\(([^)#:\s]+)(?:#[^)\s]*)?\)", words, content)
 
 
 def tree(folder, above):
@@ -169,6 +189,7 @@ def main(out, *folders):
     path = os.path.join(out, name + ".zip")
     when = moment()
     files = dict(files_of(builds, version))
+    without_dead_links(files)
     with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as archive:
         for file, content in sorted(files.items()):
             if isinstance(content, str):

@@ -3,6 +3,8 @@
 #include <BVConn.h>
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
 namespace bvconn::test {
 namespace {
 
@@ -51,6 +53,50 @@ TEST_F(Typed, BuildsNodesWithWhatIsLeftOutInTheMiddleAndAtTheEnd) {
   value.Name(L"Inner");
   nodes.Append(value);
   EXPECT_EQ(nodes.ItemByName(L"Inner").Name(), L"Inner");
+}
+
+// What is no value of the interface's is refused by the compiler, and never becomes a truth value.
+template <class Type>
+constexpr bool kTaken = std::is_convertible_v<Type, com::Variant>;
+static_assert(kTaken<bool> && kTaken<double> && kTaken<float> && kTaken<const wchar_t*> &&
+              kTaken<std::wstring> && kTaken<com::SoapNode>);
+static_assert(kTaken<short> && kTaken<int> && kTaken<LONG> && kTaken<long long> &&
+              kTaken<unsigned> && kTaken<ULONG> && kTaken<unsigned long long>);
+static_assert(!kTaken<const char*> && !kTaken<char> && !kTaken<wchar_t> && !kTaken<IDispatch*> &&
+              !kTaken<void*> && !kTaken<std::nullptr_t> && !kTaken<const int*>);
+static_assert(!std::is_constructible_v<com::Variant, const char*>);
+static_assert(std::is_constructible_v<com::Variant, IDispatch*>);
+
+TEST_F(Typed, TakesEachNumberAsWhatItIs) {
+  const com::SoapNodes nodes = com::SoapNode::create().Nodes();
+  const auto kept = [&](const com::Variant& value) {
+    return nodes.Create(L"Value", value).Value();
+  };
+  EXPECT_EQ(kept(LONG{-7}).number(), -7);
+  EXPECT_EQ(kept(7u).number(), 7);
+  EXPECT_EQ(kept(ULONG{4'000'000'000}).real(), 4e9);
+  EXPECT_EQ(kept(-5'000'000'000LL).real(), -5e9);
+  EXPECT_EQ(kept(5'000'000'000ULL).real(), 5e9);
+  EXPECT_EQ(kept(0.5f).real(), 0.5);
+  EXPECT_EQ(kept(com::Variant::of_date(45000.25)).vt, VT_DATE);
+  EXPECT_EQ(kept(com::Variant::of_date(45000.25)).days(), 45000.25);
+}
+
+TEST_F(Typed, TakesAnObjectOfAnyLibrary) {
+  const com::SoapNode node = com::SoapNode::create();
+  const com::Variant same(node.get());
+  EXPECT_EQ(same.vt, VT_DISPATCH);
+  EXPECT_EQ(same.pdispVal, node.get());
+  EXPECT_EQ(com::Variant(static_cast<const VARIANT&>(same)).pdispVal, node.get());
+  EXPECT_FALSE(com::Variant(static_cast<IDispatch*>(nullptr)).is_object());
+}
+
+TEST_F(Typed, ShowsValuesInNoUsersLanguage) {
+  EXPECT_EQ(com::Variant(true).text(), L"True");
+  EXPECT_EQ(com::Variant(false).text(), L"False");
+  EXPECT_EQ(com::Variant(2.5).text(), L"2.5");
+  EXPECT_EQ(com::Variant(L"2.5").real(), 2.5);
+  EXPECT_TRUE(com::Variant(L"True").boolean());
 }
 
 TEST_F(Typed, ReadsAndWritesTheSession) {

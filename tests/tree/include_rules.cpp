@@ -460,8 +460,8 @@ Complaints check_third_party(const SourceFile& file) {
   for (const auto& include : includes_of(file.text)) {
     const Kind kind = kind_of(include);
     if (kind == Kind::kOwn || kind == Kind::kStandard) continue;
-    // These have nothing of the library but the registered component.
-    if (file.below("examples/windows/")) continue;
+    // These have nothing of the library but the registered component, or a package of it.
+    if (file.below("examples/windows/") || file.below("tests/windows_package/consumer/")) continue;
     const std::string header = "<" + include.target + ">";
     const auto* const windows =
         std::ranges::find(kWindowsHeaders, include.target, &WindowsHeader::name);

@@ -166,6 +166,10 @@ TEST(CheckThirdParty, HasOnePlaceForTheHeadersOfWindows) {
   }
   EXPECT_THAT(check_third_party(file("bvconn/component/windows/a.cpp", "#include <oleauto.h>\n")),
               ElementsAre(HasSubstr("is for bvconn/platform/windows/components.h only")));
+  // Programs as others write them.
+  for (const char* path : {"examples/windows/a.cpp", "tests/windows_package/consumer/a.cpp"}) {
+    EXPECT_THAT(check_third_party(file(path, text)), IsEmpty());
+  }
 }
 
 TEST(CheckThirdParty, KeepsTheLogicToTheStandardLibrary) {

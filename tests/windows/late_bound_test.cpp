@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+// Declares the entry points.
+#define BVCONN_ENTRY_POINTS
 #include "bvconn/component/abi.h"
 #include "bvconn/component/class_table.h"
 #include "bvconn/connectors/invoice/bv_invoice_connector.h"

@@ -1,6 +1,7 @@
 // accept.js LIBRARY REPORT SIZE ADDRESS [/https:ADDRESS] [/bad:ADDRESS] [/ca:FILE] [/session:WORD]
-// [/invoice:KEY]: registers BVConn.dll for the user, calls it, removes it, and writes what it saw to a
-// file. accept.cmd beside it says more, and runs it. The status is the count of steps that failed.
+// [/invoice:KEY]: registers BVConn.dll for the user, calls it, removes it, and writes what it sees to the
+// end of a file. accept.cmd beside it says more, runs it, and removes what is left where a step ends the
+// process. The status is the count of steps that failed.
 
 var shell = WScript.CreateObject("WScript.Shell");
 var files = WScript.CreateObject("Scripting.FileSystemObject");
@@ -25,19 +26,32 @@ var CLASSES = ["BVConnectorObject", "BVGenericConnector", "BVServices", "BVMetho
   "Support"];
 var INVOICES = "{B1D1DDEA-A3A5-4FD6-AE06-630F3CBF7E97}";
 
-// The report: each line is shown at once, and kept for the file.
-var lines = [], failures = 0;
+// The report is closed after each piece, so that it is there whatever a step does to this process. The
+// file has one byte for each letter, so that those which not every machine has are told by number.
+var failures = 0;
+function plain(text) {
+  return String(text).replace(/[^\x20-\x7E]/g, function (letter) {
+    return "\\u" + ("000" + letter.charCodeAt(0).toString(16)).slice(-4);
+  });
+}
+function write(text) {
+  var report = files.OpenTextFile(reportFile, 8, true);  // behind what is there
+  report.Write(text);
+  report.Close();
+}
 function say(text) {
   WScript.Echo(text);
-  lines.push(text);
+  write(plain(text) + "\r\n");
 }
 
-// A step says what it saw: by itself that it passed, thrown that it failed.
+// A step says what it saw: by itself that it passed, thrown that it failed. Its name is written before
+// it begins.
 function NotJudged(reason) { this.reason = reason; }
 function Failed(reason) { this.reason = reason; }
 function require_that(holds, reason) { if (!holds) throw new Failed(reason); }
 function step(name, action) {
   var outcome = "passed", seen;
+  write(name + ": ");
   try {
     seen = action();
   } catch (error) {
@@ -50,8 +64,8 @@ function step(name, action) {
       seen = error instanceof Failed ? error.reason : text_of(error);
     }
   }
-  say((outcome + "          ").substr(0, 11) + name + ": " + seen);
-  return outcome == "passed";
+  WScript.Echo(name + ": " + outcome + ", " + seen);
+  write(outcome + ", " + plain(seen) + "\r\n");
 }
 
 function number_of(error) {
@@ -74,10 +88,10 @@ function expanded(text) { return shell.ExpandEnvironmentStrings(text).replace(/\
 function run(command) {
   return shell.Run("cmd.exe /s /c \"" + command + "\"", 0, true);
 }
-// By the script beside this one, since nothing else is sure to wait for a program with windows.
-function regsvr32(switches) {
-  return run("\"" + files.GetParentFolderName(WScript.ScriptFullName) + "\\accept.cmd\" /regsvr32 \"" +
-             library + "\" \"" + switches + "\"");
+// By the script beside this one, which keeps in mind what there is to remove. It is regsvr32's status.
+function regsvr32(what, whom) {
+  return run("\"" + files.GetParentFolderName(WScript.ScriptFullName) + "\\accept.cmd\" /" + what +
+             " " + whom);
 }
 
 // The names of all keys of classes, interfaces and type libraries below a root.
@@ -159,7 +173,7 @@ step("the registry before", function () {
 
 if (was_there.length == 0) {
   step("registering for the user", function () {
-    var status = regsvr32("/n /i:user");
+    var status = regsvr32("register", "user");
     require_that(status == 0, "regsvr32 ends with " + status);
     var key = root + "\\Software\\Classes\\CLSID\\" + INVOICES + "\\";
     require_that(value_of(key + "InprocServer32\\").toLowerCase() == library.toLowerCase(),
@@ -175,7 +189,7 @@ if (was_there.length == 0) {
   if (wine || elevated) {
     step("registering for the machine", function () {
       root = "HKEY_LOCAL_MACHINE";
-      var status = regsvr32("");
+      var status = regsvr32("register", "machine");
       require_that(status == 0, "regsvr32 ends with " + status);
       return "as " + (wine ? "wine" : "an elevated process") +
           " does not look at the user's own classes";
@@ -245,8 +259,8 @@ if (was_there.length == 0) {
   });
 
   step("removing all", function () {
-    var statuses = [regsvr32("/u /n /i:user")];
-    if (root == "HKEY_LOCAL_MACHINE") statuses.push(regsvr32("/u"));
+    var statuses = [regsvr32("remove", "user")];
+    if (root == "HKEY_LOCAL_MACHINE") statuses.push(regsvr32("remove", "machine"));
     for (var i = 0; i < statuses.length; ++i) {
       require_that(statuses[i] == 0, "regsvr32 ends with " + statuses[i]);
     }
@@ -278,7 +292,5 @@ if (was_there.length == 0) {
 
 say("");
 say(failures == 0 ? "Nothing failed." : failures + " steps failed.");
-var report = files.CreateTextFile(reportFile, true);
-report.Write(lines.join("\r\n") + "\r\n");
-report.Close();
+files.DeleteFile(reportFile + ".open");
 WScript.Quit(failures);

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#define BVCONN_ENTRY_POINTS
 #include "bvconn/component/abi.h"
 
 using namespace bvconn::component;
