@@ -1,9 +1,6 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/file.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -13,10 +10,12 @@
 #include <vector>
 
 #include "bvconn/platform/error.h"
+#include "bvconn/platform/file_state.h"
 #include "bvconn/platform/files.h"
 #include "bvconn/platform/logging/append_file.h"
 #include "bvconn/platform/logging/own_logger.h"
 #include "bvconn/platform/logging/session_logger.h"
+#include "files/log_processes.h"
 #include "files/temp_folder.h"
 
 namespace bvconn {
@@ -24,10 +23,13 @@ namespace {
 
 using files_test::bytes_of;
 using files_test::exists;
+using files_test::kLinesOfEach;
+using files_test::kProcesses;
 using files_test::lines_of;
 using files_test::put_bytes;
 using files_test::ScopedEnvironment;
 using files_test::TempFolder;
+using files_test::write_from_processes;
 using testing::ElementsAre;
 
 std::uint64_t bound_from(const char* text) {
@@ -88,17 +90,6 @@ TEST(LogBound, ALineThatIsLongerStandsAlone) {
   EXPECT_FALSE(exists(path + ".1")) << "an empty file was put aside";
 }
 
-TEST(LogBound, MovesTheFileAndNotTheLinkToIt) {
-  const TempFolder folder;
-  const std::string path = folder.file("link.log");
-  std::filesystem::create_symlink(folder.file("real.log"), path);
-  append_to_file(path, "one\n", 4);
-  append_to_file(path, "two\n", 4);
-  EXPECT_TRUE(std::filesystem::is_symlink(path));
-  EXPECT_EQ(bytes_of(folder.file("real.log")), "two\n");
-  EXPECT_EQ(bytes_of(folder.file("real.log.1")), "one\n");
-}
-
 TEST(LogBound, GoesWhereTheFileCannotBePutAside) {
   const TempFolder folder;
   const std::string path = folder.file("a.log");
@@ -119,8 +110,8 @@ TEST(LogBound, IsNoReasonToWaitForAWriterThatWasStopped) {
   const TempFolder folder;
   const std::string path = folder.file("a.log");
   append_to_file(path, "one\n", 4);
-  const detail::Descriptor stopped(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  ASSERT_EQ(::flock(stopped.get(), LOCK_EX), 0);
+  const detail::OpenedFile stopped = detail::open_file(path, O_RDONLY);
+  ASSERT_EQ(detail::try_lock(stopped.file.get(), detail::FileHold::kAlone), 0);
   const auto start = std::chrono::steady_clock::now();
   EXPECT_TRUE(try_append_to_file(path, "two\n", 4));
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
@@ -154,33 +145,6 @@ TEST(LogBound, HoldsForLinesThatAreWrittenTogether) {
   EXPECT_EQ(lines_of(folder.file("a.log")).size(), 1U);
 }
 
-constexpr int kProcesses = 4;
-constexpr int kLinesOfEach = 3000;
-
-/// Each process writes its numbered lines, the long ones a page and more.
-void write_from_processes(const std::string& path, std::uint64_t max_bytes) {
-  std::array<pid_t, kProcesses> children{};
-  for (int process = 0; process < kProcesses; ++process) {
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      for (int i = 0; i < kLinesOfEach; ++i) {
-        const auto length = static_cast<std::size_t>(i % 50 == 0 ? 5000 : 20 + i % 30);
-        const std::string line = std::to_string(process) + " " + std::to_string(i) + " " +
-                                 std::string(length, static_cast<char>('a' + process)) + "\n";
-        if (!try_append_to_file(path, line, max_bytes)) ::_exit(1);
-      }
-      ::_exit(0);
-    }
-    children[static_cast<std::size_t>(process)] = child;
-  }
-  for (const pid_t child : children) {
-    int status = -1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "a line was not written";
-  }
-}
-
 /// The numbers of the lines of each process, in the order of the files; torn ones are failures.
 std::array<std::vector<int>, kProcesses> numbers_in(const std::vector<std::string>& files) {
   std::array<std::vector<int>, kProcesses> numbers;
@@ -193,8 +157,7 @@ std::array<std::vector<int>, kProcesses> numbers_in(const std::vector<std::strin
         ADD_FAILURE() << "torn: " << line.substr(0, 80);
         continue;
       }
-      const auto length = static_cast<std::size_t>(number % 50 == 0 ? 5000 : 20 + number % 30);
-      EXPECT_EQ(line.substr(text), std::string(length, static_cast<char>('a' + process)));
+      EXPECT_EQ(line + "\n", files_test::line_of(static_cast<int>(process), number));
       numbers[process].push_back(number);
     }
   }

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <thread>
 
 #include "bvconn/platform/settings/registry_access.h"
 #include "files/temp_folder.h"
@@ -41,5 +44,27 @@ inline constexpr std::string_view kTraceSwitch =
     R"(HKCU\Software\Brimvale\Torvex\appData\TraceSoapTraffic)";
 inline constexpr auto kMachine = SettingsRoot::kLocalMachine;
 inline constexpr auto kUser = SettingsRoot::kCurrentUser;
+
+inline std::string settings_with(std::string_view port) {
+  return "['" + std::string(kAppData) + "']\ntracePort = \"" + std::string(port) + "\"\n";
+}
+
+/// Writes over what is there, so that the file stays the same one.
+inline void overwrite(const std::string& path, std::string_view bytes) {
+  put_bytes(path, bytes);
+}
+
+class ChangedSettings : public SettingsFixture {
+ protected:
+  static std::string port() { return settings()->ReadString(kUser, kAppData, "tracePort"); }
+
+  /// A file that has not changed for so long that its stamp is trusted, and that was read since.
+  void put_old_file(std::string_view known_port) {
+    put_user(settings_with(known_port));
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    ASSERT_EQ(port(), known_port);
+    ASSERT_EQ(port(), known_port);
+  }
+};
 
 }  // namespace bvconn::files_test

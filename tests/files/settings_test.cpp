@@ -289,20 +289,5 @@ TEST_F(SettingsFiles, TheFileIsReadAtEachUse) {
   EXPECT_EQ(access->ReadString(kUser, kAppData, "TraceSoapTraffic"), "True");
 }
 
-TEST_F(SettingsFiles, WithoutVariablesTheUsersFileLiesInTheConfigurationFolder) {
-  const ScopedEnvironment no_file("BVCONN_USER_SETTINGS", "");
-  const ScopedEnvironment home("HOME", folder_.file("home"));
-  {
-    const ScopedEnvironment config("XDG_CONFIG_HOME", folder_.file("config"));
-    settings()->Write(kTraceSwitch, std::string("in config"), "REG_SZ");
-  }
-  const ScopedEnvironment no_config("XDG_CONFIG_HOME", nullptr);
-  settings()->Write(kTraceSwitch, std::string("in home"), "REG_SZ");
-  EXPECT_TRUE(bytes_of(folder_.file("config/bvconn/settings.toml")).find("in config") !=
-              std::string::npos);
-  EXPECT_TRUE(bytes_of(folder_.file("home/.config/bvconn/settings.toml")).find("in home") !=
-              std::string::npos);
-}
-
 }  // namespace
 }  // namespace bvconn::files_test

@@ -1,8 +1,5 @@
-#include <sys/wait.h>
-#include <unistd.h>
-
+#include <atomic>
 #include <thread>
-#include <vector>
 
 #include "files/settings_fixture.h"
 
@@ -10,14 +7,6 @@ namespace bvconn::files_test {
 namespace {
 
 using SettingsWrite = SettingsFixture;
-
-TEST_F(SettingsWrite, MakesFileAndFoldersForTheOwnerAlone) {
-  settings()->Write(kTraceSwitch, std::int64_t{0}, "");
-  EXPECT_TRUE(settings()->Exists(kTraceSwitch));
-  EXPECT_EQ(settings()->ReadString(kUser, kAppData, "TraceSoapTraffic"), "0");
-  EXPECT_EQ(mode_of(folder_.file("user")), 0700U);
-  EXPECT_EQ(mode_of(user()), 0600U);
-}
 
 TEST_F(SettingsWrite, TheFormIsATableWithTheKeyAsItsName) {
   settings()->Write(R"(HKCU\Soft\App\port)", std::string("8888"), "REG_SZ");
@@ -108,69 +97,6 @@ TEST_F(SettingsWrite, ATableIsNeverReplacedByAValue) {
       hex_number(error_of([] { settings()->Write(R"(HKCU\k\v)", std::int64_t{5}, ""); }).number),
       "0x80041002");
   EXPECT_EQ(bytes_of(user()), "k = 1\n");
-}
-
-TEST_F(SettingsWrite, AFolderThatCannotBeMadeIsNamed) {
-  put_bytes(folder_.file("user"), "a file");
-  const Error error = error_of([] { settings()->Write(kTraceSwitch, std::int64_t{0}, ""); });
-  EXPECT_EQ(hex_number(error.number), "0x80041002");
-  EXPECT_EQ(error.source, "RegistryAccess");
-  EXPECT_EQ(error.description,
-            "Cannot lock the settings file \"" + user() + ".lock\": Not a directory");
-}
-
-TEST_F(SettingsWrite, AUserWithoutAHomeCannotWrite) {
-  const ScopedEnvironment file("BVCONN_USER_SETTINGS", nullptr);
-  const ScopedEnvironment config("XDG_CONFIG_HOME", nullptr);
-  const ScopedEnvironment home("HOME", nullptr);
-  EXPECT_FALSE(settings()->Exists(kTraceSwitch));
-  const Error error = error_of([] { settings()->Write(kTraceSwitch, std::int64_t{0}, ""); });
-  EXPECT_EQ(hex_number(error.number), "0x80041002");
-}
-
-TEST_F(SettingsWrite, ASymbolicLinkStaysAndItsTargetIsWritten) {
-  put_machine("a = 1\n");
-  std::filesystem::create_directories(folder_.file("user"));
-  std::filesystem::create_symlink("../machine/settings.toml", user());
-  settings()->Write(R"(HKCU\k\v)", std::int64_t{5}, "");
-  EXPECT_TRUE(std::filesystem::is_symlink(user()));
-  EXPECT_EQ(bytes_of(machine()), "a = 1\n\n[k]\nv = 5\n");
-}
-
-TEST_F(SettingsWrite, PermissionsOfAFileThatIsThereAreKept) {
-  put_machine("a = 1\n");
-  std::filesystem::permissions(machine(), std::filesystem::perms(0644));
-  settings()->Write(R"(HKLM\k\v)", std::int64_t{5}, "");
-  EXPECT_EQ(mode_of(machine()), 0644U);
-}
-
-TEST_F(SettingsWrite, TwoProcessesThatWriteLoseNothing) {
-  constexpr int kValues = 60;
-  const auto write_all = [](std::string_view key) {
-    for (int i = 0; i < kValues; ++i) {
-      const std::string path = "HKCU\\" + std::string(key) + "\\v" + std::to_string(i);
-      make_settings_files()->Write(path, std::int64_t{i}, "");
-    }
-  };
-  const pid_t child = ::fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
-    try {
-      write_all("child");
-    } catch (const Error&) {
-      ::_exit(1);
-    }
-    ::_exit(0);
-  }
-  write_all("parent");
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
-  for (int i = 0; i < kValues; ++i) {
-    const std::string name = "v" + std::to_string(i);
-    EXPECT_EQ(settings()->ReadString(kUser, "child", name), std::to_string(i));
-    EXPECT_EQ(settings()->ReadString(kUser, "parent", name), std::to_string(i));
-  }
 }
 
 TEST_F(SettingsWrite, TwoThreadsThatWriteLoseNothing) {

@@ -1,5 +1,6 @@
 #include "support/tls_server.h"
 
+#include <openssl/ec.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
@@ -41,6 +42,20 @@ void add_extension(X509* certificate, int kind, const char* value) {
   check(X509_add_ext(certificate, extension.get(), -1) == 1, "extension");
 }
 
+// Whether neither of the two numbers of a signature begins with a zero byte. Of one in 128 one does,
+// and there are clients that take it for another signature then: the Windows of wine among them.
+bool is_of_whole_numbers(const X509& certificate) {
+  constexpr int kBytes = 32;
+  const ASN1_BIT_STRING* bits = nullptr;
+  X509_get0_signature(&bits, nullptr, &certificate);
+  const unsigned char* data = ASN1_STRING_get0_data(bits);
+  const Owned<ECDSA_SIG, ECDSA_SIG_free> signature(
+      d2i_ECDSA_SIG(nullptr, &data, ASN1_STRING_length(bits)));
+  check(signature != nullptr, "signature");
+  return BN_num_bytes(ECDSA_SIG_get0_r(signature.get())) == kBytes &&
+         BN_num_bytes(ECDSA_SIG_get0_s(signature.get())) == kBytes;
+}
+
 void write_identity(const TlsNames& names, const std::string& certificate_file,
                     const std::string& key_file) {
   const Owned<EVP_PKEY, EVP_PKEY_free> key(EVP_EC_gen("P-256"));
@@ -57,7 +72,9 @@ void write_identity(const TlsNames& names, const std::string& certificate_file,
   X509_set_issuer_name(certificate.get(), name);
   add_extension(certificate.get(), NID_subject_alt_name, names.names.c_str());
   add_extension(certificate.get(), NID_basic_constraints, "critical,CA:TRUE");
-  check(X509_sign(certificate.get(), key.get(), EVP_sha256()) != 0, "signature");
+  do {
+    check(X509_sign(certificate.get(), key.get(), EVP_sha256()) != 0, "signature");
+  } while (!is_of_whole_numbers(*certificate));
 
   std::FILE* file = open_for_writing(certificate_file);
   check(PEM_write_X509(file, certificate.get()) == 1, "certificate file");

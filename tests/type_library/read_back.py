@@ -1,6 +1,7 @@
-"""read_back.py PROCESSOR SOURCE_DIR BUILD_DIR BVCONN: makes a type library of the interface definition as
-a build for Windows does, lets Windows' own functions read it (those of wine, here), and compares what
-they find with `bvconn list --json`. PROCESSOR is x86_64 or i686. Ends with 77 where a tool is missing."""
+"""read_back.py PROCESSOR SOURCE_DIR BUILD_DIR BVCONN [FILE…]: lets Windows' own functions (those of wine,
+here) read a type library, and compares what they find with `bvconn list --json`: in each FILE, which a
+build for Windows made, or in one that it makes of the interface definition as such a build does.
+PROCESSOR is x86_64 or i686. Ends with 77 where a tool is missing."""
 
 import json
 import os
@@ -11,7 +12,7 @@ import time
 
 import facts
 
-PROCESSOR, SOURCE, BUILD, BVCONN = sys.argv[1:5]
+PROCESSOR, SOURCE, BUILD, BVCONN, *FILES = sys.argv[1:]
 HERE = os.path.join(SOURCE, "tests", "type_library")
 IDL = os.path.join(SOURCE, "bvconn", "component", "windows", "BVConn.idl")
 WINE = os.environ.get("BVCONN_WINE", "/usr/lib/wine/wine64")
@@ -35,6 +36,15 @@ def compiled(widl, name):
                    env={**os.environ, "WIDL_TIME_OVERRIDE": "0"})
     with open(path, "rb") as file:
         return file.read()
+
+
+def made_library():
+    widl = tool("widl")
+    first = compiled(widl, "again.tlb")
+    time.sleep(1.1)
+    if compiled(widl, "BVConn.tlb") != first:
+        sys.exit("the same definition gives another type library a second later")
+    return "BVConn.tlb"
 
 
 def run(program, *arguments):
@@ -69,13 +79,10 @@ def in_one_spelling(outside, classes):
 
 def main():
     os.makedirs(BUILD, exist_ok=True)
-    widl, compiler = tool("widl"), tool("g++-posix")
-    first = compiled(widl, "again.tlb")
-    time.sleep(1.1)
-    if compiled(widl, "BVConn.tlb") != first:
-        sys.exit("the same definition gives another type library a second later")
+    compiler = tool("g++-posix")
+    files = ["Z:" + os.path.abspath(each) for each in FILES] or [made_library()]
     if not os.access(WINE, os.X_OK):
-        skip(f"the type library is made; there is no {WINE} here to read it")
+        skip(f"there is no {WINE} here to read the type library")
     program = os.path.join(BUILD, "list_type_library.exe")
     subprocess.run([compiler, "-std=c++20", "-O1", "-Wall", "-Wextra", "-Wconversion", "-Wshadow",
                     "-Werror", "-static", "-DUNICODE", "-DWIN32_LEAN_AND_MEAN", "-I", SOURCE, "-o",
@@ -84,18 +91,22 @@ def main():
                    check=True)
     # Without a file it asks for one, with the status 2.
     if run(program).returncode != 2 and PROCESSOR == "i686":
-        skip("the type library is made; this wine runs no programs of 32 bits to read it")
-    answer = run(program, "BVConn.tlb")
-    if answer.returncode != 0:
-        sys.exit(f"list_type_library ended with {answer.returncode}")
+        skip("this wine runs no programs of 32 bits to read the type library")
     classes = json.loads(subprocess.check_output([BVCONN, "list", "--json"]))
     ids = os.path.join(SOURCE, "tests", "component", "identifiers.txt")
     outside = facts.outside_facts(os.path.join(HERE, "outside_members.txt"), facts.identifiers(ids))
     in_one_spelling(outside, classes)
     wanted = {**facts.expected(classes, ids), **outside}
+    return max(compare(program, each, wanted) for each in files)
+
+
+def compare(program, file, wanted):
+    answer = run(program, file)
+    if answer.returncode != 0:
+        sys.exit(f"list_type_library ended with {answer.returncode} for {file}")
     found = list(facts.differences(facts.listed(answer.stdout), wanted))
-    print(f"{sum(map(len, wanted.values()))} facts under {len(wanted)} headings are the same"
-          if not found else "\n".join(found))
+    same = f"{sum(map(len, wanted.values()))} facts under {len(wanted)} headings are the same"
+    print(os.path.basename(file) + ": " + ("\n".join(found) or same))
     return 1 if found else 0
 
 

@@ -187,6 +187,78 @@ TEST_F(AServiceComponent, IsNotGivenAPlaceForItsTextWhereItTakesAValue) {
   script_.type_info->Release();
 }
 
+// As a type library has it: with a result, and flags of that one more argument.
+ITypeInfo* described_in_library(VARTYPE result, VARTYPE referred, USHORT flags) {
+  TYPEDESC pointed{};
+  pointed.vt = referred;
+  ELEMDESC arguments[2] = {};
+  arguments[0].tdesc.vt = VT_BSTR;
+  arguments[0].paramdesc.wParamFlags = PARAMFLAG_FIN;
+  arguments[1].tdesc.vt = VT_PTR;
+  arguments[1].tdesc.lptdesc = &pointed;
+  arguments[1].paramdesc.wParamFlags = flags;
+  FUNCDESC function{};
+  function.memid = 1;
+  function.funckind = FUNC_DISPATCH;
+  function.invkind = INVOKE_FUNC;
+  function.callconv = CC_STDCALL;
+  function.cParams = 2;
+  function.lprgelemdescParam = arguments;
+  function.elemdescFunc.tdesc.vt = result;
+  ICreateTypeLib2* library = nullptr;
+  ICreateTypeInfo* made = nullptr;
+  ITypeInfo* info = nullptr;
+  constexpr SYSKIND kKind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
+  EXPECT_HRESULT_SUCCEEDED(::CreateTypeLib2(kKind, L"never written.tlb", &library));
+  EXPECT_HRESULT_SUCCEEDED(
+      library->CreateTypeInfo(const_cast<wchar_t*>(L"IProbe"), TKIND_DISPATCH, &made));
+  EXPECT_HRESULT_SUCCEEDED(made->AddFuncDesc(0, &function));
+  EXPECT_HRESULT_SUCCEEDED(made->LayOut());
+  EXPECT_HRESULT_SUCCEEDED(
+      made->QueryInterface(__uuidof(ITypeInfo), reinterpret_cast<void**>(&info)));
+  made->Release();
+  library->Release();
+  return info;
+}
+
+TEST_F(AServiceComponent, GivesItsTextInAnArgumentThatMayBeLeftOutWhereItHasNoResult) {
+  for (const VARTYPE type : {VARTYPE{VT_BSTR}, VARTYPE{VT_VARIANT}}) {
+    script_.type_info = described_in_library(VT_VOID, type, PARAMFLAG_FIN | PARAMFLAG_FOPT);
+    script_.invoke = [type](const Called& called) {
+      // Left out, it would give no text, and nothing would tell.
+      EXPECT_EQ(called.parameters->cArgs, 2U);
+      if (called.parameters->cArgs != 2) return S_OK;
+      VARIANTARG& given = called.parameters->rgvarg[0];
+      EXPECT_EQ(given.vt, VT_BYREF | type);
+      if (type == VT_BSTR) {
+        *given.pbstrVal = ::SysAllocString(L"text");
+      } else {
+        given.pvarVal->vt = VT_BSTR;
+        given.pvarVal->bstrVal = ::SysAllocString(L"text");
+      }
+      return S_OK;
+    };
+    const auto object = make();
+    EXPECT_EQ(ask(*object, {"key"}), "text");
+    EXPECT_EQ(ask(*object, {"key"}), "text");
+    script_.type_info->Release();
+  }
+  EXPECT_EQ(script_.calls, 4);
+}
+
+// As a function has it whose arguments are all references unless told otherwise.
+TEST_F(AServiceComponent, IsNotGivenAPlaceForItsTextWhereItHasAResult) {
+  script_.type_info = described_in_library(VT_BSTR, VT_VARIANT, PARAMFLAG_FIN | PARAMFLAG_FOPT);
+  script_.invoke = [](const Called& called) {
+    EXPECT_EQ(called.parameters->cArgs, 1U);
+    called.gives(L"text");
+    return S_OK;
+  };
+  EXPECT_EQ(ask(*make(), {"key"}), "text");
+  EXPECT_EQ(script_.calls, 1);
+  script_.type_info->Release();
+}
+
 TEST_F(AServiceComponent, TakesEachValueByItsOwnType) {
   script_.invoke = [](const Called& called) {
     const VARIANTARG* const given = called.parameters->rgvarg;
@@ -550,6 +622,19 @@ TEST_F(AServiceComponent, IsNoneWhereNoneIsRegistered) {
   EXPECT_EQ(error_of([&] { object->invoke("Ask", {}, false); }).number,
             error_numbers::kBadUrlOrHeader)
       << "it is the form over HTTP, which has no address here";
+}
+
+TEST_F(AServiceComponent, IsNotTakenForNoneWhereTheSystemCannotTell) {
+  EXPECT_TRUE(detail::is_registered("Probe", S_OK));
+  EXPECT_FALSE(detail::is_registered("Probe", CO_E_CLASSSTRING));
+  EXPECT_FALSE(detail::is_registered("Probe", REGDB_E_CLASSNOTREG));
+  for (const HRESULT result : {E_ACCESSDENIED, E_OUTOFMEMORY, REGDB_E_READREGDB}) {
+    const Error error = error_of([&] { detail::is_registered("Probe", result); });
+    EXPECT_EQ(error.number, result);
+    EXPECT_EQ(error.source, "Probe");
+    EXPECT_EQ(error.outcome, Outcome::kNotSent);
+    EXPECT_TRUE(has(error.description, "TorvexLib.Probe is registered: ")) << error.description;
+  }
 }
 
 TEST_F(AServiceComponent, IsNoneWhereItIsThereForProgramsOfTheOtherKindAlone) {

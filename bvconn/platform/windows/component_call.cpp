@@ -1,5 +1,6 @@
 #include "bvconn/platform/windows/component_call.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <utility>
@@ -61,19 +62,34 @@ VARTYPE referred_type(const TYPEDESC& type) {
   return static_cast<VARTYPE>(type.vt & ~VT_BYREF);
 }
 
+bool has_flag(const ELEMDESC& argument, USHORT flag) {
+  return (argument.paramdesc.wParamFlags & flag) != 0;
+}
+
+bool gives_a_value(const FUNCDESC& function) {
+  const VARTYPE type = function.elemdescFunc.tdesc.vt;
+  if (type != VT_VOID && type != VT_HRESULT && type != VT_EMPTY) return true;
+  const ELEMDESC* const arguments = function.lprgelemdescParam;
+  return std::any_of(arguments, arguments + function.cParams, [](const ELEMDESC& argument) {
+    return has_flag(argument, PARAMFLAG_FRETVAL);
+  });
+}
+
 // Of a description of a function, whose last argument may be where the text goes.
 TextPlace place_in(const FUNCDESC& function, std::size_t arguments) {
   std::size_t taken = 0;
+  const ELEMDESC* last = nullptr;
   for (SHORT index = 0; index < function.cParams; ++index) {
-    constexpr USHORT kNotPassed = PARAMFLAG_FRETVAL | PARAMFLAG_FLCID;
-    if ((function.lprgelemdescParam[index].paramdesc.wParamFlags & kNotPassed) == 0) ++taken;
+    const ELEMDESC& argument = function.lprgelemdescParam[index];
+    if (has_flag(argument, PARAMFLAG_FRETVAL | PARAMFLAG_FLCID)) continue;
+    ++taken;
+    last = &argument;
   }
   if (taken == arguments) return TextPlace::kResult;
   if (taken != arguments + 1) return TextPlace::kUnknown;
-  const ELEMDESC& last = function.lprgelemdescParam[function.cParams - 1];
-  // One that may be left out, or is a value, is no place for a text.
-  if ((last.paramdesc.wParamFlags & PARAMFLAG_FOPT) != 0) return TextPlace::kUnknown;
-  switch (referred_type(last.tdesc)) {
+  // One that may be left out is a place for a text where there is no other.
+  if (has_flag(*last, PARAMFLAG_FOPT) && gives_a_value(function)) return TextPlace::kUnknown;
+  switch (referred_type(last->tdesc)) {
     case VT_EMPTY:
       return TextPlace::kUnknown;
     case VT_BSTR:

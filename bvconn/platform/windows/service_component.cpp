@@ -1,7 +1,6 @@
 #include "bvconn/platform/windows/service_component.h"
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -156,14 +155,6 @@ class ServiceComponent final : public ServiceObject {
   std::vector<Member> known_;
 };
 
-/// The class that a program identifier stands for; nothing where nobody has registered it.
-std::optional<CLSID> class_of(std::string_view name) {
-  CLSID id{};
-  const HRESULT result = ::CLSIDFromProgID(wide(program_id(name)).c_str(), &id);
-  if (SUCCEEDED(result)) return id;
-  return std::nullopt;
-}
-
 /// A class that the registry does not have either is there for programs of the other kind.
 bool is_of_other_kind(const CLSID& id, HRESULT result) {
   if (result != REGDB_E_CLASSNOTREG) return false;
@@ -188,20 +179,32 @@ bool is_of_other_kind(const CLSID& id, HRESULT result) {
 
 }  // namespace
 
+// What goes to a component must not go over HTTP because the registry could not be read.
+bool is_registered(std::string_view name, HRESULT result) {
+  if (SUCCEEDED(result)) return true;
+  if (result == CO_E_CLASSSTRING || result == REGDB_E_CLASSNOTREG) return false;
+  Error error(result, name,
+              "Cannot find out whether the component " + program_id(name) +
+                  " is registered: " + result_text(result));
+  error.outcome = Outcome::kNotSent;
+  throw Error(error);
+}
+
 std::shared_ptr<ServiceObject> make_service_component(std::string_view name) {
-  const std::optional<CLSID> id = class_of(name);
-  if (!id) return nullptr;
+  CLSID id{};
+  const HRESULT found = ::CLSIDFromProgID(wide(program_id(name)).c_str(), &id);
+  if (!is_registered(name, found)) return nullptr;
   std::shared_ptr<Apartment> apartment = Apartment::of_thread();
   apartment->release_left();
   IDispatch* object = nullptr;
   constexpr DWORD kAnywhere = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER;
   const HRESULT result = call_component(name, [&] {
-    return ::CoCreateInstance(*id, nullptr, kAnywhere, __uuidof(IDispatch),
+    return ::CoCreateInstance(id, nullptr, kAnywhere, __uuidof(IDispatch),
                               reinterpret_cast<void**>(&object));
   });
-  if (is_of_other_kind(*id, result)) return nullptr;
-  if (FAILED(result)) fail_making(name, *id, result);
-  if (object == nullptr) fail_making(name, *id, E_POINTER);
+  if (is_of_other_kind(id, result)) return nullptr;
+  if (FAILED(result)) fail_making(name, id, result);
+  if (object == nullptr) fail_making(name, id, E_POINTER);
   return std::make_shared<ServiceComponent>(name, std::move(apartment), object);
 }
 
