@@ -189,17 +189,20 @@ TEST(TryLock, GoesWithTheFile) {
   EXPECT_EQ(try_lock(second.file.get(), FileHold::kShared), 0);
 }
 
-TEST(RenameFile, TakesThePlaceOfOneThatIsOpen) {
+// There are systems on which nothing takes the place of a file that is open.
+TEST(RenameFile, WaitsForAReaderThatIsDoneSoon) {
   const TempFolder folder;
   put_bytes(folder.file("old"), "old");
   put_bytes(folder.file("new"), "new");
-  const OpenedFile reader = open_file(folder.file("old"), O_RDONLY);
+  OpenedFile reader = open_file(folder.file("old"), O_RDONLY);
+  std::thread done([&reader] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    reader.file.close();
+  });
   EXPECT_EQ(rename_file(folder.file("new"), folder.file("old")), 0);
   EXPECT_EQ(bytes_of(folder.file("old")), "new");
   EXPECT_FALSE(exists(folder.file("new")));
-  char bytes[8] = {};
-  EXPECT_EQ(read_some(reader.file.get(), bytes, 8), 3);
-  EXPECT_EQ(std::string(bytes), "old") << "whoever has it open reads on";
+  done.join();
 }
 
 TEST(RenameFile, SaysWhyItCannot) {

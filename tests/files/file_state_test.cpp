@@ -72,5 +72,18 @@ TEST(StateWithoutTimes, OfNothingIsNothingAndTheSystemSaysWhy) {
   EXPECT_EQ(errno, EBADF);
 }
 
+TEST(RenameFile, TakesThePlaceOfOneThatIsOpen) {
+  const TempFolder folder;
+  put_bytes(folder.file("old"), "old");
+  put_bytes(folder.file("new"), "new");
+  const OpenedFile reader = open_file(folder.file("old"), O_RDONLY);
+  EXPECT_EQ(rename_file(folder.file("new"), folder.file("old")), 0);
+  EXPECT_EQ(files_test::bytes_of(folder.file("old")), "new");
+  EXPECT_FALSE(files_test::exists(folder.file("new")));
+  char bytes[8] = {};
+  EXPECT_EQ(read_some(reader.file.get(), bytes, 8), 3);
+  EXPECT_EQ(std::string(bytes), "old") << "whoever has it open reads on";
+}
+
 }  // namespace
 }  // namespace bvconn::detail

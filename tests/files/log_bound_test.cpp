@@ -2,12 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "bvconn/platform/error.h"
 #include "bvconn/platform/file_state.h"
@@ -15,7 +11,6 @@
 #include "bvconn/platform/logging/append_file.h"
 #include "bvconn/platform/logging/own_logger.h"
 #include "bvconn/platform/logging/session_logger.h"
-#include "files/log_processes.h"
 #include "files/temp_folder.h"
 
 namespace bvconn {
@@ -23,13 +18,10 @@ namespace {
 
 using files_test::bytes_of;
 using files_test::exists;
-using files_test::kLinesOfEach;
-using files_test::kProcesses;
 using files_test::lines_of;
 using files_test::put_bytes;
 using files_test::ScopedEnvironment;
 using files_test::TempFolder;
-using files_test::write_from_processes;
 using testing::ElementsAre;
 
 std::uint64_t bound_from(const char* text) {
@@ -143,69 +135,6 @@ TEST(LogBound, HoldsForLinesThatAreWrittenTogether) {
   EXPECT_LE(bytes_of(folder.file("a.log.1")).size(), 300U);
   EXPECT_EQ(lines_of(folder.file("a.log.1")).size(), 4U);
   EXPECT_EQ(lines_of(folder.file("a.log")).size(), 1U);
-}
-
-/// The numbers of the lines of each process, in the order of the files; torn ones are failures.
-std::array<std::vector<int>, kProcesses> numbers_in(const std::vector<std::string>& files) {
-  std::array<std::vector<int>, kProcesses> numbers;
-  for (const std::string& file : files) {
-    for (const std::string& line : lines_of(file)) {
-      const auto process = static_cast<std::size_t>(line.at(0) - '0');
-      const std::size_t text = line.find(' ', 2) + 1;
-      const int number = process < kProcesses && text > 2 ? std::stoi(line.substr(2)) : -1;
-      if (number < 0) {
-        ADD_FAILURE() << "torn: " << line.substr(0, 80);
-        continue;
-      }
-      EXPECT_EQ(line + "\n", files_test::line_of(static_cast<int>(process), number));
-      numbers[process].push_back(number);
-    }
-  }
-  return numbers;
-}
-
-TEST(LogOfFourProcesses, HasEveryLineWholeAndInOrderWithoutABound) {
-  const TempFolder folder;
-  const std::string path = folder.file("a.log");
-  write_from_processes(path, 0);
-  EXPECT_FALSE(exists(path + ".1"));
-  for (const auto& numbers : numbers_in({path})) {
-    ASSERT_EQ(numbers.size(), static_cast<std::size_t>(kLinesOfEach));
-    EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
-  }
-}
-
-TEST(LogOfFourProcesses, HasEveryLineInTheTwoFilesWhereOneWasPutAside) {
-  const TempFolder folder;
-  const std::string path = folder.file("a.log");
-  // All together write about 1.7 MB: one file is put aside, and a second one is not needed.
-  write_from_processes(path, 1'200'000);
-  EXPECT_TRUE(exists(path + ".1"));
-  for (const auto& numbers : numbers_in({path + ".1", path})) {
-    ASSERT_EQ(numbers.size(), static_cast<std::size_t>(kLinesOfEach));
-    EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
-  }
-}
-
-TEST(LogOfFourProcesses, LosesNothingButWhatWasPutAsideTwice) {
-  const TempFolder folder;
-  const std::string path = folder.file("a.log");
-  write_from_processes(path, 30'000);
-  EXPECT_GT(bytes_of(path + ".1").size(), 15'000U);
-  // A few lines more may come in while several writers see that there is room for one.
-  EXPECT_LT(bytes_of(path + ".1").size(), 60'000U);
-  int seen = 0;
-  for (const auto& numbers : numbers_in({path + ".1", path})) {
-    // What is there of a process is the end of what it wrote, without a gap.
-    for (std::size_t i = 1; i < numbers.size(); ++i) {
-      ASSERT_EQ(numbers[i], numbers[i - 1] + 1);
-    }
-    if (!numbers.empty()) {
-      EXPECT_EQ(numbers.back(), kLinesOfEach - 1);
-      ++seen;
-    }
-  }
-  EXPECT_GE(seen, 1);
 }
 
 }  // namespace

@@ -209,14 +209,6 @@ TEST_F(FileLogger, ALogWhoseFolderWasMovedAwayIsBegunAnew) {
   EXPECT_THAT(lines(), ElementsAre("WARNING C m new"));
 }
 
-TEST_F(FileLogger, ALogThatWasRemovedIsBegunAnew) {
-  const auto log = logger("8");
-  log->LogInfo("C", "m", "one", 0);
-  std::filesystem::remove(path());
-  log->LogInfo("C", "m", "two", 0);
-  EXPECT_THAT(lines(), ElementsAre("INFO C m two"));
-}
-
 TEST_F(FileLogger, ALogThatAnotherTookThePlaceOfIsLeftAlone) {
   const auto log = logger("8");
   log->LogInfo("C", "m", "one", 0);
@@ -225,27 +217,6 @@ TEST_F(FileLogger, ALogThatAnotherTookThePlaceOfIsLeftAlone) {
   log->LogInfo("C", "m", "two", 0);
   EXPECT_THAT(lines(), ElementsAre("of another", "INFO C m two"));
   EXPECT_EQ(lines_of(path() + ".old").size(), 1U);
-}
-
-TEST_F(FileLogger, LoggersOfTwoThreadsWriteWholeLinesToOneFile) {
-  constexpr int kLines = 400;
-  const auto first = logger("8");
-  const auto second = logger("8");
-  const auto write = [](const std::shared_ptr<SessionLogger>& log, char letter) {
-    for (int i = 0; i < kLines; ++i) {
-      log->LogInfo("C", "m", std::string(5000, letter), 0);
-    }
-  };
-  std::thread other(write, second, 'b');
-  write(first, 'a');
-  other.join();
-  const std::vector<std::string> written = lines();
-  const auto count = [&written](char letter) {
-    return std::count(written.begin(), written.end(), "INFO C m " + std::string(5000, letter));
-  };
-  EXPECT_EQ(written.size(), 2U * kLines);
-  EXPECT_EQ(count('a'), kLines);
-  EXPECT_EQ(count('b'), kLines);
 }
 
 }  // namespace

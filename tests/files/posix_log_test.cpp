@@ -3,14 +3,20 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <memory>
 #include <regex>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "bvconn/platform/logging/append_file.h"
 #include "files/logger_fixture.h"
 
 // What a log has on a system of this kind alone: links, permissions, pipes, folders of the
-// environment.
+// environment; and what wine's Windows, where the other tests run too, has not: lines that several
+// writers append at the same time are all there, and a file is gone once it is removed.
 namespace bvconn {
 namespace {
 
@@ -21,6 +27,7 @@ using files_test::mode_of;
 using files_test::pipe_at;
 using files_test::ScopedEnvironment;
 using files_test::TempFolder;
+using testing::ElementsAre;
 
 TEST(LogBound, MovesTheFileAndNotTheLinkToIt) {
   const TempFolder folder;
@@ -129,6 +136,35 @@ TEST_F(FileLogger, ATimeHasTheZoneInForce) {
   ASSERT_EQ(all.size(), 2U);
   EXPECT_EQ(all[0].substr(23, 6), "+0530 ");
   EXPECT_EQ(all[1].substr(23, 6), "-0815 ");
+}
+
+TEST_F(FileLogger, LoggersOfTwoThreadsWriteWholeLinesToOneFile) {
+  constexpr int kLines = 400;
+  const auto first = logger("8");
+  const auto second = logger("8");
+  const auto write = [](const std::shared_ptr<SessionLogger>& log, char letter) {
+    for (int i = 0; i < kLines; ++i) {
+      log->LogInfo("C", "m", std::string(5000, letter), 0);
+    }
+  };
+  std::thread other(write, second, 'b');
+  write(first, 'a');
+  other.join();
+  const std::vector<std::string> written = lines();
+  const auto count = [&written](char letter) {
+    return std::count(written.begin(), written.end(), "INFO C m " + std::string(5000, letter));
+  };
+  EXPECT_EQ(written.size(), 2U * kLines);
+  EXPECT_EQ(count('a'), kLines);
+  EXPECT_EQ(count('b'), kLines);
+}
+
+TEST_F(FileLogger, ALogThatWasRemovedIsBegunAnew) {
+  const auto log = logger("8");
+  log->LogInfo("C", "m", "one", 0);
+  std::filesystem::remove(path());
+  log->LogInfo("C", "m", "two", 0);
+  EXPECT_THAT(lines(), ElementsAre("INFO C m two"));
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 #include "files/settings_fixture.h"
@@ -122,12 +123,15 @@ TEST_F(SettingsWrite, ReadersNeverSeeHalfAFile) {
   std::atomic<bool> done = false;
   std::thread writer([&done] {
     for (int i = 0; i < 50; ++i) {
-      make_settings_files()->Write(R"(HKCU\k\v)", std::string(20000, i % 2 == 0 ? 'b' : 'a'), "");
+      const std::string text(20000, i % 2 == 0 ? 'b' : 'a');
+      EXPECT_NO_THROW(make_settings_files()->Write(R"(HKCU\k\v)", text, ""));
     }
     done = true;
   });
   do {
     EXPECT_EQ(settings()->ReadString(kUser, "k", "v").size(), 20000U);
+    // On Windows nobody takes the place of a file while it is read.
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
   } while (!done);
   writer.join();
 }
