@@ -12,7 +12,8 @@
 #include "bvconn/platform/settings/file_store.h"
 #include "files/settings_fixture.h"
 
-// What settings have on a system of this kind alone: links, permissions, folders of the environment.
+// What settings have on a system of this kind alone: links, permissions, folders of the
+// environment.
 namespace bvconn::files_test {
 namespace {
 

@@ -148,8 +148,8 @@ class FarCaseRunner {
   bool by_dal() const { return route_ == "dal"; }
   bool starts_dal() const { return case_.call == "InitTorvexDAL"; }
 
-  /// By its name where it speaks TLS: the system's own of Windows goes by the names of a certificate
-  /// alone, and not by its addresses.
+  /// By its name where it speaks TLS: the system's own of Windows goes by the names of a
+  /// certificate alone, and not by its addresses.
   static std::string url_of(const HostileServer& server) {
     std::string url = server.url("/soap");
     const std::string number = "@127.0.0.1:";

@@ -42,8 +42,9 @@ void add_extension(X509* certificate, int kind, const char* value) {
   check(X509_add_ext(certificate, extension.get(), -1) == 1, "extension");
 }
 
-// Whether neither of the two numbers of a signature begins with a zero byte. Of one in 128 one does,
-// and there are clients that take it for another signature then: the Windows of wine among them.
+// Whether neither of the two numbers of a signature begins with a zero byte. Of one in 128 one
+// does, and there are clients that take it for another signature then: the Windows of wine among
+// them.
 bool is_of_whole_numbers(const X509& certificate) {
   constexpr int kBytes = 32;
   const ASN1_BIT_STRING* bits = nullptr;
