@@ -4,6 +4,7 @@
 #include "bvconn/component/class_factory.h"
 #include "bvconn/component/counted.h"
 #include "bvconn/component/registration.h"
+#include "bvconn/component/type_info.h"
 #include "bvconn/platform/export.h"
 
 // The entry points that every component has. Each has the type that abi.h gives it.
@@ -15,7 +16,9 @@ namespace component = bvconn::component;
 extern "C" {
 
 BVCONN_EXPORT Hresult BVCONN_CALL DllCanUnloadNow() noexcept {
-  return component::can_unload();
+  const Hresult answer = component::can_unload();
+  if (answer == component::kOk) component::release_type_info();
+  return answer;
 }
 
 BVCONN_EXPORT Hresult BVCONN_CALL DllGetClassObject(const Guid* class_id, const Guid* id,

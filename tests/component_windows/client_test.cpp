@@ -155,6 +155,18 @@ TEST(Client, NothingLivesOnceAllIsReleased) {
   EXPECT_EQ(can_unload(), S_OK);
 }
 
+TEST(Client, IsDescribedStillAfterItWasAskedWhetherItMayGo) {
+  const Library library;
+  for (int round = 0; round < 2; ++round) {
+    IDispatch* const methods = library.make(kMethods);
+    ITypeInfo* info = nullptr;
+    EXPECT_EQ(methods->GetTypeInfo(0, LOCALE_INVARIANT, &info), S_OK);
+    if (info != nullptr) info->Release();
+    methods->Release();
+    EXPECT_EQ(library.find<Unload>("DllCanUnloadNow")(), S_OK);
+  }
+}
+
 // A thread that ends releases its transport, its logger and its catalogues.
 TEST(Client, TwoHundredThreadsMakeCallReleaseAndEnd) {
   const Library library;

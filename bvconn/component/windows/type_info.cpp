@@ -1,7 +1,6 @@
 #include "bvconn/component/type_info.h"
 
-#include <atomic>
-#include <string>
+#include <utility>
 
 #include "bvconn/component/windows/install.h"
 #include "bvconn/platform/windows/components.h"
@@ -19,27 +18,42 @@ ITypeLib* load_library() noexcept {
   }
 }
 
-// Null where the file has none. It is read from the file once, and kept until the process ends:
-// while the library is unloaded, other libraries may not be called any more.
+// It is read from the file once for all objects, and let go where the host asks whether the library may
+// go: during its unloading no other library may be called any more.
+constinit SRWLOCK library_lock = SRWLOCK_INIT;
+constinit ITypeLib* kept_library = nullptr;
+
+// Holds the lock as long as it lives.
+class Locked {
+ public:
+  Locked() noexcept { ::AcquireSRWLockExclusive(&library_lock); }
+  ~Locked() { ::ReleaseSRWLockExclusive(&library_lock); }
+  Locked(const Locked&) = delete;
+  Locked& operator=(const Locked&) = delete;
+};
+
+// Null where the file has none. Under the lock.
 ITypeLib* own_library() noexcept {
-  static constinit std::atomic<ITypeLib*> kept = nullptr;
-  ITypeLib* library = kept;
-  if (library != nullptr) return library;
-  ITypeLib* const loaded = load_library();
-  if (loaded == nullptr || kept.compare_exchange_strong(library, loaded)) return loaded;
-  // Another thread was faster.
-  loaded->Release();
-  return library;
+  if (kept_library == nullptr) kept_library = load_library();
+  return kept_library;
 }
 
 }  // namespace
 
 bool has_type_info() noexcept {
+  const Locked locked;
   return own_library() != nullptr;
+}
+
+void release_type_info() noexcept {
+  const Locked locked;
+  ITypeLib* const library = std::exchange(kept_library, nullptr);
+  if (library != nullptr) library->Release();
 }
 
 Hresult type_info_of(const Guid& id, void** info) noexcept {
   *info = nullptr;
+  const Locked locked;
   ITypeLib* const library = own_library();
   if (library == nullptr) return kBadIndex;
   // The records are alike: the assertions of layout_test.cpp.
