@@ -122,6 +122,8 @@ TEST_F(Memory, AChainThatDoublesTakesNoMoreThanItsElements) {
 }
 
 TEST_F(Memory, OfAThreadGoesWithIt) {
+  // On Windows a thread leaves the next one the record of what it kept.
+  std::thread([] { small_reply(); }).join();
   const MemoryCount count;
   std::thread([] { small_reply(); }).join();
   EXPECT_EQ(count.kept(), 0U);
