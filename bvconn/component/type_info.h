@@ -9,7 +9,8 @@
 namespace bvconn::component {
 
 bool has_type_info() noexcept;
-/// Lets go of the file that the records were read from; they are read again when they are asked for.
+/// Lets go of the file that the records were read from; they are read again when they are asked
+/// for.
 void release_type_info() noexcept;
 /// The description of a class or of an interface as an `ITypeInfo` with one reference; kBadIndex
 /// where there is none.

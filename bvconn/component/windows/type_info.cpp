@@ -18,8 +18,8 @@ ITypeLib* load_library() noexcept {
   }
 }
 
-// It is read from the file once for all objects, and let go where the host asks whether the library may
-// go: during its unloading no other library may be called any more.
+// It is read from the file once for all objects, and let go where the host asks whether the library
+// may go: during its unloading no other library may be called any more.
 constinit SRWLOCK library_lock = SRWLOCK_INIT;
 constinit ITypeLib* kept_library = nullptr;
 

@@ -40,8 +40,8 @@ struct Keeping {
   }
 };
 
-// Those of all threads; one that is free is the next thread's, so that there are as many as there were
-// threads at once. The list only grows at its head, and no lock guards it: where the process
+// Those of all threads; one that is free is the next thread's, so that there are as many as there
+// were threads at once. The list only grows at its head, and no lock guards it: where the process
 // ends, the system has ended other threads wherever they were, and then calls this one's end.
 constinit std::atomic<Keeping*> first = nullptr;
 
