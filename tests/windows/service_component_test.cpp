@@ -73,6 +73,18 @@ class AServiceComponent : public ::testing::Test {
     EXPECT_EQ(ask(object), "well");
   }
 
+  // As `script_.type_info` describes it, it is given no place for its text, and returns it.
+  void expect_text_as_result() {
+    script_.invoke = [](const Called& called) {
+      EXPECT_EQ(called.parameters->cArgs, 1U);
+      called.gives(L"text");
+      return S_OK;
+    };
+    EXPECT_EQ(ask(*make(), {"key"}), "text");
+    EXPECT_EQ(script_.calls, 1);
+    script_.type_info->Release();
+  }
+
   Script script_;
   ScriptedClass class_{script_};
   ClassKey key_{L"TorvexLib.Probe\\CLSID", kClassText};
@@ -177,14 +189,7 @@ TEST_F(AServiceComponent, IsAskedInTheFormThatItsTypeInformationHas) {
 
 TEST_F(AServiceComponent, IsNotGivenAPlaceForItsTextWhereItTakesAValue) {
   script_.type_info = described_with(VT_BSTR);
-  script_.invoke = [](const Called& called) {
-    EXPECT_EQ(called.parameters->cArgs, 1U);
-    called.gives(L"text");
-    return S_OK;
-  };
-  EXPECT_EQ(ask(*make(), {"key"}), "text");
-  EXPECT_EQ(script_.calls, 1);
-  script_.type_info->Release();
+  expect_text_as_result();
 }
 
 // As a type library has it: with a result, and flags of that one more argument.
@@ -249,14 +254,7 @@ TEST_F(AServiceComponent, GivesItsTextInAnArgumentThatMayBeLeftOutWhereItHasNoRe
 // As a function has it whose arguments are all references unless told otherwise.
 TEST_F(AServiceComponent, IsNotGivenAPlaceForItsTextWhereItHasAResult) {
   script_.type_info = described_in_library(VT_BSTR, VT_VARIANT, PARAMFLAG_FIN | PARAMFLAG_FOPT);
-  script_.invoke = [](const Called& called) {
-    EXPECT_EQ(called.parameters->cArgs, 1U);
-    called.gives(L"text");
-    return S_OK;
-  };
-  EXPECT_EQ(ask(*make(), {"key"}), "text");
-  EXPECT_EQ(script_.calls, 1);
-  script_.type_info->Release();
+  expect_text_as_result();
 }
 
 TEST_F(AServiceComponent, TakesEachValueByItsOwnType) {
